@@ -1,0 +1,114 @@
+// How long reading sample files takes beside libsndfile reading the same file as shorts.
+//
+// Each line: name, ratio of the medians, bar. Repetitions of both sides alternate, so that a machine
+// that gets slower or faster under way slows or speeds both.
+#include <sndfile.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "riff.h"
+
+namespace {
+
+constexpr size_t kFileBytes = 100u * 1000 * 1000;
+constexpr int kRepetitions = 9;
+constexpr double kBar = 2.0;
+
+double SecondsOf(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double Median(std::vector<double> seconds) {
+  std::sort(seconds.begin(), seconds.end());
+  return seconds[seconds.size() / 2];
+}
+
+bool StoreFile(const std::string& path, unsigned channels) {
+  const size_t frames = kFileBytes / 2 / channels;
+  std::vector<int16_t> sound(frames);
+  for (size_t i = 0; i < frames; ++i) sound[i] = static_cast<int16_t>(i * 40503u >> 3);
+  WavSample wav;
+  wav.SetChannelCount(channels);
+  for (unsigned c = 0; c < channels; ++c) {
+    wav.SetLinBuffer(sound.data(), 2, static_cast<unsigned>(frames), c);
+  }
+  RiffFile file(path);
+  return wav.CreateInterleavedBuffer() && wav.Write(file) && file.Close();
+}
+
+void ReadOwn(const std::string& path) {
+  std::string reason;
+  const auto sample = ReadSampleFile(path, true, reason);
+  if (sample == nullptr || !sample->IsValid()) std::abort();
+}
+
+// One call into a buffer for the whole sound, as a program that keeps the sound would.
+void ReadPeer(const std::string& path) {
+  SF_INFO info{};
+  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  if (file == nullptr) std::abort();
+  const auto values = static_cast<size_t>(info.frames * info.channels);
+  const std::unique_ptr<int16_t[]> buffer(new int16_t[values]);
+  if (sf_readf_short(file, buffer.get(), info.frames) != info.frames) std::abort();
+  sf_close(file);
+}
+
+// Block after block into one small buffer, which costs no memory.
+void ReadPeerBlocks(const std::string& path) {
+  SF_INFO info{};
+  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  if (file == nullptr) std::abort();
+  constexpr sf_count_t kBlockFrames = 32768;
+  std::vector<int16_t> buffer(static_cast<size_t>(kBlockFrames * info.channels));
+  while (sf_readf_short(file, buffer.data(), kBlockFrames) > 0) {
+  }
+  sf_close(file);
+}
+
+}  // namespace
+
+int main() {
+  std::string folder = (std::filesystem::temp_directory_path() / "zylbench-XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) return 1;
+  bool good = true;
+  for (const unsigned channels : {1u, 2u, 6u}) {
+    const std::string path = folder + "/sound.wav";
+    if (!StoreFile(path, channels)) {
+      std::fprintf(stderr, "cannot store %s\n", path.c_str());
+      good = false;
+      break;
+    }
+    std::vector<double> own;
+    std::vector<double> peer;
+    std::vector<double> blocks;
+    for (int i = 0; i <= kRepetitions; ++i) {
+      const double ownSeconds = SecondsOf([&] { ReadOwn(path); });
+      const double peerSeconds = SecondsOf([&] { ReadPeer(path); });
+      const double blockSeconds = SecondsOf([&] { ReadPeerBlocks(path); });
+      if (i == 0) continue;  // fills the file cache
+      own.push_back(ownSeconds);
+      peer.push_back(peerSeconds);
+      blocks.push_back(blockSeconds);
+    }
+    const double ratio = Median(own) / Median(peer);
+    std::printf("read-wav-100MB-%uch  %.2f  %.2f\n", channels, ratio, kBar);
+    std::printf("read-wav-100MB-%uch-against-blocks  %.2f  %.2f  (%.1f ms own, %.1f ms peer, %.1f ms blocks)\n",
+                channels, Median(own) / Median(blocks), kBar, 1e3 * Median(own), 1e3 * Median(peer),
+                1e3 * Median(blocks));
+    good = good && ratio <= kBar;
+  }
+  std::filesystem::remove_all(folder);
+  return good ? 0 : 1;
+}

@@ -1,0 +1,56 @@
+#include "frame/Arguments.h"
+
+namespace argument {
+
+bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param) {
+  const int position = call.position++;
+  param = call.Argument(position);
+  if (param == nullptr) return !required || call.TypeError(name, type, position);
+  return param->Type() == type || call.TypeError(name, type, position);
+}
+
+bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param) {
+  const int position = call.position;
+  if (!ReadTyped(call, name, kTypeObject, presence == Presence::kRequired, param)) return false;
+  if (param == nullptr) return true;
+  const RIOObject* object = param->Object();
+  if (object == nullptr) return null == NullObject::kAllowed || call.ValueError(name, position);
+  return object->isROCAlgo() || call.ClassError(*object, "ROCAlgo", position);
+}
+
+bool ReadSample(Call& call, const char* name, NullObject null, CSample*& sample) {
+  const int position = call.position;
+  ROCParam* param = nullptr;
+  if (!ReadTyped(call, name, kTypeObject, true, param)) return false;
+  RIOObject* object = param->Object();
+  if (object == nullptr) return null == NullObject::kAllowed || call.ValueError(name, position);
+  if (!object->isCSample()) return call.ClassError(*object, "CSample", position);
+  sample = static_cast<CSample*>(object);
+  return true;
+}
+
+}  // namespace argument
+
+bool KeyGroupIndex::Read(Call& call, KeyGroupIndex& self) {
+  if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
+  return *self < call.program.program->KeyGroupCount() || call.KeygroupRange();
+}
+
+bool OneKeyGroup::Read(Call& call, OneKeyGroup& self) {
+  if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
+  const bool known = *self >= 0 && *self < call.program.program->KeyGroupCount();
+  return known || call.KeygroupRange();
+}
+
+bool OneZone::Read(Call& call, OneZone& self) {
+  if (!argument::ReadTyped(call, "ZoneIndex", kTypeInteger, true, self.param)) return false;
+  return (*self >= 0 && *self < kZones) || call.ZoneRange();
+}
+
+bool SampleArg::Read(Call& call, SampleArg& self) {
+  const int position = call.position;
+  if (!argument::ReadSample(call, "Sample", NullObject::kRefused, self.object)) return false;
+  if (self.object->sample != nullptr) return true;
+  call.program.ReleaseSampleObject(self.object);
+  return call.ValueError("Sample", position);
+}

@@ -1,0 +1,24 @@
+#include "frame/Call.h"
+
+#include <wx/string.h>
+
+bool Call::TypeError(const char* argument, int expectedType, int at) {
+  status = ZylArgTypeException(result, method, argument, expectedType, at);
+  return false;
+}
+bool Call::ClassError(const RIOObject& given, const char* required, int at) {
+  status = ZylArgPTypeException(result, method, given.GetTypeName(), required, at);
+  return false;
+}
+bool Call::ValueError(const char* argument, int at) {
+  status = ZylArgValueException(result, method, argument, at);
+  return false;
+}
+bool Call::UserError(const char* text, int at) {
+  status = ZylArgUserException(result, method, text, at);
+  return false;
+}
+bool Call::Failure(const char* format) {
+  status = ZylException(result, wxString::Format(format, method).utf8_str());
+  return false;
+}

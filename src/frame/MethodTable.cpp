@@ -1,0 +1,49 @@
+#include <iterator>
+#include <string_view>
+
+#include "frame/Method.h"
+#include "frame/MethodList.h"
+#include "frame/Module.h"
+#include "frame/NotAvailable.h"
+#include "params/FieldMethods.h"
+#include "params/ProgramMethods.h"
+#include "program/FileMethods.h"
+#include "program/KeygroupMethods.h"
+#include "program/ObjectMethods.h"
+#include "sample/ObjectMethods.h"
+
+namespace {
+
+constexpr uint16_t kUnlinked = 0xFFFF;
+
+template <class M>
+ZylHandler HandlerOf() {
+  return static_cast<ZylHandler>(&ZylSProgram::Handle<M>);
+}
+
+#define ROW(name, body) \
+  {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
+#define METHOD(name) ROW(name, &name)
+#define FIELD(name) ROW(name, &FieldMethod<#name>)
+#define LATER(name) ROW(name, &NotAvailable)
+
+ZylFuncInfo table[] = {
+    ZYL_METHOD_LIST(METHOD, FIELD, LATER){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
+
+#define NAME(name) #name,
+constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(NAME, NAME, NAME)};
+
+consteval bool AllDiffer() {
+  for (size_t i = 0; i < std::size(kNames); ++i) {
+    for (size_t j = 0; j < i; ++j) {
+      if (kNames[i] == kNames[j]) return false;
+    }
+  }
+  return true;
+}
+static_assert(std::size(kNames) == 295, "the method table has 295 methods");
+static_assert(AllDiffer(), "a method stands in the table twice");
+
+}  // namespace
+
+ZylFuncInfo* MethodTable() { return table; }

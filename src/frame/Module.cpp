@@ -1,0 +1,61 @@
+#include "frame/Module.h"
+
+#include <new>
+
+namespace {
+
+constexpr int kSampleTypeId = 5587;
+constexpr int kSampleBaseNumber = 5500;
+constexpr uint32_t kClassVersion = 0x10001;
+
+ZylDispatch* MakeProgram(RIOObject* creator) {
+  auto* made = new (std::nothrow) ZylSProgram;
+  if (made != nullptr) made->owner = creator;
+  return made;
+}
+
+ZylDllRegisterClass programClass = {nullptr,     "ZylSProgram", "ZylDisplayObject",
+                                    MakeProgram, kClassVersion, 0};
+
+ModuleState* theModule = nullptr;
+
+// The library's static initialiser and clean-up.
+ModuleState loaded;
+
+}  // namespace
+
+ModuleState& ModuleState::Get() { return *theModule; }
+
+ModuleState::ModuleState() {
+  theModule = this;
+  RegisterRIOObject("CSample", kSampleTypeId, kSampleBaseNumber, CSample::Factory);
+  programClass.next = registrations;
+  registrations = &programClass;
+  MethodTable();
+  lockAll = qxGetPrivateProfileLong("Sampler", "LockAll", 0, nullptr) != 0;
+}
+
+ModuleState::~ModuleState() {
+  tempSamples.DeleteAll();
+  delete hash_;
+  hash_ = nullptr;
+}
+
+hashEntry* ModuleState::HashTable(ZylDispatch* dispatch) {
+  return hash_ != nullptr ? hash_ : RebuildHashTable(dispatch);
+}
+
+hashEntry* ModuleState::RebuildHashTable(ZylDispatch* dispatch) {
+  delete hash_;
+  hash_ = nullptr;
+  hash_ = ZylCreateFuncHashTable(dispatch);
+  return hash_;
+}
+
+extern "C" __attribute__((visibility("default"))) int RegisterAllClasses(const char* dllName) {
+  for (ZylDllRegisterClass* record = ModuleState::Get().registrations; record != nullptr;
+       record = record->next) {
+    ZylNewDllInfoTag(dllName, record);
+  }
+  return 1;
+}

@@ -1,0 +1,157 @@
+#include "frame/ZylSProgram.h"
+
+#include <vector>
+
+#include "frame/Module.h"
+
+ZylSProgram::ZylSProgram() { ModuleState::Get().programRegistry.AddTail(this); }
+
+ZylSProgram::~ZylSProgram() {
+  auto& registry = ModuleState::Get().programRegistry;
+  if (auto* node = registry.Find(this)) registry.Remove(node);
+  Detach();
+  for (auto* node = registeredModules.Head(); node != nullptr; node = node->next) {
+    deleteROCParam(node->item);
+  }
+  registeredModules.RemoveAll();
+  sampleObjects.DeleteAll();
+}
+
+ZylFuncInfo* ZylSProgram::GetFuncTable() { return MethodTable(); }
+uint32_t* ZylSProgram::GetAuxTable() { return &ModuleState::Get().auxTable; }
+hashEntry* ZylSProgram::GetHashTable() { return ModuleState::Get().HashTable(this); }
+hashEntry* ZylSProgram::RebuildHashTable() { return ModuleState::Get().RebuildHashTable(this); }
+const char* ZylSProgram::GetClassName() const { return "ZylSProgram"; }
+const char* ZylSProgram::GetBaseClassName() const { return "ZylDisplayObject"; }
+void ZylSProgram::Destroy() { delete this; }
+
+ZylSProgram* ZylSProgram::Behind(RIOObject* object) {
+  ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
+  return ZylIsKindOf(dispatch, "ZylSProgram") ? static_cast<ZylSProgram*>(dispatch) : nullptr;
+}
+
+void ZylSProgram::Detach() {
+  if (program == nullptr) return;
+  midiChannel = kDetaching;
+  UpdateChannelMask();
+  if (ModuleState::Get().lockAll) unlockAkaiProgram(program);
+  akaiProgram* record = program;
+  program = nullptr;
+  deleteAkaiProgram(record);
+}
+
+void ZylSProgram::Attach(akaiProgram* record) { program = record; }
+
+void ZylSProgram::LockAttached() {
+  if (program != nullptr && ModuleState::Get().lockAll) lockAkaiProgram(program);
+}
+
+int32_t ZylSProgram::SetMidiChannel(int32_t channel) {
+  if (channel < 0) {
+    midiChannel = kOmni;
+  } else if (channel < kChannels) {
+    midiChannel = channel;
+  }
+  if (program != nullptr) {
+    program->midiChannel = static_cast<int8_t>(midiChannel);
+    UpdateChannelMask();
+  }
+  return midiChannel;
+}
+
+void ZylSProgram::SetMidiChannelText(ROCParam* text) {
+  const wxString typed = wxString::FromUTF8(text->Str());
+  if (text->Str().empty()) return;
+  if (typed.Lower().Contains("o")) {
+    text->SetStr("Omni");
+    SetMidiChannel(kOmni);
+    return;
+  }
+  const long long number = std::strtoll(text->Str().c_str(), nullptr, 10);
+  // A number that names no channel leaves the channel as it was.
+  const bool known = number >= 1 && number <= kChannels;
+  if (known) midiChannel = static_cast<int32_t>(number) - 1;
+  text->SetStr(wxString::Format("%ld", static_cast<long>(midiChannel) + 1).utf8_string());
+  if (program != nullptr) {
+    program->midiChannel = static_cast<int8_t>(midiChannel);
+    UpdateChannelMask();
+  }
+}
+
+void ZylSProgram::GetMidiChannelText(wxString& text) const {
+  if (midiChannel < 0) {
+    text = "Omni";
+  } else {
+    text.Printf("%ld", static_cast<long>(midiChannel) + 1);
+  }
+}
+
+void ZylSProgram::UpdateChannelMask() {
+  if (program == nullptr) return;
+  uint32_t mask = 0;
+  const auto& registry = ModuleState::Get().programRegistry;
+  for (auto* node = registry.Head(); node != nullptr; node = node->next) {
+    const ZylSProgram& other = *node->item;
+    if (other.program != program) continue;
+    if (other.midiChannel == kOmni) {
+      mask = 0xFFFFFFFFu;
+      break;
+    }
+    if (other.midiChannel >= 0 && other.midiChannel < kChannels) mask |= 1u << other.midiChannel;
+  }
+  program->tmMidiChannel = mask;
+}
+
+void ZylSProgram::NotifyParameterChanged(int32_t number, ROCParam* newValue, ROCParam* keygroup,
+                                         ROCParam* zone) {
+  if (!enableRegisterCall || registeredModules.IsEmpty()) return;
+  ROCParam* numberValue = newROCParam(number);
+  NotifyParameterChanged(numberValue, newValue, keygroup, zone);
+  deleteROCParam(numberValue);
+}
+
+void ZylSProgram::NotifyParameterChanged(ROCParam* number, ROCParam* newValue, ROCParam* keygroup,
+                                         ROCParam* zone) {
+  if (!enableRegisterCall || registeredModules.IsEmpty()) return;
+  ROCParams arguments;
+  arguments.AddTail(newROCParam(owner));
+  for (ROCParam* value : {number, newValue}) {
+    if (value != nullptr) value->AddReference();
+    arguments.AddTail(value);
+  }
+  for (ROCParam* index : {keygroup, zone}) {
+    if (index != nullptr) index->AddReference();
+    arguments.AddTail(index != nullptr ? index : newROCParam(-1));
+  }
+  CallRegistered("OnProgramParameterChanged", arguments, true);
+}
+
+void ZylSProgram::CallRegistered(const char* method, ROCParams& arguments, bool dropDead) {
+  // A called script may register modules, and end ones that are registered: the walk goes over the
+  // entries of this moment, each held until it is over.
+  std::vector<ROCParam*> entries;
+  for (auto* node = registeredModules.Head(); node != nullptr; node = node->next) {
+    node->item->AddReference();
+    entries.push_back(node->item);
+  }
+  for (ROCParam* entry : entries) {
+    RIOObject* object = entry->Object();
+    ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
+    if (dispatch != nullptr) {
+      ZylCallVirtualMethodVoidIfExists(dispatch, method, &arguments);
+    } else if (dropDead) {
+      if (auto* node = registeredModules.Find(entry)) {
+        registeredModules.Remove(node);
+        deleteROCParam(entry);
+      }
+    }
+  }
+  for (ROCParam* entry : entries) deleteROCParam(entry);
+}
+
+void ZylSProgram::ReleaseSampleObject(CSample*& object) {
+  if (object == nullptr) return;
+  CSample* released = object;
+  object = nullptr;
+  sampleObjects.RemoveAndRelease(released);
+}

@@ -1,0 +1,84 @@
+// The script object through which one sampler program is seen and edited.
+//
+// It owns its use of the program record, the sample objects that it handed out, and one reference
+// on the value of each registered module. All objects of the module stand in one registry, through
+// which those that share a record compute the record's channel mask. Script thread only.
+#pragma once
+
+#include <cstdint>
+
+#include <wx/string.h>
+
+#include "host/akai.h"
+#include "host/base.h"
+#include "sample/SampleList.h"
+#include "util/PlexList.h"
+
+class ZylSProgram final : public ZylDLLDispatch {
+ public:
+  static constexpr int32_t kOmni = -1;
+  static constexpr int32_t kChannels = 32;
+  static constexpr int32_t kDetaching = 99;  // counts for no channel
+
+  ZylSProgram();
+  ~ZylSProgram() override;
+
+  ZylFuncInfo* GetFuncTable() override;
+  uint32_t* GetAuxTable() override;
+  hashEntry* GetHashTable() override;
+  hashEntry* RebuildHashTable() override;
+  const char* GetClassName() const override;
+  const char* GetBaseClassName() const override;
+  void Destroy() override;
+
+  // The program object behind an algorithm object: null when it leads to none.
+  static ZylSProgram* Behind(RIOObject* object);
+
+  // Lets the record go, if there is one.
+  void Detach();
+  // Takes a record (or null) over, without its channel.
+  void Attach(akaiProgram* record);
+  void LockAttached();
+
+  int32_t GetMidiChannel() const { return midiChannel; }
+  // Negative is Omni; 32 and more change nothing. Returns the channel that is then set.
+  int32_t SetMidiChannel(int32_t channel);
+  // Sets the channel from a typed text (1..32, or a text with an o for Omni) and rewrites the text
+  // to the channel that is then set; an empty text does nothing.
+  void SetMidiChannelText(ROCParam* text);
+  void GetMidiChannelText(wxString& text) const;
+  // Recomputes the record's mask: one bit for each channel of the objects that hold the record.
+  void UpdateChannelMask();
+
+  // Tells every registered module of a changed parameter; absent indexes travel as -1.
+  void NotifyParameterChanged(ROCParam* number, ROCParam* newValue, ROCParam* keygroup,
+                              ROCParam* zone);
+  void NotifyParameterChanged(int32_t number, ROCParam* newValue, ROCParam* keygroup = nullptr,
+                              ROCParam* zone = nullptr);
+  // Calls the named script method of every registered module that can be called. With
+  // `dropDead`, modules that cannot be called any more leave the list.
+  void CallRegistered(const char* method, ROCParams& arguments, bool dropDead);
+
+  // Gives the list's reference on a sample object back and clears the caller's pointer.
+  void ReleaseSampleObject(CSample*& object);
+  void PurgeSampleObjects() { sampleObjects.PurgeUnshared(); }
+
+  SampleList sampleObjects;
+  akaiProgram* program = nullptr;
+  bool dirty = false;
+  bool enableRegisterCall = true;
+  int32_t maxIndyOut = 0;
+  int32_t midiChannel = kOmni;
+  int32_t minPeriod = 2000;  // highest expected pitch in Hz
+  int32_t maxPeriod = 50;    // lowest expected pitch in Hz
+  int32_t smoothLength = 0;
+  int32_t findPitchLen = 10;
+  double rmsThres = 1e-5;
+  PlexList<ROCParam*> registeredModules;
+
+  // Every script method's handler: M reads the arguments and runs the method's body.
+  template <class M>
+  int Handle(ROCParams* arguments, ROCParam** result) {
+    return M::Run(*this, arguments, result);
+  }
+};

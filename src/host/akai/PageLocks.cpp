@@ -1,0 +1,51 @@
+#include "PageLocks.h"
+
+#include <cstdint>
+#include <map>
+
+#include "../platform/Platform.h"
+
+namespace zyl {
+namespace {
+
+struct Range {
+  size_t bytes;
+  int count;
+};
+
+std::map<uintptr_t, Range>& Ranges() {
+  static std::map<uintptr_t, Range> ranges;
+  return ranges;
+}
+
+}  // namespace
+
+void HoldResident(const void* address, size_t bytes) {
+  if (address == nullptr || bytes == 0) return;
+  Range& range = Ranges()[reinterpret_cast<uintptr_t>(address)];
+  range.bytes = bytes;
+  if (++range.count == 1) LockPages(address, bytes);
+}
+
+void LetGo(const void* address) {
+  auto& ranges = Ranges();
+  const auto found = ranges.find(reinterpret_cast<uintptr_t>(address));
+  if (found == ranges.end() || --found->second.count > 0) return;
+  const uintptr_t page = PageSize();
+  const uintptr_t first = found->first / page;
+  const uintptr_t last = (found->first + found->second.bytes - 1) / page;
+  UnlockPages(address, found->second.bytes);
+  auto next = ranges.erase(found);
+  if (next != ranges.end() && next->first / page == last) {
+    LockPages(reinterpret_cast<const void*>(next->first), next->second.bytes);
+  }
+  // Ranges do not overlap, so the one before is the only one that can end in the first page; small
+  // ones before it may lie in that page too.
+  while (next != ranges.begin()) {
+    --next;
+    if ((next->first + next->second.bytes - 1) / page != first) break;
+    LockPages(reinterpret_cast<const void*>(next->first), next->second.bytes);
+  }
+}
+
+}  // namespace zyl

@@ -1,0 +1,12 @@
+// Memory ranges that are kept resident, counted by range. The system locks whole pages and does
+// not count; so when a range is let go, ranges that share its first or last page are locked again.
+#pragma once
+
+#include <cstddef>
+
+namespace zyl {
+
+void HoldResident(const void* address, size_t bytes);
+void LetGo(const void* address);
+
+}  // namespace zyl

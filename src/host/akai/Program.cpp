@@ -1,0 +1,410 @@
+// The program record: its arrays, its zones' samples, its locks.
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "../akai.h"
+#include "../base.h"
+#include "../platform/Platform.h"
+#include "PageLocks.h"
+#include "ProgramStore.h"
+#include "SampleFile.h"
+
+using zyl::SampleFile;
+
+void akaiKeyGroup::setDefault() {
+  *this = akaiKeyGroup();
+  highKey = 127;
+  filterFreq = 99;
+  ampEnvSustain = 99;
+  ampEnvRelease = 45;
+  env2Level1 = 99;
+  env2Level2 = 99;
+  env2Level3 = 99;
+  env2Rate2 = 50;
+  env2Rate3 = 50;
+  env2Rate4 = 45;
+  for (akaiZone& zone : zones) {
+    zone.highVel = 127;
+  }
+}
+
+vendlKeyGroup::vendlKeyGroup() { setDefault(); }
+
+void vendlKeyGroup::setDefault() {
+  static_cast<vendlKeyGroupImage&>(*this) = vendlKeyGroupImage();
+  env3Level1 = 99;
+  env3Level2 = 99;
+  env3Level3 = 99;
+  env3Rate2 = 50;
+  env3Rate3 = 50;
+  env3Rate4 = 45;
+  for (std::string& path : paths_) path.clear();
+  std::fill(std::begin(pathChannel), std::end(pathChannel), 0);
+}
+
+const char* vendlKeyGroup::SamplePath(int zone) const {
+  const std::string& path = paths_[zone];
+  return path.empty() ? nullptr : path.c_str();
+}
+
+void vendlKeyGroup::setSamplePath(int zone, const char* path, bool keepChannel) {
+  paths_[zone] = path == nullptr ? "" : path;
+  if (!keepChannel) pathChannel[zone] = 0;
+}
+
+// The organ extension's bytes of a keygroup belong to the image, so that there is nothing to make;
+// the first of the library's bytes after them says that they are in use.
+void vendlKeyGroup::EnableTolmoChunk() { library110[0] = 1; }
+
+akaiProgram::akaiProgram() : akaiProgramHdr() {}
+
+akaiProgram::~akaiProgram() {
+  Unlock();
+  for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
+}
+
+void akaiProgram::Rebind() {
+  allocated_ = static_cast<int>(keyGroupStore_.size());
+  keyGroups = allocated_;
+  keyGroupsByte = static_cast<uint8_t>(std::min(allocated_, 255));
+  keyGroupArray = keyGroupStore_.empty() ? nullptr : keyGroupStore_.data();
+  keyGroupExtensions = extensionStore_.empty() ? nullptr : extensionStore_.data();
+  sampleTable = sampleStore_.empty() ? nullptr : sampleStore_.data();
+}
+
+// The arrays are let go before they may move, and held again where they are then.
+void akaiProgram::Unlock() {
+  if (lockCount == 0) return;
+  zyl::LetGo(keyGroupArray);
+  zyl::LetGo(keyGroupExtensions);
+  zyl::LetGo(sampleTable);
+}
+void akaiProgram::Lock() {
+  if (lockCount == 0) return;
+  zyl::HoldResident(keyGroupArray, keyGroupStore_.size() * sizeof(akaiKeyGroup));
+  zyl::HoldResident(keyGroupExtensions, extensionStore_.size() * sizeof(vendlKeyGroup));
+  zyl::HoldResident(sampleTable, sampleStore_.size() * sizeof(genericSample*));
+}
+
+bool akaiProgram::Reaches(int keygroup, int zone) const {
+  return keygroup >= 0 && keygroup < allocated_ && zone >= 0 && zone < kZones;
+}
+
+void akaiProgram::PutSample(int index, genericSample* sample) {
+  genericSample*& place = sampleStore_[static_cast<size_t>(index)];
+  genericSample* old = place;
+  if (lockCount != 0) {
+    if (sample != nullptr) ::lockSample(sample);
+    if (old != nullptr) ::unlockSample(old);
+  }
+  place = sample;
+  if (old != nullptr) old->deleteSample();
+}
+
+void akaiProgram::SetFileName(std::string_view path) {
+  fileName_ = path;
+  // What does not fit is cut between two characters, not inside one.
+  size_t length = std::min(path.size(), sizeof(fileName) - 1);
+  while (length > 0 && length < path.size() && (path[length] & 0xC0) == 0x80) --length;
+  std::memset(fileName, 0, sizeof(fileName));
+  std::memcpy(fileName, path.data(), length);
+}
+
+void akaiProgram::setUniqueTempName() {
+  static unsigned last = 0;
+  const std::string stem =
+      zyl::TemporaryFolder() + "/zyl-program-" + std::to_string(zyl::ProcessNumber()) + "-";
+  std::string path;
+  do {
+    path = stem + std::to_string(++last) + ".zprg";
+  } while (zyl::FileExists(path));
+  SetFileName(path);
+}
+
+void akaiProgram::setDefault() {
+  Unlock();
+  for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
+  keyGroupStore_.assign(1, akaiKeyGroup());
+  keyGroupStore_[0].setDefault();
+  extensionStore_.assign(1, vendlKeyGroup());
+  sampleStore_.assign(kZones, nullptr);
+  const uint32_t locks = lockCount;
+  static_cast<akaiProgramHdr&>(*this) = akaiProgramHdr();
+  lockCount = locks;
+  std::memcpy(name, "New Program", 12);
+  poly = 15;
+  prority = 1;
+  highKey = 127;
+  indyOutput = -1;
+  stereoLevel = 99;
+  loudness = 80;
+  loudVel = 20;
+  bendRangeUp = 2;
+  pitchBendDown = 2;
+  LFOspeed = 50;
+  LFOdepthWheel = 30;
+  LFO2speed = 50;
+  tolmoChunk.reset();
+  otherChunks_.clear();
+  SetFileName("");
+  Rebind();
+  Lock();
+}
+
+void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
+  if (source == this) return;
+  Unlock();
+  for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
+  keyGroupStore_ = source->keyGroupStore_;
+  extensionStore_ = source->extensionStore_;
+  sampleStore_.assign(source->sampleStore_.size(), nullptr);
+  const uint32_t locks = lockCount;
+  static_cast<akaiProgramHdr&>(*this) = *source;
+  lockCount = locks;
+  tolmoChunk =
+      source->tolmoChunk == nullptr ? nullptr : std::make_unique<TolmoChunk>(*source->tolmoChunk);
+  otherChunks_ = source->otherChunks_;
+  // A copy that kept the path would overwrite the original with its first write.
+  SetFileName("");
+  for (size_t i = 0; i < sampleStore_.size(); ++i) {
+    genericSample* sample = source->sampleStore_[i];
+    if (!copySamples) {
+      extensionStore_[i / kZones].setSamplePath(static_cast<int>(i % kZones), nullptr, false);
+    } else if (sample != nullptr) {
+      ++sample->useCount;
+      PutSample(static_cast<int>(i), sample);
+    }
+  }
+  Rebind();
+  Lock();
+}
+
+akaiKeyGroup* akaiProgram::newKeyGroup(int index, akaiProgram* source, int sourceIndex) {
+  akaiKeyGroup keygroup{};
+  vendlKeyGroup extension;
+  genericSample* samples[kZones] = {};
+  if (source != nullptr) {
+    if (sourceIndex < 0 || sourceIndex >= source->KeyGroupCount()) return nullptr;
+    keygroup = source->keyGroupArray[sourceIndex];
+    extension = source->keyGroupExtensions[sourceIndex];
+    std::copy_n(source->sampleTable + kZones * sourceIndex, kZones, samples);
+  }
+  const int at = index < 0 || index > allocated_ ? allocated_ : index;
+  Unlock();
+  keyGroupStore_.insert(keyGroupStore_.begin() + at, keygroup);
+  extensionStore_.insert(extensionStore_.begin() + at, extension);
+  sampleStore_.insert(sampleStore_.begin() + kZones * at, kZones, nullptr);
+  for (int z = 0; z < kZones; ++z) {
+    if (samples[z] == nullptr) continue;
+    ++samples[z]->useCount;
+    PutSample(kZones * at + z, samples[z]);
+  }
+  Rebind();
+  Lock();
+  return keyGroupArray + at;
+}
+
+void akaiProgram::moveKeyGroup(int from, int to) {
+  if (!Reaches(from, 0) || !Reaches(to, 0) || from == to) return;
+  const auto move = [&](auto& store, int width) {
+    const auto first = store.begin();
+    if (from < to) {
+      std::rotate(first + width * from, first + width * (from + 1), first + width * (to + 1));
+    } else {
+      std::rotate(first + width * to, first + width * from, first + width * (from + 1));
+    }
+  };
+  move(keyGroupStore_, 1);
+  move(extensionStore_, 1);
+  move(sampleStore_, kZones);
+}
+
+void akaiProgram::deleteKeyGroup(int index) {
+  if (!Reaches(index, 0)) return;
+  Unlock();
+  for (int z = 0; z < kZones; ++z) PutSample(kZones * index + z, nullptr);
+  keyGroupStore_.erase(keyGroupStore_.begin() + index);
+  extensionStore_.erase(extensionStore_.begin() + index);
+  const auto first = sampleStore_.begin() + kZones * index;
+  sampleStore_.erase(first, first + kZones);
+  Rebind();
+  Lock();
+}
+
+bool akaiProgram::setSample(const char* path, int keygroup, int zone, int channel, int) {
+  if (!Reaches(keygroup, zone)) return false;
+  // The path may be the old record's own text, which goes with it.
+  const std::string kept = path == nullptr ? "" : path;
+  genericSample* sample = loadSample(kept.c_str(), 1, 0, channel);
+  PutSample(kZones * keygroup + zone, sample);
+  vendlKeyGroup& extension = keyGroupExtensions[keygroup];
+  extension.setSamplePath(zone, kept.c_str(), false);
+  extension.pathChannel[zone] = channel;
+  return sample != nullptr;
+}
+
+void akaiProgram::setSample(genericSample* sample, int keygroup, int zone) {
+  if (!Reaches(keygroup, zone)) return;
+  vendlKeyGroup& extension = keyGroupExtensions[keygroup];
+  const std::string path = sample == nullptr || sample->filePath == nullptr ? "" : sample->filePath;
+  PutSample(kZones * keygroup + zone, sample);
+  extension.setSamplePath(zone, path.c_str(), false);
+  extension.pathChannel[zone] = sample == nullptr ? 0 : sample->channel;
+}
+
+bool akaiProgram::lockSample(int keygroup, int zone) {
+  if (!Reaches(keygroup, zone)) return false;
+  genericSample* sample = sampleTable[kZones * keygroup + zone];
+  return sample != nullptr && ::lockSample(sample) != 0;
+}
+
+void akaiProgram::unlockSample(int keygroup, int zone) {
+  if (!Reaches(keygroup, zone)) return;
+  genericSample* sample = sampleTable[kZones * keygroup + zone];
+  if (sample != nullptr) ::unlockSample(sample);
+}
+
+void akaiProgram::setByteResonance(int keygroup, uint8_t value) {
+  if (Reaches(keygroup, 0)) keyGroupArray[keygroup].resonance = value;
+}
+void akaiProgram::setUShortResonance(int keygroup, uint16_t value) {
+  if (Reaches(keygroup, 0)) keyGroupExtensions[keygroup].filterResonance = value;
+}
+
+void akaiProgram::EnableTolmoChunk() {
+  if (tolmoChunk == nullptr) tolmoChunk = std::make_unique<TolmoChunk>();
+}
+// Readers of the record see the chunk itself; there is no copy to bring up to date.
+void akaiProgram::updateLockedTolmo() {}
+
+int64_t akaiProgram::RecordMemory() const {
+  return static_cast<int64_t>(
+      sizeof(akaiProgram) + (tolmoChunk == nullptr ? 0 : sizeof(TolmoChunk)) +
+      keyGroupStore_.size() * (sizeof(akaiKeyGroup) + sizeof(vendlKeyGroup)) +
+      sampleStore_.size() * sizeof(genericSample*));
+}
+
+namespace {
+
+int HeldInt(int64_t bytes) { return static_cast<int>(std::min<int64_t>(bytes, INT32_MAX)); }
+
+// Memory of the files behind the zones of some programs, each file once.
+template <class Measure>
+int64_t SampleMemory(const std::vector<const akaiProgram*>& programs, Measure measure) {
+  std::set<const SampleFile*> files;
+  for (const akaiProgram* program : programs) {
+    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
+      if (program->sampleTable[i] != nullptr) files.insert(SampleFile::Of(program->sampleTable[i]));
+    }
+  }
+  int64_t sum = 0;
+  for (const SampleFile* file : files) sum += (file->*measure)();
+  return sum;
+}
+
+std::vector<const akaiProgram*> Programs() {
+  return {zyl::AllPrograms().begin(), zyl::AllPrograms().end()};
+}
+
+}  // namespace
+
+int akaiProgram::getTotalMem(bool samples) const {
+  const int64_t sound = samples ? SampleMemory({this}, &SampleFile::Memory) : 0;
+  return HeldInt(RecordMemory() + sound);
+}
+
+int akaiProgram::getTotalLockedMem(bool samples) const {
+  const int64_t sound = samples ? SampleMemory({this}, &SampleFile::LockedMemory) : 0;
+  return HeldInt((lockCount != 0 ? RecordMemory() : 0) + sound);
+}
+
+int getTotalMem() {
+  int64_t sum = SampleMemory(Programs(), &SampleFile::Memory);
+  for (const akaiProgram* program : Programs()) sum += program->getTotalMem(false);
+  return HeldInt(sum);
+}
+
+int getTotalLockedMem() {
+  int64_t sum = SampleMemory(Programs(), &SampleFile::LockedMemory);
+  for (const akaiProgram* program : Programs()) sum += program->getTotalLockedMem(false);
+  return HeldInt(sum);
+}
+
+// ---- The held programs ----
+
+namespace {
+
+std::vector<akaiProgram*>& Held() {
+  static std::vector<akaiProgram*> held;
+  return held;
+}
+
+}  // namespace
+
+namespace zyl {
+const std::vector<akaiProgram*>& AllPrograms() { return Held(); }
+}  // namespace zyl
+
+akaiProgram* ProgramStore::Make() {
+  auto* program = new akaiProgram;
+  Held().push_back(program);
+  return program;
+}
+void ProgramStore::End(akaiProgram* program) {
+  std::erase(Held(), program);
+  delete program;
+}
+
+void ProgramStore::Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
+                        std::vector<vendlKeyGroup> extensions,
+                        std::vector<ListChunk> otherChunks) {
+  program->keyGroupStore_ = std::move(keygroups);
+  program->extensionStore_ = std::move(extensions);
+  program->sampleStore_.assign(kZones * program->keyGroupStore_.size(), nullptr);
+  program->otherChunks_ = std::move(otherChunks);
+  program->Rebind();
+}
+
+akaiProgram* newAkaiProgram() { return ProgramStore::Make(); }
+
+void deleteAkaiProgram(akaiProgram* program) {
+  if (program != nullptr && --ProgramStore::Uses(program) == 0) ProgramStore::End(program);
+}
+
+void lockAkaiProgram(akaiProgram* program) {
+  if (++program->lockCount > 1) return;
+  ProgramStore::LockArrays(program);
+  for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
+    if (program->sampleTable[i] != nullptr) lockSample(program->sampleTable[i]);
+  }
+}
+
+void unlockAkaiProgram(akaiProgram* program) {
+  if (program->lockCount == 0) return;
+  if (program->lockCount == 1) {
+    ProgramStore::UnlockArrays(program);
+    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
+      if (program->sampleTable[i] != nullptr) unlockSample(program->sampleTable[i]);
+    }
+  }
+  --program->lockCount;
+}
+
+akaiProgram* findAkaiProgram(int, const char* name) {
+  if (name == nullptr || *name == '\0') return nullptr;
+  const std::string path = zyl::AbsolutePath(name);
+  akaiProgram* found = nullptr;
+  for (akaiProgram* program : Held()) {
+    const std::string& own = program->GetFileName();
+    if (found == nullptr && !own.empty() && zyl::AbsolutePath(own) == path) found = program;
+  }
+  for (akaiProgram* program : Held()) {
+    if (found != nullptr) break;
+    const std::string_view own(program->name, strnlen(program->name, sizeof(program->name)));
+    if (own == name || FileString(program->GetFileName()).BaseName() == name) found = program;
+  }
+  if (found != nullptr) ++ProgramStore::Uses(found);
+  return found;
+}

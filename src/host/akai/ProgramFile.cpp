@@ -1,0 +1,383 @@
+// Program files: chunks, little-endian, with a checksum at the end (docs/program-file.md).
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "../akai.h"
+#include "../base.h"
+#include "../platform/AtomicFile.h"
+#include "../platform/InputFile.h"
+#include "../platform/Platform.h"
+#include "../qx.h"
+#include "../riff/PresetNames.h"
+#include "ProgramStore.h"
+#include "SampleFile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kMagic[] = "ZYLP";
+constexpr uint16_t kVersion = 1;          // a reader refuses a later one
+constexpr size_t kChunkHeadBytes = 4 + 4;
+constexpr uint32_t kMaxFileBytes = 1u << 30;
+
+// CRC-32 with the reflected polynomial EDB88320, as in IEEE 802.3.
+uint32_t Checksum(const std::byte* bytes, size_t count) {
+  static const auto table = [] {
+    std::array<uint32_t, 256> made{};
+    for (uint32_t i = 0; i < made.size(); ++i) {
+      uint32_t value = i;
+      for (int bit = 0; bit < 8; ++bit) value = value >> 1 ^ ((value & 1) != 0 ? 0xEDB88320u : 0);
+      made[i] = value;
+    }
+    return made;
+  }();
+  uint32_t sum = 0xFFFFFFFFu;
+  for (size_t i = 0; i < count; ++i) {
+    sum = table[(sum ^ std::to_integer<uint32_t>(bytes[i])) & 0xFF] ^ sum >> 8;
+  }
+  return ~sum;
+}
+
+// Where a zone's sample is to be found: as the program names it, relative to the program file, and
+// absolute. Either of the last two may be empty.
+struct ZonePath {
+  uint32_t entry = 0;  // keygroup * 4 + zone
+  int32_t channel = 0;
+  std::string given;
+  std::string relative;
+  std::string absolute;
+};
+
+// ---- Writing ----
+
+void AddChunk(MemInterpreter& image, const char* id, const void* bytes, size_t size) {
+  image.AddBlock(id, 4);
+  image.AddDWORD(static_cast<uint32_t>(size));
+  image.AddBlock(bytes, size);
+}
+
+void AddText(MemInterpreter& image, const std::string& text) {
+  image.AddDWORD(static_cast<uint32_t>(text.size()));
+  image.AddBlock(text.data(), text.size());
+}
+
+std::string RelativeTo(const std::string& programPath, const std::string& samplePath) {
+  const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
+  return fs::path(zyl::AbsolutePath(samplePath)).lexically_relative(folder).generic_string();
+}
+
+std::vector<ZonePath> ZonePaths(const akaiProgram& program, const std::string& programPath,
+                                int mode) {
+  std::vector<ZonePath> all;
+  for (int i = 0; i < kZones * program.AllocatedKeyGroups(); ++i) {
+    const vendlKeyGroup& extension = program.keyGroupExtensions[i / kZones];
+    const char* given = extension.SamplePath(i % kZones);
+    if (given == nullptr) continue;
+    const genericSample* sample = program.sampleTable[i];
+    ZonePath path;
+    path.entry = static_cast<uint32_t>(i);
+    path.channel = sample == nullptr ? extension.pathChannel[i % kZones] : sample->channel;
+    path.given = given;
+    const bool neither = (mode & (kWriteRelativePaths | kWriteAbsolutePaths)) == 0;
+    if ((mode & kWriteRelativePaths) != 0) path.relative = RelativeTo(programPath, given);
+    if ((mode & kWriteAbsolutePaths) != 0 || neither) path.absolute = zyl::AbsolutePath(given);
+    all.push_back(std::move(path));
+  }
+  return all;
+}
+
+bool WriteProgram(const akaiProgram& program, const std::string& path, int mode) {
+  MemInterpreter image;
+  image.PrepareWrite(4096);
+  image.AddBlock(kMagic, 4);
+  image.AddWORD(kVersion);
+  image.AddWORD(0);
+  AddChunk(image, "HEAD", static_cast<const akaiProgramHdr*>(&program), sizeof(akaiProgramHdr));
+  const int count = program.AllocatedKeyGroups();
+  AddChunk(image, "KGRP", program.keyGroupArray, sizeof(akaiKeyGroup) * static_cast<size_t>(count));
+  MemInterpreter extensions;
+  MemInterpreter paths;
+  for (int k = 0; k < count; ++k) {
+    const vendlKeyGroupImage& extension = program.keyGroupExtensions[k];
+    extensions.AddBlock(&extension, sizeof(extension));
+  }
+  for (const ZonePath& zone : ZonePaths(program, path, mode)) {
+    paths.AddDWORD(zone.entry);
+    paths.AddDWORD(static_cast<uint32_t>(zone.channel));
+    AddText(paths, zone.given);
+    AddText(paths, zone.relative);
+    AddText(paths, zone.absolute);
+  }
+  AddChunk(image, "KEXT", extensions.Image().data(), extensions.Image().size());
+  AddChunk(image, "PATH", paths.Image().data(), paths.Image().size());
+  if (program.IsTolmoChunk()) {
+    AddChunk(image, "TOLM", program.tolmoChunk.get(), sizeof(TolmoChunk));
+  }
+  for (const ListChunk& chunk : ProgramStore::OtherChunks(&program)) {
+    AddChunk(image, chunk.id, chunk.data.data(), chunk.data.size());
+  }
+  MemInterpreter sum;
+  sum.AddDWORD(Checksum(image.Image().data(), image.Image().size()));
+  AddChunk(image, "CSUM", sum.Image().data(), sum.Image().size());
+  zyl::AtomicFile file(path);
+  file.Write(image.Image().data(), image.Image().size());
+  if (file.Commit()) return true;
+  ZylDiagnostic(file.Error());
+  return false;
+}
+
+// A path beside the program file that no file has yet.
+std::string FreePathBeside(const std::string& programPath, const std::string& name) {
+  const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
+  const std::string stem = name.empty() ? FileString(programPath).BaseName() + " sample" : name;
+  fs::path path = folder / (stem + ".wav");
+  for (int n = 2; fs::exists(fs::symlink_status(path)); ++n) {
+    path = folder / (stem + " " + std::to_string(n) + ".wav");
+  }
+  return path.string();
+}
+
+bool StorableInPlace(const genericSample& sample) {
+  if (sample.filePath == nullptr) return false;
+  const int type = getTypeFromExtension(FileString(sample.filePath).Extension().c_str());
+  const std::string extension = FileString(sample.filePath).Extension();
+  return type == 2 || type == 3 || extension == "aiff" || extension == "aifc";
+}
+
+// Stores the changed samples of a program. One that has no file yet, or that came from a kind of
+// file that is only read, gets a WAVE file beside the program, and its zones its path.
+bool WriteChangedSamples(akaiProgram& program, const std::string& programPath) {
+  bool all = true;
+  std::set<const zyl::SampleFile*> seen;
+  for (int i = 0; i < kZones * program.AllocatedKeyGroups(); ++i) {
+    genericSample* sample = program.sampleTable[i];
+    if (sample == nullptr || !sample->shared().dirty) continue;
+    if (!seen.insert(zyl::SampleFile::Of(sample)).second) continue;
+    if (StorableInPlace(*sample)) {
+      all = writeSample(sample, sample->filePath, 0) && all;
+      continue;
+    }
+    const std::string path =
+        FreePathBeside(programPath, sample->name == nullptr ? "" : sample->name);
+    if (!writeSample(sample, path.c_str(), 0)) {
+      all = false;
+      continue;
+    }
+    sample->setFilePath(path);
+    sample->shared().dirty = false;
+    ZylDiagnostic("the changed sample of keygroup " + std::to_string(i / kZones) + ", zone " +
+                  std::to_string(i % kZones) + " is now stored in " + path);
+  }
+  return all;
+}
+
+// ---- Reading ----
+
+bool ReadWhole(const std::string& path, std::vector<std::byte>& bytes, std::string& reason) {
+  const zyl::InputFile file(path);
+  if (!file.Good()) {
+    reason = file.Error();
+    return false;
+  }
+  if (file.Size() > kMaxFileBytes) {
+    reason = "is too large for a program file";
+    return false;
+  }
+  bytes.resize(static_cast<size_t>(file.Size()));
+  if (file.ReadAt(0, bytes.data(), bytes.size()) != bytes.size()) {
+    reason = "could not be read to its end";
+    return false;
+  }
+  return true;
+}
+
+struct ProgramChunks {
+  std::map<std::string, std::vector<std::byte>> known;
+  std::vector<ListChunk> others;
+};
+
+bool SplitChunks(const std::vector<std::byte>& bytes, ProgramChunks& chunks, std::string& reason) {
+  MemInterpreter image(bytes.data(), bytes.size());
+  char magic[4] = {};
+  image.GetBlock(magic, 4);
+  if (!image.Good() || std::memcmp(magic, kMagic, 4) != 0) {
+    reason = "is no program file";
+    return false;
+  }
+  const int version = image.GetWORD();
+  image.GetWORD();
+  if (version > kVersion) {
+    reason = "was written by a later version (format " + std::to_string(version) + ")";
+    return false;
+  }
+  while (image.Remaining() >= kChunkHeadBytes) {
+    const size_t at = bytes.size() - image.Remaining();
+    char id[5] = {};
+    image.GetBlock(id, 4);
+    std::vector<std::byte> data;
+    const uint32_t size = image.GetDWORD();
+    if (size > image.Remaining()) break;
+    data.resize(size);
+    image.GetBlock(data.data(), size);
+    if (std::strcmp(id, "CSUM") == 0) {
+      MemInterpreter sum(data.data(), data.size());
+      if (sum.GetDWORD() == Checksum(bytes.data(), at) && sum.Good() && image.Remaining() == 0) {
+        return true;
+      }
+      break;
+    }
+    if (std::string("HEAD KGRP KEXT PATH TOLM").find(id) != std::string::npos) {
+      chunks.known[id] = std::move(data);
+    } else {
+      ListChunk other;
+      std::memcpy(other.id, id, 4);
+      other.data = std::move(data);
+      chunks.others.push_back(std::move(other));
+    }
+  }
+  reason = "is damaged: its checksum does not fit";
+  return false;
+}
+
+bool GetText(MemInterpreter& image, std::string& text) {
+  const uint32_t size = image.GetDWORD();
+  if (!image.Good() || size > image.Remaining()) return false;
+  text.resize(size);
+  return image.GetBlock(text.data(), size);
+}
+
+bool ReadZonePaths(const std::vector<std::byte>& data, size_t zones, std::vector<ZonePath>& all) {
+  MemInterpreter image(data.data(), data.size());
+  while (image.Remaining() > 0) {
+    ZonePath zone;
+    zone.entry = image.GetDWORD();
+    zone.channel = static_cast<int32_t>(image.GetDWORD());
+    if (!GetText(image, zone.given) || !GetText(image, zone.relative) ||
+        !GetText(image, zone.absolute) || zone.entry >= zones) {
+      return false;
+    }
+    all.push_back(std::move(zone));
+  }
+  return true;
+}
+
+// The file that a zone means: what lies where it lay relative to the program (the folder may have
+// been moved), then where it lay absolutely. The name the program gave it stays when it leads there.
+std::string FoundPath(const ZonePath& zone, const std::string& programPath) {
+  std::string found;
+  if (!zone.relative.empty()) {
+    const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
+    found = (folder / zone.relative).lexically_normal().string();
+  }
+  if (found.empty() || !zyl::FileExists(found)) {
+    const std::string fallback = zone.absolute.empty() ? zone.given : zone.absolute;
+    if (!zyl::FileExists(fallback)) return zone.given;
+    found = fallback;
+  }
+  return zyl::AbsolutePath(zone.given) == zyl::AbsolutePath(found) ? zone.given : found;
+}
+
+bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector<ZonePath>& paths,
+                  std::string& reason) {
+  const auto chunk = [&](const char* id) -> const std::vector<std::byte>& {
+    static const std::vector<std::byte> none;
+    const auto found = chunks.known.find(id);
+    return found == chunks.known.end() ? none : found->second;
+  };
+  const size_t count = chunk("KGRP").size() / sizeof(akaiKeyGroup);
+  if (chunk("HEAD").size() != sizeof(akaiProgramHdr) ||
+      chunk("KGRP").size() != count * sizeof(akaiKeyGroup) ||
+      chunk("KEXT").size() != count * sizeof(vendlKeyGroupImage) ||
+      !ReadZonePaths(chunk("PATH"), count * kZones, paths)) {
+    reason = "is damaged: its chunks do not fit each other";
+    return false;
+  }
+  std::vector<akaiKeyGroup> keygroups(count);
+  std::vector<vendlKeyGroup> extensions(count);
+  if (count > 0) std::memcpy(keygroups.data(), chunk("KGRP").data(), chunk("KGRP").size());
+  for (size_t k = 0; k < count; ++k) {
+    vendlKeyGroupImage& image = extensions[k];
+    std::memcpy(&image, chunk("KEXT").data() + k * sizeof(image), sizeof(image));
+  }
+  akaiProgramHdr& header = *program;
+  std::memcpy(&header, chunk("HEAD").data(), sizeof(header));
+  program->lockCount = 0;  // of the program that was written, not of this one
+  ProgramStore::Fill(program, std::move(keygroups), std::move(extensions), chunks.others);
+  if (chunk("TOLM").size() == sizeof(TolmoChunk)) {
+    program->EnableTolmoChunk();
+    std::memcpy(program->tolmoChunk.get(), chunk("TOLM").data(), sizeof(TolmoChunk));
+  }
+  return true;
+}
+
+void AttachSamples(akaiProgram* program, const std::vector<ZonePath>& paths,
+                   const std::string& programPath, bool load) {
+  for (const ZonePath& zone : paths) {
+    const int keygroup = static_cast<int>(zone.entry) / kZones;
+    const int place = static_cast<int>(zone.entry) % kZones;
+    const std::string path = FoundPath(zone, programPath);
+    if (load) {
+      if (program->setSample(path.c_str(), keygroup, place, zone.channel, 0)) continue;
+      ZylDiagnostic(programPath + ": keygroup " + std::to_string(keygroup) + ", zone " +
+                    std::to_string(place) + " is without its sample " + path);
+    }
+    program->keyGroupExtensions[keygroup].setSamplePath(place, path.c_str(), true);
+    program->keyGroupExtensions[keygroup].pathChannel[place] = zone.channel;
+  }
+}
+
+}  // namespace
+
+akaiProgram* readAkaiProgram(int, const char* path, int loadSamples) {
+  const std::string programPath = path == nullptr ? "" : path;
+  std::vector<std::byte> bytes;
+  ProgramChunks chunks;
+  std::vector<ZonePath> paths;
+  std::string reason;
+  if (!ReadWhole(programPath, bytes, reason) || !SplitChunks(bytes, chunks, reason)) {
+    ZylDiagnostic(programPath + ": " + reason);
+    return nullptr;
+  }
+  akaiProgram* program = newAkaiProgram();
+  if (!BuildProgram(program, chunks, paths, reason)) {
+    ZylDiagnostic(programPath + ": " + reason);
+    deleteAkaiProgram(program);
+    return nullptr;
+  }
+  program->SetFileName(programPath);
+  AttachSamples(program, paths, programPath, loadSamples != 0);
+  return program;
+}
+
+int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
+  if (program == nullptr || path == nullptr || *path == '\0') {
+    ZylDiagnostic("the program has no file name to be written to");
+    return 0;
+  }
+  // The samples first: they may get new paths, which the program's file must carry.
+  bool stored = true;
+  if ((mode & kWriteSamples) != 0) stored = WriteChangedSamples(*program, path);
+  if ((mode & kWriteProgram) != 0) stored = WriteProgram(*program, path, mode) && stored;
+  return stored ? 1 : 0;
+}
+
+char* createPresetArray(const char* path, int& count) {
+  count = 0;
+  const auto names = zyl::ReadPresetNames(path == nullptr ? "" : path);
+  if (!names) return nullptr;
+  constexpr size_t kEntry = 21;
+  auto* block = static_cast<char*>(::operator new(kEntry * names->size() + 1));
+  std::memset(block, 0, kEntry * names->size() + 1);
+  for (const std::string& name : *names) {
+    std::memcpy(block + kEntry * static_cast<size_t>(count), name.data(),
+                std::min(name.size(), kEntry - 1));
+    ++count;
+  }
+  return block;
+}

@@ -1,0 +1,331 @@
+#include "SampleFile.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "../../util/ValueAccess.h"
+#include "../base.h"
+#include "../platform/Platform.h"
+#include "../qx.h"
+#include "PageLocks.h"
+
+SampleBlock NewSampleBlock(size_t bytes) { return SampleBlock(new std::byte[bytes]); }
+
+namespace zyl {
+namespace {
+
+std::vector<SampleFile*>& Files() {
+  static std::vector<SampleFile*> files;
+  return files;
+}
+uint32_t lastSourceId = 0;
+
+// The same sound in another width, cut or filled with silence to `positions`.
+SampleBlock Fitted(const std::byte* from, int fromBytes, int fromPositions, int bytes,
+                   int positions) {
+  const auto width = static_cast<size_t>(bytes);
+  const int kept = std::min(fromPositions, positions);
+  SampleBlock block = NewSampleBlock(static_cast<size_t>(positions) * width);
+  if (fromBytes == bytes) {
+    if (kept > 0) std::memcpy(block.get(), from, static_cast<size_t>(kept) * width);
+  } else {
+    VisitWidth(fromBytes, [&](auto source) {
+      VisitWidth(bytes, [&](auto target) {
+        constexpr int kShift = 8 * (target.bytesPerValue - source.bytesPerValue);
+        for (int i = 0; i < kept; ++i) {
+          const int32_t value = source.Read(from, i);
+          if constexpr (kShift >= 0) {
+            target.Store(block.get(), i, static_cast<int32_t>(static_cast<uint32_t>(value) << kShift));
+          } else {
+            target.Store(block.get(), i, value >> -kShift);
+          }
+        }
+      });
+    });
+  }
+  std::memset(block.get() + static_cast<size_t>(kept) * width, 0,
+              static_cast<size_t>(positions - kept) * width);
+  return block;
+}
+
+}  // namespace
+
+SampleFile::SampleFile() : sourceId_(++lastSourceId) { Files().push_back(this); }
+
+SampleFile::SampleFile(genericSample* first) : SampleFile() {
+  mains_.push_back(first);
+  blocks_.resize(1);
+  locks_.resize(1, 0);
+  first->file_ = this;
+  Link();
+}
+
+SampleFile::~SampleFile() {
+  std::erase(Files(), this);
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    if (blocks_[c] == nullptr) continue;
+    for (; locks_[c] > 0; --locks_[c]) LetGo(blocks_[c].get());
+    qxWithdrawBuffer(blocks_[c].get());
+  }
+  if (pitchTrack != nullptr) qxWithdrawBuffer(pitchTrack->data());
+  for (genericSample* record : mains_) delete record;
+  for (genericSample* record : others_) delete record;
+}
+
+SampleFile* SampleFile::Make(std::unique_ptr<BasicSample> file, const std::string& path) {
+  auto* made = new SampleFile;
+  made->Adopt(std::move(file));
+  made->SetPath(path);
+  return made;
+}
+
+const std::vector<SampleFile*>& SampleFile::All() { return Files(); }
+
+SampleFile* SampleFile::Find(const std::string& path) {
+  if (path.empty()) return nullptr;
+  const std::string absolute = AbsolutePath(path);
+  for (SampleFile* file : Files()) {
+    if (!file->hidden && file->absolutePath_ == absolute) return file;
+  }
+  return nullptr;
+}
+
+genericSample* SampleFile::NewRecord(int channel) {
+  auto* record = new genericSample(this);
+  record->channel = channel;
+  return record;
+}
+
+void SampleFile::Create(genericSample* first, int type, int channels) {
+  const int count = std::clamp(channels, 1, kMaxChannels);
+  type_ = type;
+  SetChannelCount(count);
+  if (count > 1 && first->channel == 0) {
+    // The record stands for the whole; the first channel gets a record of its own.
+    mains_[0] = NewRecord(0);
+    first->channel = -1;
+    others_.push_back(first);
+    Link();
+  }
+}
+
+void SampleFile::Adopt(std::unique_ptr<BasicSample> file) {
+  const auto channels = std::clamp(static_cast<int>(file->ChannelCount()), 1, kMaxChannels);
+  const RiffParameters& from = file->parameters;
+  SetChannelCount(channels);
+  std::vector<SampleBlock> blocks(static_cast<size_t>(channels));
+  for (unsigned c = 0; c < blocks.size(); ++c) blocks[c] = SampleBlock(file->TakeLinBuffer(c));
+  const int positions =
+      static_cast<int>(std::min<uint64_t>(file->FrameCount(), static_cast<uint64_t>(INT32_MAX)));
+  if (blocks[0] != nullptr) {
+    SetBlocks(std::move(blocks), static_cast<int>(file->BytesPerValue()), positions);
+  }
+  parameters.frameCount = positions;
+  parameters.bits = static_cast<uint16_t>(file->BitsPerValue());
+  parameters.sampleRate = from.rateHz;
+  parameters.key = from.key;
+  parameters.tune = from.tune;
+  parameters.playbackType = from.playbackType;
+  parameters.holdLoopTuneOff = from.holdLoopTuneOff;
+  parameters.start = from.start;
+  parameters.end = from.end < 0 ? std::max(positions - 1, 0) : from.end;
+  parameters.loopCount = 0;
+  for (const RiffLoop& loop : from.loops) {
+    if (parameters.loopCount == kMaxLoops) break;
+    genericLoop& to = parameters.loops[parameters.loopCount++];
+    to.loopStart = static_cast<int32_t>(std::min<uint32_t>(loop.start, INT32_MAX));
+    to.loopEnd = static_cast<int32_t>(std::min<uint32_t>(loop.end, INT32_MAX));
+    to.loopFineLen = loop.fineLen;
+    to.loopTimes = static_cast<int32_t>(std::min<uint32_t>(loop.times, INT32_MAX));
+    to.loopType = loop.type;
+  }
+  container_ = std::move(file);
+}
+
+void SampleFile::Link() {
+  for (size_t c = 0; c < mains_.size(); ++c) mains_[c]->channel = static_cast<int32_t>(c);
+  for (genericSample* record : mains_) RenewRecord(record);
+  for (genericSample* record : others_) RenewRecord(record);
+}
+
+// A record that stands for a channel has that channel's neighbours, so that a walk from any record
+// to the first and on to the last meets every channel once; the whole sample takes the first place.
+void SampleFile::RenewRecord(genericSample* record) const {
+  const auto place = static_cast<size_t>(std::max(record->channel, 0));
+  record->prevChannel = place > 0 ? mains_[place - 1] : nullptr;
+  record->nextChannel = place + 1 < mains_.size() ? mains_[place + 1] : nullptr;
+  record->buffer = blocks_[place].get();
+  record->sourceId = sourceId_;
+  record->pathText_ = path_;
+  record->filePath = path_.empty() ? nullptr : record->pathText_.c_str();
+  record->nameText_ = name_;
+  record->name = name_.empty() ? nullptr : record->nameText_.c_str();
+}
+
+genericSample* SampleFile::Record(int channel) {
+  if (channel >= 0) {
+    return channel < ChannelCount() ? mains_[static_cast<size_t>(channel)] : nullptr;
+  }
+  if (channel != -1) return nullptr;
+  for (genericSample* record : others_) {
+    if (record->channel == -1) return record;
+  }
+  others_.push_back(NewRecord(-1));
+  RenewRecord(others_.back());
+  return others_.back();
+}
+
+bool SampleFile::SetChannelCount(int count) {
+  if (count < 1 || count > kMaxChannels) return false;
+  const auto wanted = static_cast<size_t>(count);
+  for (size_t c = wanted; c < mains_.size(); ++c) {
+    if (mains_[c]->useCount > 0) return false;
+  }
+  for (const genericSample* record : others_) {
+    if (record->useCount > 0 && record->channel >= count) return false;
+  }
+  std::erase_if(others_, [&](genericSample* record) {
+    if (record->channel < count) return false;
+    delete record;
+    return true;
+  });
+  while (mains_.size() > wanted) {
+    const size_t last = mains_.size() - 1;
+    if (blocks_[last] != nullptr) qxWithdrawBuffer(blocks_[last].get());
+    delete mains_[last];
+    mains_.pop_back();
+  }
+  while (mains_.size() < wanted) mains_.push_back(NewRecord(static_cast<int>(mains_.size())));
+  const bool sound = !blocks_.empty() && blocks_[0] != nullptr;
+  const size_t before = blocks_.size();
+  blocks_.resize(wanted);
+  locks_.resize(wanted, 0);
+  for (size_t c = before; sound && c < wanted; ++c) {
+    blocks_[c] = Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount);
+  }
+  Link();
+  return true;
+}
+
+void SampleFile::StandFor(genericSample* record, int channel) {
+  if (record->channel == channel) return;
+  LockChannels(*record, -record->lockCount_);
+  const auto main = std::find(mains_.begin(), mains_.end(), record);
+  if (main != mains_.end()) {
+    *main = NewRecord(record->channel);
+    others_.push_back(record);
+  }
+  record->channel = channel;
+  LockChannels(*record, record->lockCount_);
+  Link();
+}
+
+bool SampleFile::IsUsed() const {
+  const auto used = [](const genericSample* record) { return record->useCount > 0; };
+  return std::any_of(mains_.begin(), mains_.end(), used) ||
+         std::any_of(others_.begin(), others_.end(), used);
+}
+
+void SampleFile::DropUse(genericSample* record) {
+  if (record->useCount > 1) {
+    --record->useCount;
+    return;
+  }
+  // Whoever is told may still look at the record, so its last use counts until then.
+  if (g_pInfoDispatcher != nullptr) g_pInfoDispatcher->OnSampleDeleting(record);
+  record->useCount = 0;
+  while (record->lockCount_ > 0) unlockSample(record);
+  if (!IsUsed()) delete this;
+}
+
+void SampleFile::SetPath(const std::string& path) {
+  path_ = path;
+  absolutePath_ = path.empty() ? path : AbsolutePath(path);
+  if (name_.empty() || container_ == nullptr) name_ = FileString(path).BaseName();
+  Link();
+}
+
+void SampleFile::ForgetPath() {
+  path_.clear();
+  absolutePath_.clear();
+  Link();
+}
+
+void SampleFile::SetName(const std::string& name) {
+  name_ = name;
+  Link();
+}
+
+std::byte* SampleFile::Writable(int channel) {
+  SampleBlock& block = blocks_[static_cast<size_t>(channel)];
+  if (block != nullptr && block.use_count() > 1) {
+    std::vector<SampleBlock> blocks(blocks_.size());
+    blocks[static_cast<size_t>(channel)] =
+        Fitted(block.get(), BytesPerValue(), parameters.frameCount, BytesPerValue(),
+               parameters.frameCount);
+    SetBlocks(std::move(blocks), BytesPerValue(), parameters.frameCount);
+  }
+  return blocks_[static_cast<size_t>(channel)].get();
+}
+
+void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, int positions) {
+  blocks.resize(blocks_.size());
+  const size_t newBytes = static_cast<size_t>(positions) * static_cast<size_t>(bytesPerValue);
+  const bool fits = bytesPerValue == BytesPerValue() && positions == parameters.frameCount;
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    if (blocks[c] == nullptr && fits && (blocks_[c] != nullptr || positions == 0)) continue;
+    if (blocks[c] == nullptr && positions > 0) {
+      const int kept = blocks_[c] == nullptr ? 0 : parameters.frameCount;
+      blocks[c] = Fitted(blocks_[c].get(), BytesPerValue(), kept, bytesPerValue, positions);
+    }
+    if (positions == 0) blocks[c].reset();
+    if (blocks_[c] != nullptr) {
+      for (int i = 0; i < locks_[c]; ++i) LetGo(blocks_[c].get());
+      qxWithdrawBuffer(blocks_[c].get());
+    }
+    blocks_[c] = std::move(blocks[c]);
+    for (int i = 0; i < locks_[c]; ++i) HoldResident(blocks_[c].get(), newBytes);
+  }
+  if (bytesPerValue != BytesPerValue()) parameters.bits = static_cast<uint16_t>(8 * bytesPerValue);
+  parameters.frameCount = positions;
+  Link();
+}
+
+void SampleFile::SetBits(int bits) {
+  const int held = std::clamp(bits, 1, 32);
+  SetBlocks({}, (held + 7) / 8, parameters.frameCount);
+  parameters.bits = static_cast<uint16_t>(held);
+}
+
+void SampleFile::HoldLock(genericSample* record, int step) {
+  record->lockCount_ += step;
+  LockChannels(*record, step);
+}
+
+void SampleFile::LockChannels(const genericSample& record, int step) {
+  for (const int channel : record.EditedChannels()) {
+    const auto c = static_cast<size_t>(channel);
+    for (int i = 0; i < step; ++i) HoldResident(blocks_[c].get(), ChannelBytes());
+    for (int i = 0; i > step; --i) LetGo(blocks_[c].get());
+    locks_[c] += step;
+  }
+}
+
+int64_t SampleFile::Memory() const {
+  const auto records = static_cast<int64_t>((mains_.size() + others_.size()) * sizeof(genericSample));
+  int64_t sound = 0;
+  for (const SampleBlock& block : blocks_) {
+    if (block != nullptr) sound += static_cast<int64_t>(ChannelBytes());
+  }
+  return records + static_cast<int64_t>(sizeof(SampleFile)) + sound;
+}
+
+int64_t SampleFile::LockedMemory() const {
+  int64_t sound = 0;
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    if (blocks_[c] != nullptr && locks_[c] > 0) sound += static_cast<int64_t>(ChannelBytes());
+  }
+  return sound;
+}
+
+}  // namespace zyl

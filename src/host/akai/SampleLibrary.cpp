@@ -1,0 +1,225 @@
+// Sample files: finding, loading, reloading, locking and storing them.
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "../akai.h"
+#include "../base.h"
+#include "../platform/Platform.h"
+#include "ProgramStore.h"
+#include "SampleFile.h"
+
+using zyl::SampleFile;
+
+namespace {
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return lower;
+}
+
+SampleFile* ReadFromDisk(const std::string& path, bool data) {
+  std::string reason;
+  std::unique_ptr<BasicSample> file = ReadSampleFile(path, data, reason);
+  if (!reason.empty()) ZylDiagnostic(path + ": " + reason);
+  return file == nullptr ? nullptr : SampleFile::Make(std::move(file), path);
+}
+
+enum class Container { kNone, kWave, kAiff };
+
+Container ContainerFor(const std::string& path) {
+  const std::string extension = LowerCase(FileString(path).Extension());
+  if (extension == "wav" || extension == "wave") return Container::kWave;
+  if (extension == "aif" || extension == "aiff" || extension == "aifc") return Container::kAiff;
+  return Container::kNone;
+}
+
+}  // namespace
+
+genericSample* newSample() { return new genericSample; }
+
+int getTypeFromExtension(const char* extension) {
+  const std::string lower = LowerCase(extension == nullptr ? "" : extension);
+  if (lower == "s") return 1;
+  if (lower == "wav") return 2;
+  if (lower == "aif") return 3;
+  return 0;
+}
+
+genericSample* loadSample(const char* path, int data, int, int channel) {
+  if (path == nullptr || *path == '\0') return nullptr;
+  SampleFile* file = SampleFile::Find(path);
+  const bool loaded = file != nullptr;
+  if (!loaded) file = ReadFromDisk(path, data != 0);
+  if (file == nullptr) return nullptr;
+  if (!loaded) file->hidden = data == 0;
+  genericSample* record = file->Record(channel);
+  if (record == nullptr) {
+    ZylDiagnostic(std::string(path) + ": has no channel " + std::to_string(channel));
+    if (!loaded) delete file;
+    return nullptr;
+  }
+  ++record->useCount;
+  return record;
+}
+
+genericSample* findSampleFN(const char* path, int, int channel) {
+  SampleFile* file = path == nullptr ? nullptr : SampleFile::Find(path);
+  return file == nullptr ? nullptr : file->Record(channel);
+}
+
+genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program, int channel) {
+  if (fileName == nullptr || program == nullptr) return nullptr;
+  const std::string wanted = fileName;
+  const int entries = kZones * program->KeyGroupCount();
+  const auto find = [&](auto matches) -> genericSample* {
+    for (int i = 0; i < entries; ++i) {
+      genericSample* sample = program->sampleTable[i];
+      if (sample == nullptr || sample->filePath == nullptr) continue;
+      if (channel >= 0 && sample->channel != channel) continue;
+      if (matches(sample->filePath)) return sample;
+    }
+    return nullptr;
+  };
+  genericSample* found = find([&](const char* path) { return wanted == path; });
+  if (found == nullptr) {
+    found = find([&](const char* path) { return wanted == FileString(path).FileName(); });
+  }
+  if (found == nullptr) {
+    found = find([&](const char* path) { return wanted == FileString(path).BaseName(); });
+  }
+  return found;
+}
+
+bool reloadSample(const char* path) {
+  SampleFile* old = path == nullptr ? nullptr : SampleFile::Find(path);
+  if (old == nullptr) return false;
+  SampleFile* fresh = ReadFromDisk(path, true);
+  if (fresh == nullptr) return false;
+  // The path goes first: what is replaced must not be found, nor what replaces it be lost.
+  fresh->SetPath(old->Path());
+  old->ForgetPath();
+  std::vector<genericSample*> replaced;
+  for (akaiProgram* program : zyl::AllPrograms()) {
+    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
+      genericSample* sample = program->sampleTable[i];
+      if (sample == nullptr || SampleFile::Of(sample) != old) continue;
+      genericSample* record = fresh->Record(sample->channel);
+      if (record == nullptr) continue;  // fewer channels than before: the zone keeps the old sound
+      ++record->useCount;
+      if (program->lockCount != 0) {
+        lockSample(record);
+        unlockSample(sample);
+      }
+      program->sampleTable[i] = record;
+      replaced.push_back(sample);
+    }
+  }
+  // Last, since the end of the last use ends the old file, which the loop compares with.
+  for (genericSample* sample : replaced) sample->deleteSample();
+  return true;
+}
+
+void dropUnusedSample(const char* path) {
+  SampleFile* file = path == nullptr ? nullptr : SampleFile::Find(path);
+  if (file != nullptr && !file->IsUsed()) delete file;
+}
+
+int lockSample(genericSample* sample) {
+  ++sample->lockValue;
+  sample->memLocked = 1;
+  SampleFile::Of(sample)->HoldLock(sample, +1);
+  return sample->lockValue;
+}
+
+void unlockSample(genericSample* sample) {
+  if (sample->lockValue == 0) return;
+  --sample->lockValue;
+  sample->memLocked = sample->lockValue != 0 ? 1 : 0;
+  SampleFile::Of(sample)->HoldLock(sample, -1);
+}
+
+bool writeSample(genericSample* sample, const char* path, int channelMask) {
+  if (sample == nullptr || path == nullptr || *path == '\0') return false;
+  SampleFile* file = SampleFile::Of(sample);
+  std::string reason;
+  if (!file->WriteTo(path, channelMask, reason)) {
+    ZylDiagnostic(std::string(path) + ": " + reason);
+    return false;
+  }
+  if (file->Path() == path && channelMask == 0) file->parameters.dirty = false;
+  return true;
+}
+
+namespace zyl {
+
+void SampleFile::CopyParametersTo(BasicSample& file) const {
+  RiffParameters& to = file.parameters;
+  to.rateHz = parameters.sampleRate;
+  to.key = parameters.key;
+  to.tune = parameters.tune;
+  to.playbackType = parameters.playbackType;
+  to.holdLoopTuneOff = parameters.holdLoopTuneOff;
+  to.start = parameters.start;
+  to.end = parameters.end;
+  to.loops.clear();
+  for (uint32_t i = 0; i < std::min<uint32_t>(parameters.loopCount, kMaxLoops); ++i) {
+    const genericLoop& loop = parameters.loops[i];
+    to.loops.push_back({static_cast<uint32_t>(std::max(loop.loopStart, 0)),
+                        static_cast<uint32_t>(std::max(loop.loopEnd, 0)), loop.loopFineLen,
+                        static_cast<uint32_t>(std::max(loop.loopTimes, 0)), loop.loopType});
+  }
+  file.SetBitsPerValue(parameters.bits);
+}
+
+bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& reason) {
+  const Container kind = ContainerFor(path);
+  if (kind == Container::kNone) {
+    reason = "samples are stored as .wav or .aif";
+    return false;
+  }
+  std::vector<unsigned> selected;
+  for (unsigned c = 0; c < blocks_.size(); ++c) {
+    if (channelMask == 0 || (static_cast<unsigned>(channelMask) >> c & 1u) != 0) {
+      selected.push_back(c);
+    }
+  }
+  if (selected.empty()) {
+    reason = "the channel mask selects no channel of the sample";
+    return false;
+  }
+  std::unique_ptr<BasicSample> made;
+  BasicSample* file = container_.get();
+  const bool fits = kind == Container::kWave ? dynamic_cast<WavSample*>(file) != nullptr
+                                             : dynamic_cast<AifSample*>(file) != nullptr;
+  if (!fits) {
+    if (kind == Container::kWave) {
+      made = std::make_unique<WavSample>();
+    } else {
+      made = std::make_unique<AifSample>();
+    }
+    file = made.get();
+  }
+  CopyParametersTo(*file);
+  file->SetName(name_.c_str());
+  file->SetChannelCount(static_cast<unsigned>(selected.size()));
+  for (unsigned i = 0; i < selected.size(); ++i) {
+    file->SetLinBuffer(blocks_[selected[i]].get(), static_cast<unsigned>(BytesPerValue()),
+                       static_cast<unsigned>(parameters.frameCount), i);
+  }
+  bool stored = false;
+  if (!file->CreateInterleavedBuffer() || !file->IsValid()) {
+    reason = "the sample does not fit into a file of this kind";
+  } else {
+    RiffFile target(path, file->FormatFlag());
+    stored = file->Write(target) && target.Close();
+    if (!stored) reason = "could not be written; what was there before is unchanged";
+  }
+  file->DetachLinBuffers();
+  return stored;
+}
+
+}  // namespace zyl

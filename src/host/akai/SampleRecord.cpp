@@ -1,0 +1,138 @@
+#include <algorithm>
+#include <cstring>
+
+#include "../../util/ValueAccess.h"
+#include "../akai.h"
+#include "../base.h"
+#include "../qx.h"
+#include "ProgramStore.h"
+#include "SampleFile.h"
+
+using zyl::SampleFile;
+
+AkaiInfoDispatcher* g_pInfoDispatcher = nullptr;
+
+void genericLoop::Init() { *this = genericLoop(); }
+
+genericSample::genericSample() { new SampleFile(this); }
+genericSample::~genericSample() = default;
+
+SampleParameters& genericSample::shared() const { return file_->parameters; }
+void genericSample::create(int type, int channels) { file_->Create(this, type, channels); }
+void genericSample::deleteSample() { file_->DropUse(this); }
+
+genericSample* genericSample::createChannelRef(int channelIndex) {
+  genericSample* record = file_->Record(channelIndex);
+  if (record != nullptr) ++record->useCount;
+  return record;
+}
+
+void genericSample::setFilePath(std::string_view path) {
+  file_->SetPath(std::string(path));
+  // A zone's path is where the next read of its program looks for this sound.
+  for (akaiProgram* program : zyl::AllPrograms()) {
+    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
+      const genericSample* sample = program->sampleTable[i];
+      if (sample == nullptr || sample->file_ != file_) continue;
+      program->keyGroupExtensions[i / kZones].setSamplePath(i % kZones, file_->Path().c_str(),
+                                                            true);
+    }
+  }
+}
+void genericSample::setName(std::string_view text) { file_->SetName(std::string(text)); }
+
+// The records read one set of parameters, so there is nothing to pass on.
+void genericSample::updateChannels() {}
+
+int genericSample::getChannelCount() const { return file_->ChannelCount(); }
+bool genericSample::setChannelCount(int count) { return file_->SetChannelCount(count); }
+
+bool genericSample::setChannel(int channelIndex) {
+  if (channelIndex < 0 || channelIndex >= getChannelCount()) return false;
+  file_->StandFor(this, channelIndex);
+  return true;
+}
+
+int genericSample::getChannelBytesPS(int) const { return file_->BytesPerValue(); }
+
+int genericSample::getChannelSize(int channelIndex) const {
+  return channelIndex < getChannelCount() ? shared().frameCount : 0;
+}
+
+std::byte* genericSample::getChannelBuffer(int channelIndex) const {
+  if (channelIndex < 0) return buffer;
+  if (channelIndex >= getChannelCount()) return nullptr;
+  return file_->Blocks()[static_cast<size_t>(channelIndex)].get();
+}
+
+int32_t genericSample::getBufferAdr(int channelIndex) const {
+  return qxBufferHandle(getChannelBuffer(channelIndex), file_->ChannelBytes());
+}
+
+std::vector<int> genericSample::EditedChannels() const {
+  if (channel >= 0) return {channel};
+  std::vector<int> all(static_cast<size_t>(getChannelCount()));
+  for (size_t c = 0; c < all.size(); ++c) all[c] = static_cast<int>(c);
+  return all;
+}
+
+std::byte* genericSample::WritableChannel(int channelIndex) {
+  return file_->Writable(channelIndex);
+}
+std::vector<SampleBlock> genericSample::PinChannels() const { return file_->Blocks(); }
+
+void genericSample::setBuffer(SampleBlock block, int bytesPerValue, int positions) {
+  std::vector<SampleBlock> blocks(static_cast<size_t>(getChannelCount()));
+  blocks[static_cast<size_t>(std::max(channel, 0))] = std::move(block);
+  file_->SetBlocks(std::move(blocks), bytesPerValue, positions);
+}
+
+void genericSample::setBuffers(std::vector<SampleBlock> blocks, int bytesPerValue, int positions) {
+  file_->SetBlocks(std::move(blocks), bytesPerValue, positions);
+}
+
+void genericSample::setBitsPerSample(int bits) { file_->SetBits(bits); }
+
+template <int kBytes>
+int32_t genericSample::GetValue(int32_t position) const {
+  return zyl::ValueAccess<kBytes>::Read(buffer, position);
+}
+template <int kBytes>
+void genericSample::SetValue(int32_t position, int32_t value) {
+  zyl::ValueAccess<kBytes>::Write(WritableChannel(std::max(channel, 0)), position, value);
+}
+
+genericSample::GetMethod genericSample::GetBufferGetMethod() const {
+  return zyl::VisitWidth(file_->BytesPerValue(), [](auto access) -> GetMethod {
+    return &genericSample::GetValue<decltype(access)::bytesPerValue>;
+  });
+}
+genericSample::SetMethod genericSample::GetBufferSetMethod(int) const {
+  return zyl::VisitWidth(file_->BytesPerValue(), [](auto access) -> SetMethod {
+    return &genericSample::SetValue<decltype(access)::bytesPerValue>;
+  });
+}
+
+void genericSample::setWavSample(BasicSample* file, unsigned) {
+  file_->Adopt(std::unique_ptr<BasicSample>(file));
+}
+void genericSample::writeValuesToWav(WavSample* file) const { file_->CopyParametersTo(*file); }
+void genericSample::writeValuesToAif(AifSample* file) const { file_->CopyParametersTo(*file); }
+
+bool genericSample::hasPitchData() const { return pitchTrack() != nullptr; }
+void genericSample::clearPitchData() { setPitchData({}); }
+
+void genericSample::setPitchData(std::vector<float> track) {
+  std::shared_ptr<const std::vector<float>> kept;
+  if (!track.empty()) kept = std::make_shared<const std::vector<float>>(std::move(track));
+  const std::lock_guard<std::mutex> hold(file_->pitchMutex);
+  if (file_->pitchTrack != nullptr) qxWithdrawBuffer(file_->pitchTrack->data());
+  file_->pitchTrack = std::move(kept);
+}
+
+std::shared_ptr<const std::vector<float>> genericSample::pitchTrack() const {
+  const std::lock_guard<std::mutex> hold(file_->pitchMutex);
+  return file_->pitchTrack;
+}
+
+int64_t genericSample::FileMemory() const { return file_->Memory(); }

@@ -1,0 +1,90 @@
+// Sends of pads, and the queue that carries those of other threads to the script thread.
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "../hostapp.h"
+
+namespace {
+
+std::mutex queueMutex;
+std::condition_variable queueFilled;
+std::deque<std::function<void()>> queue;
+
+std::atomic<std::thread::id> scriptThread;
+
+std::mutex sinkMutex;
+std::function<void(std::string_view)> diagnosticSink;
+
+}  // namespace
+
+ROCPadListener::~ROCPadListener() = default;
+
+ROCPad::ROCPad(std::string name, ROCAlgo* owner, ROCParam* value)
+    : name_(std::move(name)), owner_(owner), value_(value), self_(this) {}
+ROCPad::~ROCPad() { deleteROCParam(value_); }
+const char* ROCPad::GetTypeName() const { return "ROCPad"; }
+
+void ROCPad::Send(int, int) {
+  if (ZylIsScriptThread()) {
+    if (listener_ != nullptr) listener_->OnSend(*this, *value_);
+    return;
+  }
+  ZylPost([self = self_, value = *value_] {
+    // Only a ROCPad puts its own object into self_, and a destroyed one reads as null.
+    auto* pad = static_cast<ROCPad*>(self.Object());
+    if (pad != nullptr && pad->listener_ != nullptr) pad->listener_->OnSend(*pad, value);
+  });
+}
+
+void ROCPad::UpdateOwner() {
+  if (listener_ != nullptr) listener_->OnUpdate(*this, *value_);
+}
+
+void ZylSetScriptThread() { scriptThread = std::this_thread::get_id(); }
+bool ZylIsScriptThread() { return scriptThread.load() == std::this_thread::get_id(); }
+
+void ZylPost(std::function<void()> call) {
+  {
+    const std::lock_guard<std::mutex> hold(queueMutex);
+    queue.push_back(std::move(call));
+  }
+  queueFilled.notify_one();
+}
+
+int ZylPump(double seconds) {
+  std::deque<std::function<void()>> taken;
+  {
+    std::unique_lock<std::mutex> hold(queueMutex);
+    if (queue.empty() && seconds > 0) {
+      // A day bounds what the clock's arithmetic must hold.
+      const auto limit = std::chrono::duration<double>(std::min(seconds, 86400.0));
+      queueFilled.wait_for(hold, limit, [] { return !queue.empty(); });
+    }
+    taken.swap(queue);
+  }
+  for (auto& call : taken) call();
+  return static_cast<int>(taken.size());
+}
+
+void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink) {
+  const std::lock_guard<std::mutex> hold(sinkMutex);
+  diagnosticSink = std::move(sink);
+}
+
+void ZylDiagnostic(std::string_view line) {
+  const std::lock_guard<std::mutex> hold(sinkMutex);
+  if (diagnosticSink) {
+    diagnosticSink(line);
+  } else {
+    std::cerr << "zylhost: " << line << '\n';
+  }
+}

@@ -1,0 +1,224 @@
+#include <cstring>
+
+#include "../base.h"
+
+RIOObject::~RIOObject() {
+  if (anchor_ == nullptr) return;
+  anchor_->object = nullptr;
+  if (anchor_->holders.fetch_sub(1) == 1) delete anchor_;
+}
+int RIOObject::GetTypeID() const { return 0; }
+const char* RIOObject::GetTypeName() const { return "RIOObject"; }
+bool RIOObject::isCSample() const { return false; }
+bool RIOObject::isROCAlgo() const { return false; }
+bool RIOObject::isRODPad() const { return false; }
+bool RIOObject::isSolidColor() const { return false; }
+ZylDispatch* RIOObject::GetDispatch(bool) { return nullptr; }
+
+ROCParam::ROCParam() : type_(kTypeObject) { value_.anchor = nullptr; }
+ROCParam::ROCParam(int32_t value) : type_(kTypeInteger) {
+  value_.real = 0;
+  value_.integer = value;
+}
+ROCParam::ROCParam(bool value) : type_(kTypeBool) {
+  value_.real = 0;
+  value_.boolean = value;
+}
+ROCParam::ROCParam(double value) : type_(kTypeDouble) { value_.real = value; }
+ROCParam::ROCParam(const char* text) : ROCParam(std::string_view(text == nullptr ? "" : text)) {}
+ROCParam::ROCParam(std::string_view text) : type_(kTypeString) {
+  value_.text = new std::string(text);
+}
+ROCParam::ROCParam(RIOObject* object) : ROCParam() { SetRIOPtr(object); }
+
+ROCParam* ROCParam::NewArray(int count) {
+  auto* value = new ROCParam;
+  value->type_ = kTypeArray;
+  value->value_.elements = new std::vector<ROCParam>(static_cast<size_t>(count), ROCParam(0));
+  return value;
+}
+
+ROCParam* ROCParam::NewData(const void* bytes, int size) {
+  auto* value = new ROCParam;
+  value->type_ = kTypeData;
+  value->value_.bytes = new std::vector<std::byte>;
+  value->SetData(bytes, size);
+  return value;
+}
+
+ROCParam::ROCParam(const ROCParam& other) { CopyFrom(other); }
+
+ROCParam& ROCParam::operator=(const ROCParam& other) {
+  if (this != &other) {
+    // The copy comes first: `other` may be an element of this value's own array.
+    ROCParam copy(other);
+    std::swap(value_, copy.value_);
+    std::swap(type_, copy.type_);
+  }
+  return *this;
+}
+
+ROCParam::~ROCParam() { Clear(); }
+
+void ROCParam::CopyFrom(const ROCParam& other) {
+  type_ = other.type_;
+  switch (type_) {
+    case kTypeString:
+      value_.text = new std::string(*other.value_.text);
+      break;
+    case kTypeObject:
+      value_.anchor = other.value_.anchor;
+      if (value_.anchor != nullptr) value_.anchor->holders.fetch_add(1);
+      break;
+    case kTypeData:
+      value_.bytes = new std::vector<std::byte>(*other.value_.bytes);
+      break;
+    case kTypeArray:
+      value_.elements = new std::vector<ROCParam>(*other.value_.elements);
+      break;
+    default:
+      value_ = other.value_;
+  }
+}
+
+void ROCParam::Clear() {
+  switch (type_) {
+    case kTypeString:
+      delete value_.text;
+      break;
+    case kTypeObject:
+      if (value_.anchor != nullptr && value_.anchor->holders.fetch_sub(1) == 1) {
+        delete value_.anchor;
+      }
+      break;
+    case kTypeData:
+      delete value_.bytes;
+      break;
+    case kTypeArray:
+      delete value_.elements;
+      break;
+    default:
+      break;
+  }
+}
+
+bool ROCParam::operator==(const ROCParam& other) const {
+  if (type_ != other.type_) return false;
+  switch (type_) {
+    case kTypeInteger:
+      return value_.integer == other.value_.integer;
+    case kTypeBool:
+      return value_.boolean == other.value_.boolean;
+    case kTypeDouble:
+      return value_.real == other.value_.real;
+    case kTypeString:
+      return *value_.text == *other.value_.text;
+    case kTypeData:
+      return *value_.bytes == *other.value_.bytes;
+    case kTypeArray:
+      return *value_.elements == *other.value_.elements;
+    default:
+      return Object() == other.Object();
+  }
+}
+
+RIOObject* ROCParam::Object() const {
+  if (type_ != kTypeObject || value_.anchor == nullptr) return nullptr;
+  return value_.anchor->object;
+}
+
+void ROCParam::SetInt(int32_t value) {
+  if (type_ == kTypeInteger) value_.integer = value;
+}
+void ROCParam::SetBool(bool value) {
+  if (type_ == kTypeBool) value_.boolean = value;
+}
+void ROCParam::SetDouble(double value) {
+  if (type_ == kTypeDouble) value_.real = value;
+}
+
+void ROCParam::SetStr(std::string_view text) {
+  auto* copy = new std::string(text);
+  Clear();
+  type_ = kTypeString;
+  value_.text = copy;
+}
+
+void ROCParam::SetRIOPtr(RIOObject* object) {
+  RIOAnchor* anchor = nullptr;
+  if (object != nullptr) {
+    if (object->anchor_ == nullptr) object->anchor_ = new RIOAnchor{object, 1};
+    anchor = object->anchor_;
+    anchor->holders.fetch_add(1);
+  }
+  Clear();
+  type_ = kTypeObject;
+  value_.anchor = anchor;
+}
+
+int ROCParam::GetSize() const {
+  switch (type_) {
+    case kTypeData:
+      return static_cast<int>(value_.bytes->size());
+    case kTypeArray:
+      return 4 * static_cast<int>(value_.elements->size());
+    case kTypeString:
+      return static_cast<int>(value_.text->size()) + 1;
+    case kTypeBool:
+      return 1;
+    case kTypeDouble:
+      return 8;
+    default:
+      return 4;
+  }
+}
+
+void ROCParam::SetSize(int bytes) {
+  const size_t size = bytes < 0 ? 0 : static_cast<size_t>(bytes);
+  if (type_ == kTypeData) {
+    value_.bytes->resize(size);
+  } else if (type_ == kTypeArray) {
+    value_.elements->resize(size / 4, ROCParam(0));
+  }
+}
+
+void ROCParam::SetData(const void* bytes, int size) {
+  if (type_ != kTypeData) return;
+  const auto* first = static_cast<const std::byte*>(bytes);
+  value_.bytes->assign(first, first + (size < 0 ? 0 : size));
+}
+
+std::byte* ROCParam::Data() { return type_ == kTypeData ? value_.bytes->data() : nullptr; }
+ROCParam& ROCParam::Element(int index) { return (*value_.elements)[static_cast<size_t>(index)]; }
+int ROCParam::ElementCount() const {
+  return type_ == kTypeArray ? static_cast<int>(value_.elements->size()) : 0;
+}
+
+// A count that has reached its end stays there: the value is then kept for good rather than
+// freed while it is still held.
+void ROCParam::AddReference() {
+  if (references_ != UINT16_MAX) ++references_;
+}
+bool ROCParam::DropReference() { return references_ != UINT16_MAX && --references_ == 0; }
+
+ROCParam* newROCParam(int32_t value) { return new ROCParam(value); }
+ROCParam* newROCParam(bool value) { return new ROCParam(value); }
+ROCParam* newROCParam(double value) { return new ROCParam(value); }
+ROCParam* newROCParam(const char* text) { return new ROCParam(text); }
+ROCParam* newROCParam(std::string_view text) { return new ROCParam(text); }
+ROCParam* newROCParam(RIOObject* object) { return new ROCParam(object); }
+
+void deleteROCParam(ROCParam* value) {
+  if (value != nullptr && value->DropReference()) delete value;
+}
+
+ROCParams::~ROCParams() {
+  for (int i = 0; i < count; ++i) deleteROCParam(Entry(i));
+  delete overflow;
+}
+
+void ROCParams::AddTail_more(ROCParam* value) {
+  if (overflow == nullptr) overflow = new std::vector<ROCParam*>;
+  overflow->push_back(value);
+  ++count;
+}

@@ -1,0 +1,30 @@
+// What differs between systems, one small interface with one source file per system.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace zyl {
+
+// A loadable library; null with a reason when it cannot be loaded.
+void* LoadLibraryFile(const std::string& path, std::string& reason);
+void* FindLibrarySymbol(void* library, const char* name);
+void UnloadLibraryFile(void* library);
+
+// Keeps whole pages resident, or lets them go again. False when the system refuses.
+bool LockPages(const void* address, size_t bytes);
+void UnlockPages(const void* address, size_t bytes);
+size_t PageSize();
+
+uint64_t PhysicalMemoryBytes();
+// Bytes that this process keeps resident by locks.
+uint64_t LockedMemoryBytes();
+
+// The path made absolute and free of "." and ".." without asking for its target.
+std::string AbsolutePath(const std::string& path);
+bool FileExists(const std::string& path);
+std::string TemporaryFolder();
+int ProcessNumber();
+
+}  // namespace zyl

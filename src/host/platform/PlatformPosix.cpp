@@ -1,0 +1,59 @@
+#include <dlfcn.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "Platform.h"
+
+namespace zyl {
+
+void* LoadLibraryFile(const std::string& path, std::string& reason) {
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) reason = dlerror();
+  return library;
+}
+
+void* FindLibrarySymbol(void* library, const char* name) { return dlsym(library, name); }
+void UnloadLibraryFile(void* library) { dlclose(library); }
+
+bool LockPages(const void* address, size_t bytes) { return mlock(address, bytes) == 0; }
+void UnlockPages(const void* address, size_t bytes) { munlock(address, bytes); }
+size_t PageSize() { return static_cast<size_t>(sysconf(_SC_PAGESIZE)); }
+
+uint64_t PhysicalMemoryBytes() {
+  const long pages = sysconf(_SC_PHYS_PAGES);
+  return pages < 0 ? 0 : static_cast<uint64_t>(pages) * PageSize();
+}
+
+uint64_t LockedMemoryBytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmLck:", 0) == 0) return std::stoull(line.substr(6)) * 1024;
+  }
+  return 0;
+}
+
+std::string AbsolutePath(const std::string& path) {
+  std::error_code failed;
+  const auto absolute = std::filesystem::absolute(path, failed);
+  return failed ? path : absolute.lexically_normal().string();
+}
+
+bool FileExists(const std::string& path) {
+  std::error_code failed;
+  return std::filesystem::is_regular_file(path, failed) && !failed;
+}
+
+std::string TemporaryFolder() {
+  std::error_code failed;
+  const auto folder = std::filesystem::temp_directory_path(failed);
+  return failed ? "/tmp" : folder.string();
+}
+
+int ProcessNumber() { return static_cast<int>(getpid()); }
+
+}  // namespace zyl

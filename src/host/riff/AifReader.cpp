@@ -1,0 +1,190 @@
+// Reading AIFF and AIFC files: one walk collects format, markers, instrument, the place of the sound
+// and every other chunk; the sound is read afterwards.
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+#include "AifFormat.h"
+#include "AifSampler.h"
+#include "ChunkWalker.h"
+#include "OwnChunk.h"
+#include "SampleAccess.h"
+#include "SampleReaders.h"
+#include "SoundBlocks.h"
+
+namespace zyl {
+namespace {
+
+struct AifParts {
+  bool hasFormat = false;
+  bool hasSound = false;
+  bool isAifc = false;
+  AifFormat format;
+  ChunkHead sound;
+  AifSampler sampler;
+  InstrumentMarks marks;
+  std::optional<OwnChunk> own;
+};
+
+// False when the chunk is not what its name says.
+bool TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, AifParts& parts) {
+  switch (slot) {
+    case Slot::kFormat:
+      parts.hasFormat = ReadAifFormat(bytes, parts.isAifc, parts.format);
+      return parts.hasFormat;
+    case Slot::kMarkers: return ReadMarkers(bytes, origin.aif);
+    case Slot::kSampler:
+      origin.hadSampler = ReadInstrument(bytes, origin.aif, parts.sampler, parts.marks);
+      return origin.hadSampler;
+    default: parts.own = UnpackOwnChunk(bytes); return true;
+  }
+}
+
+Slot SlotOf(const ChunkHead& head) {
+  if (head.Is("COMM")) return Slot::kFormat;
+  if (head.Is("MARK")) return Slot::kMarkers;
+  if (head.Is("INST")) return Slot::kSampler;
+  return head.Is(kOwnChunkId) ? Slot::kOwn : Slot::kOther;
+}
+
+void KeepOther(const ChunkHead& head, Bytes bytes, BasicSample& sample, FileOrigin& origin) {
+  ListChunk other;
+  std::memcpy(other.id, head.id, sizeof other.id);
+  if (head.Is("NAME") && sample.Name().empty()) {
+    const std::string name(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    sample.SetName(name.c_str());
+  }
+  other.data = std::move(bytes);
+  sample.otherChunks.push_back(std::move(other));
+  origin.layout.push_back(Slot::kOther);
+}
+
+void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, AifParts& parts,
+             std::string& reason) {
+  ChunkWalker walker(source);
+  ChunkHead head;
+  while (walker.Next(head)) {
+    const auto known = [&](Slot slot) {
+      return std::find(origin.layout.begin(), origin.layout.end(), slot) != origin.layout.end();
+    };
+    if (head.Is("SSND") && !known(Slot::kSound)) {
+      parts.sound = head;
+      parts.hasSound = true;
+      origin.layout.push_back(Slot::kSound);
+      continue;
+    }
+    if (!head.Whole()) {
+      AddReason(reason, "a chunk is cut off");
+      continue;
+    }
+    const Slot slot = SlotOf(head);
+    if (slot == Slot::kOwn && known(slot)) continue;
+    Bytes bytes = ReadChunk(source, head);
+    if (slot != Slot::kOther && !known(slot) && TakeKnownChunk(bytes, slot, origin, parts)) {
+      origin.layout.push_back(slot);
+    } else {
+      KeepOther(head, std::move(bytes), sample, origin);
+    }
+  }
+  if ((walker.SawBadSize() || walker.FormCut()) && reason.empty()) {
+    reason = "a declared size does not fit the file";
+  }
+}
+
+// Finds the sound behind the two words that open its chunk.
+bool FindSound(const ByteSource& source, const AifParts& parts, uint64_t& offset, uint64_t& bytes) {
+  std::byte words[8];
+  if (parts.sound.available < sizeof words ||
+      source.ReadAt(parts.sound.offset, words, sizeof words) != sizeof words) {
+    return false;
+  }
+  const uint64_t skip = sizeof words + uint64_t{FieldReader(words, 4, ByteOrder::kBig).U32()};
+  if (skip > parts.sound.available) return false;
+  offset = parts.sound.offset + skip;
+  bytes = parts.sound.available - skip;
+  return true;
+}
+
+bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& type,
+             AifSample& sample, bool withData, std::string& reason) {
+  const AifFormat& format = parts.format;
+  const unsigned bytesPerValue = type.bytesPerValue > 0 ? type.bytesPerValue : (format.bits + 7) / 8;
+  if (bytesPerValue < 1 || bytesPerValue > 4) {
+    return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
+  }
+  const bool fitting = (format.bits + 7) / 8 == bytesPerValue;
+  const unsigned bits = fitting ? format.bits : 8 * bytesPerValue;
+  const SoundLayout layout{format.channels, bytesPerValue, type.bigEndian, false};
+  uint64_t offset = 0;
+  uint64_t bytes = 0;
+  if (parts.hasSound && !FindSound(source, parts, offset, bytes)) {
+    return Refuse(reason, "none of the sound is there");
+  }
+  if (!parts.hasSound && format.frames != 0) return Refuse(reason, "the file has no sound");
+  const uint64_t there = bytes / layout.FrameBytes();
+  // A file written as a stream may have left its length at 0.
+  const uint64_t frames = format.frames == 0 ? there : std::min<uint64_t>(there, format.frames);
+  if (frames == 0 && format.frames != 0) return Refuse(reason, "none of the sound is there");
+  if (frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
+  if (frames != format.frames) {
+    AddReason(reason, "the sound is not as long as declared: " + std::to_string(frames) +
+                          " whole frames are there");
+  }
+  SampleAccess::SetFormat(sample, format.channels, bits, bytesPerValue, frames);
+  SampleAccess::SetFlag(sample, parts.isAifc ? 1 : 0);
+  sample.encoding = "PCM " + std::to_string(bits) + " bit";
+  if (parts.isAifc) sample.encoding += " (AIFC " + format.compression + ")";
+  if (!withData) return true;
+  bool complete = true;
+  if (!ReadSound(source, offset, layout, sample, complete)) {
+    return Refuse(reason, "there is not enough memory for the sound");
+  }
+  if (!complete) AddReason(reason, "some of the sound cannot be read");
+  SampleAccess::SetWritable(sample);
+  return true;
+}
+
+void TakeParameters(AifParts& parts, AifSample& sample, FileOrigin& origin, std::string& reason) {
+  RiffParameters& parameters = sample.parameters;
+  ResolveLoops(parts.marks, origin.aif, parts.sampler);
+  FromAifSampler(parts.sampler, parameters);
+  if (parts.own && parts.own->frames == sample.FrameCount() &&
+      ToAifSampler(parts.own->parameters) == parts.sampler &&
+      MarkersAgree(*parts.own, origin.aif)) {
+    parameters = parts.own->parameters;
+    origin.aif.loopMarks = parts.own->loopMarks;
+  }
+  parameters.rateHz = SettleRate(parts.format.rateHz, reason);
+  if (SettleLoops(parameters, sample.FrameCount())) {
+    AddReason(reason, "a loop reaches outside the sound");
+  }
+}
+
+}  // namespace
+
+bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::string& reason) {
+  const ChunkWalker walker(source);
+  AifParts parts;
+  parts.isAifc = walker.Type() == "AIFC";
+  if (walker.Form() != "FORM" || (!parts.isAifc && walker.Type() != "AIFF")) {
+    return Refuse(reason, "not an AIFF file");
+  }
+  FileOrigin& origin = SampleAccess::NewOrigin(sample);
+  Collect(source, sample, origin, parts, reason);
+  if (!parts.hasFormat) return Refuse(reason, "the file has no format");
+  if (!ChannelsFit(parts.format.channels, reason)) return false;
+  if (const AifPcmType* type = FindAifPcmType(parts.format.compression)) {
+    if (!ReadPcm(source, parts, *type, sample, withData, reason)) return false;
+    origin.aif.compression = parts.format.compression;
+    origin.aif.compressionName = parts.format.compressionName;
+  } else {
+    if (!DecodeSound(source, sample, withData, reason)) return false;
+    DropChunks(sample, origin, {"FVER", "PEAK"});
+  }
+  origin.aif.rate = parts.format.rate;
+  TakeParameters(parts, sample, origin, reason);
+  RememberOrigin(sample, origin);
+  return true;
+}
+
+}  // namespace zyl

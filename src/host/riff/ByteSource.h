@@ -1,0 +1,81 @@
+// Where chunk code reads from and writes to: a file or a block of memory.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "../platform/InputFile.h"
+
+namespace zyl {
+
+class ByteSource {
+ public:
+  virtual ~ByteSource() = default;
+  virtual uint64_t Size() const = 0;
+  // Reads up to `count` bytes from `offset`; fewer at the end or after an error.
+  virtual size_t ReadAt(uint64_t offset, void* bytes, size_t count) const = 0;
+};
+
+class FileSource : public ByteSource {
+ public:
+  explicit FileSource(const InputFile& file) : file_(file) {}
+  uint64_t Size() const override { return file_.Size(); }
+  size_t ReadAt(uint64_t offset, void* bytes, size_t count) const override {
+    return file_.ReadAt(offset, bytes, count);
+  }
+
+ private:
+  const InputFile& file_;
+};
+
+class MemorySource : public ByteSource {
+ public:
+  MemorySource(const void* bytes, size_t count)
+      : bytes_(static_cast<const std::byte*>(bytes)), count_(count) {}
+  uint64_t Size() const override { return count_; }
+  size_t ReadAt(uint64_t offset, void* bytes, size_t count) const override {
+    if (offset >= count_) return 0;
+    count = std::min(count, count_ - static_cast<size_t>(offset));
+    if (count > 0) std::memcpy(bytes, bytes_ + offset, count);
+    return count;
+  }
+
+ private:
+  const std::byte* bytes_;
+  size_t count_;
+};
+
+class ByteSink {
+ public:
+  virtual ~ByteSink() = default;
+  virtual bool Write(const void* bytes, size_t count) = 0;
+};
+
+// Fills a block of known size; refuses what would pass its end.
+class MemorySink : public ByteSink {
+ public:
+  MemorySink(char* bytes, size_t count) : next_(bytes), left_(count) {}
+  bool Write(const void* bytes, size_t count) override {
+    if (count > left_) return false;
+    if (count > 0) std::memcpy(next_, bytes, count);
+    next_ += count;
+    left_ -= count;
+    return true;
+  }
+  bool Full() const { return left_ == 0; }
+
+ private:
+  char* next_;
+  size_t left_;
+};
+
+// Adds one remark to a line of remarks.
+inline void AddReason(std::string& reason, const std::string& remark) {
+  if (!reason.empty()) reason += "; ";
+  reason += remark;
+}
+
+}  // namespace zyl

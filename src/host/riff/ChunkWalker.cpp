@@ -1,0 +1,117 @@
+#include "ChunkWalker.h"
+
+#include <algorithm>
+
+namespace zyl {
+namespace {
+
+constexpr uint64_t kHeadBytes = 8;
+constexpr uint32_t kOpenSize = 0xFFFFFFFFu;
+
+uint64_t Padded(uint64_t size) { return size + (size & 1); }
+
+bool IsChunkId(std::string_view id) {
+  return std::all_of(id.begin(), id.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+}  // namespace
+
+ChunkWalker::ChunkWalker(const ByteSource& source) : source_(source) {
+  std::byte head[12];
+  if (source.ReadAt(0, head, sizeof head) != sizeof head) return;
+  const std::string form(reinterpret_cast<const char*>(head), 4);
+  if (form == "FORM") {
+    order_ = ByteOrder::kBig;
+    soundId_ = "SSND";
+  } else if (form == "RIFF" || form == "RF64" || form == "BW64") {
+    soundId_ = "data";
+  } else {
+    return;
+  }
+  form_ = form;
+  type_.assign(reinterpret_cast<const char*>(head) + 8, 4);
+  const uint64_t declared = kHeadBytes + FieldReader(head + 4, 4, order_).U32();
+  next_ = sizeof head;
+  formCut_ = declared > source.Size() && form != "RF64" && form != "BW64";
+  formEnd_ = declared <= sizeof head ? source.Size() : std::min(declared, source.Size());
+}
+
+ChunkWalker::ChunkWalker(const ByteSource& source, const ChunkHead& list, ByteOrder order)
+    : source_(source), order_(order), next_(list.offset + 4), nested_(true) {
+  formEnd_ = list.offset + list.available;
+}
+
+bool ChunkWalker::ReadHead(uint64_t offset, ChunkHead& head) const {
+  std::byte bytes[kHeadBytes];
+  if (source_.ReadAt(offset, bytes, sizeof bytes) != sizeof bytes) return false;
+  std::memcpy(head.id, bytes, 4);
+  head.id[4] = '\0';
+  head.size = FieldReader(bytes + 4, 4, order_).U32();
+  head.offset = offset + kHeadBytes;
+  head.available = std::min(head.size, source_.Size() - head.offset);
+  // Zeros behind the last chunk are no chunk.
+  return std::any_of(head.id, head.id + 4, [](char c) { return c != '\0'; });
+}
+
+// Whether whole chunks lead from `offset` to the end of the file: what follows an empty chunk then
+// are chunks, not sound.
+bool ChunkWalker::LooksLikeChunks(uint64_t offset) const {
+  for (int i = 0; i < kMaxChunks; ++i) {
+    if (offset >= source_.Size()) return true;
+    ChunkHead head;
+    if (!ReadHead(offset, head) || !IsChunkId(head.Id()) || !head.Whole()) return false;
+    offset = head.offset + Padded(head.size);
+  }
+  return false;
+}
+
+void ChunkWalker::SettleSize(ChunkHead& head) {
+  if (head.Is("ds64") && form_ != "RIFF" && head.available >= 16) {
+    std::byte sizes[16];
+    if (source_.ReadAt(head.offset, sizes, sizeof sizes) == sizeof sizes) {
+      largeSoundBytes_ = FieldReader(sizes + 8, 8, order_).U64();
+    }
+  }
+  if (head.Id() != soundId_ || soundId_.empty()) return;
+  const uint64_t left = source_.Size() - head.offset;
+  if (head.size == kOpenSize && largeSoundBytes_ > 0) {
+    head.size = largeSoundBytes_;
+    head.available = std::min(head.size, left);
+  } else if (head.size == kOpenSize || (head.size == 0 && !LooksLikeChunks(head.offset))) {
+    head.available = left;
+  }
+}
+
+bool ChunkWalker::Next(ChunkHead& head) {
+  if (count_ >= kMaxChunks) {
+    sawBadSize_ = true;
+    return false;
+  }
+  if (next_ >= formEnd_) {
+    // A form that ends before its sound has begun is not believed.
+    if (nested_ || next_ >= source_.Size() || (sawFormat_ && sawSound_)) return false;
+    formEnd_ = source_.Size();
+    sawBadSize_ = true;
+  }
+  if (!ReadHead(next_, head)) return false;
+  SettleSize(head);
+  sawBadSize_ = sawBadSize_ || !head.Whole();
+  sawFormat_ = sawFormat_ || head.Is("fmt ") || head.Is("COMM");
+  sawSound_ = sawSound_ || head.Id() == soundId_;
+  next_ = head.offset + Padded(head.available);
+  if (next_ > formEnd_ + 1) {
+    formEnd_ = nested_ ? formEnd_ : source_.Size();
+    sawBadSize_ = true;
+  }
+  ++count_;
+  return true;
+}
+
+Bytes ReadChunk(const ByteSource& source, const ChunkHead& head) {
+  Bytes bytes(static_cast<size_t>(head.available));
+  const size_t got = source.ReadAt(head.offset, bytes.data(), bytes.size());
+  bytes.resize(got);
+  return bytes;
+}
+
+}  // namespace zyl

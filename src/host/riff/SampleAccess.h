@@ -1,0 +1,95 @@
+// The inside of sample objects, for the readers and writers of this folder.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "../riff.h"
+#include "ByteOrder.h"
+
+struct BasicSample::Channel {
+  std::unique_ptr<std::byte[]> own;
+  const std::byte* lent = nullptr;
+  unsigned bytesPerValue = 0;
+  uint64_t frames = 0;
+  bool keptCopy = false;  // `own` is the copy of a buffer that was detached before it was written
+
+  const std::byte* Data() const { return own ? own.get() : lent; }
+};
+
+namespace zyl {
+
+// The places of a file's chunks, in file order.
+enum class Slot : uint8_t { kFormat, kSound, kMarkers, kSampler, kOwn, kOther };
+
+// What a "smpl" chunk holds besides the sampler parameters.
+struct WavKept {
+  uint32_t channelMask = 0;
+  uint32_t manufacturer = 0;
+  uint32_t product = 0;
+  uint32_t note = 0;
+  uint32_t fraction = 0;
+  uint32_t periodNs = 0;
+  uint32_t smpteFormat = 0;
+  uint32_t smpteOffset = 0;
+  std::vector<uint32_t> loopIds;
+  Bytes samplerData;
+};
+
+// A marker lies before frame `position`.
+struct AifMarker {
+  uint16_t id = 0;
+  uint32_t position = 0;
+  std::string name;
+};
+
+// What "COMM", "MARK" and "INST" hold besides the sampler parameters.
+struct AifKept {
+  std::string compression;  // four letters of an AIFC file
+  Bytes compressionName;    // as stored
+  Bytes rate;               // 80-bit float
+  std::array<uint8_t, 6> instrument{0, 127, 1, 127, 0, 0};  // key and velocity range, gain
+  std::vector<AifMarker> markers;
+  std::vector<std::pair<uint16_t, uint16_t>> loopMarks;  // markers of each loop
+};
+
+struct FileOrigin {
+  std::vector<Slot> layout;
+  bool hadSampler = false;
+  uint64_t frames = 0;
+  unsigned channels = 0;
+  unsigned bytesPerValue = 0;
+  unsigned bits = 0;
+  RiffParameters parameters;  // as read
+  WavKept wav;
+  AifKept aif;
+};
+
+struct SampleAccess {
+  using Channel = BasicSample::Channel;
+  static std::vector<Channel>& Channels(BasicSample& sample) { return sample.channels_; }
+  static const std::vector<Channel>& Channels(const BasicSample& sample) {
+    return sample.channels_;
+  }
+  static const FileOrigin* Origin(const BasicSample& sample) { return sample.origin_.get(); }
+  static FileOrigin& NewOrigin(BasicSample& sample) {
+    sample.origin_ = std::make_unique<FileOrigin>();
+    return *sample.origin_;
+  }
+  static void SetFormat(BasicSample& sample, unsigned channels, unsigned bits,
+                        unsigned bytesPerValue, uint64_t frames) {
+    sample.SetChannelCount(channels);
+    sample.bits_ = bits;
+    sample.bytesPerValue_ = bytesPerValue;
+    sample.frameCount_ = frames;
+  }
+  static void SetFlag(BasicSample& sample, uint8_t flag) { sample.formatFlag_ = flag; }
+  static void SetFrames(BasicSample& sample, uint64_t frames) { sample.frameCount_ = frames; }
+  static void SetWritable(BasicSample& sample) { sample.writable_ = true; }
+};
+
+}  // namespace zyl

@@ -1,0 +1,55 @@
+// Readers of the containers that this layer knows chunk by chunk, and of all others.
+//
+// Each fills a fresh sample object. False when nothing usable is in the source; `reason` then says
+// why. After true it says what was mended, or nothing.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "../riff.h"
+#include "ByteSource.h"
+#include "SampleAccess.h"
+
+namespace zyl {
+
+bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::string& reason);
+bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::string& reason);
+
+// Sound that libsndfile decodes: integer formats at their own width, floating point as 24 bits and
+// lossy formats as 16 bits, both held at the limits.
+bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData, std::string& reason);
+
+// Small steps that the readers share.
+
+inline bool Refuse(std::string& reason, const std::string& why) {
+  AddReason(reason, why);
+  return false;
+}
+
+inline bool ChannelsFit(unsigned channels, std::string& reason) {
+  if (channels >= 1 && channels <= kMaxChannels) return true;
+  return Refuse(reason, channels == 0 ? "the file has no channels"
+                                      : std::to_string(channels) + " channels; at most " +
+                                            std::to_string(kMaxChannels) + " are handled");
+}
+
+inline int32_t SettleRate(double rateHz, std::string& reason) {
+  if (rateHz >= 1 && rateHz <= INT32_MAX) return static_cast<int32_t>(rateHz + 0.5);
+  AddReason(reason, "the sample rate makes no sense and is taken as 44100 Hz");
+  return 44100;
+}
+
+inline void RememberOrigin(const BasicSample& sample, FileOrigin& origin) {
+  origin.frames = sample.FrameCount();
+  origin.channels = sample.ChannelCount();
+  origin.bits = sample.BitsPerValue();
+  origin.bytesPerValue = sample.BytesPerValue();
+  origin.parameters = sample.parameters;
+}
+
+// Forgets other chunks that describe how values were stored, where those were decoded.
+void DropChunks(BasicSample& sample, FileOrigin& origin,
+                std::initializer_list<std::string_view> ids);
+
+}  // namespace zyl

@@ -1,0 +1,219 @@
+// Reading WAVE files: one walk collects the format, the sampler parameters, the place of the sound
+// and every other chunk; the sound is read afterwards.
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+#include "ChunkWalker.h"
+#include "OwnChunk.h"
+#include "SampleAccess.h"
+#include "SampleReaders.h"
+#include "SoundBlocks.h"
+#include "WavSampler.h"
+
+namespace zyl {
+namespace {
+
+constexpr uint16_t kPcm = 1;
+constexpr uint16_t kExtensible = 0xFFFE;
+// The tail that all sub-format identifiers made from a format tag share.
+constexpr uint8_t kSubFormatTail[14] = {0,    0,    0,    0,    0x10, 0,    0x80,
+                                        0,    0,    0xAA, 0,    0x38, 0x9B, 0x71};
+
+constexpr uint64_t kSmplBytes = 36;
+
+struct WavFormat {
+  uint16_t tag = 0;
+  uint16_t channels = 0;
+  uint32_t rateHz = 0;
+  uint16_t bits = 0;
+  uint16_t bytesPerValue = 0;  // 0 when the header makes no sense
+  uint32_t channelMask = 0;
+  bool extensible = false;
+};
+
+WavFormat ReadFormat(const Bytes& bytes) {
+  FieldReader in(bytes, ByteOrder::kLittle);
+  WavFormat format;
+  format.tag = in.U16();
+  format.channels = in.U16();
+  format.rateHz = in.U32();
+  in.U32();
+  const uint16_t frameBytes = in.U16();
+  format.bits = in.U16();
+  if (!in.Good()) format.tag = 0;
+  auto container = static_cast<uint16_t>((format.bits + 7) / 8);
+  if (format.tag == kExtensible) {
+    in.U16();
+    const uint16_t validBits = in.U16();
+    format.channelMask = in.U32();
+    format.tag = in.U16();
+    const std::byte* tail = in.Raw(sizeof kSubFormatTail);
+    if (tail == nullptr || std::memcmp(tail, kSubFormatTail, sizeof kSubFormatTail) != 0) {
+      format.tag = 0;
+    }
+    format.extensible = true;
+    if (validBits > 0 && validBits < format.bits) format.bits = validBits;
+  }
+  // The frame size decides where a plain header stores few bits in a wider container.
+  if (format.channels > 0 && frameBytes % format.channels == 0) {
+    const auto wide = static_cast<uint16_t>(frameBytes / format.channels);
+    if (wide > container && wide <= 4) container = wide;
+  }
+  if (format.bits >= 1 && container <= 4) format.bytesPerValue = container;
+  return format;
+}
+
+// The title in a list of information texts; empty where there is none.
+std::string ListedName(const Bytes& list) {
+  FieldReader in(list, ByteOrder::kLittle);
+  if (in.Text(4) != "INFO") return {};
+  while (in.Left() >= 8) {
+    const std::string_view id = in.Text(4);
+    const uint32_t size = in.U32();
+    const std::string_view text = in.Text(std::min<size_t>(size, in.Left()));
+    if (id == "INAM") return std::string(text.substr(0, text.find('\0')));
+    if ((size & 1) != 0) in.U8();
+  }
+  return {};
+}
+
+struct WavParts {
+  bool hasFormat = false;
+  bool hasSound = false;
+  bool hasInst = false;
+  WavFormat format;
+  ChunkHead sound;
+  WavSampler sampler;
+  std::optional<OwnChunk> own;
+};
+
+void TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, WavParts& parts,
+                    std::string& reason) {
+  bool loopsMissing = false;
+  switch (slot) {
+    case Slot::kFormat:
+      parts.format = ReadFormat(bytes);
+      parts.hasFormat = true;
+      break;
+    case Slot::kSampler:
+      origin.hadSampler = ReadSmpl(bytes, origin.wav, parts.sampler, loopsMissing);
+      if (loopsMissing) AddReason(reason, "only the first loops are used");
+      break;
+    default: parts.own = UnpackOwnChunk(bytes); break;
+  }
+}
+
+void KeepOther(const ByteSource& source, const ChunkHead& head, BasicSample& sample,
+               FileOrigin& origin, WavParts& parts) {
+  ListChunk other;
+  std::memcpy(other.id, head.id, sizeof other.id);
+  other.data = ReadChunk(source, head);
+  if (head.Is("inst") && !origin.hadSampler && !parts.hasInst) {
+    parts.hasInst = ReadInst(other.data, parts.sampler);
+  }
+  if (head.Is("LIST") && sample.Name().empty()) {
+    sample.SetName(ListedName(other.data).c_str());
+  }
+  sample.otherChunks.push_back(std::move(other));
+  origin.layout.push_back(Slot::kOther);
+}
+
+WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin,
+                 std::string& reason) {
+  ChunkWalker walker(source);
+  WavParts parts;
+  ChunkHead head;
+  while (walker.Next(head)) {
+    const auto known = [&](Slot slot) {
+      return std::find(origin.layout.begin(), origin.layout.end(), slot) != origin.layout.end();
+    };
+    if (head.Is("data") && !known(Slot::kSound)) {
+      parts.sound = head;
+      parts.hasSound = true;
+      origin.layout.push_back(Slot::kSound);
+    } else if (!head.Whole()) {
+      AddReason(reason, "a chunk is cut off");
+    } else if (head.Is("ds64") && walker.Form() != "RIFF") {
+      continue;  // sizes of a file too long for a plain form; this one is written as a plain form
+    } else {
+      const Slot slot = head.Is("fmt ")                            ? Slot::kFormat
+                        : head.Is("smpl") && head.size >= kSmplBytes ? Slot::kSampler
+                        : head.Is(kOwnChunkId)                     ? Slot::kOwn
+                                                                   : Slot::kOther;
+      if (slot != Slot::kOther && !known(slot)) {
+        origin.layout.push_back(slot);
+        TakeKnownChunk(ReadChunk(source, head), slot, origin, parts, reason);
+      } else if (slot != Slot::kOwn) {
+        KeepOther(source, head, sample, origin, parts);
+      }
+    }
+  }
+  if ((walker.SawBadSize() || walker.FormCut()) && reason.empty()) {
+    reason = "a declared size does not fit the file";
+  }
+  return parts;
+}
+
+bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample, bool withData,
+             std::string& reason) {
+  const WavFormat& format = parts.format;
+  if (format.bytesPerValue == 0) {
+    return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
+  }
+  if (!parts.hasSound) return Refuse(reason, "the file has no sound");
+  SoundLayout layout{format.channels, format.bytesPerValue, false, format.bytesPerValue == 1};
+  const uint64_t frames = parts.sound.available / layout.FrameBytes();
+  if (frames == 0 && !parts.sound.Whole()) return Refuse(reason, "none of the sound is there");
+  if (frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
+  if (!parts.sound.Whole() || parts.sound.available % layout.FrameBytes() != 0) {
+    AddReason(reason, "the sound is not as long as declared: " + std::to_string(frames) +
+                          " whole frames are there");
+  }
+  SampleAccess::SetFormat(sample, format.channels, format.bits, format.bytesPerValue, frames);
+  SampleAccess::SetFlag(sample, format.extensible ? 1 : 0);
+  sample.encoding = "PCM " + std::to_string(format.bits) + " bit";
+  if (!withData) return true;
+  bool complete = true;
+  if (!ReadSound(source, parts.sound.offset, layout, sample, complete)) {
+    return Refuse(reason, "there is not enough memory for the sound");
+  }
+  if (!complete) AddReason(reason, "some of the sound cannot be read");
+  SampleAccess::SetWritable(sample);
+  return true;
+}
+
+}  // namespace
+
+bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::string& reason) {
+  const ChunkWalker walker(source);
+  if (walker.Form().empty() || walker.Order() == ByteOrder::kBig || walker.Type() != "WAVE") {
+    return Refuse(reason, "not a WAVE file");
+  }
+  FileOrigin& origin = SampleAccess::NewOrigin(sample);
+  const WavParts parts = Collect(source, sample, origin, reason);
+  const WavFormat& format = parts.format;
+  if (!parts.hasFormat) return Refuse(reason, "the file has no format");
+  if (!ChannelsFit(format.channels, reason)) return false;
+  if (format.tag == kPcm) {
+    if (!ReadPcm(source, parts, sample, withData, reason)) return false;
+  } else {
+    if (!DecodeSound(source, sample, withData, reason)) return false;
+    DropChunks(sample, origin, {"fact", "PEAK"});
+  }
+  RiffParameters& parameters = sample.parameters;
+  FromWavSampler(parts.sampler, parameters);
+  if (parts.own && parts.own->frames == sample.FrameCount() &&
+      ToWavSampler(parts.own->parameters) == parts.sampler) {
+    parameters = parts.own->parameters;
+  }
+  parameters.rateHz = SettleRate(format.rateHz, reason);
+  if (SettleLoops(parameters, sample.FrameCount())) {
+    AddReason(reason, "a loop reaches outside the sound");
+  }
+  origin.wav.channelMask = format.channelMask;
+  RememberOrigin(sample, origin);
+  return true;
+}
+
+}  // namespace zyl

@@ -1,0 +1,115 @@
+#include "params/ProgramMethods.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr int32_t kNumberMidiChannel = 3;
+constexpr int32_t kNumberIndyOutput = 10;
+constexpr int32_t kNumberKeyGroups = 21;
+constexpr int32_t kNumberZoneOutput = 230;
+
+constexpr size_t kNameLength = sizeof(akaiProgramHdr::name);
+
+}  // namespace
+
+std::string PRGname(ZylSProgram& object, LoadedProgram program,
+                    Opt<std::string, "NewString"> newName) {
+  char* name = program->name;
+  std::string before(name, strnlen(name, kNameLength));
+  if (newName && std::strncmp(name, newName.Text(), kNameLength) != 0) {
+    object.dirty = true;
+    // A shorter name is padded with NULs; a name of 12 characters has no end mark.
+    const size_t length = strnlen(newName.Text(), kNameLength);
+    std::memset(name, 0, kNameLength);
+    std::memcpy(name, newName.Text(), length);
+  }
+  return before;
+}
+
+int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram, Opt<int32_t, "NewValue"> newValue) {
+  const int32_t before = object.GetMidiChannel();
+  if (newValue) {
+    object.SetMidiChannel(*newValue);
+    object.NotifyParameterChanged(kNumberMidiChannel, newValue.param);
+  }
+  return before;
+}
+
+void SetIndyOutput(ZylSProgram& object, int32_t output) {
+  object.program->indyOutput = static_cast<int8_t>(output);
+  ROCParam* value = newROCParam(int32_t{object.program->indyOutput});
+  object.NotifyParameterChanged(kNumberIndyOutput, value);
+  object.NotifyParameterChanged(kNumberZoneOutput, value);
+  deleteROCParam(value);
+}
+
+int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
+                      Opt<int32_t, "NewValue"> newValue) {
+  const int32_t before = program->indyOutput;
+  if (newValue) SetIndyOutput(object, *newValue);
+  return before;
+}
+
+int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
+                     Opt<int32_t, "NewValue"> newValue) {
+  const int32_t before = program->keyGroups;
+  if (newValue && *newValue != before) {
+    object.dirty = true;
+    program->keyGroups = *newValue;
+    program->keyGroupsByte = static_cast<uint8_t>(std::min(*newValue, 255));
+    object.NotifyParameterChanged(kNumberKeyGroups, newValue.param);
+  }
+  return before;
+}
+
+bool PRGmasterDetune(Call& call) {
+  LoadedProgram program;
+  Arg<int32_t, "Index"> index;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!LoadedProgram::Read(call, program) || !index.Read(call, index)) return false;
+  auto& detune = program->masterDetune;
+  if (*index < 0 || *index >= static_cast<int32_t>(std::size(detune))) {
+    return call.ValueError("Index", 1);
+  }
+  if (!newValue.Read(call, newValue)) return false;
+  call.Return(newROCParam(int32_t{detune[*index]}));
+  if (newValue) detune[*index] = static_cast<int8_t>(*newValue);
+  return true;
+}
+
+void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                   Opt<std::string, "NewSample"> newSample) {
+  if (const genericSample* sample = ZoneSample(program, keygroup, zone)) {
+    object.sampleObjects.DeleteBySample(sample);
+    // The modules heard of it, and one of them may have given the object another program.
+    if (object.program != program.record) return;
+  }
+  if (newSample) {
+    program->setSample(newSample.Text(), *keygroup, *zone, 0, 0);
+  } else {
+    program->setSample(nullptr, *keygroup, *zone);
+  }
+  object.dirty = true;
+  object.PurgeSampleObjects();
+}
+
+std::string ZoneSamplePath(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                           Opt<std::string, "NewPath"> newPath) {
+  vendlKeyGroup& extension = program->keyGroupExtensions[*keygroup];
+  const char* path = extension.SamplePath(*zone);
+  std::string before = path == nullptr ? "" : path;
+  if (newPath) extension.setSamplePath(*zone, newPath.Text(), true);
+  return before;
+}
+
+std::string Zonename(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                     Opt<std::string, "NewString">) {
+  const genericSample* sample = ZoneSample(program, keygroup, zone);
+  return sample == nullptr || sample->name == nullptr ? "" : sample->name;
+}
+
+bool ZoneSampleExists(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone) {
+  return ZoneSample(program, keygroup, zone) != nullptr;
+}

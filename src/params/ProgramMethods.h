@@ -1,0 +1,35 @@
+// The program and zone parameters that follow rules of their own.
+#pragma once
+
+#include <string>
+
+#include "frame/Arguments.h"
+
+std::string PRGname(ZylSProgram& object, LoadedProgram program,
+                    Opt<std::string, "NewString"> newName);
+int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram program,
+                       Opt<int32_t, "NewValue"> newValue);
+int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
+                      Opt<int32_t, "NewValue"> newValue);
+int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
+                     Opt<int32_t, "NewValue"> newValue);
+bool PRGmasterDetune(Call& call);
+
+void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                   Opt<std::string, "NewSample"> newSample);
+std::string ZoneSamplePath(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                           OneZone zone, Opt<std::string, "NewPath"> newPath);
+std::string Zonename(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                     Opt<std::string, "NewString"> unused);
+bool ZoneSampleExists(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                      OneZone zone);
+
+// Stores the program's first individual output and tells the modules of it, and of the outputs of
+// the zones, which count from it.
+void SetIndyOutput(ZylSProgram& object, int32_t output);
+
+// The sample record of a zone, null for none.
+inline genericSample* ZoneSample(const LoadedProgram& program, const OneKeyGroup& keygroup,
+                                 const OneZone& zone) {
+  return program->sampleTable[kZones * *keygroup + *zone];
+}

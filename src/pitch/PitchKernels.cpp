@@ -1,0 +1,161 @@
+// Exact sums: lags stand side by side in the lanes of a vector, so that each lane adds its products
+// one by one in the order of the formula, whatever the width.
+//
+// Screen. With q[j] = x[j] / D rounded to an integer (so |x[j] / D - q[j]| <= 1/2), the integers
+//   S = sum q[j] q[j + L]    M = max(sum q[j]^2, sum q[j + L]^2)    over j < W = max(32, L)
+// are exact: |q| <= 2047 and W <= 511 keep them below 2^31. Let s and m be the sums of the true
+// values, and A the larger sum of |q|. From (q + e)(q' + e') with |e|, |e'| <= 1/2,
+//   |s / D^2 - S| <= A + W / 4    |m / D^2 - M| <= A + W / 4,
+// and by Cauchy-Schwarz A <= sqrt(W M). So with u = t + t^2 / 4, t = sqrt(W / M), both are at most
+// u M, and as |S| <= M,
+//   |s / m - S / M| <= 2 u / (1 - u).
+// Up to u = 1/4 this is below 2 u + 24 u^2; beyond, that figure exceeds 2, the largest distance
+// that two correlations can have. For any c > 0, t <= (1 / c + c W / M) / 2 saves the root; the
+// bound is tightest with c near the root mean square of q. A constant of 1e-5 covers the rounding
+// of these few single-precision operations and of the double-precision evaluation of s / m (below
+// 1e-12, and below 1e-6 where an energy rounds to 0).
+
+#include "PitchKernels.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#endif
+
+// Wider vectors are left out on Windows, where GCC does not align the stack for them.
+#if defined(__x86_64__) && !defined(_WIN32)
+#define ZYL_WIDE_VECTORS 1
+#endif
+
+namespace zyl {
+namespace {
+
+// Row t: which products of the pair (j, j + 1), j = 2 t past the common length, lane k still needs.
+constexpr auto kTailMasks = [] {
+  std::array<uint32_t, kScreenLags / 2 * kScreenLags> masks{};
+  for (int t = 0; t < kScreenLags / 2; ++t) {
+    for (int k = 0; k < kScreenLags; ++k) {
+      const uint32_t mask = 2 * t + 1 < k ? 0xFFFFFFFFU : 2 * t < k ? 0x0000FFFFU : 0U;
+      masks[static_cast<std::size_t>(t * kScreenLags + k)] = mask;
+    }
+  }
+  return masks;
+}();
+
+constexpr auto kLagNumbers = [] {
+  std::array<float, 512> numbers{};
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<float>(i);
+  return numbers;
+}();
+
+namespace baseline {
+constexpr int kVectorBytes = 16;
+constexpr char kName[] = "baseline";
+#if defined(__SSE2__)
+using RawWords = uint32_t __attribute__((vector_size(16)));
+inline auto PairProducts(RawWords a, RawWords b) {
+  using RawInts = int32_t __attribute__((vector_size(16)));
+  return reinterpret_cast<RawInts>(
+      _mm_madd_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+}
+template <class Ints>
+inline uint32_t SignBits(Ints mask) {
+  return static_cast<uint32_t>(_mm_movemask_ps(reinterpret_cast<__m128>(mask)));
+}
+#else
+using RawWords = uint32_t __attribute__((vector_size(16)));
+inline auto PairProducts(RawWords a, RawWords b) {
+  using RawInts = int32_t __attribute__((vector_size(16)));
+  const auto low = [](RawWords v) { return reinterpret_cast<RawInts>(v << 16) >> 16; };
+  const auto high = [](RawWords v) { return reinterpret_cast<RawInts>(v) >> 16; };
+  return low(a) * low(b) + high(a) * high(b);
+}
+template <class Ints>
+inline uint32_t SignBits(Ints mask) {
+  uint32_t bits = 0;
+  for (int k = 0; k < 4; ++k) bits |= (mask[k] != 0 ? 1U : 0U) << k;
+  return bits;
+}
+#endif
+#include "PitchKernelsBody.inc"
+}  // namespace baseline
+
+#if defined(ZYL_WIDE_VECTORS)
+
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
+#else
+#pragma GCC push_options
+#pragma GCC target("avx2")
+#endif
+namespace avx2 {
+constexpr int kVectorBytes = 32;
+constexpr char kName[] = "avx2";
+using RawWords = uint32_t __attribute__((vector_size(32)));
+inline auto PairProducts(RawWords a, RawWords b) {
+  using RawInts = int32_t __attribute__((vector_size(32)));
+  return reinterpret_cast<RawInts>(
+      _mm256_madd_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+}
+template <class Ints>
+inline uint32_t SignBits(Ints mask) {
+  return static_cast<uint32_t>(_mm256_movemask_ps(reinterpret_cast<__m256>(mask)));
+}
+#include "PitchKernelsBody.inc"
+}  // namespace avx2
+#if defined(__clang__)
+#pragma clang attribute pop
+#pragma clang attribute push(__attribute__((target("avx512f,avx512bw,avx512dq"))), \
+                             apply_to = function)
+#else
+#pragma GCC pop_options
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512bw,avx512dq")
+#endif
+namespace avx512 {
+constexpr int kVectorBytes = 64;
+constexpr char kName[] = "avx512";
+using RawWords = uint32_t __attribute__((vector_size(64)));
+inline auto PairProducts(RawWords a, RawWords b) {
+  using RawInts = int32_t __attribute__((vector_size(64)));
+  return reinterpret_cast<RawInts>(
+      _mm512_madd_epi16(reinterpret_cast<__m512i>(a), reinterpret_cast<__m512i>(b)));
+}
+template <class Ints>
+inline uint32_t SignBits(Ints mask) {
+  return static_cast<uint32_t>(_mm512_movepi32_mask(reinterpret_cast<__m512i>(mask)));
+}
+#include "PitchKernelsBody.inc"
+}  // namespace avx512
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
+#pragma GCC pop_options
+#endif
+
+#endif  // ZYL_WIDE_VECTORS
+
+}  // namespace
+
+std::vector<const PitchKernels*> RunnablePitchKernels() {
+  std::vector<const PitchKernels*> runnable = {&baseline::kKernels};
+#if defined(ZYL_WIDE_VECTORS)
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx2")) runnable.push_back(&avx2::kKernels);
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+      __builtin_cpu_supports("avx512dq")) {
+    runnable.push_back(&avx512::kKernels);
+  }
+#endif
+  return runnable;
+}
+
+const PitchKernels& BestPitchKernels() {
+  static const PitchKernels& best = *RunnablePitchKernels().back();
+  return best;
+}
+
+}  // namespace zyl

@@ -1,0 +1,198 @@
+// With x[j] the decimated window and W = max(32, L), the normalised correlation of lag L is
+//   corr[L] = sum_{j < W} x[j] x[j + L] / max(cumEnergy[W], cumEnergy[W + L] - cumEnergy[L]),
+//   cumEnergy[i] = sum_{j < i} x[j]^2, or 0 where an energy is 0.
+// The scan goes from the shortest lag up, holds the best peak so far (at first 0.5), and looks only
+// at peaks more than a tenth above it. The peak of the parabola through the three values is the
+// candidate; a value above 0.909 ends the scan.
+//
+// The screen (PitchKernels.cpp) rules out nearly all lags from integer sums. What it keeps is
+// computed again, term by term in double precision, so it never decides anything itself.
+
+#include "PitchTracker.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace {
+
+constexpr int kWindow = 1024;                           // decimated values per window
+constexpr int kBlockFrames = 128;                       // hop in input frames
+constexpr int kHop = kBlockFrames / zyl::kDecimation;   // hop in decimated values
+constexpr int kReportFrames = 100 * kBlockFrames;
+constexpr int kRepeatsAtEnd = 31;
+constexpr int kShortestLag = 4;
+constexpr int kLongestLag = 511;
+constexpr int kStretch = kWindow + 256 * kHop;          // decimated values read at a time
+constexpr int kScreenBlocks = 32;                       // windows that share a screen
+constexpr int kPadding = 16;                            // read, never used, by the vector loops
+constexpr int kNoLag = -2;
+constexpr double kRise = 1.1;                           // by which a peak must exceed the best
+
+// Truncated quarter of a period, within `low` and `high`; `low` for NaN.
+int LagOf(double periodFrames, int low, int high) {
+  const double lag = periodFrames * 0.25;
+  if (!(lag > low)) return low;
+  return lag >= high ? high : static_cast<int>(lag);
+}
+
+}  // namespace
+
+PitchTracker::PitchTracker(double processingRateHz)
+    : minPeriodFrames_(processingRateHz * 0.0005),
+      maxPeriodFrames_(processingRateHz * 0.02),
+      kernels_(&zyl::BestPitchKernels()) {}
+
+void PitchTracker::SetMinPeriod(int frequencyHz, double sampleRateHz) {
+  minPeriodFrames_ = frequencyHz == 0 ? 0.0 : sampleRateHz / frequencyHz;
+}
+
+void PitchTracker::SetMaxPeriod(int frequencyHz, double sampleRateHz) {
+  maxPeriodFrames_ = frequencyHz == 0 ? 0.0 : sampleRateHz / frequencyHz;
+}
+
+void PitchTracker::SetThreshold(double meanSquare) { silenceThreshold_ = meanSquare; }
+
+int PitchTracker::ReadFrames(double* frames, int count) {
+  for (int i = 0; i < count; ++i) {
+    if (AtEnd()) return i;
+    frames[i] = ReadFrame();
+  }
+  return count;
+}
+
+// Answers how many of `count` values the source sufficed for.
+int PitchTracker::ReadDecimated(double* values, int count) {
+  frames_.resize(static_cast<std::size_t>(count * zyl::kDecimation));
+  const int read = ReadFrames(frames_.data(), count * zyl::kDecimation) / zyl::kDecimation;
+  filter_.Decimate(frames_.data(), read * zyl::kDecimation, values, *kernels_);
+  return read;
+}
+
+bool PitchTracker::Analyze(zyl::PitchProgress* progress) {
+  filter_.Design(2.0 / minPeriodFrames_);
+  minLag_ = LagOf(minPeriodFrames_, kShortestLag, kLongestLag);
+  maxLag_ = LagOf(maxPeriodFrames_, 0, kLongestLag);
+
+  std::vector<double> values(kStretch + kPadding);
+  uint32_t unreported = 0;
+  int block = 0;
+  int kept = 0;
+  for (bool ended = false; !ended && !abort;) {
+    const int count = kept + ReadDecimated(values.data() + kept, kStretch - kept);
+    if (count < kWindow) break;
+    ended = count < kStretch;
+    // The window that a full stretch ends with waits for the frames that follow it.
+    const int windows = (count - kWindow) / kHop + (ended ? 1 : 0);
+    for (int i = 0; i < windows && !abort; ++i, ++block) {
+      if (i % kScreenBlocks == 0) PrepareScreen(values.data(), i, windows);
+      const double period = EstimatePeriod(values.data() + i * kHop, i % kScreenBlocks * kHop);
+      StoreValue(block, period);
+      if (ended && i == windows - 1) {
+        for (int k = 1; k <= kRepeatsAtEnd; ++k) StoreValue(block + k, period);
+        break;
+      }
+      unreported += kBlockFrames;
+      if (unreported < kReportFrames) continue;
+      if (progress != nullptr) progress->AddDone(unreported);
+      unreported = 0;
+    }
+    std::copy_n(values.begin() + kStretch - kWindow, kWindow, values.begin());
+    kept = kWindow;
+  }
+  if (unreported > 0 && progress != nullptr) progress->AddDone(unreported);
+  return !abort;
+}
+
+// The running sums are one chain of additions in window order, however often it is picked up.
+void PitchTracker::ExtendEnergy(int count) {
+  double sum = cumEnergy_[static_cast<std::size_t>(energyCount_)];
+  for (int i = energyCount_; i < count; ++i) {
+    sum += window_[i] * window_[i];
+    cumEnergy_[static_cast<std::size_t>(i) + 1] = sum;
+  }
+  energyCount_ = std::max(energyCount_, count);
+}
+
+double PitchTracker::Correlation(int lag) const {
+  const std::size_t shift = static_cast<std::size_t>(lag);
+  const std::size_t width = std::max<std::size_t>(zyl::kShortestSum, shift);
+  const double energy1 = cumEnergy_[width];
+  const double energy2 = cumEnergy_[width + shift] - cumEnergy_[shift];
+  if (energy1 == 0.0 || energy2 == 0.0) return 0.0;
+  return sums_[shift] / std::max(energy1, energy2);
+}
+
+// Makes the exact sums and energies of lag - 1, lag and lag + 1 present.
+void PitchTracker::PrepareLag(int lag) {
+  const bool adjoins = lag - 1 >= sumsFrom_ && lag - 1 <= sumsTo_;
+  if (!adjoins || lag + 1 >= sumsTo_) {
+    const int from = adjoins ? sumsTo_ : lag - 1;
+    kernels_->exactSums(window_, from, &sums_[static_cast<std::size_t>(from)]);
+    if (!adjoins) sumsFrom_ = from;
+    sumsTo_ = from + zyl::kExactLags;
+  }
+  ExtendEnergy(std::max(zyl::kShortestSum, lag + 1) + lag + 1);
+}
+
+// Looks at one lag of the scan; true when its peak ends the scan.
+bool PitchTracker::TryLag(int lag, Peak& best) {
+  if (lag > kLongestLag - 2) return false;
+  PrepareLag(lag);
+  const double here = Correlation(lag);
+  if (here <= kRise * best.value) return false;
+  const double before = Correlation(lag - 1);
+  const double after = Correlation(lag + 1);
+  if (!(here > before && here > after)) return false;
+
+  const double d = (after - before) * 0.5;
+  const double delta = d / (2.0 * here - after - before);
+  const double value = (((before + after) * 0.5 - here) * delta + d) * delta + here;
+  const double period = lag + delta;
+  if (!(value > kRise * best.value)) {
+    // A multiple of the period held, within two values, is not a better one.
+    const double r = period / best.period;
+    if (std::fabs((r - std::trunc(r + 0.5)) * best.period) <= 2.0) return false;
+  }
+  best = {value, period};
+  return value * kRise > 1.0;
+}
+
+// Prepares the screen for the windows from number `first` on, as far into each as its lags reach.
+void PitchTracker::PrepareScreen(const double* values, int first, int windows) {
+  const int shared = std::min(windows - first, kScreenBlocks);
+  const int reach = 2 * (maxLag_ + zyl::kScreenLags);
+  const int count = (shared - 1) * kHop + std::min(reach, kWindow);
+  screened_ = screen_.Prepare(values + first * kHop, count);
+}
+
+// `screenStart` is the window's place in the screen.
+double PitchTracker::EstimatePeriod(const double* window, int screenStart) {
+  window_ = window;
+  energyCount_ = 0;
+  sumsFrom_ = sumsTo_ = kNoLag;
+  ExtendEnergy(zyl::kShortestSum);
+  const double meanSquare = cumEnergy_[zyl::kShortestSum] / zyl::kShortestSum;
+  if (meanSquare < silenceThreshold_ || minLag_ >= maxLag_) return 0.0;
+
+  Peak best;
+  zyl::ScreenWindow screen{};
+  if (screened_) screen = screen_.WindowAt(screenStart);
+  float* upper = upper_.data() + kBoundsBefore;
+  float* lower = lower_.data() + kBoundsBefore;
+  int first = (minLag_ - 1) / zyl::kScreenLags * zyl::kScreenLags;
+  for (; first <= maxLag_; first += zyl::kScreenLags) {
+    const int lagOfBit0 = first - 1;
+    uint32_t lags = ~0U;
+    if (screened_) {
+      const float floor = static_cast<float>(kRise * best.value);
+      lags = kernels_->screen(screen, first, floor, upper, lower);
+    }
+    if (lagOfBit0 < minLag_) lags &= ~0U << (minLag_ - lagOfBit0);
+    if (maxLag_ - lagOfBit0 < zyl::kScreenLags) lags &= (1U << (maxLag_ - lagOfBit0)) - 1;
+    for (; lags != 0; lags &= lags - 1) {
+      if (TryLag(lagOfBit0 + std::countr_zero(lags), best)) return best.period * zyl::kDecimation;
+    }
+  }
+  return best.value > kFirstBest ? best.period * zyl::kDecimation : 0.0;
+}

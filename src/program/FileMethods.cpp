@@ -1,0 +1,118 @@
+#include "program/FileMethods.h"
+
+#include <new>
+
+#include "host/qx.h"
+
+namespace {
+
+constexpr int32_t kDefaultWriteMode = 51;
+constexpr int kPresetEntryBytes = 21;
+
+// What a script object that holds another program is copied from; null when there is none.
+ZylSProgram* SourceProgram(RIOObject* object) {
+  ZylSProgram* source = ZylSProgram::Behind(object);
+  return source != nullptr && source->program != nullptr ? source : nullptr;
+}
+
+// The end of Read and Find: a given channel is taken as it is, else the record's own is set.
+bool AttachWithChannel(ZylSProgram& object, akaiProgram* record, const Opt<int32_t, "MC">& channel) {
+  object.Attach(record);
+  if (channel) {
+    object.midiChannel = *channel;
+    object.UpdateChannelMask();
+  } else {
+    object.SetMidiChannel(record == nullptr ? 0 : record->midiChannel);
+  }
+  object.LockAttached();
+  return record != nullptr;
+}
+
+}  // namespace
+
+bool Create(ZylSProgram& object,
+            AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
+            Opt<bool, "CopySamples"> copySamples) {
+  const ZylSProgram* other = SourceProgram(source.Object());
+  akaiProgram* record = nullptr;
+  int32_t channel = 0;
+  if (other == &object) {
+    // A copy of itself: its own record is what is copied, so it is let go last.
+    record = newAkaiProgram();
+    record->copyFrom(object.program, copySamples.ValueOr(true));
+    channel = object.midiChannel;
+    object.Detach();
+  } else {
+    object.Detach();
+    record = newAkaiProgram();
+    channel = record->midiChannel;
+    // Another object's program may have been let go by a script that the detaching called.
+    other = SourceProgram(source.Object());
+    if (other != nullptr) {
+      record->copyFrom(other->program, copySamples.ValueOr(true));
+      channel = other->midiChannel;
+    } else {
+      record->setDefault();
+    }
+  }
+  object.Attach(record);
+  object.SetMidiChannel(channel);
+  object.LockAttached();
+  return true;
+}
+
+bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
+          Opt<int32_t, "MC"> channel) {
+  object.Detach();
+  return AttachWithChannel(object, readAkaiProgram(0, path.Text(), loadSamples.ValueOr(1)),
+                           channel);
+}
+
+bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel) {
+  object.Detach();
+  return AttachWithChannel(object, findAkaiProgram(0, name.Text()), channel);
+}
+
+bool Write(Call& call) {
+  LoadedProgram program;
+  Opt<std::string, "PrgPath"> path;
+  if (!LoadedProgram::Read(call, program) || !path.Read(call, path)) return false;
+  int32_t mode = kDefaultWriteMode;
+  // A second position that is there must hold the mode: a null entry is no default here.
+  if (call.Count() >= 2) {
+    Arg<int32_t, "WriteMode"> given;
+    if (!given.Read(call, given)) return false;
+    mode = *given;
+  }
+  const std::string target =
+      path && !(*path).empty() ? std::string(*path) : program->GetFileName();
+  const bool stored = writeAkaiProgram(program.record, 0, target.c_str(), mode) != 0;
+  if (stored) call.program.dirty = false;
+  call.Return(newROCParam(stored));
+  return true;
+}
+
+std::string FileName(ZylSProgram&, LoadedProgram program, Opt<std::string, "NewFileName"> newName) {
+  std::string before = program->GetFileName();
+  if (newName) program->SetFileName(newName.Text());
+  return before;
+}
+
+int32_t GetTotalPhysicalMemory(ZylSProgram&) { return qxGetTotalPhysicalMemory(); }
+int32_t GetLockedMemory(ZylSProgram&) { return qxGetLockedMemory(); }
+int32_t GetUsedPhysicalMemory(ZylSProgram&, Opt<bool, "Locked"> locked) {
+  return locked.ValueOr(true) ? getTotalLockedMem() : getTotalMem();
+}
+
+int32_t GetSFPresetArray(ZylSProgram&, Arg<std::string, "FilePath"> path,
+                         ArrayArg<"ResultArray"> names) {
+  int count = 0;
+  char* block = createPresetArray(path.Text(), count);
+  if (block == nullptr) return 0;
+  names.param->SetSize(count * 4);
+  for (int i = 0; i < count; ++i) {
+    names.param->Element(i) = ROCParam(block + kPresetEntryBytes * i);
+  }
+  ::operator delete(block);
+  return count;
+}

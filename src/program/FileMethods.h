@@ -1,0 +1,22 @@
+// Programs made, read, found and written; memory figures; the presets of a preset file.
+#pragma once
+
+#include <string>
+
+#include "frame/Arguments.h"
+
+// A new program, or a copy of the one behind another program object, is attached.
+bool Create(ZylSProgram& object,
+            AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
+            Opt<bool, "CopySamples"> copySamples);
+bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
+          Opt<int32_t, "MC"> channel);
+bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel);
+bool Write(Call& call);
+std::string FileName(ZylSProgram& object, LoadedProgram program,
+                     Opt<std::string, "NewFileName"> newName);
+int32_t GetTotalPhysicalMemory(ZylSProgram& object);
+int32_t GetLockedMemory(ZylSProgram& object);
+int32_t GetUsedPhysicalMemory(ZylSProgram& object, Opt<bool, "Locked"> locked);
+int32_t GetSFPresetArray(ZylSProgram& object, Arg<std::string, "FilePath"> path,
+                         ArrayArg<"ResultArray"> names);

@@ -1,0 +1,78 @@
+#include "program/KeygroupMethods.h"
+
+#include <algorithm>
+
+bool KGSelect(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup,
+              Opt<bool, "SelectFlag"> flag) {
+  if (*keygroup >= 0) {
+    uint8_t& selected = program->keyGroupExtensions[*keygroup].selected;
+    const bool before = selected != 0;
+    if (flag) selected = *flag ? 1 : 0;
+    return before;
+  }
+  if (!flag) return false;
+  for (int k = 0; k < program->KeyGroupCount(); ++k) {
+    program->keyGroupExtensions[k].selected = *flag ? 1 : 0;
+  }
+  return *flag;
+}
+
+void KGMove(ZylSProgram&, LoadedProgram program, Arg<int32_t, "From"> from, Arg<int32_t, "To"> to) {
+  program->moveKeyGroup(*from, *to);
+}
+
+void KGSort(ZylSProgram&, LoadedProgram program, Arg<int32_t, "SortByData"> by,
+            Arg<int32_t, "Direction"> direction) {
+  constexpr int32_t kByLowKey = 100;
+  constexpr int32_t kByHighKey = 101;
+  if (*by != kByLowKey && *by != kByHighKey) return;
+  const auto keyOf = [&](int keygroup) -> int {
+    const akaiKeyGroup& record = program->keyGroupArray[keygroup];
+    return *by == kByLowKey ? record.lowKey : record.highKey;
+  };
+  const bool ascending = *direction == 0;
+  for (int i = 0; i < program->KeyGroupCount();) {
+    const int key = keyOf(i);
+    int found = -1;
+    for (int j = i + 1; j < program->KeyGroupCount(); ++j) {
+      if (ascending ? keyOf(j) < key : keyOf(j) > key) found = j;
+    }
+    if (found >= 0) {
+      program->moveKeyGroup(found, i);
+    } else {
+      ++i;
+    }
+  }
+}
+
+int32_t KGFindByKey(ZylSProgram&, LoadedProgram program, Arg<int32_t, "KeyToFind"> key,
+                    Opt<int32_t, "StartAt"> startAt) {
+  for (int k = std::max(startAt.ValueOr(0), 0); k < program->KeyGroupCount(); ++k) {
+    const akaiKeyGroup& record = program->keyGroupArray[k];
+    if (record.lowKey <= *key && *key <= record.highKey) return k;
+  }
+  return -1;
+}
+
+bool KGCreate(Call& call) {
+  LoadedProgram program;
+  Arg<int32_t, "NewIndex"> newIndex;
+  AlgoArg<"ProgramToCopy", Presence::kOptional, NullObject::kAllowed> source;
+  Opt<int32_t, "KGToCopy"> sourceIndex;
+  if (!LoadedProgram::Read(call, program) || !newIndex.Read(call, newIndex) ||
+      !source.Read(call, source)) {
+    return false;
+  }
+  const ZylSProgram* other = ZylSProgram::Behind(source.Object());
+  akaiProgram* record = other == nullptr ? nullptr : other->program;
+  // Without a source the third argument is not looked at.
+  if (record != nullptr && !sourceIndex.Read(call, sourceIndex)) return false;
+  akaiKeyGroup* made = program->newKeyGroup(*newIndex, record, sourceIndex.ValueOr(0));
+  if (record == nullptr && made != nullptr) made->setDefault();
+  call.Return(newROCParam(program->keyGroups - 1));
+  return true;
+}
+
+void KGDelete(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup) {
+  program->deleteKeyGroup(*keygroup);
+}

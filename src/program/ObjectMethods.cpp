@@ -1,0 +1,82 @@
+#include "program/ObjectMethods.h"
+
+#include <utility>
+
+bool Dirty(ZylSProgram& object, Opt<bool, "NewDirty"> newDirty) {
+  bool answer = object.dirty;
+  if (const akaiProgram* record = object.program; record != nullptr && !answer) {
+    const int entries = kZones * record->KeyGroupCount();
+    for (int i = 0; i < entries && !answer; ++i) {
+      const genericSample* sample = record->sampleTable[i];
+      answer = sample != nullptr && sample->shared().dirty;
+    }
+  }
+  if (newDirty) object.dirty = *newDirty;
+  return answer;
+}
+
+bool EnableRegisterCall(ZylSProgram& object, Opt<bool, "Enable"> enable) {
+  const bool before = object.enableRegisterCall;
+  if (enable) object.enableRegisterCall = *enable;
+  return before;
+}
+
+int32_t MaxIndyOut(ZylSProgram& object, Opt<int32_t, "NewMaxIndyOut"> newValue) {
+  const int32_t before = object.maxIndyOut;
+  if (newValue) object.maxIndyOut = *newValue;
+  return before;
+}
+
+void PrepareDelete(ZylSProgram& object) {
+  ROCParams arguments;
+  arguments.AddTail(newROCParam(object.owner));
+  object.CallRegistered("OnDeletingPrg", arguments, false);
+  object.sampleObjects.DeleteAll();
+}
+
+void Register(ZylSProgram& object, AlgoArg<"RegisterModule"> module) {
+  const RIOObject* algo = module.Object();
+  const auto same = [&](const ROCParam* entry) { return entry->Object() == algo; };
+  if (object.registeredModules.FindIf(same) != nullptr) return;
+  module.param->AddReference();
+  object.registeredModules.AddTail(module.param);
+}
+
+bool IsValid(ZylSProgram& object) { return object.program != nullptr; }
+bool IsLocked(ZylSProgram& object) {
+  return object.program != nullptr && object.program->lockCount != 0;
+}
+
+namespace {
+
+// These fields are stored as they come: no dirty flag, no notification.
+template <class Field>
+int32_t PlainAccess(Field& field, const ROCParam* newValue) {
+  const auto before = static_cast<int32_t>(field);
+  if (newValue != nullptr) field = static_cast<Field>(newValue->Int());
+  return before;
+}
+
+}  // namespace
+
+int32_t PRGmute(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Mute"> newValue) {
+  return PlainAccess(program->mute, newValue.param);
+}
+int32_t PRGtmmute(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Mute"> newValue) {
+  return PlainAccess(program->tmmute, newValue.param);
+}
+int32_t PRGsolo(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Solo"> newValue) {
+  return PlainAccess(program->solo, newValue.param);
+}
+
+int32_t PRGtmMidiChannel(ZylSProgram&, LoadedProgram program,
+                         Opt<int32_t, "MidiChannel"> newValue) {
+  const auto before = static_cast<int32_t>(program->tmMidiChannel);
+  if (newValue) program->tmMidiChannel = static_cast<uint32_t>(*newValue);
+  return before;
+}
+
+std::string SetUniqueFilePath(ZylSProgram&, LoadedProgram program) {
+  program->setUniqueTempName();
+  return program->GetFileName();
+}

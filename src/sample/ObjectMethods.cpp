@@ -1,0 +1,293 @@
+#include "sample/ObjectMethods.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "frame/Module.h"
+#include "params/ProgramMethods.h"
+
+namespace {
+
+constexpr int32_t kRecordBytes = 560;  // of a sample record
+
+// A sample object for a record that was there before: it takes one more use of it.
+CSample* NewObjectFor(ZylSProgram* parent, genericSample* record) {
+  ++record->useCount;
+  auto* made = new (std::nothrow) CSample(parent, record);
+  if (made == nullptr) --record->useCount;
+  return made;
+}
+
+// The program's object for a record, made at the first request.
+RIOObject* ObjectFor(ZylSProgram& object, genericSample* record) {
+  if (record == nullptr) return nullptr;
+  CSample* known = object.sampleObjects.FindBySample(record);
+  if (known != nullptr) return known;
+  CSample* made = NewObjectFor(&object, record);
+  if (made != nullptr) object.sampleObjects.AddIfAbsent(made);
+  return made;
+}
+
+CSample* AddTemp(CSample* made) {
+  if (made != nullptr) ModuleState::Get().tempSamples.AddIfAbsent(made);
+  return made;
+}
+
+// A temporary object for a record that the library has just handed out with a use for it.
+CSample* NewTemp(genericSample* record) {
+  auto* made = new (std::nothrow) CSample(nullptr, record);
+  if (made == nullptr) record->deleteSample();
+  return AddTemp(made);
+}
+
+// The temporary object for a file's channel: the one there is, one for a record in memory, or,
+// with `load`, for the file as it is read now.
+CSample* FindOrMakeTemp(const char* path, int32_t channel, bool load) {
+  CSample* known = ModuleState::Get().tempSamples.FindTemp(path, channel);
+  if (known != nullptr) {
+    if (load) ++known->refCount;
+    return known;
+  }
+  if (genericSample* record = findSampleFN(path, 0, channel)) {
+    return AddTemp(NewObjectFor(nullptr, record));
+  }
+  genericSample* made = nullptr;
+  if (genericSample* whole = findSampleFN(path, 0, -1)) {
+    made = whole->createChannelRef(channel);
+  } else if (load) {
+    made = loadSample(path, 1, 0, channel);
+  }
+  return made == nullptr ? nullptr : NewTemp(made);
+}
+
+int32_t LockTemp(CSample* temp) {
+  if (temp == nullptr) return 0;
+  if (temp->locked) return temp->sample->lockValue;
+  const int32_t value = lockSample(temp->sample);
+  temp->locked = value != 0;
+  return value;
+}
+
+bool TempSample(Call& call, bool load) {
+  Arg<std::string, "SamplePath"> path;
+  Opt<int32_t, "Channel"> channel;
+  Opt<bool, "Lock"> lock;
+  if (!path.Read(call, path) || !channel.Read(call, channel) || !lock.Read(call, lock)) {
+    return false;
+  }
+  CSample* temp = FindOrMakeTemp(path.Text(), channel.ValueOr(0), load);
+  if (lock.ValueOr(false)) {
+    call.Return(newROCParam(LockTemp(temp)));
+  } else if (lock && !load) {
+    // The record's identity as an integer: a handle, since an address may not fit.
+    const int32_t identity =
+        temp == nullptr ? 0 : qxBufferHandle(temp->sample, sizeof(genericSample));
+    call.Return(newROCParam(identity));
+  } else {
+    call.Return(newROCParam(static_cast<RIOObject*>(temp)));
+  }
+  return true;
+}
+
+// Stores a new value of a shared parameter, which dirties sample and program when it differs.
+template <class Field>
+int32_t Accessor(ZylSProgram& object, const SampleArg& sample, Field SampleParameters::*field,
+                 const ROCParam* newValue, int32_t stored) {
+  SampleParameters& parameters = sample->shared();
+  const int32_t before = parameters.*field;
+  if (newValue != nullptr) {
+    const auto value = static_cast<Field>(stored);
+    if (value != parameters.*field) {
+      object.dirty = true;
+      parameters.dirty = true;
+    }
+    parameters.*field = value;
+    sample->updateChannels();
+  }
+  return before;
+}
+
+std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
+
+}  // namespace
+
+RIOObject* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                     OneZone zone) {
+  return ObjectFor(object, ZoneSample(program, keygroup, zone));
+}
+
+RIOObject* SampleGetByName(ZylSProgram& object, LoadedProgram program,
+                           Arg<std::string, "Name"> name) {
+  return ObjectFor(object, findSampleInPrgFN(name.Text(), program.record, -1));
+}
+
+RIOObject* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+                            Opt<int32_t, "Channel"> channel) {
+  SampleList& temps = ModuleState::Get().tempSamples;
+  if (CSample* known = temps.FindTemp(path.Text(), channel.ValueOr(0))) return known;
+  const int type = getTypeFromExtension(FileString(*path).Extension().c_str());
+  if (type == 0) return nullptr;
+  genericSample* record = newSample();
+  record->create(type, 1);
+  record->setFilePath(path.Text());
+  return NewTemp(record);
+}
+
+bool GetTempSample(Call& call) { return TempSample(call, false); }
+bool ReadTempSample(Call& call) { return TempSample(call, true); }
+
+bool DeleteTempSample(Call& call) {
+  SampleList& temps = ModuleState::Get().tempSamples;
+  if (call.Argument(1) == nullptr) {
+    temps.DeleteAll();
+    return true;
+  }
+  OtherSample<"Sample", NullObject::kAllowed> sample;
+  if (!sample.Read(call, sample)) return false;
+  if (sample.object != nullptr) temps.RemoveAndRelease(sample.object);
+  return true;
+}
+
+namespace {
+
+bool LockObject(Call& call) {
+  SampleArg sample;
+  Opt<bool, "NewValue"> newValue;
+  Opt<int32_t, "TempSample"> temp;
+  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue) || !temp.Read(call, temp)) {
+    return false;
+  }
+  call.Return(newROCParam(sample->lockValue != 0));
+  if (!newValue) return true;
+  if (*newValue) {
+    lockSample(sample.Record());
+  } else {
+    unlockSample(sample.Record());
+  }
+  if (temp && ModuleState::Get().tempSamples.Contains(sample.object) != nullptr) {
+    sample.object->locked = false;
+  }
+  return true;
+}
+
+bool LockZone(Call& call) {
+  LoadedProgram program;
+  OneKeyGroup keygroup;
+  OneZone zone;
+  Opt<bool, "NewValue"> newValue;
+  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
+      !OneZone::Read(call, zone) || !newValue.Read(call, newValue)) {
+    return false;
+  }
+  const genericSample* record = ZoneSample(program, keygroup, zone);
+  call.Return(newROCParam(record != nullptr && record->lockValue != 0));
+  if (newValue && *newValue) program->lockSample(*keygroup, *zone);
+  if (newValue && !*newValue) program->unlockSample(*keygroup, *zone);
+  return true;
+}
+
+}  // namespace
+
+bool SampleLock(Call& call) {
+  const ROCParam* first = call.Argument(1);
+  return first != nullptr && first->Type() == kTypeObject ? LockObject(call) : LockZone(call);
+}
+
+void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path) {
+  reloadSample(path.Text());
+  object.sampleObjects.RebindAfterReload(path.Text());
+  dropUnusedSample(path.Text());
+}
+
+int32_t SampleGetRefCount(ZylSProgram&, SampleArg sample) { return sample->useCount; }
+
+bool SampleDirty(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                 Opt<bool, "NewValue"> newValue) {
+  const genericSample* record = ZoneSample(program, keygroup, zone);
+  if (record == nullptr) return false;
+  if (newValue) record->shared().dirty = *newValue;
+  return record->shared().dirty;
+}
+
+bool SampleFileName(Call& call) {
+  const ROCParam* first = call.Argument(1);
+  const genericSample* record = nullptr;
+  if (first != nullptr && first->Type() == kTypeObject) {
+    OtherSample<"SampleOrKeyGroup"> sample;
+    if (!sample.Read(call, sample)) return false;
+    record = sample.Record();
+    if (record == nullptr) call.program.ReleaseSampleObject(sample.object);
+  } else if (first != nullptr && first->Type() == kTypeInteger) {
+    LoadedProgram program;
+    OneKeyGroup keygroup;
+    OneZone zone;
+    if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
+        !OneZone::Read(call, zone)) {
+      return false;
+    }
+    record = ZoneSample(program, keygroup, zone);
+  } else {
+    ++call.position;
+  }
+  Opt<std::string, "NewValue"> unused;
+  if (!unused.Read(call, unused)) return false;
+  const std::string path = record == nullptr ? "" : TextOf(record->filePath);
+  call.Return(newROCParam(FileString(path).FileName()));
+  return true;
+}
+
+std::string SampleFilePath(ZylSProgram&, SampleArg sample, Opt<std::string, "NewValue"> newValue) {
+  std::string before = TextOf(sample->filePath);
+  if (newValue) sample->setFilePath(newValue.Text());
+  return before;
+}
+
+std::string SampleName(ZylSProgram&, SampleArg sample, Opt<std::string, "NewName"> newName) {
+  std::string before = TextOf(sample->name);
+  if (newName) {
+    sample->setName(newName.Text());
+    sample->shared().dirty = true;
+  }
+  return before;
+}
+
+int32_t Samplekey(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  return Accessor(object, sample, &SampleParameters::key, newValue.param,
+                  newValue.ValueOr(0) & 0xFF);
+}
+int32_t SampleplaybackType(ZylSProgram& object, SampleArg sample,
+                           Opt<int32_t, "NewValue"> newValue) {
+  return Accessor(object, sample, &SampleParameters::playbackType, newValue.param,
+                  newValue.ValueOr(0) & 0xFF);
+}
+int32_t SampleholdLoopTuneOff(ZylSProgram& object, SampleArg sample,
+                              Opt<int32_t, "NewValue"> newValue) {
+  return Accessor(object, sample, &SampleParameters::holdLoopTuneOff, newValue.param,
+                  newValue.ValueOr(0));
+}
+int32_t SampleSampleRate(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  return Accessor(object, sample, &SampleParameters::sampleRate, newValue.param,
+                  newValue.ValueOr(0));
+}
+int32_t Sampletune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  return Accessor(object, sample, &SampleParameters::tune, newValue.param, newValue.ValueOr(0));
+}
+
+int32_t SampleRecalcTune(ZylSProgram&, SampleArg sample, Opt<int32_t, "NewValue">) {
+  const double ratio =
+      static_cast<uint32_t>(sample->shared().sampleRate) / UnitAttribute::sampleRate;
+  if (!(ratio > 0)) return 0;
+  // 256 steps a semitone, 12 semitones an octave; a host rate of nearly 0 would pass every integer.
+  const double steps = std::log10(ratio) / std::log10(2.0) * -3072.0;
+  const auto n = static_cast<int64_t>(std::clamp(steps, -2147483648.0, 2147483647.0));
+  const auto difference = static_cast<uint32_t>(sample->shared().tune - n);
+  return static_cast<int32_t>(difference << 16);
+}
+
+int32_t SampleMemory(ZylSProgram&, SampleArg sample, Opt<bool, "LockedMemory"> locked) {
+  if (locked.ValueOr(false) && sample->memLocked == 0) return 0;
+  const int64_t bytes =
+      int64_t{sample->getChannelBytesPS(-1)} * sample->shared().frameCount + kRecordBytes;
+  return static_cast<int32_t>(std::min<int64_t>(bytes, INT32_MAX));
+}

@@ -1,0 +1,45 @@
+// Sample objects handed out for a program's zones, temporary samples, and the simple properties of
+// a sample.
+#pragma once
+
+#include <string>
+
+#include "frame/Arguments.h"
+
+RIOObject* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                     OneZone zone);
+RIOObject* SampleGetByName(ZylSProgram& object, LoadedProgram program,
+                           Arg<std::string, "Name"> name);
+
+// Temporary samples: they belong to the module, not to a program.
+RIOObject* CreateTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+                            Opt<int32_t, "Channel"> channel);
+// The object, or with "Lock" an integer; GetTempSample finds what is in memory, ReadTempSample
+// loads what is not.
+bool GetTempSample(Call& call);
+bool ReadTempSample(Call& call);
+bool DeleteTempSample(Call& call);
+
+bool SampleLock(Call& call);
+void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path);
+int32_t SampleGetRefCount(ZylSProgram& object, SampleArg sample);
+bool SampleDirty(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                 Opt<bool, "NewValue"> newValue);
+bool SampleFileName(Call& call);
+std::string SampleFilePath(ZylSProgram& object, SampleArg sample,
+                           Opt<std::string, "NewValue"> newValue);
+std::string SampleName(ZylSProgram& object, SampleArg sample, Opt<std::string, "NewName"> newName);
+
+int32_t Samplekey(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+int32_t SampleplaybackType(ZylSProgram& object, SampleArg sample,
+                           Opt<int32_t, "NewValue"> newValue);
+int32_t SampleholdLoopTuneOff(ZylSProgram& object, SampleArg sample,
+                              Opt<int32_t, "NewValue"> newValue);
+int32_t SampleSampleRate(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+int32_t Sampletune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+// The tuning that plays the sample at its pitch at the host's rate, in 1/65536 of the unit of
+// `tune`; changes nothing.
+int32_t SampleRecalcTune(ZylSProgram& object, SampleArg sample,
+                         Opt<int32_t, "NewValue"> unused);
+// Bytes of one channel and its record; with "LockedMemory", 0 while they are not locked.
+int32_t SampleMemory(ZylSProgram& object, SampleArg sample, Opt<bool, "LockedMemory"> locked);

@@ -1,0 +1,73 @@
+#include "sample/SampleList.h"
+
+#include <cstring>
+
+void SampleList::AddIfAbsent(CSample* object) {
+  if (Find(object) == nullptr) AddTail(object);
+}
+
+CSample* SampleList::Contains(CSample* object) const {
+  return Find(object) == nullptr ? nullptr : object;
+}
+
+CSample* SampleList::FindBySample(const genericSample* record) const {
+  const Node* node = FindIf([&](const CSample* object) { return object->sample == record; });
+  return node == nullptr ? nullptr : node->item;
+}
+
+CSample* SampleList::FindTemp(const char* path, int32_t channel) const {
+  const Node* node = FindIf([&](const CSample* object) {
+    const genericSample* record = object->sample;
+    return record != nullptr && record->channel == channel && record->filePath != nullptr &&
+           std::strcmp(record->filePath, path) == 0;
+  });
+  return node == nullptr ? nullptr : node->item;
+}
+
+// Objects are unlinked before they are destroyed: their end calls scripts, which may come back to
+// this very list.
+void SampleList::RemoveAndRelease(CSample* object) {
+  Node* node = Find(object);
+  if (node == nullptr) return;
+  Remove(node);
+  if (--object->refCount == 0) delete object;
+}
+
+void SampleList::DeleteBySample(const genericSample* record) {
+  Node* node = FindIf([&](const CSample* object) { return object->sample == record; });
+  if (node == nullptr) return;
+  CSample* object = node->item;
+  Remove(node);
+  delete object;
+}
+
+void SampleList::DeleteAll() {
+  while (!IsEmpty()) {
+    CSample* object = Tail()->item;
+    Remove(Tail());
+    delete object;
+  }
+}
+
+void SampleList::PurgeUnshared() {
+  const auto unshared = [](const CSample* object) {
+    return object->sample == nullptr || object->sample->useCount < 2;
+  };
+  while (Node* node = FindIf(unshared)) {
+    CSample* object = node->item;
+    Remove(node);
+    delete object;
+  }
+}
+
+void SampleList::RebindAfterReload(const char* path) {
+  for (Node* node = Head(); node != nullptr; node = node->next) {
+    genericSample* old = node->item->sample;
+    if (old == nullptr || old->filePath != nullptr) continue;
+    genericSample* record = findSampleFN(path, 0, old->channel);
+    if (record == nullptr) continue;
+    old->deleteSample();
+    ++record->useCount;
+    node->item->sample = record;
+  }
+}

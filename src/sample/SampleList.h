@@ -1,0 +1,29 @@
+// A list of sample objects; each entry holds one reference on its object. All walks run from head
+// to tail and stop at the first match.
+#pragma once
+
+#include "sample/CSample.h"
+#include "util/PlexList.h"
+
+class SampleList : private PlexList<CSample*> {
+ public:
+  using PlexList<CSample*>::Count;
+  using PlexList<CSample*>::Head;
+
+  // Appends the object unless it is there; its reference count stays.
+  void AddIfAbsent(CSample* object);
+  CSample* Contains(CSample* object) const;
+  CSample* FindBySample(const genericSample* record) const;
+  // By the record's path, byte for byte, and channel.
+  CSample* FindTemp(const char* path, int32_t channel) const;
+  // Unlinks the object and gives the entry's reference back.
+  void RemoveAndRelease(CSample* object);
+  // Destroys the record's object whatever its reference count.
+  void DeleteBySample(const genericSample* record);
+  // Destroys all objects, from the tail, whatever their reference counts.
+  void DeleteAll();
+  // Destroys the objects without record, and those whose record nobody else uses.
+  void PurgeUnshared();
+  // Gives the objects whose records were replaced by a new reading of `path` the new records.
+  void RebindAfterReload(const char* path);
+};

@@ -1,0 +1,305 @@
+// Damaged and hostile sample files, preset lists, and writes that fail.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstring>
+
+#include "SampleFileTools.h"
+#include "platform/AtomicFile.h"
+#include "riff/PresetNames.h"
+
+using namespace zyltest;
+
+namespace {
+
+struct Answer {
+  std::unique_ptr<BasicSample> sample;
+  std::string reason;
+};
+
+Answer ReadBytes(const TempFolder& folder, const Octets& bytes) {
+  Answer answer;
+  Store(folder.File("damaged"), bytes);
+  answer.sample = ReadSampleFile(folder.File("damaged"), true, answer.reason);
+  ListFileChunks(folder.File("damaged"));
+  return answer;
+}
+
+Octets SmallFile(const TempFolder& folder, bool aif) {
+  WavSample wav;
+  AifSample aiff;
+  BasicSample& sample = aif ? static_cast<BasicSample&>(aiff) : wav;
+  sample.parameters.tune = -200;
+  sample.parameters.loops = {{1, 4, 9, 9, 3}, {2, 3, 0, 0, 0}, {0, 5, 0, 0, 0}};
+  std::vector<int16_t> sound{1, 2, 3, 4, 5, 6, 7, 8, 9};
+  EXPECT_TRUE(Lend(sample, sound));
+  EXPECT_TRUE(WriteTo(sample, folder.File("small")));
+  return Load(folder.File("small"));
+}
+
+zyl::Bytes SmplWithLoops(uint32_t declared, unsigned there) {
+  FieldWriter out = Little();
+  out.U32(0).U32(0).U32(0).U32(60).U32(0).U32(0).U32(0).U32(declared).U32(0xFFFFFFFF);
+  for (unsigned i = 0; i < there; ++i) out.U32(i).U32(0).U32(i % 3).U32(3).U32(0).U32(0);
+  return out.block;
+}
+
+}  // namespace
+
+TEST(DamagedSampleFile, CutAtEveryByteGivesWhatIsWholeOrNothing) {
+  const TempFolder folder;
+  for (const bool aif : {false, true}) {
+    const Octets whole = SmallFile(folder, aif);
+    size_t soundEnd = 0;
+    size_t soundStart = 0;
+    for (const ChunkInfo& chunk : ListFileChunks(folder.File("small"))) {
+      if (chunk.id != "data" && chunk.id != "SSND") continue;
+      soundStart = chunk.offset + (aif ? 8 : 0);
+      soundEnd = chunk.offset + chunk.size;
+    }
+    for (size_t length = 0; length < whole.size(); ++length) {
+      const Octets cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
+      const Answer answer = ReadBytes(folder, cut);
+      const size_t frames = length < soundStart ? 0 : (std::min(length, soundEnd) - soundStart) / 2;
+      ASSERT_EQ(answer.sample != nullptr, frames > 0) << length << " " << answer.reason;
+      // Only the pad bytes at the very end can go without being missed.
+      EXPECT_TRUE(length + 1 == whole.size() || !answer.reason.empty()) << length;
+      if (answer.sample == nullptr) continue;
+      ASSERT_EQ(answer.sample->FrameCount(), frames);
+      EXPECT_EQ(ChannelValues(*answer.sample, 0).back(), static_cast<int32_t>(frames) << 16);
+      for (const RiffLoop& loop : answer.sample->parameters.loops) EXPECT_LT(loop.end, frames);
+    }
+  }
+}
+
+TEST(DamagedSampleFile, NoSizeIsBelieved) {
+  const TempFolder folder;
+  const auto format = WavFormatChunk(1, 16);
+  const auto sound = Little().U32(0x00020001).U32(0x00040003).U8(9).block;
+  const auto wav = [](const zyl::Bytes& fmt, const zyl::Bytes& data, uint32_t size) {
+    return FormBuilder("RIFF", "WAVE").Add("fmt ", fmt).AddLying("data", data, size).Done();
+  };
+  const auto aif = [](const zyl::Bytes& comm, const zyl::Bytes& ssnd, uint32_t size) {
+    return FormBuilder("FORM", "AIFF").Add("COMM", comm).AddLying("SSND", ssnd, size).Done();
+  };
+  auto ssnd = Big().U32(0).U32(0).block;
+  ssnd.insert(ssnd.end(), sound.begin(), sound.end());
+  auto skipping = ssnd;
+  skipping[3] = std::byte{2};
+  auto skippingFar = ssnd;
+  skippingFar[0] = std::byte{0x7F};
+  Octets shortForm = wav(format, sound, 9);
+  shortForm[4] = 20;
+  Octets streamed = wav(format, sound, 0);
+  std::memset(streamed.data() + 4, 0, 4);
+  auto noRate = format;
+  std::memset(noRate.data() + 4, 0, 4);
+  struct Row {
+    const char* what;
+    Octets bytes;
+    int frames;  // -1: refused
+  };
+  const Row rows[] = {
+      {"size beyond the file", wav(format, sound, 0x7FFFFFFE), 5},
+      {"largest size", wav(format, sound, 0xFFFFFFFF), 5},
+      {"streamed", streamed, 5},
+      {"short form", shortForm, 4},
+      {"zero channels", wav(WavFormatChunk(0, 16), sound, 9), -1},
+      {"17 channels", wav(WavFormatChunk(17, 16), sound, 9), -1},
+      {"no bits", wav(WavFormatChunk(1, 0), sound, 9), -1},
+      {"40 bits", wav(WavFormatChunk(1, 40), sound, 9), -1},
+      {"no rate", wav(noRate, sound, 9), 4},
+      {"no format", FormBuilder("RIFF", "WAVE").Add("data", sound).Done(), -1},
+      {"no sound", FormBuilder("RIFF", "WAVE").Add("fmt ", format).Done(), -1},
+      {"2^31 frames", aif(AifFormatChunk(1, 0x80000000, 16), ssnd, 17), 4},
+      {"frames of length 0", aif(AifFormatChunk(1, 0, 16), ssnd, 0), 5},
+      {"fewer frames", aif(AifFormatChunk(1, 3, 16), ssnd, 17), 3},
+      {"offset", aif(AifFormatChunk(1, 3, 16), skipping, 17), 3},
+      {"far offset", aif(AifFormatChunk(1, 3, 16), skippingFar, 17), -1},
+      {"zero channels", aif(AifFormatChunk(0, 4, 16), ssnd, 17), -1},
+      {"garbage", Octets(1000, 0x55), -1},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    const Answer answer = ReadBytes(folder, row.bytes);
+    EXPECT_FALSE(answer.reason.empty() && row.frames != 3);
+    const int frames = answer.sample == nullptr ? -1 : static_cast<int>(answer.sample->FrameCount());
+    EXPECT_EQ(frames, row.frames) << answer.reason;
+  }
+  // An empty sound before other chunks is really empty.
+  const Answer empty = ReadBytes(folder, FormBuilder("RIFF", "WAVE").Add("fmt ", format)
+                                             .Add("data", {}).Add("LIST", sound).Done());
+  ASSERT_NE(empty.sample, nullptr);
+  EXPECT_EQ(empty.sample->FrameCount(), 0u);
+  EXPECT_TRUE(empty.sample->IsValid());
+  EXPECT_EQ(empty.sample->otherChunks.size(), 1u);
+}
+
+TEST(DamagedSampleFile, LoopsAreLimitedAndPulledIn) {
+  const TempFolder folder;
+  const auto file = [](const zyl::Bytes& smpl) {
+    return FormBuilder("RIFF", "WAVE").Add("fmt ", WavFormatChunk(1, 16)).Add("smpl", smpl)
+        .Add("data", zyl::Bytes(8)).Done();
+  };
+  EXPECT_EQ(ReadBytes(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
+  const Answer many = ReadBytes(folder, file(SmplWithLoops(40000, 40000)));
+  ASSERT_EQ(many.sample->parameters.loops.size(), 16u);
+  EXPECT_EQ(many.sample->parameters.loops[2].start, 2u);
+  EXPECT_FALSE(many.reason.empty());
+  auto outside = SmplWithLoops(2, 2);
+  outside[36 + 12] = std::byte{4};          // ends one frame late
+  outside[36 + 24 + 8] = std::byte{4};      // starts behind the sound
+  outside[36 + 24 + 12] = std::byte{9};
+  const Answer pulled = ReadBytes(folder, file(outside));
+  ASSERT_EQ(pulled.sample->parameters.loops.size(), 1u);
+  EXPECT_EQ(pulled.sample->parameters.loops[0].end, 3u);
+}
+
+// Random bytes in a valid file: no crash, and no more frames than the file can hold.
+TEST(DamagedSampleFile, RandomDamageIsSurvived) {
+  const TempFolder folder;
+  std::mt19937 random(3);
+  for (const bool aif : {false, true}) {
+    const Octets whole = SmallFile(folder, aif);
+    for (int i = 0; i < 1500; ++i) {
+      Octets file = whole;
+      for (unsigned n = 1 + random() % 4; n > 0; --n) {
+        file[random() % file.size()] = static_cast<uint8_t>(random() % 3 == 0 ? 0xFF : random());
+      }
+      const Answer answer = ReadBytes(folder, file);
+      if (answer.sample != nullptr) {
+        EXPECT_LE(answer.sample->FrameCount(), file.size());
+        WriteTo(*answer.sample, folder.File("again"));
+      } else {
+        EXPECT_FALSE(answer.reason.empty());
+      }
+    }
+  }
+}
+
+TEST(DamagedSampleFile, WhatIsNoFileIsRefused) {
+  const TempFolder folder;
+  ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
+  for (const std::string& path : {folder.File("missing"), folder.File(""), folder.File("pipe"),
+                                  std::string(), std::string("a\0b", 3)}) {
+    std::string reason;
+    EXPECT_EQ(ReadSampleFile(path, true, reason), nullptr);
+    EXPECT_FALSE(reason.empty());
+    EXPECT_TRUE(ListFileChunks(path).empty());
+  }
+}
+
+TEST(PresetNames, AreReadFromWholeFilesOnly) {
+  const TempFolder folder;
+  const auto header = [](const char* name) {
+    char field[38] = "";
+    std::strncpy(field, name, 20);
+    return Little().Raw(field, sizeof field).block;
+  };
+  zyl::Bytes headers;
+  for (const char* name : {"Piano", "Twenty characters ..", "", "EOP"}) {
+    const auto record = header(name);
+    headers.insert(headers.end(), record.begin(), record.end());
+  }
+  const auto list = [](const char* type, const zyl::Bytes& phdr) {
+    return Little().Text(type).Text("phdr").U32(static_cast<uint32_t>(phdr.size()))
+        .Raw(phdr.data(), phdr.size()).block;
+  };
+  const auto font = [&](const zyl::Bytes& phdr) {
+    return FormBuilder("RIFF", "sfbk").Add("LIST", list("INFO", {})).Add("LIST", list("pdta", phdr))
+        .Done();
+  };
+  const std::string path = folder.File("a.sf2");
+  const Octets whole = font(headers);
+  Store(path, whole);
+  EXPECT_EQ(zyl::ReadPresetNames(path),
+            (std::vector<std::string>{"Piano", "Twenty characters ..", ""}));
+  for (size_t length = 0; length < whole.size(); ++length) {
+    Store(path, Octets(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length)));
+    EXPECT_EQ(zyl::ReadPresetNames(path), std::nullopt) << length;
+  }
+  Store(path, font(header("EOP")));
+  EXPECT_EQ(zyl::ReadPresetNames(path), std::vector<std::string>());
+  headers.pop_back();
+  Store(path, font(headers));
+  EXPECT_EQ(zyl::ReadPresetNames(path), std::nullopt);
+  Octets lying = whole;
+  lying[12 + 8 + 12 + 8 + 8] = 0xFF;  // the inner chunk reaches out of its list
+  Store(path, lying);
+  EXPECT_EQ(zyl::ReadPresetNames(path), std::nullopt);
+}
+
+TEST(AtomicFile, ReplacesWholeOrNotAtAll) {
+  const TempFolder folder;
+  const std::string path = folder.File("target");
+  Store(path, {1, 2, 3});
+  chmod(path.c_str(), 0640);
+  {
+    zyl::AtomicFile dropped(path);
+    ASSERT_TRUE(dropped.Write("xyz", 3));
+    EXPECT_EQ(folder.EntryCount(), 2u);
+  }
+  EXPECT_EQ(Load(path), (Octets{1, 2, 3}));
+  EXPECT_EQ(folder.EntryCount(), 1u);
+
+  ASSERT_EQ(symlink("target", folder.File("link").c_str()), 0);
+  const Octets large(300000, 7);
+  zyl::AtomicFile file(folder.File("link"));
+  ASSERT_TRUE(file.Write("head", 4) && file.Write(large.data(), large.size()) && file.Write("t", 1));
+  EXPECT_EQ(Load(path), (Octets{1, 2, 3}));
+  ASSERT_TRUE(file.Commit());
+  EXPECT_EQ(file.Size(), 300005u);
+  EXPECT_FALSE(file.Write("x", 1));
+  EXPECT_FALSE(file.Commit());
+  Octets expected(300005, 7);
+  std::memcpy(expected.data(), "head", 4);
+  expected.back() = 't';
+  EXPECT_EQ(Load(path), expected);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.File("link")));
+  struct stat status {};
+  stat(path.c_str(), &status);
+  EXPECT_EQ(status.st_mode & 0777, 0640u);
+  EXPECT_EQ(folder.EntryCount(), 2u);
+}
+
+// The system refuses to let a file grow beyond a limit, as a full disk would.
+TEST(AtomicFile, AFullDiskLeavesTheOldFile) {
+  const TempFolder folder;
+  std::vector<int16_t> sound(400000);
+  WavSample wav;
+  ASSERT_TRUE(Lend(wav, sound));
+  Store(folder.File("old.wav"), {1, 2, 3});
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{200000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  RiffFile file(folder.File("old.wav"));
+  const bool written = wav.Write(file);
+  const bool closed = file.Close();
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_FALSE(written);
+  EXPECT_FALSE(closed);
+  EXPECT_NE(file.Error().find("old.wav"), std::string::npos);
+  EXPECT_EQ(Load(folder.File("old.wav")), (Octets{1, 2, 3}));
+  EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+TEST(AtomicFile, MissingAndVanishingFoldersAreFailures) {
+  const TempFolder folder;
+  RiffFile missing(folder.File("no/such/file.wav"));
+  EXPECT_FALSE(missing.Good());
+  EXPECT_FALSE(missing.Error().empty());
+  std::filesystem::create_directory(folder.File("gone"));
+  RiffFile vanishing(folder.File("gone/file.wav"));
+  ASSERT_TRUE(vanishing.Write("x", 1));
+  std::filesystem::remove_all(folder.File("gone"));
+  EXPECT_FALSE(vanishing.Close());
+  RiffFile onFolder(folder.File(""));
+  EXPECT_FALSE(onFolder.Close());
+  ASSERT_EQ(symlink("ring", folder.File("ring").c_str()), 0);
+  EXPECT_FALSE(RiffFile(folder.File("ring")).Good());
+}

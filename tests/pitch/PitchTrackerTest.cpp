@@ -1,0 +1,424 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "PlainPitchTracker.h"
+#include "pitch/PitchTracker.h"
+#include "pitch/SamplePitchTracker.h"
+#include "pitch/TrackCorrection.h"
+
+namespace {
+
+constexpr double kRateHz = 44100.0;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+std::vector<uint32_t> BitsOf(const std::vector<float>& track) {
+  std::vector<uint32_t> bits;
+  for (const float value : track) bits.push_back(std::bit_cast<uint32_t>(value));
+  return bits;
+}
+
+// Frames of any value, read one by one.
+class FrameTracker : public PitchTracker {
+ public:
+  explicit FrameTracker(const std::vector<double>& frames)
+      : output(frames.size() / 128 + 1), frames_(frames) {}
+  double ReadFrame() override { return frames_[next_++]; }
+  bool AtEnd() override { return next_ >= frames_.size(); }
+  void StoreValue(int index, double value) override {
+    output.at(static_cast<std::size_t>(index)) = static_cast<float>(value);
+    if (index == abortAt) abort = true;
+  }
+
+  std::vector<float> output;
+  int abortAt = -1;
+
+ private:
+  const std::vector<double>& frames_;
+  std::size_t next_ = 0;
+};
+
+void Configure(PitchTracker& tracker, const PlainPitchSettings& settings, double rateHz) {
+  tracker.SetMinPeriod(settings.minPeriodHz, rateHz);
+  tracker.SetMaxPeriod(settings.maxPeriodHz, rateHz);
+  tracker.SetThreshold(settings.silenceThreshold);
+}
+
+void ExpectPlainTrack(const std::vector<double>& frames, const PlainPitchSettings& settings,
+                      const std::string& what) {
+  const std::vector<uint32_t> plain = BitsOf(PlainPitchTrack(frames, kRateHz, settings));
+  for (const zyl::PitchKernels* kernels : zyl::RunnablePitchKernels()) {
+    FrameTracker tracker(frames);
+    tracker.UseKernels(*kernels);
+    Configure(tracker, settings, kRateHz);
+    EXPECT_TRUE(tracker.Analyze(nullptr));
+    EXPECT_EQ(BitsOf(tracker.output), plain) << what << ", " << kernels->name;
+  }
+}
+
+std::vector<double> Generate(std::size_t count, const std::function<double(double)>& wave,
+                             double steps = 32768) {
+  std::vector<double> frames(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const double value = wave(static_cast<double>(i));
+    frames[i] = steps > 0 ? std::round(value * steps) / steps : value;
+  }
+  return frames;
+}
+
+double Tone(double frame, double pitchHz) {
+  return std::sin(2 * 3.141592653589793 * pitchHz * frame / kRateHz);
+}
+
+// From 0 to below 1.
+double Random(std::mt19937& random) { return static_cast<double>(random()) / 4294967296.0; }
+
+std::vector<double> Noise(std::size_t count, double level, unsigned seed) {
+  std::mt19937 random(seed);
+  return Generate(count, [&](double) { return level * (2 * Random(random) - 1); });
+}
+
+struct Signal {
+  std::string name;
+  std::vector<double> frames;
+};
+
+std::vector<Signal> Signals() {
+  const auto harmonic = [](double pitchHz) {
+    return [pitchHz](double i) {
+      return 0.3 * Tone(i, pitchHz) + 0.3 * Tone(i, 2 * pitchHz) + 0.2 * Tone(i, 3 * pitchHz);
+    };
+  };
+  std::vector<Signal> signals;
+  for (const double pitchHz : {55.0, 110.0, 441.0, 1378.125, 2500.0}) {
+    signals.push_back({"tone " + std::to_string(pitchHz), Generate(20000, harmonic(pitchHz))});
+  }
+  signals.push_back({"long glide", Generate(80001, [](double i) {
+                       return 0.5 * Tone(i, 60 + i * i / 8e6) + 0.1 * Tone(i, 7000);
+                     })});
+  signals.push_back({"long noise", Noise(75000, 0.5, 1)});
+  signals.push_back({"faint noise", Noise(12000, 0.005, 2)});
+  signals.push_back({"one bit", Generate(20000, [](double i) { return 0.2 * Tone(i, 97); }, 8)});
+  signals.push_back({"constant", Generate(40000, [](double) { return 0.3; })});
+  signals.push_back({"least constant", Generate(9000, [](double) { return -1 / 32768.0; })});
+  signals.push_back({"silence", Generate(9000, [](double) { return 0; })});
+  signals.push_back({"step", Generate(45000, [](double i) { return i < 22000 ? 0.0 : 0.7; })});
+  // The last two have their peak at the longest lag that can be one, and just beyond it.
+  for (const double period : {400.0, 2036.0, 2040.0}) {
+    signals.push_back({"impulses " + std::to_string(period), Generate(15000, [period](double i) {
+                         return std::fmod(i, period) == 0 ? 1.0 : 0.0;
+                       })});
+  }
+  signals.push_back({"square", Generate(15000, [](double i) {
+                       return std::fmod(i, 256) < 128 ? 0.5 : -0.5;
+                     })});
+  signals.push_back({"alternating", Generate(9000, [](double i) {
+                       return std::fmod(i, 2) < 1 ? 1.0 : -1.0;
+                     })});
+  signals.push_back({"decay", Generate(60000, [](double i) {
+                       return std::exp(-i / 1500) * (Tone(i, 131) + 0.5 * Tone(i, 523));
+                     }, 2147483648.0)});
+  signals.push_back({"burst and rest", Generate(60000, [](double i) {
+                       return i < 20000 ? 0.9 * Tone(i, 220) : 0.0;
+                     })});
+  signals.push_back({"loud before faint", Generate(15000, [](double i) {
+                       return (std::fmod(i, 3000) < 700 ? 1.0 : 2e-4) * Tone(i, 330);
+                     }, 0)});
+  signals.push_back({"sixteen full scale", Generate(9000, [](double i) {
+                       return 16 * Tone(i, 98);
+                     })});
+  signals.push_back({"tiny", Generate(9000, [](double i) { return 1e-90 * Tone(i, 200); }, 0)});
+  signals.push_back({"denormal", Generate(9000, [](double i) {
+                       return 1e-160 * Tone(i, 200);
+                     }, 0)});
+  signals.push_back({"huge", Generate(9000, [](double i) { return 1e155 * Tone(i, 200); }, 0)});
+  signals.push_back({"broken", Generate(9000, [](double i) {
+                       return i == 3000 ? kNan : i == 6000 ? kInfinity : 0.5 * Tone(i, 200);
+                     }, 0)});
+  return signals;
+}
+
+TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
+  const std::vector<PlainPitchSettings> settings = {
+      {}, {2000, 50, 0}, {500, 80, 1e-5}, {8000, 20, 0}, {100, 30, 1e-3}};
+  for (const Signal& signal : Signals()) {
+    for (const PlainPitchSettings& s : settings) {
+      ExpectPlainTrack(signal.frames, s, signal.name + " " + std::to_string(s.minPeriodHz));
+    }
+  }
+}
+
+TEST(PitchTracker, TakesAnySetting) {
+  const std::vector<double> tone = Generate(9000, [](double i) { return 0.4 * Tone(i, 147); });
+  for (const std::vector<double>& frames : {tone, Noise(9000, 0.3, 3)}) {
+    for (const int minPeriodHz : {0, 1, -1, -2000, 50, 22049, 22050, 30000, INT_MAX, INT_MIN}) {
+      for (const int maxPeriodHz : {0, 1, -1, -50, 21, 22, 2000, 2756, INT_MAX, INT_MIN}) {
+        for (const double threshold : {1e-5, kNan, -1.0, kInfinity}) {
+          ExpectPlainTrack(frames, {minPeriodHz, maxPeriodHz, threshold},
+                           std::to_string(minPeriodHz) + " " + std::to_string(maxPeriodHz));
+        }
+      }
+    }
+  }
+  for (const double rateHz : {0.0, -44100.0, kNan, kInfinity}) {
+    FrameTracker tracker(tone);
+    Configure(tracker, {}, rateHz);
+    EXPECT_TRUE(tracker.Analyze(nullptr));
+    for (const float value : tracker.output) EXPECT_TRUE(std::isfinite(value)) << rateHz;
+  }
+}
+
+TEST(PitchTracker, TakesAnyLength) {
+  const std::vector<double> all = Generate(5000, [](double i) { return 0.4 * Tone(i, 300); });
+  for (std::size_t count = 0; count <= all.size(); ++count) {
+    ExpectPlainTrack({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)}, {},
+                     std::to_string(count));
+  }
+  // Lengths around those at which reading, filtering and screening change over.
+  const std::vector<double> noise = Noise(2 * 36864 + 300, 0.4, 4);
+  for (const std::size_t count : {36863U, 36864U, 36865U, 36991U, 36992U, 69631U, 69632U, 73999U}) {
+    ExpectPlainTrack({noise.begin(), noise.begin() + static_cast<std::ptrdiff_t>(count)}, {},
+                     std::to_string(count));
+  }
+}
+
+TEST(PitchTracker, RepeatsTheLastValueToTheEnd) {
+  const std::vector<double> frames = Generate(4096, [](double i) { return 0.4 * Tone(i, 300); });
+  FrameTracker one(frames);
+  EXPECT_TRUE(one.Analyze(nullptr));
+  ASSERT_EQ(one.output.size(), 33U);
+  EXPECT_NEAR(one.output[0], 147.0, 2);
+  EXPECT_EQ(std::count(one.output.begin(), one.output.end(), one.output[0]), 32);
+  EXPECT_EQ(one.output[32], 0.0F);
+}
+
+TEST(PitchTracker, GatesOnTheOldest128Frames) {
+  const std::vector<double> frames =
+      Generate(12000, [](double i) { return i < 6400 ? 0.0 : 0.4 * Tone(i, 300); });
+  FrameTracker tracker(frames);
+  EXPECT_TRUE(tracker.Analyze(nullptr));
+  EXPECT_EQ(tracker.output[48], 0.0F);
+  EXPECT_NEAR(tracker.output[51], 147.0, 2);
+}
+
+class Counter : public zyl::PitchProgress {
+ public:
+  void AddDone(uint32_t frames) override { reports.push_back(frames); }
+  std::vector<uint32_t> reports;
+};
+
+TEST(PitchTracker, ReportsProgressAndStopsAtTheNextBlock) {
+  const std::vector<double> frames = Noise(4096 + 128 * 250 + 5, 0.3, 5);
+  Counter counter;
+  FrameTracker whole(frames);
+  EXPECT_TRUE(whole.Analyze(&counter));
+  EXPECT_EQ(counter.reports, (std::vector<uint32_t>{12800, 12800, 6400}));
+
+  for (const int abortAt : {0, 31, 120, 255, 281}) {
+    Counter aborted;
+    FrameTracker tracker(frames);
+    tracker.abortAt = abortAt;
+    tracker.SetThreshold(-1);
+    EXPECT_FALSE(tracker.Analyze(&aborted));
+    const auto done = static_cast<std::size_t>(std::min(abortAt, 250));
+    for (std::size_t i = done + 1; i < 250; ++i) EXPECT_EQ(tracker.output[i], 0.0F) << abortAt;
+  }
+  FrameTracker early(frames);
+  early.abort = true;
+  EXPECT_FALSE(early.Analyze(nullptr));
+  EXPECT_EQ(early.output, std::vector<float>(early.output.size()));
+}
+
+// Each channel's values in `bytesPerSample` bytes, in a buffer without a byte to spare.
+class Sample {
+ public:
+  Sample(const std::vector<std::vector<double>>& channels, int bytesPerSample) {
+    for (const std::vector<double>& channel : channels) {
+      std::vector<std::byte> bytes;
+      for (const double value : channel) {
+        const double whole = value * std::ldexp(1.0, 8 * bytesPerSample - 1);
+        const auto bits = static_cast<uint64_t>(std::llround(whole));
+        for (int i = 0; i < bytesPerSample; ++i) {
+          bytes.push_back(static_cast<std::byte>(bits >> (8 * i) & 0xFF));
+        }
+      }
+      bytes.shrink_to_fit();
+      data_.push_back(std::move(bytes));
+    }
+    for (const auto& bytes : data_) buffers_.push_back(bytes.data());
+    source = {buffers_.data(), static_cast<int>(channels.size()), bytesPerSample,
+              static_cast<int32_t>(channels[0].size()), kRateHz};
+  }
+
+  zyl::PitchSource source;
+
+ private:
+  std::vector<std::vector<std::byte>> data_;
+  std::vector<const std::byte*> buffers_;
+};
+
+std::vector<float> TrackOf(const zyl::PitchSource& source) {
+  SamplePitchTracker tracker(source);
+  Configure(tracker, {}, source.rateHz);
+  EXPECT_TRUE(tracker.Analyze(nullptr));
+  return tracker.output;
+}
+
+TEST(SamplePitchTracker, ReadsEveryWidthAtTheSameScale) {
+  const std::vector<double> frames =
+      Generate(7777, [](double i) { return 0.9 * Tone(i, 200) - 0.09; }, 128);
+  const std::vector<float> plain = PlainPitchTrack(frames, kRateHz, {});
+  ASSERT_NEAR(plain[3], 220.5, 1);
+  for (const int bytes : {1, 2, 3, 4}) {
+    const Sample sample({frames}, bytes);
+    EXPECT_EQ(BitsOf(TrackOf(sample.source)), BitsOf(plain)) << bytes;
+    SamplePitchTracker single(sample.source);
+    for (const double frame : frames) {
+      ASSERT_FALSE(single.AtEnd());
+      ASSERT_EQ(single.ReadFrame(), frame) << bytes;
+    }
+    EXPECT_TRUE(single.AtEnd());
+  }
+}
+
+TEST(SamplePitchTracker, SumsTheFirst16Channels) {
+  std::vector<std::vector<double>> channels;
+  for (unsigned k = 0; k < 18; ++k) channels.push_back(Noise(6000, 0.2, 10 + k));
+  for (const std::size_t count : {1U, 2U, 3U, 16U, 17U, 18U}) {
+    std::vector<double> sum(6000, 0.0);
+    for (std::size_t k = 0; k < std::min<std::size_t>(count, 16); ++k) {
+      for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += channels[k][i];
+    }
+    const Sample sample({channels.begin(), channels.begin() + static_cast<std::ptrdiff_t>(count)},
+                        2);
+    EXPECT_EQ(BitsOf(TrackOf(sample.source)), BitsOf(PlainPitchTrack(sum, kRateHz, {}))) << count;
+  }
+}
+
+TEST(SamplePitchTracker, TakesAnUnreadableSourceAsEmpty) {
+  const Sample sample({Noise(6000, 0.2, 1), Noise(6000, 0.2, 2)}, 2);
+  std::vector<zyl::PitchSource> sources(7, sample.source);
+  sources[0].bytesPerSample = 0;
+  sources[1].bytesPerSample = 5;
+  sources[2].bytesPerSample = -1;
+  sources[3].channelBuffers = nullptr;
+  sources[4].channelCount = 0;
+  sources[5].frameCount = -1;
+  const std::byte* const holed[] = {sample.source.channelBuffers[0], nullptr};
+  sources[6].channelBuffers = holed;
+  for (const zyl::PitchSource& source : sources) {
+    const std::size_t length = source.frameCount < 0 ? 1 : 47;
+    EXPECT_EQ(TrackOf(source), std::vector<float>(length)) << &source - sources.data();
+  }
+}
+
+TEST(AnalyzePitch, CorrectsTwiceAndSmooths) {
+  const std::vector<double> noise = Noise(30000, 0.5, 6);
+  const std::vector<double> frames = Generate(30000, [&](double i) {
+    const bool disturbed = std::fmod(i, 3000) < 500;
+    return disturbed ? noise[static_cast<std::size_t>(i)] : 0.4 * Tone(i, 250 + i / 1000);
+  });
+  std::vector<float> plain = PlainPitchTrack(frames, kRateHz, {});
+  const std::vector<float> raw = plain;
+  PlainCorrectOctaveErrors(plain, 7);
+  const std::vector<float> once = plain;
+  PlainCorrectOctaveErrors(plain, 7);
+  ASSERT_NE(raw, once);
+
+  const Sample sample({frames}, 2);
+  zyl::PitchSettings settings;
+  settings.findPitchLen = 7;
+  SamplePitchTracker tracker(sample.source);
+  EXPECT_EQ(BitsOf(zyl::AnalyzePitch(tracker, settings, nullptr).value()), BitsOf(plain));
+
+  settings.smoothLength = 5;
+  SamplePitchTracker smoothed(sample.source);
+  SmoothTrack(plain.data(), static_cast<int>(plain.size()), 5);
+  EXPECT_EQ(BitsOf(zyl::AnalyzePitch(smoothed, settings, nullptr).value()), BitsOf(plain));
+
+  SamplePitchTracker aborted(sample.source);
+  aborted.abort = true;
+  EXPECT_FALSE(zyl::AnalyzePitch(aborted, settings, nullptr).has_value());
+}
+
+TEST(CorrectOctaveErrors, EqualsThePlainEvaluation) {
+  std::mt19937 random(7);
+  const double bases[] = {100, 128, 90, 1.5, 0.4, 3e5, 63.9};
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<float> track(random() % 60);
+    const double base = bases[random() % 7];
+    for (float& value : track) {
+      const double factors[] = {1, 1, 1, 1, 1, 2, 3, 0.5, 0.3, 5.4, 0, 0};
+      const double jitter = 1 + (Random(random) - 0.5) * 0.1;
+      value = static_cast<float>(base * jitter * factors[random() % 12]);
+    }
+    if (round % 3 == 0) {
+      std::fill_n(track.begin() + static_cast<std::ptrdiff_t>(track.size() / 3), track.size() / 4,
+                  0.0F);
+    }
+    const int halfWidths[] = {10, 10, 3, 2, 1, 0, -5, 40, INT_MAX, INT_MIN + 100};
+    const int halfWidth = halfWidths[random() % 10];
+    std::vector<float> plain = track;
+    PlainCorrectOctaveErrors(plain, std::clamp(halfWidth, -100, 100));
+    CorrectOctaveErrors(track.data(), static_cast<int>(track.size()), halfWidth);
+    ASSERT_EQ(BitsOf(track), BitsOf(plain)) << round;
+  }
+}
+
+TEST(CorrectOctaveErrors, RepairsWhatTheNeighboursContradict) {
+  std::vector<float> track(30, 100.0F);
+  track[0] = 200;
+  track[5] = 201;   // twice the period
+  track[9] = 50;    // half of it
+  track[13] = 0;    // a gap
+  track[17] = 140;  // within the band
+  track[20] = 155;  // above it, no multiple
+  track[29] = 0;
+  CorrectOctaveErrors(track.data(), 30, 10);
+  EXPECT_EQ(track[0], 200.0F);
+  EXPECT_NEAR(track[5], 100.5, 0.1);
+  for (const std::size_t i : {9U, 13U}) EXPECT_NEAR(track[i], 100, 3) << i;
+  EXPECT_EQ(track[17], 140.0F);
+  EXPECT_NEAR(track[20], 100, 3);
+  EXPECT_EQ(track[29], 0.0F);
+
+  std::vector<float> gaps = {80, 0, 84, 0, 0, 90};
+  CorrectOctaveErrors(gaps.data(), 6, 1);
+  EXPECT_EQ(gaps, (std::vector<float>{80, 82, 84, 0, 0, 90}));
+}
+
+TEST(SmoothTrack, AveragesVoicedValuesOnly) {
+  const std::vector<float> track = {100, 110, 0, 120, 0, 0, 90};
+  std::vector<float> one = track;
+  SmoothTrack(one.data(), 7, 1);
+  EXPECT_EQ(one, track);
+
+  std::vector<float> two = track;  // taps 1/4, 1/2, 1/4
+  SmoothTrack(two.data(), 7, 2);
+  EXPECT_NEAR(two[0], (100 * 0.5 + 110 * 0.25) / 0.75, 1e-4);
+  EXPECT_NEAR(two[1], (100 * 0.25 + 110 * 0.5) / 0.75, 1e-4);
+  EXPECT_EQ(two[2], 0.0F);
+  EXPECT_EQ(two[3], 120.0F);
+
+  for (const int length : {3, 50, INT_MAX}) {
+    std::vector<float> flat = {70, 70, 0, 70, 70};
+    SmoothTrack(flat.data(), 5, length);
+    EXPECT_EQ(flat, (std::vector<float>{70, 70, 0, 70, 70})) << length;
+  }
+  std::vector<float> mean = {90, 110, 100, 120};
+  SmoothTrack(mean.data(), 4, INT_MAX);
+  EXPECT_NEAR(mean[0], 105, 1e-3);
+}
+
+}  // namespace

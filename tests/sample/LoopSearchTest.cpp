@@ -1,0 +1,273 @@
+#include "sample/LoopSearch.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using zyl::LoopPoints;
+
+constexpr std::int32_t highestInt = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t lowestInt = std::numeric_limits<std::int32_t>::min();
+
+// A channel in memory, and the rating and searching of its loops word for word by their rules.
+struct Channel {
+  Channel(int bytesPerValue, const std::vector<std::int32_t>& data)
+      : bytes(data.size() * static_cast<std::size_t>(bytesPerValue)),
+        view(bytes.data(), static_cast<std::int32_t>(data.size()), bytesPerValue) {
+    const zyl::ValueBuffer buffer{bytes.data(), view.frameCount, bytesPerValue};
+    for (std::size_t i = 0; i < data.size(); ++i) {
+      zyl::SetValue(buffer, static_cast<std::int32_t>(i), data[i]);
+    }
+  }
+
+  double Value(std::int32_t position) const { return zyl::GetValue(view, position); }
+
+  double Quality(const LoopPoints& loop) const {
+    double x = loop.start - loop.fineLen / 4294967295.0;
+    if (!loop.inUse || x <= 0 || loop.end >= view.frameCount || loop.end <= x) return 1.0;
+    double q = std::fabs(Value(static_cast<std::int32_t>(x)) - Value(loop.end)) / 65535.0;
+    const double endSlope = (Value(loop.end) - Value(loop.end - 1)) / 65535.0;
+    for (int k = 20; k >= 1 && x + 1 < loop.end; --k) {
+      const auto m = static_cast<std::int32_t>(x);
+      q = q + 0.025 * k * std::fabs((Value(m + 1) - Value(m)) / 65535.0 - endSlope);
+      x = x + 1;
+    }
+    return q;
+  }
+
+  std::int32_t Find(bool start, LoopPoints loop, std::int32_t from, std::int32_t to,
+                    std::int32_t threshold) const {
+    std::int32_t best = start ? loop.start : loop.end;
+    double bestQuality = 1.0 - threshold / 2147483647.0;
+    std::int32_t low = std::min(from, to), high = std::max(from, to);
+    if (start ? low >= loop.end : high <= loop.start) return best;
+    low = std::max(low, 0);
+    if (high >= view.frameCount) high = view.frameCount - 1;
+    if (start && high >= loop.end) high = loop.end;
+    if (!start && low <= loop.start) low = loop.start;
+    std::int32_t& moved = start ? loop.start : loop.end;
+    for (std::int32_t p = low; p < high; ++p) {
+      moved = p;
+      const double quality = Quality(loop);
+      if (quality < bestQuality) {
+        bestQuality = quality;
+        best = p;
+      }
+    }
+    return best;
+  }
+
+  void CheckBoth(const LoopPoints& loop, std::int32_t from, std::int32_t to,
+                 std::int32_t threshold) const {
+    const auto where = [&] {
+      return "loop " + std::to_string(loop.start) + " to " + std::to_string(loop.end) + " fine " +
+             std::to_string(loop.fineLen) + ", range " + std::to_string(from) + " to " +
+             std::to_string(to) + ", threshold " + std::to_string(threshold);
+    };
+    EXPECT_EQ(zyl::FindLoopStart(view, loop, from, to, threshold),
+              Find(true, loop, from, to, threshold))
+        << where();
+    EXPECT_EQ(zyl::FindLoopEnd(view, loop, from, to, threshold),
+              Find(false, loop, from, to, threshold))
+        << where();
+  }
+
+  std::vector<std::byte> bytes;
+  zyl::ValueView view;
+};
+
+// Signals between -1 and 1 on which searches behave differently: distinct minima, exact ties,
+// nothing but improvements, near ties in the last bits.
+using Signal = std::function<double(int)>;
+std::vector<Signal> Signals(std::mt19937& random) {
+  std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+  const auto noise = [&random, uniform](double level) {
+    return [&random, uniform, level](int) mutable { return level * uniform(random); };
+  };
+  return {noise(1.0), noise(0.02), noise(1e-4), [](int i) { return 0.7 * std::sin(i * 0.0631); },
+          [](int i) { return 0.7 * std::sin((i % 32) * 0.19634954); },
+          [](int i) { return 0.0002 * i - 0.5; }, [](int i) { return i % 2 == 0 ? 0.4 : -0.4; },
+          [](int i) { return 0.9 * std::exp(-i * 1e-3) * std::sin(i * 0.21); },
+          [](int) { return 0.25; },
+          // steps that single precision rounds, alike but for their last bits
+          [noise](int i) { return (i % 32 - 16) * 0.05 + noise(2e-9)(i); }};
+}
+
+std::vector<std::int32_t> Make(const Signal& signal, int count, int bytesPerValue,
+                               double level = 1.0) {
+  const double scale = level * (std::pow(2.0, 8 * bytesPerValue - 1) - 1.0);
+  std::vector<std::int32_t> data;
+  for (int i = 0; i < count; ++i) data.push_back(static_cast<std::int32_t>(scale * signal(i)));
+  return data;
+}
+
+TEST(LoopQuality, IsZeroForAPerfectJoinAndOneForWhatCannotBeRated) {
+  std::vector<std::int32_t> ramp(200);
+  for (int i = 0; i < 200; ++i) ramp[static_cast<std::size_t>(i)] = 10 * (i % 100);
+  ramp[150] = ramp[40];  // the join of values; its slope is that of the ramp
+  ramp[149] = ramp[39];
+  const Channel channel(2, ramp);
+  EXPECT_EQ(zyl::LoopQuality(channel.view, 40, 150, 0), 0.0);
+  const LoopPoints unratable[] = {{0, 150, 0},          {1, 150, 4294967295u}, {40, 200, 0},
+                                  {40, 40, 0},          {40, 30, 0},           {-5, 150, 0},
+                                  {lowestInt, 150, 7u}, {40, lowestInt, 0},    {40, highestInt, 0},
+                                  {40, 150, 0, false}};
+  for (const LoopPoints& loop : unratable) {
+    EXPECT_EQ(zyl::LoopQuality(channel.view, loop), 1.0) << loop.start << " to " << loop.end;
+  }
+  EXPECT_EQ(zyl::LoopQuality(zyl::ValueView(), 5, 0, 0), 1.0);
+}
+
+TEST(LoopQuality, FollowsTheFormulaToTheLastBit) {
+  std::mt19937 random(5);
+  for (const int width : {1, 2, 3, 4}) {
+    for (const Signal& signal : Signals(random)) {
+      const Channel channel(width, Make(signal, 300, width));
+      for (int i = 0; i < 300; ++i) {
+        LoopPoints loop{static_cast<std::int32_t>(random() % 310), 0,
+                        i % 3 == 0 ? 0u : static_cast<std::uint32_t>(random())};
+        loop.end = i % 2 == 0 ? loop.start + static_cast<std::int32_t>(random() % 24)
+                              : static_cast<std::int32_t>(random() % 310);
+        EXPECT_EQ(zyl::LoopQuality(channel.view, loop), channel.Quality(loop));
+      }
+    }
+  }
+}
+
+TEST(LoopQuality, ScalesToThe32BitRangeAndHolds) {
+  EXPECT_EQ(zyl::ScaledLoopQuality(0.0), highestInt);
+  EXPECT_EQ(zyl::ScaledLoopQuality(1.0), 0);
+  EXPECT_EQ(zyl::ScaledLoopQuality(0.5), 1073741823);
+  EXPECT_EQ(zyl::ScaledLoopQuality(1.5), -1073741823);
+  EXPECT_EQ(zyl::ScaledLoopQuality(2.0), -highestInt);
+  EXPECT_EQ(zyl::ScaledLoopQuality(2.1), lowestInt);
+  EXPECT_EQ(zyl::ScaledLoopQuality(400000.0), lowestInt);
+}
+
+class LoopSearch : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Bytes, LoopSearch, testing::Values(1, 2, 3, 4));
+
+TEST_P(LoopSearch, AnswersAsRatingEveryCandidateInOrder) {
+  std::mt19937 random(77);
+  const int width = GetParam();
+  const std::uint32_t fineLens[] = {0, 1, 2000000000, 4294967295u};
+  const std::int32_t thresholds[] = {0, lowestInt, -1000000000, 2000000000, 2147483000, highestInt};
+  // Quiet data of a wide width has qualities like those of a narrow one.
+  const double quiet = width == 4 ? 3e-5 : width == 3 ? 8e-3 : 0.3;
+  for (const double level : {1.0, quiet}) {
+    for (const Signal& signal : Signals(random)) {
+      constexpr int frames = 3000;
+      const Channel channel(width, Make(signal, frames, width, level));
+      for (int i = 0; i < 24; ++i) {
+        const auto position = [&] {
+          return static_cast<std::int32_t>(random() % (frames + 20)) - 10;
+        };
+        const LoopPoints loop{i % 2 == 0 ? position() / 8 : position(),
+                              i % 2 == 0 ? frames - 1 - position() / 8 : position(),
+                              fineLens[random() % 4]};
+        channel.CheckBoth(loop, position(), position(), thresholds[random() % 6]);
+        channel.CheckBoth(loop, lowestInt, highestInt, thresholds[random() % 6]);
+      }
+    }
+  }
+}
+
+TEST_P(LoopSearch, KeepsTheLoopWithoutABetterCandidateOrRange) {
+  std::mt19937 random(8);
+  const Channel channel(GetParam(), Make(Signals(random)[3], 500, GetParam()));
+  const LoopPoints loop{100, 400, 0};
+  EXPECT_EQ(zyl::FindLoopStart(channel.view, loop, 400, 450, lowestInt), 100);
+  EXPECT_EQ(zyl::FindLoopEnd(channel.view, loop, 20, 100, lowestInt), 400);
+  EXPECT_EQ(zyl::FindLoopStart(channel.view, loop, 0, 400, highestInt), 100);
+  EXPECT_EQ(zyl::FindLoopStart(zyl::ValueView(), loop, 0, 400, lowestInt), 100);
+  EXPECT_EQ(zyl::FindLoopEnd(zyl::ValueView(), loop, 0, 400, lowestInt), 400);
+  // What cannot be rated counts as 1.0, which only a negative threshold lets through.
+  const LoopPoints unused{100, 400, 0, false};
+  EXPECT_EQ(zyl::FindLoopStart(channel.view, unused, 50, 200, 0), 100);
+  EXPECT_EQ(zyl::FindLoopStart(channel.view, unused, 50, 200, -10), 50);
+  EXPECT_EQ(zyl::FindLoopEnd(channel.view, unused, 50, 200, -10), 100);
+}
+
+TEST(LoopSearchRange, TestsNeitherTheLastIndexNorPositionsBeyondTheOtherEnd) {
+  std::vector<std::int32_t> data(600);
+  std::mt19937 random(9);
+  for (std::int32_t& value : data) value = static_cast<std::int32_t>(random() % 20000) - 10000;
+  // The 21 values from 300 on continue the end at 500 perfectly.
+  for (std::size_t i = 0; i <= 20; ++i) data[300 + i] = static_cast<std::int32_t>(100 * i);
+  data[500] = 0;
+  data[499] = -100;
+  const Channel channel(2, data);
+  const LoopPoints loop{50, 500, 0};
+  EXPECT_EQ(zyl::FindLoopStart(channel.view, loop, 200, 301, 0), 300);
+  EXPECT_NE(zyl::FindLoopStart(channel.view, loop, 200, 300, 0), 300);
+  EXPECT_EQ(zyl::FindLoopEnd(channel.view, {300, 590, 0}, 310, 501, 0), 500);
+  EXPECT_NE(zyl::FindLoopEnd(channel.view, {300, 590, 0}, 310, 500, 0), 500);
+}
+
+// A search among candidate p alone takes it with a threshold just below its quality and leaves it
+// with one just above: this shows the quality that the search has found for it.
+void CheckSingleCandidate(const Channel& channel, bool start, LoopPoints loop, std::int32_t p) {
+  (start ? loop.start : loop.end) = p;
+  const double quality = channel.Quality(loop);
+  ASSERT_LT(quality, 1.9);
+  const std::int32_t scaled = zyl::ScaledLoopQuality(quality);
+  (start ? loop.start : loop.end) = start ? 0 : highestInt;
+  const std::int32_t untouched = start ? loop.start : loop.end;
+  const auto find = start ? zyl::FindLoopStart : zyl::FindLoopEnd;
+  EXPECT_EQ(find(channel.view, loop, p, p + 1, scaled - 9), p);
+  EXPECT_EQ(find(channel.view, loop, p, p + 1, scaled + 9), untouched) << p;
+}
+
+TEST(LoopSearchRange, CountsTheTermsOfEveryShortLoop) {
+  std::mt19937 random(11);
+  const Channel channel(2, Make(Signals(random)[1], 400, 2));
+  for (const std::uint32_t fineLen : {0u, 1u << 30, 4294967295u}) {
+    for (std::int32_t length = 3; length < 60; ++length) {
+      CheckSingleCandidate(channel, true, {0, 200, fineLen}, 200 - length);
+      CheckSingleCandidate(channel, false, {150, 0, fineLen}, 150 + length);
+    }
+  }
+}
+
+TEST(LoopSearchRange, FindsTheLastOfManyCandidates) {
+  std::mt19937 random(12);
+  std::vector<std::int32_t> data(4000);
+  for (int count = 1000; count < 2200; count += 37) {
+    // Loud noise, then silence from the last candidate on.
+    const int last = 100 + count - 1;
+    for (int i = 0; i < 4000; ++i) {
+      const auto noise = static_cast<std::int32_t>(random() % 60000) - 30000;
+      data[static_cast<std::size_t>(i)] = i < last ? noise : 0;
+    }
+    const Channel channel(2, data);
+    EXPECT_EQ(zyl::FindLoopStart(channel.view, {50, 3900, 0}, 100, last + 1, 0), last);
+  }
+}
+
+TEST(LoopSearchRange, FollowsTheFineStartAcrossPowersOfTwo) {
+  // Near 2^22 a small fine length is lost in rounding on one side, and adding 1 to a position may
+  // round to the next one, so that a slope is passed over.
+  constexpr std::int32_t middle = 1 << 22;
+  std::mt19937 random(10);
+  std::vector<std::int32_t> data(middle + 300);
+  for (std::int32_t& value : data) value = static_cast<std::int32_t>(random() % 3000) - 1500;
+  const Channel channel(2, data);
+  for (const std::uint32_t fineLen : {1u, 2u, 3u, 1u << 31, 4294967294u, 4294967295u}) {
+    channel.CheckBoth({middle - 9, middle + 250, fineLen}, middle - 400, middle + 200, 0);
+    for (std::int32_t p = middle - 30; p < middle + 10; ++p) {
+      CheckSingleCandidate(channel, true, {0, middle + 200, fineLen}, p);
+      CheckSingleCandidate(channel, false, {p, 0, fineLen}, middle + 100);
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,213 @@
+#include "sample/ValueRanges.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "util/ValueAccess.h"
+
+namespace {
+
+constexpr std::int32_t highestInt = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t lowestInt = std::numeric_limits<std::int32_t>::min();
+
+// Values with a few bytes before and after them that no operation may touch. The values begin at
+// an odd address.
+class GuardedValues {
+ public:
+  GuardedValues(int bytesPerValue, const std::vector<std::int32_t>& values)
+      : bytes_(values.size() * static_cast<std::size_t>(bytesPerValue) + 2 * guard,
+               std::byte{0x5A}),
+        buffer_{bytes_.data() + guard, static_cast<std::int32_t>(values.size()), bytesPerValue} {
+    for (std::int32_t i = 0; i < buffer_.frameCount; ++i) {
+      zyl::SetValue(buffer_, i, values[static_cast<std::size_t>(i)]);
+    }
+  }
+  const zyl::ValueBuffer& buffer() const { return buffer_; }
+  std::vector<std::int32_t> Read() const {
+    for (std::size_t i = 0; i < guard; ++i) {
+      EXPECT_EQ(bytes_[i], std::byte{0x5A});
+      EXPECT_EQ(bytes_[bytes_.size() - 1 - i], std::byte{0x5A});
+    }
+    std::vector<std::int32_t> values;
+    for (std::int32_t i = 0; i < buffer_.frameCount; ++i) {
+      values.push_back(zyl::GetValue(buffer_, i));
+    }
+    return values;
+  }
+
+ private:
+  static constexpr std::size_t guard = 9;
+  std::vector<std::byte> bytes_;
+  zyl::ValueBuffer buffer_;
+};
+
+std::int64_t Highest(int bytesPerValue) { return (std::int64_t{1} << (8 * bytesPerValue - 1)) - 1; }
+
+std::int32_t Held(std::int64_t value, int bytesPerValue) {
+  const std::int64_t highest = Highest(bytesPerValue);
+  return static_cast<std::int32_t>(std::clamp(value, -highest - 1, highest));
+}
+
+// Random values of a width, its limits among them.
+std::vector<std::int32_t> RandomValues(std::mt19937& random, int bytesPerValue, int count) {
+  std::vector<std::int32_t> values;
+  for (int i = 0; i < count; ++i) {
+    const std::int64_t pick = random() % 8;
+    values.push_back(pick == 0   ? Held(highestInt, bytesPerValue)
+                     : pick == 1 ? Held(lowestInt, bytesPerValue)
+                                 : static_cast<std::int32_t>(random()) >> (32 - 8 * bytesPerValue));
+  }
+  return values;
+}
+
+class EveryWidth : public testing::TestWithParam<int> {
+ protected:
+  // Applies an edit to random ranges of random data and compares each value with `rule`, which
+  // answers what the edit makes of it by index in the range.
+  template <class Edit, class Rule>
+  void Check(Edit edit, Rule rule) {
+    const int width = GetParam();
+    for (const int count : {1, 2, 7, 8, 33, 200}) {
+      std::vector<std::int32_t> expected = RandomValues(random_, width, count);
+      GuardedValues values(width, expected);
+      const int start = static_cast<int>(random_() % static_cast<unsigned>(count));
+      const int end = start + static_cast<int>(random_() % static_cast<unsigned>(count - start));
+      for (int i = start; i < end; ++i) {
+        std::int32_t& value = expected[static_cast<std::size_t>(i)];
+        value = rule(value);
+      }
+      edit(values.buffer(), start, end);
+      EXPECT_EQ(values.Read(), expected) << "range " << start << " to " << end << " of " << count;
+    }
+  }
+
+  std::mt19937 random_{20240};
+};
+
+INSTANTIATE_TEST_SUITE_P(Bytes, EveryWidth, testing::Values(1, 2, 3, 4));
+
+TEST(ValueAccess, KeepsEvery16BitValueInItsTwoBytes) {
+  std::byte bytes[2];
+  for (std::int32_t value = -32768; value <= 32767; ++value) {
+    zyl::ValueAccess<2>::Write(bytes, 0, value);
+    ASSERT_EQ(zyl::ValueAccess<2>::Read(bytes, 0), value);
+    ASSERT_EQ(bytes[0], static_cast<std::byte>(value & 0xFF));
+    ASSERT_EQ(bytes[1], static_cast<std::byte>((value >> 8) & 0xFF));
+  }
+}
+
+TEST(ValueAccess, StoresLowBytesFirstWithTheSignInTheLast) {
+  const std::byte bytes[] = {std::byte{0xFE}, std::byte{0xFF}, std::byte{0xFF}, std::byte{0x80},
+                             std::byte{0x01}, std::byte{0x02}, std::byte{0x83}, std::byte{0x04}};
+  EXPECT_EQ(zyl::ValueAccess<1>::Read(bytes, 0), -2);
+  EXPECT_EQ(zyl::ValueAccess<2>::Read(bytes, 2), 0x0201);
+  EXPECT_EQ(zyl::ValueAccess<3>::Read(bytes, 0), -2);
+  EXPECT_EQ(zyl::ValueAccess<3>::Read(bytes, 1), 0x020180);
+  EXPECT_EQ(zyl::ValueAccess<4>::Read(bytes, 1), 0x04830201);
+}
+
+TEST_P(EveryWidth, WriterHoldsValuesAtTheLimits) {
+  const int width = GetParam();
+  const std::int64_t highest = Highest(width);
+  for (const std::int64_t value :
+       {highest, highest - 1, -highest - 1, -highest, highest + 1, -highest - 2, std::int64_t{0},
+        std::int64_t{-1}, std::int64_t{highestInt}, std::int64_t{lowestInt}}) {
+    if (value < lowestInt || value > highestInt) continue;
+    GuardedValues values(width, {0, 0, 0});
+    zyl::SetValue(values.buffer(), 1, static_cast<std::int32_t>(value));
+    EXPECT_EQ(values.Read(), (std::vector<std::int32_t>{0, Held(value, width), 0}));
+  }
+}
+
+TEST(ValueRanges, ClampRangeMovesIndexesIntoTheDataAndOrdersThem) {
+  std::int32_t start = 12, end = -3;
+  EXPECT_TRUE(zyl::ClampRange(10, start, end));
+  EXPECT_EQ(start, 0);
+  EXPECT_EQ(end, 9);
+  EXPECT_FALSE(zyl::ClampRange(0, start, end));
+}
+
+TEST_P(EveryWidth, SetValuesReducesTo16BitsBeforeTheWidthHoldsIt) {
+  for (const std::int32_t value : {0, 5, -128, 40000, -40000, 65536, highestInt, lowestInt}) {
+    const std::int32_t stored = Held(static_cast<std::int16_t>(value), GetParam());
+    Check([=](const auto& buffer, int s, int e) { zyl::SetValues(buffer, s, e, value); },
+          [=](std::int32_t) { return stored; });
+  }
+}
+
+TEST(ValueRanges, SetValuesOf40000In16BitsStoresItsLow16Bits) {
+  GuardedValues values(2, std::vector<std::int32_t>(12, 1));
+  zyl::SetValues(values.buffer(), 0, 10, 40000);
+  EXPECT_EQ(values.Read(),
+            (std::vector<std::int32_t>{-25536, -25536, -25536, -25536, -25536, -25536, -25536,
+                                       -25536, -25536, -25536, 1, 1}));
+}
+
+TEST_P(EveryWidth, OffsetValuesHoldsSumsWithinTheWidth) {
+  const std::int64_t highest = Highest(GetParam());
+  for (const std::int64_t offset :
+       {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, std::int64_t{1000}, std::int64_t{-1000},
+        highest, -highest - 1, highest + 1, 2 * highest, 2 * highest + 1, -2 * highest - 1,
+        std::int64_t{highestInt}, std::int64_t{lowestInt}}) {
+    const std::int32_t step = Held(offset, 4);
+    Check([=](const auto& buffer, int s, int e) { zyl::OffsetValues(buffer, s, e, step); },
+          [&](std::int32_t value) { return Held(std::int64_t{value} + step, GetParam()); });
+  }
+}
+
+TEST_P(EveryWidth, MultiplyValuesTruncatesTowardZeroAndHolds) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  for (const double factor :
+       {0.0, 1.0, -1.0, 0.5, -0.5, 0.999999, 1.37, -3.0, 65535.0, -65535.0, 65535.5, 1e7, -1e7,
+        1e300, 1e-300, infinity, -infinity, std::nan("")}) {
+    Check([=](const auto& buffer, int s, int e) { zyl::MultiplyValues(buffer, s, e, factor); },
+          [&](std::int32_t value) {
+            const double product = value * factor;
+            if (std::isnan(product)) return 0;
+            return Held(static_cast<std::int64_t>(std::clamp(product, -1e15, 1e15)), GetParam());
+          });
+  }
+}
+
+TEST_P(EveryWidth, ReverseValuesTurnsBothEndsIncluded) {
+  for (int length = 1; length <= 80; ++length) {
+    std::vector<std::int32_t> expected = RandomValues(random_, GetParam(), length + 5);
+    GuardedValues values(GetParam(), expected);
+    std::reverse(expected.begin() + 2, expected.begin() + 2 + length);
+    zyl::ReverseValues(values.buffer(), 2, length + 1);
+    ASSERT_EQ(values.Read(), expected) << length;
+  }
+}
+
+TEST_P(EveryWidth, MeanValueIsTheTruncatedMeanWithoutTheEnd) {
+  for (const int count : {2, 3, 50, 70000}) {
+    const std::vector<std::int32_t> data = RandomValues(random_, GetParam(), count);
+    double sum = 0.0;
+    for (int i = 1; i < count - 1; ++i) sum += data[static_cast<std::size_t>(i)];
+    const GuardedValues values(GetParam(), data);
+    const double mean = count == 2 ? 0.0 : sum / (count - 2);
+    EXPECT_EQ(zyl::MeanValue(values.buffer(), 1, count - 1), static_cast<std::int32_t>(mean));
+  }
+  const GuardedValues negative(GetParam(), {-1, -1, -1, 0, 7});
+  EXPECT_EQ(zyl::MeanValue(negative.buffer(), 0, 4), 0);
+  EXPECT_EQ(zyl::MeanValue(negative.buffer(), 5, 5), 0);
+}
+
+TEST(ValueRanges, MeanValueOfLoudLongDataRoundsAsInOrderAddition) {
+  // Beyond 2^53 only even sums can be held: each addition of this odd value loses 1, and the mean
+  // ends below the value.
+  constexpr std::int32_t frames = 6'000'000;
+  constexpr std::int32_t value = 2147483645;
+  std::vector<std::byte> bytes(std::size_t{frames} * 4);
+  const zyl::ValueBuffer buffer{bytes.data(), frames, 4};
+  for (std::int32_t i = 0; i < frames; ++i) zyl::SetValue(buffer, i, value);
+  EXPECT_EQ(zyl::MeanValue(buffer, 0, frames), value - 1);
+}
+
+}  // namespace

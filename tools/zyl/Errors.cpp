@@ -1,0 +1,190 @@
+#include "Errors.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "Values.h"
+
+namespace zyl {
+
+namespace {
+
+// Keys in the registry, by address.
+const char kErrorMetatable = 0;
+const char kCallbackError = 0;
+const char kCallbackTraceback = 0;
+
+// "file:line: " of the innermost Lua function, or nothing.
+void PushWhere(lua_State* L) {
+  lua_Debug frame;
+  for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level) {
+    lua_getinfo(L, "Sl", &frame);
+    if (frame.currentline > 0) {
+      lua_pushfstring(L, "%s:%d: ", frame.short_src, frame.currentline);
+      return;
+    }
+  }
+  lua_pushliteral(L, "");
+}
+
+void SetText(lua_State* L, const char* field, const std::string& text) {
+  lua_pushlstring(L, text.data(), text.size());
+  lua_setfield(L, -2, field);
+}
+
+int ErrorToString(lua_State* L) {
+  luaL_checktype(L, 1, LUA_TTABLE);
+  lua_getfield(L, 1, "where");
+  lua_getfield(L, 1, "readable");
+  if (lua_isstring(L, -1) == 0 || lua_isstring(L, -2) == 0) {
+    lua_pushliteral(L, "method error");
+  } else {
+    lua_concat(L, 2);
+  }
+  return 1;
+}
+
+int ErrorConcat(lua_State* L) {
+  luaL_tolstring(L, 1, nullptr);
+  luaL_tolstring(L, 2, nullptr);
+  lua_concat(L, 2);
+  return 1;
+}
+
+// Levenshtein distance, letters compared without case.
+size_t EditDistance(std::string_view a, std::string_view b) {
+  std::vector<size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i + 1;
+    for (size_t j = 0; j < b.size(); ++j) {
+      const bool same = (a[i] | 0x20) == (b[j] | 0x20);
+      const size_t replaced = diagonal + (same ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, replaced});
+    }
+  }
+  return row[b.size()];
+}
+
+}  // namespace
+
+void OpenErrors(lua_State* L) {
+  lua_createtable(L, 0, 4);
+  lua_pushcfunction(L, ErrorToString);
+  lua_setfield(L, -2, "__tostring");
+  lua_pushcfunction(L, ErrorConcat);
+  lua_setfield(L, -2, "__concat");
+  lua_pushliteral(L, "method error");
+  lua_setfield(L, -2, "__name");
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
+}
+
+void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument) {
+  const bool atArgument = error.kind != ZylScriptError::kException;
+  std::string readable = error.Readable();
+  if (atArgument && error.position > 0) {
+    const int index = firstArgument + error.position - 1;
+    readable += ", got " + (index <= lua_gettop(L) ? Describe(L, index) : "nothing");
+  }
+  const bool ownText =
+      error.kind == ZylScriptError::kArgUser || error.kind == ZylScriptError::kException;
+
+  lua_createtable(L, 0, 10);
+  SetText(L, "kind", error.KindName());
+  SetText(L, "message", ownText ? error.message : readable);
+  SetText(L, "readable", readable);
+  if (atArgument) {
+    SetText(L, "method", error.method);
+    lua_pushinteger(L, error.position);
+    lua_setfield(L, -2, "position");
+  }
+  if (error.kind == ZylScriptError::kArgType || error.kind == ZylScriptError::kArgValue) {
+    SetText(L, "argument", error.argument);
+  }
+  if (error.kind == ZylScriptError::kArgType) {
+    lua_pushinteger(L, error.expected);
+    lua_setfield(L, -2, "expected");
+  }
+  if (error.kind == ZylScriptError::kArgPType) {
+    SetText(L, "given", error.given);
+    SetText(L, "required", error.required);
+  }
+  PushWhere(L);
+  lua_setfield(L, -2, "where");
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
+  lua_setmetatable(L, -2);
+  lua_error(L);
+  throw;  // not reached: lua_error does not return
+}
+
+void RaiseKept(lua_State* L, int keptError) {
+  if (keptError == LUA_NOREF) return;
+  lua_rawgeti(L, LUA_REGISTRYINDEX, keptError);
+  luaL_unref(L, LUA_REGISTRYINDEX, keptError);
+  lua_error(L);
+}
+
+void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view name,
+                      const std::vector<std::string>& known) {
+  std::string text = what + " '" + std::string(name) + "'";
+  // A name farther away than a third of its letters is another word, not a slip.
+  size_t nearest = name.size() / 3 + 2;
+  std::string suggestions;
+  int count = 0;
+  for (const std::string& candidate : known) {
+    const size_t distance = EditDistance(name, candidate);
+    if (distance > nearest || (distance == nearest && (count == 0 || count == 3))) continue;
+    if (distance < nearest) {
+      nearest = distance;
+      suggestions.clear();
+      count = 0;
+    }
+    suggestions += (count == 0 ? "" : ", ") + candidate;
+    ++count;
+  }
+  if (count > 0) text += "; did you mean " + suggestions + "?";
+  RaiseText(L, text);
+}
+
+void RaiseText(lua_State* L, const std::string& text) {
+  PushWhere(L);
+  lua_pushlstring(L, text.data(), text.size());
+  lua_concat(L, 2);
+  lua_error(L);
+  throw;  // not reached: lua_error does not return
+}
+
+int RememberTraceback(lua_State* L) {
+  lua_settop(L, 1);
+  luaL_traceback(L, L, nullptr, 1);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kCallbackTraceback);
+  lua_pushvalue(L, 1);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kCallbackError);
+  return 1;
+}
+
+int AddTraceback(lua_State* L) {
+  lua_settop(L, 1);
+  size_t length = 0;
+  const char* text = nullptr;
+  if (lua_isstring(L, 1) != 0 || luaL_getmetafield(L, 1, "__tostring") != LUA_TNIL) {
+    text = luaL_tolstring(L, 1, &length);
+  } else {
+    text = lua_pushfstring(L, "(the error value is a %s)", luaL_typename(L, 1));
+  }
+  luaL_traceback(L, L, text, 1);
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kCallbackError);
+  if (lua_isnil(L, -1) || lua_rawequal(L, -1, 1) == 0) {
+    lua_pop(L, 1);
+    return 1;
+  }
+  lua_pop(L, 1);
+  lua_pushliteral(L, "\nin the callback, ");
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kCallbackTraceback);
+  lua_concat(L, 3);
+  return 1;
+}
+
+}  // namespace zyl

@@ -1,0 +1,174 @@
+#include "ScriptHost.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+
+#include "Errors.h"
+#include "HostTable.h"
+#include "Interruption.h"
+#include "Objects.h"
+
+namespace zyl {
+
+namespace {
+
+constexpr size_t kSpareParams = 32;
+
+// Opens the libraries; protected, since any of it can run out of memory.
+int OpenState(lua_State* L) {
+  luaL_openlibs(L);
+  OpenInterruption(L);
+  OpenErrors(L);
+  OpenObjects(L);
+  OpenHostTable(L);
+  return 0;
+}
+
+int KeepError(lua_State* L) {
+  *static_cast<int*>(lua_touserdata(L, 1)) = luaL_ref(L, LUA_REGISTRYINDEX);
+  return 0;
+}
+
+struct Chunk {
+  const std::vector<std::string>& arguments;
+};
+
+// Sets the global `arg` and calls the chunk (argument 1) with the script's arguments.
+int CallChunk(lua_State* L) {
+  const auto& arguments = static_cast<const Chunk*>(lua_touserdata(L, 2))->arguments;
+  lua_settop(L, 1);
+  const int count = static_cast<int>(arguments.size()) - 1;
+  luaL_checkstack(L, count + 2, "too many arguments");
+  lua_createtable(L, count, 1);
+  for (int i = 0; i <= count; ++i) {
+    const std::string& argument = arguments[static_cast<size_t>(i)];
+    lua_pushlstring(L, argument.data(), argument.size());
+    if (i > 0) {
+      lua_pushvalue(L, -1);
+      lua_insert(L, -3);
+    }
+    lua_rawseti(L, i > 0 ? -3 : -2, i);
+  }
+  lua_setglobal(L, "arg");
+  lua_call(L, count, 0);
+  return 0;
+}
+
+}  // namespace
+
+ScriptHost::ScriptHost() : state_(luaL_newstate()) {
+  if (state_ == nullptr) throw std::bad_alloc();
+  *static_cast<ScriptHost**>(lua_getextraspace(state_)) = this;
+  lua_pushcfunction(state_, OpenState);
+  if (lua_pcall(state_, 0, 0, 0) != LUA_OK) {
+    const char* text = lua_tostring(state_, -1);
+    const std::string reason = text == nullptr ? "no memory" : text;
+    lua_close(state_);
+    throw std::runtime_error("the script libraries could not be opened: " + reason);
+  }
+}
+
+ScriptHost::~ScriptHost() {
+  closing_ = true;
+  CloseInterruption();
+  lua_close(state_);
+  for (void* place : spareParams_) ::operator delete(place);
+}
+
+int ScriptHost::RunFile(const std::string& path, const std::vector<std::string>& arguments) {
+  return RunChunk(luaL_loadfile(state_, path.c_str()), arguments);
+}
+
+int ScriptHost::RunText(const std::string& text, const std::vector<std::string>& arguments) {
+  return RunChunk(luaL_loadbuffer(state_, text.data(), text.size(), "=eval"), arguments);
+}
+
+int ScriptHost::RunChunk(int loadStatus, const std::vector<std::string>& arguments) {
+  int status = loadStatus;
+  if (status == LUA_OK) {
+    Chunk chunk{arguments};
+    lua_pushcfunction(state_, AddTraceback);
+    lua_insert(state_, -2);
+    lua_pushcfunction(state_, CallChunk);
+    lua_insert(state_, -2);
+    lua_pushlightuserdata(state_, &chunk);
+    status = lua_pcall(state_, 2, 0, -4);
+  }
+  if (ExitWasRequested()) return RequestedExitStatus();
+  if (status == LUA_OK) return 0;
+  const char* text = lua_tostring(state_, -1);
+  const std::string message = text == nullptr ? "an error without a message" : text;
+  std::fflush(stdout);
+  if (WasInterrupted()) {
+    std::fputs("zyl: interrupted\n", stderr);
+    return 130;
+  }
+  std::fprintf(stderr, "zyl: %s\n", message.c_str());
+  return 1;
+}
+
+int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
+  bool wait = whenIdle && InCall();
+  for (const CallFrame* frame = innermost_; frame != nullptr && !wait; frame = frame->outer_) {
+    wait = frame->object_ == object;
+  }
+  if (wait) {
+    doomed_.push_back(object);
+    return LUA_NOREF;
+  }
+  // The destruction is a call of its own: it may tell scripts about itself.
+  int keptError = LUA_NOREF;
+  {
+    const CallFrame frame(*this, state, nullptr, keptError);
+    delete object;
+  }
+  return keptError;
+}
+
+void ScriptHost::DestroyDoomed() {
+  while (!doomed_.empty()) {
+    RIOObject* object = doomed_.front();
+    doomed_.erase(doomed_.begin());
+    delete object;
+  }
+}
+
+bool ScriptHost::IsDoomed(const RIOObject* object) const {
+  return std::find(doomed_.begin(), doomed_.end(), object) != doomed_.end();
+}
+
+bool ScriptHost::RunProtected(lua_CFunction body, void* data, const RIOObject* object) {
+  if (closing_ || innermost_ == nullptr) return true;
+  lua_State* L = innermost_->state_;
+  int& keptError = innermost_->keptError_;
+  const CallFrame frame(*this, L, object, keptError);
+  if (lua_checkstack(L, 8) == 0) return false;
+  const int top = lua_gettop(L);
+  lua_pushcfunction(L, RememberTraceback);
+  lua_pushcfunction(L, body);
+  lua_pushlightuserdata(L, data);
+  const bool done = lua_pcall(L, 1, 0, top + 1) == LUA_OK;
+  if (!done && keptError == LUA_NOREF) {
+    lua_pushcfunction(L, KeepError);
+    lua_insert(L, -2);
+    lua_pushlightuserdata(L, &keptError);
+    lua_insert(L, -2);
+    lua_pcall(L, 2, 0, 0);
+  }
+  lua_settop(L, top);
+  return done;
+}
+
+void ScriptHost::RecycleParam(ROCParam* value) {
+  if (value == nullptr || !value->DropReference()) return;
+  if (spareParams_.size() >= kSpareParams) {
+    delete value;
+    return;
+  }
+  value->~ROCParam();
+  spareParams_.push_back(value);
+}
+
+}  // namespace zyl

@@ -1,0 +1,108 @@
+// The Lua state of one script run and what the calls between script and host objects share: the
+// stack of running calls, objects whose destruction waits for a call to return, argument values
+// kept for reuse. It owns the Lua state; every Lua error that a callback raises below a call of a
+// host object ends in that call's frame, never in the module.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Lua.h"
+#include "host/base.h"
+
+namespace zyl {
+
+class ScriptHost;
+
+// One call from the script into the host, on the C++ stack: a method call, a pump, a destruction.
+// `object` cannot be destroyed before the outermost frame has ended. The first error of a callback
+// below the call is kept under the registry reference `keptError`, and raised by whoever made the
+// frame once the frame has ended.
+class CallFrame {
+ public:
+  CallFrame(ScriptHost& host, lua_State* state, const RIOObject* object, int& keptError);
+  ~CallFrame();
+  CallFrame(const CallFrame&) = delete;
+  CallFrame& operator=(const CallFrame&) = delete;
+
+ private:
+  friend class ScriptHost;
+  ScriptHost& host_;
+  CallFrame* outer_;
+  lua_State* state_;
+  const RIOObject* object_;
+  int& keptError_;
+};
+
+class ScriptHost {
+ public:
+  ScriptHost();
+  ~ScriptHost();
+  ScriptHost(const ScriptHost&) = delete;
+  ScriptHost& operator=(const ScriptHost&) = delete;
+
+  static ScriptHost& Of(lua_State* state) {
+    return **static_cast<ScriptHost**>(lua_getextraspace(state));
+  }
+
+  // Both answer the exit status: 0, 1 after an error (message and traceback on standard error),
+  // 130 after Ctrl-C, or what the script gave to os.exit. `arguments[0]` is the script's name.
+  int RunFile(const std::string& path, const std::vector<std::string>& arguments);
+  int RunText(const std::string& text, const std::vector<std::string>& arguments);
+
+  lua_State* State() const { return state_; }
+  // No callback reaches the script any more.
+  bool Closing() const { return closing_; }
+  bool InCall() const { return innermost_ != nullptr; }
+
+  // Destroys an object of the script; waits for the outermost frame when `object` is in a call, or
+  // (with `whenIdle`) while any call runs. A waiting object counts as destroyed for scripts. Answers
+  // the registry reference of the first error that a callback raised meanwhile, or LUA_NOREF.
+  int Destroy(lua_State* state, RIOObject* object, bool whenIdle);
+  bool IsDoomed(const RIOObject* object) const;
+
+  // Runs `body` protected, with `data` as a light userdata, on the Lua state of the innermost call.
+  // False after an error, which that call's frame keeps when it is the first one.
+  bool RunProtected(lua_CFunction body, void* data, const RIOObject* object);
+
+  // A value with one reference, for an argument list; RecycleParam drops that reference.
+  template <class... Initial>
+  ROCParam* NewParam(Initial... initial) {
+    if (spareParams_.empty()) return new ROCParam(initial...);
+    void* place = spareParams_.back();
+    spareParams_.pop_back();
+    return new (place) ROCParam(initial...);
+  }
+  void RecycleParam(ROCParam* value);
+
+ private:
+  friend class CallFrame;
+  int RunChunk(int loadStatus, const std::vector<std::string>& arguments);
+  void DestroyDoomed();
+
+  lua_State* state_;
+  CallFrame* innermost_ = nullptr;
+  bool closing_ = false;
+  std::vector<RIOObject*> doomed_;
+  std::vector<void*> spareParams_;  // raw memory of ROCParams
+};
+
+inline CallFrame::CallFrame(ScriptHost& host, lua_State* state, const RIOObject* object,
+                            int& keptError)
+    : host_(host),
+      outer_(host.innermost_),
+      state_(state),
+      object_(object),
+      keptError_(keptError) {
+  host.innermost_ = this;
+}
+
+inline CallFrame::~CallFrame() {
+  if (outer_ == nullptr && !host_.doomed_.empty()) {
+    object_ = nullptr;
+    host_.DestroyDoomed();
+  }
+  host_.innermost_ = outer_;
+}
+
+}  // namespace zyl
