@@ -1,7 +1,7 @@
 // How long reading sample files takes beside libsndfile reading the same file as shorts.
 //
-// Each line: name, ratio of the medians, bar. Repetitions of both sides alternate, so that a machine
-// that gets slower or faster under way slows or speeds both.
+// Each line: name, ratio of the medians, bar. Repetitions of both sides alternate, so that a
+// machine that gets slower or faster under way slows or speeds both.
 #include <sndfile.h>
 #include <unistd.h>
 
@@ -104,9 +104,11 @@ int main() {
     }
     const double ratio = Median(own) / Median(peer);
     std::printf("read-wav-100MB-%uch  %.2f  %.2f\n", channels, ratio, kBar);
-    std::printf("read-wav-100MB-%uch-against-blocks  %.2f  %.2f  (%.1f ms own, %.1f ms peer, %.1f ms blocks)\n",
-                channels, Median(own) / Median(blocks), kBar, 1e3 * Median(own), 1e3 * Median(peer),
-                1e3 * Median(blocks));
+    std::printf(
+        "read-wav-100MB-%uch-against-blocks  %.2f  %.2f  (%.1f ms own, %.1f ms peer, %.1f ms "
+        "blocks)\n",
+        channels, Median(own) / Median(blocks), kBar, 1e3 * Median(own), 1e3 * Median(peer),
+        1e3 * Median(blocks));
     good = good && ratio <= kBar;
   }
   std::filesystem::remove_all(folder);

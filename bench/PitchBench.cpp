@@ -80,7 +80,8 @@ void RunAubio(const Sound& sound, const char* method) {
   fvec_t* const in = new_fvec(kHop);
   fvec_t* const out = new_fvec(1);
   for (std::size_t at = 0; at + kHop <= sound.size(); at += kHop) {
-    for (std::size_t i = 0; i < kHop; ++i) in->data[i] = static_cast<float>(sound[at + i]) * 0x1p-15F;
+    for (std::size_t i = 0; i < kHop; ++i)
+      in->data[i] = static_cast<float>(sound[at + i]) * 0x1p-15F;
     aubio_pitch_do(pitch, in, out);
   }
   sink = out->data[0];
@@ -118,8 +119,8 @@ bool Compare(const char* what, const std::vector<Sound>& sounds, const std::vect
     }
   }
   const double blocks = static_cast<double>(sounds.size()) * kFrames / kHop;
-  std::printf("%s: %.3f us per block of %d frames, kernels %s\n", what,
-              Median(own) / blocks * 1e6, kHop, zyl::BestPitchKernels().name);
+  std::printf("%s: %.3f us per block of %d frames, kernels %s\n", what, Median(own) / blocks * 1e6,
+              kHop, zyl::BestPitchKernels().name);
   bool reached = true;
   for (std::size_t i = 0; i < rivals.size(); ++i) {
     const double ratio = Median(ratios[i]);

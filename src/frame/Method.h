@@ -4,6 +4,8 @@
 // arguments on its own and answers whether all went well.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <string>
 #include <tuple>

@@ -14,7 +14,7 @@
   LATER(ReadDataFromPad) \
   LATER(EmptyPadData) \
   LATER(RemoveDataFromPad) \
-  LATER(GetChannelCount) \
+  METHOD(GetChannelCount) \
   METHOD(GetSFPresetArray) \
   METHOD(CreateTempSample) \
   METHOD(GetTempSample) \
@@ -47,7 +47,7 @@
   LATER(ListFillKeygroups) \
   LATER(ListFillZones) \
   LATER(UpdateKeyboardSelection) \
-  LATER(SampleCopyFile) \
+  METHOD(SampleCopyFile) \
   METHOD(SetUniqueFilePath) \
   METHOD(IsValid) \
   METHOD(IsLocked) \
@@ -227,41 +227,41 @@
   METHOD(SampleSampleRate) \
   METHOD(SampleGet) \
   METHOD(SampleGetByName) \
-  LATER(SampleGetSize) \
-  LATER(SampleGetBuffer) \
-  LATER(SampleDelete) \
-  LATER(SampleExtract) \
-  LATER(SampleCreate) \
-  LATER(SampleCopyTo) \
-  LATER(SampleCopyFrom) \
-  LATER(SampleStart) \
-  LATER(SampleEnd) \
-  LATER(SampleSize) \
-  LATER(SampleLoopCount) \
-  LATER(SampleLoopStart) \
-  LATER(SampleLoopEnd) \
-  LATER(SampleLoopFineLen) \
-  LATER(SampleLoopTimes) \
-  LATER(SampleSetValues) \
-  LATER(SampleMultiplyValues) \
-  LATER(SampleOffsetValues) \
-  LATER(SampleReverseValues) \
+  METHOD(SampleGetSize) \
+  METHOD(SampleGetBuffer) \
+  METHOD(SampleDelete) \
+  METHOD(SampleExtract) \
+  METHOD(SampleCreate) \
+  METHOD(SampleCopyTo) \
+  METHOD(SampleCopyFrom) \
+  METHOD(SampleStart) \
+  METHOD(SampleEnd) \
+  METHOD(SampleSize) \
+  METHOD(SampleLoopCount) \
+  METHOD(SampleLoopStart) \
+  METHOD(SampleLoopEnd) \
+  METHOD(SampleLoopFineLen) \
+  METHOD(SampleLoopTimes) \
+  METHOD(SampleSetValues) \
+  METHOD(SampleMultiplyValues) \
+  METHOD(SampleOffsetValues) \
+  METHOD(SampleReverseValues) \
   METHOD(SampleGetRefCount) \
-  LATER(SampleWrite) \
-  LATER(SampleWriteMerged) \
-  LATER(SampleChannel) \
-  LATER(SampleChannelCount) \
+  METHOD(SampleWrite) \
+  METHOD(SampleWriteMerged) \
+  METHOD(SampleChannel) \
+  METHOD(SampleChannelCount) \
   METHOD(SampleFileName) \
   METHOD(SampleFilePath) \
   METHOD(SampleDirty) \
   METHOD(SampleReload) \
   METHOD(SampleLock) \
-  LATER(SampleGetDCOffset) \
-  LATER(SampleValue) \
-  LATER(SampleLoopQual) \
-  LATER(SampleLoopFindStart) \
-  LATER(SampleLoopFindEnd) \
-  LATER(SampleBits) \
+  METHOD(SampleGetDCOffset) \
+  METHOD(SampleValue) \
+  METHOD(SampleLoopQual) \
+  METHOD(SampleLoopFindStart) \
+  METHOD(SampleLoopFindEnd) \
+  METHOD(SampleBits) \
   METHOD(SampleName) \
   METHOD(SampleMemory) \
   LATER(PRGIntValue) \

@@ -10,6 +10,9 @@
 #include "program/FileMethods.h"
 #include "program/KeygroupMethods.h"
 #include "program/ObjectMethods.h"
+#include "sample/EditMethods.h"
+#include "sample/FileMethods.h"
+#include "sample/LoopMethods.h"
 #include "sample/ObjectMethods.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #include "frame/ZylSProgram.h"
 
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "frame/Module.h"
@@ -23,7 +25,16 @@ hashEntry* ZylSProgram::GetHashTable() { return ModuleState::Get().HashTable(thi
 hashEntry* ZylSProgram::RebuildHashTable() { return ModuleState::Get().RebuildHashTable(this); }
 const char* ZylSProgram::GetClassName() const { return "ZylSProgram"; }
 const char* ZylSProgram::GetBaseClassName() const { return "ZylDisplayObject"; }
-void ZylSProgram::Destroy() { delete this; }
+
+// A module that is told of a change may delete the very object whose method told it.
+void ZylSProgram::Destroy() {
+  if (runningCalls_ == 0) {
+    delete this;
+  } else {
+    destroyed_ = true;
+    owner = nullptr;
+  }
+}
 
 ZylSProgram* ZylSProgram::Behind(RIOObject* object) {
   ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
@@ -60,14 +71,14 @@ int32_t ZylSProgram::SetMidiChannel(int32_t channel) {
 }
 
 void ZylSProgram::SetMidiChannelText(ROCParam* text) {
-  const wxString typed = wxString::FromUTF8(text->Str());
-  if (text->Str().empty()) return;
-  if (typed.Lower().Contains("o")) {
+  const std::string& typed = text->Str();
+  if (typed.empty()) return;
+  if (typed.find_first_of("oO") != std::string::npos) {
     text->SetStr("Omni");
     SetMidiChannel(kOmni);
     return;
   }
-  const long long number = std::strtoll(text->Str().c_str(), nullptr, 10);
+  const long long number = std::strtoll(typed.c_str(), nullptr, 10);
   // A number that names no channel leaves the channel as it was.
   const bool known = number >= 1 && number <= kChannels;
   if (known) midiChannel = static_cast<int32_t>(number) - 1;

@@ -29,6 +29,7 @@ class ZylSProgram final : public ZylDLLDispatch {
   hashEntry* RebuildHashTable() override;
   const char* GetClassName() const override;
   const char* GetBaseClassName() const override;
+  // At once, or at the end of the call that runs.
   void Destroy() override;
 
   // The program object behind an algorithm object: null when it leads to none.
@@ -76,9 +77,17 @@ class ZylSProgram final : public ZylDLLDispatch {
   double rmsThres = 1e-5;
   PlexList<ROCParam*> registeredModules;
 
-  // Every script method's handler: M reads the arguments and runs the method's body.
+  // Every script method's handler: M reads the arguments and runs the method's body. An object that
+  // is destroyed meanwhile goes when its outermost call has ended.
   template <class M>
   int Handle(ROCParams* arguments, ROCParam** result) {
-    return M::Run(*this, arguments, result);
+    ++runningCalls_;
+    const int status = M::Run(*this, arguments, result);
+    if (--runningCalls_ == 0 && destroyed_) delete this;
+    return status;
   }
+
+ private:
+  int runningCalls_ = 0;
+  bool destroyed_ = false;
 };

@@ -86,6 +86,7 @@ class ZYLHOST_API genericSample {
   const char* name = nullptr;
   std::byte* buffer = nullptr;  // of this channel; of channel 0 for a whole sample
   uint32_t sourceId = 0;        // the same in all records of a file
+  const int32_t recordId = NextRecordId();  // of this record alone, never 0
   genericSample* prevChannel = nullptr;
   genericSample* nextChannel = nullptr;
 
@@ -153,6 +154,7 @@ class ZYLHOST_API genericSample {
   friend class zyl::SampleFile;
   explicit genericSample(zyl::SampleFile* file) : useCount(0), file_(file) {}
   ~genericSample();
+  static int32_t NextRecordId();
   template <int kBytes>
   int32_t GetValue(int32_t position) const;
   template <int kBytes>
@@ -203,6 +205,9 @@ class ZYLHOST_API vendlKeyGroup : public vendlKeyGroupImage {
 
   // The channel that goes with each path; it counts while the zone has no sample.
   int32_t pathChannel[kZones] = {0, 0, 0, 0};
+  // Of a missing sample, where it would lie had its folder moved along with the program file; the
+  // next write names that place too. Empty for every other zone.
+  std::string movedPath[kZones];
 
  private:
   std::string paths_[kZones];

@@ -29,7 +29,7 @@ ZYLHOST_API RIOObject* ZylNewPlainObject(const std::string& typeName);
 // The method table of a registered class, ended by a null name; null for an unknown class.
 ZYLHOST_API const ZylFuncInfo* ZylClassMethods(const char* className);
 
-struct ZylScriptError {
+struct ZYLHOST_API ZylScriptError {
   enum Kind { kArgType, kArgPType, kArgValue, kArgUser, kException };
   Kind kind = kException;
   std::string method;    // qualified, all but kException

@@ -65,3 +65,6 @@ ZYLHOST_API void qxWithdrawBuffer(const void* buffer);
 // Copies the first `bytes` bytes; false with a reason for an unknown handle or beyond the end.
 ZYLHOST_API bool qxBufferBytes(uint32_t handle, size_t bytes, std::string& out,
                                std::string& reason);
+
+// The machine's memory as it is, for limits.
+ZYLHOST_API int64_t qxGetPhysicalMemoryBytes();

@@ -44,12 +44,12 @@ struct RiffLoop {
 // The sampler parameters of a file.
 struct RiffParameters {
   int32_t rateHz = 44100;
-  int32_t key = 60;           // root key, MIDI number
-  int32_t tune = 0;           // playback tuning in 1/256 semitone
-  int32_t playbackType = 2;   // 0 loop in release, 1 loop until release, 2 no loops, 3 to end
+  int32_t key = 60;          // root key, MIDI number
+  int32_t tune = 0;          // playback tuning in 1/256 semitone
+  int32_t playbackType = 2;  // 0 loop in release, 1 loop until release, 2 no loops, 3 to end
   int8_t holdLoopTuneOff = 0;
-  int32_t start = 0;          // first frame played
-  int32_t end = -1;           // last frame played; -1 = the last of the file
+  int32_t start = 0;            // first frame played
+  int32_t end = -1;             // last frame played; -1 = the last of the file
   std::vector<RiffLoop> loops;  // at most kMaxLoops
 
   bool operator==(const RiffParameters&) const = default;
@@ -111,7 +111,8 @@ class ZYLHOST_API BasicSample {
   // Writes the file's bytes. False when the object is not valid or the file refuses them; the file
   // is then abandoned.
   virtual bool Write(RiffFile& file) = 0;
-  // Empties the object of sound and gives it `count` channels (at most kMaxChannels) without buffers.
+  // Empties the object of sound and gives it `count` channels (at most kMaxChannels) without
+  // buffers.
   virtual void SetChannelCount(unsigned count);
 
   // Gives the object per-channel buffers of its own, for at most `maxChannels` channels: what it
@@ -127,7 +128,9 @@ class ZYLHOST_API BasicSample {
   // Frames of the file as read or planned, also when its sound was not loaded.
   uint64_t FrameCount() const;
   unsigned BytesPerValue() const;
-  unsigned BitsPerValue() const { return bits_; }  // as the file declares, 8 * BytesPerValue at most
+  unsigned BitsPerValue() const {
+    return bits_;
+  }  // as the file declares, 8 * BytesPerValue at most
   void SetBitsPerValue(unsigned bits);
   const std::string& Name() const { return name_; }
   uint8_t FormatFlag() const { return formatFlag_; }

@@ -12,9 +12,10 @@
 #include "LowpassFilter.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
+#include <cstdint>
 #include <vector>
 
 namespace zyl {
@@ -32,7 +33,8 @@ int WarmUpFrames(double cutoff) {
 
 template <class History>
 bool SameBits(const History& a, const History& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  using Bits = std::array<uint64_t, sizeof(History) / sizeof(uint64_t)>;
+  return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace zyl {
 
 // Sixth-order Butterworth low-pass in three sections, the tracker's anti-alias filter. Every
 // output has the value that running the sections one after the other, term by term in the order of
-// the formula above, gives in double precision.
+// their formula, gives in double precision.
 class LowpassFilter {
  public:
   // Clears the state. `cutoff` is a fraction of the Nyquist frequency; at 1 and above, at 0 and

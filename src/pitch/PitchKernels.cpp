@@ -17,7 +17,6 @@
 
 #include "PitchKernels.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -34,22 +33,32 @@ namespace zyl {
 namespace {
 
 // Row t: which products of the pair (j, j + 1), j = 2 t past the common length, lane k still needs.
-constexpr auto kTailMasks = [] {
+constexpr auto kTailMaskTable = [] {
   std::array<uint32_t, kScreenLags / 2 * kScreenLags> masks{};
   for (int t = 0; t < kScreenLags / 2; ++t) {
     for (int k = 0; k < kScreenLags; ++k) {
       const uint32_t mask = 2 * t + 1 < k ? 0xFFFFFFFFU : 2 * t < k ? 0x0000FFFFU : 0U;
-      masks[static_cast<std::size_t>(t * kScreenLags + k)] = mask;
+      masks[std::size_t{kScreenLags} * static_cast<std::size_t>(t) + static_cast<std::size_t>(k)] =
+          mask;
     }
   }
   return masks;
 }();
 
-constexpr auto kLagNumbers = [] {
+constexpr auto kLagNumberTable = [] {
   std::array<float, 512> numbers{};
   for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<float>(i);
   return numbers;
 }();
+
+// The code below calls no functions of other headers but intrinsics: a copy of one compiled for a
+// wider instruction set could be the one that the linker keeps for all.
+constexpr const uint32_t* kTailMasks = kTailMaskTable.data();
+constexpr const float* kLagNumbers = kLagNumberTable.data();
+
+constexpr int CommonLength(int firstLag) {
+  return firstLag > kShortestSum ? firstLag : kShortestSum;
+}
 
 namespace baseline {
 constexpr int kVectorBytes = 16;

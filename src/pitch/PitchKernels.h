@@ -5,8 +5,8 @@
 
 #include "BiquadSection.h"
 
-// The inner loops of the pitch tracker, in one version per vector width of the processor. All versions
-// give the same results, bit by bit.
+// The inner loops of the pitch tracker, in one version per vector width of the processor. All
+// versions give the same results, bit by bit.
 namespace zyl {
 
 inline constexpr int kShortestSum = 32;   // products summed for the short lags

@@ -16,24 +16,30 @@
 
 namespace {
 
-constexpr int kWindow = 1024;                           // decimated values per window
-constexpr int kBlockFrames = 128;                       // hop in input frames
-constexpr int kHop = kBlockFrames / zyl::kDecimation;   // hop in decimated values
+constexpr int kWindow = 1024;                          // decimated values per window
+constexpr int kBlockFrames = 128;                      // hop in input frames
+constexpr int kHop = kBlockFrames / zyl::kDecimation;  // hop in decimated values
 constexpr int kReportFrames = 100 * kBlockFrames;
 constexpr int kRepeatsAtEnd = 31;
 constexpr int kShortestLag = 4;
 constexpr int kLongestLag = 511;
-constexpr int kStretch = kWindow + 256 * kHop;          // decimated values read at a time
-constexpr int kScreenBlocks = 32;                       // windows that share a screen
-constexpr int kPadding = 16;                            // read, never used, by the vector loops
+constexpr int kStretch = kWindow + 256 * kHop;  // decimated values read at a time
+constexpr int kScreenBlocks = 32;               // windows that share a screen
+constexpr int kPadding = 16;                    // read, never used, by the vector loops
 constexpr int kNoLag = -2;
-constexpr double kRise = 1.1;                           // by which a peak must exceed the best
+constexpr double kRise = 1.1;  // by which a peak must exceed the best
 
 // Truncated quarter of a period, within `low` and `high`; `low` for NaN.
 int LagOf(double periodFrames, int low, int high) {
   const double lag = periodFrames * 0.25;
   if (!(lag > low)) return low;
   return lag >= high ? high : static_cast<int>(lag);
+}
+
+// Bits `first` to 31; all or none when that lies outside.
+uint32_t BitsFrom(int first) {
+  if (first >= 32) return 0;
+  return ~0U << std::max(first, 0);
 }
 
 }  // namespace
@@ -63,7 +69,7 @@ int PitchTracker::ReadFrames(double* frames, int count) {
 
 // Answers how many of `count` values the source sufficed for.
 int PitchTracker::ReadDecimated(double* values, int count) {
-  frames_.resize(static_cast<std::size_t>(count * zyl::kDecimation));
+  frames_.resize(static_cast<std::size_t>(count) * zyl::kDecimation);
   const int read = ReadFrames(frames_.data(), count * zyl::kDecimation) / zyl::kDecimation;
   filter_.Decimate(frames_.data(), read * zyl::kDecimation, values, *kernels_);
   return read;
@@ -188,8 +194,7 @@ double PitchTracker::EstimatePeriod(const double* window, int screenStart) {
       const float floor = static_cast<float>(kRise * best.value);
       lags = kernels_->screen(screen, first, floor, upper, lower);
     }
-    if (lagOfBit0 < minLag_) lags &= ~0U << (minLag_ - lagOfBit0);
-    if (maxLag_ - lagOfBit0 < zyl::kScreenLags) lags &= (1U << (maxLag_ - lagOfBit0)) - 1;
+    lags &= BitsFrom(minLag_ - lagOfBit0) & ~BitsFrom(maxLag_ - lagOfBit0);
     for (; lags != 0; lags &= lags - 1) {
       if (TryLag(lagOfBit0 + std::countr_zero(lags), best)) return best.period * zyl::kDecimation;
     }

@@ -3,10 +3,10 @@
 #include <array>
 #include <vector>
 
-#include "PitchKernels.h"
 #include "LagScreen.h"
 #include "LowpassFilter.h"
 #include "PitchAnalyzer.h"
+#include "PitchKernels.h"
 
 // Time-domain period tracker. The input is low-pass filtered and decimated by 4; for every hop of
 // 128 frames the normalised autocorrelation of the 1024 decimated values is scanned for its first

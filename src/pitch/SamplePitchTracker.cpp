@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kMaxChannels = 16;
 
-// One value of `kBytes` bytes, full scale 1: put together in the upper bytes of 32 bits, which gives
-// every width the same scale. Exact in a double.
+// One value of `kBytes` bytes, full scale 1: put together in the upper bytes of 32 bits, which
+// gives every width the same scale. Exact in a double.
 template <int kBytes>
 double ReadValue(const std::byte* at) {
   uint32_t bits = 0;

@@ -33,27 +33,16 @@ bool AttachWithChannel(ZylSProgram& object, akaiProgram* record, const Opt<int32
 bool Create(ZylSProgram& object,
             AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
             Opt<bool, "CopySamples"> copySamples) {
-  const ZylSProgram* other = SourceProgram(source.Object());
-  akaiProgram* record = nullptr;
-  int32_t channel = 0;
-  if (other == &object) {
-    // A copy of itself: its own record is what is copied, so it is let go last.
-    record = newAkaiProgram();
-    record->copyFrom(object.program, copySamples.ValueOr(true));
-    channel = object.midiChannel;
-    object.Detach();
+  object.Detach();
+  akaiProgram* record = newAkaiProgram();
+  int32_t channel = record->midiChannel;
+  // Looked up after the detaching: an object that is given itself has nothing left to copy and gets
+  // a default program.
+  if (const ZylSProgram* other = SourceProgram(source.Object())) {
+    record->copyFrom(other->program, copySamples.ValueOr(true));
+    channel = other->midiChannel;
   } else {
-    object.Detach();
-    record = newAkaiProgram();
-    channel = record->midiChannel;
-    // Another object's program may have been let go by a script that the detaching called.
-    other = SourceProgram(source.Object());
-    if (other != nullptr) {
-      record->copyFrom(other->program, copySamples.ValueOr(true));
-      channel = other->midiChannel;
-    } else {
-      record->setDefault();
-    }
+    record->setDefault();
   }
   object.Attach(record);
   object.SetMidiChannel(channel);

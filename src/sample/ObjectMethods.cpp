@@ -80,10 +80,7 @@ bool TempSample(Call& call, bool load) {
   if (lock.ValueOr(false)) {
     call.Return(newROCParam(LockTemp(temp)));
   } else if (lock && !load) {
-    // The record's identity as an integer: a handle, since an address may not fit.
-    const int32_t identity =
-        temp == nullptr ? 0 : qxBufferHandle(temp->sample, sizeof(genericSample));
-    call.Return(newROCParam(identity));
+    call.Return(newROCParam(temp == nullptr ? 0 : temp->sample->recordId));
   } else {
     call.Return(newROCParam(static_cast<RIOObject*>(temp)));
   }

@@ -28,9 +28,9 @@ CSample* SampleList::FindTemp(const char* path, int32_t channel) const {
 // this very list.
 void SampleList::RemoveAndRelease(CSample* object) {
   Node* node = Find(object);
-  if (node == nullptr) return;
+  if (node == nullptr || --object->refCount > 0) return;
   Remove(node);
-  if (--object->refCount == 0) delete object;
+  delete object;
 }
 
 void SampleList::DeleteBySample(const genericSample* record) {
@@ -42,7 +42,7 @@ void SampleList::DeleteBySample(const genericSample* record) {
 }
 
 void SampleList::DeleteAll() {
-  while (!IsEmpty()) {
+  for (int32_t left = Count(); left > 0 && !IsEmpty(); --left) {
     CSample* object = Tail()->item;
     Remove(Tail());
     delete object;

@@ -16,11 +16,13 @@ class SampleList : private PlexList<CSample*> {
   CSample* FindBySample(const genericSample* record) const;
   // By the record's path, byte for byte, and channel.
   CSample* FindTemp(const char* path, int32_t channel) const;
-  // Unlinks the object and gives the entry's reference back.
+  // Gives one reference back. An object that was handed out more than once stays in the list, where
+  // it is found again, until the last one; then it is unlinked and destroyed.
   void RemoveAndRelease(CSample* object);
   // Destroys the record's object whatever its reference count.
   void DeleteBySample(const genericSample* record);
-  // Destroys all objects, from the tail, whatever their reference counts.
+  // Destroys all objects, from the tail, whatever their reference counts. What a script that is
+  // told of it adds meanwhile stays: one that asks for its sample again would never let this end.
   void DeleteAll();
   // Destroys the objects without record, and those whose record nobody else uses.
   void PurgeUnshared();

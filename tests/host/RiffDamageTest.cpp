@@ -125,12 +125,14 @@ TEST(DamagedSampleFile, NoSizeIsBelieved) {
     SCOPED_TRACE(row.what);
     const Answer answer = ReadBytes(folder, row.bytes);
     EXPECT_FALSE(answer.reason.empty() && row.frames != 3);
-    const int frames = answer.sample == nullptr ? -1 : static_cast<int>(answer.sample->FrameCount());
+    const int frames =
+        answer.sample == nullptr ? -1 : static_cast<int>(answer.sample->FrameCount());
     EXPECT_EQ(frames, row.frames) << answer.reason;
   }
   // An empty sound before other chunks is really empty.
-  const Answer empty = ReadBytes(folder, FormBuilder("RIFF", "WAVE").Add("fmt ", format)
-                                             .Add("data", {}).Add("LIST", sound).Done());
+  const Answer empty = ReadBytes(
+      folder,
+      FormBuilder("RIFF", "WAVE").Add("fmt ", format).Add("data", {}).Add("LIST", sound).Done());
   ASSERT_NE(empty.sample, nullptr);
   EXPECT_EQ(empty.sample->FrameCount(), 0u);
   EXPECT_TRUE(empty.sample->IsValid());
@@ -140,8 +142,11 @@ TEST(DamagedSampleFile, NoSizeIsBelieved) {
 TEST(DamagedSampleFile, LoopsAreLimitedAndPulledIn) {
   const TempFolder folder;
   const auto file = [](const zyl::Bytes& smpl) {
-    return FormBuilder("RIFF", "WAVE").Add("fmt ", WavFormatChunk(1, 16)).Add("smpl", smpl)
-        .Add("data", zyl::Bytes(8)).Done();
+    return FormBuilder("RIFF", "WAVE")
+        .Add("fmt ", WavFormatChunk(1, 16))
+        .Add("smpl", smpl)
+        .Add("data", zyl::Bytes(8))
+        .Done();
   };
   EXPECT_EQ(ReadBytes(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
   const Answer many = ReadBytes(folder, file(SmplWithLoops(40000, 40000)));
@@ -149,8 +154,8 @@ TEST(DamagedSampleFile, LoopsAreLimitedAndPulledIn) {
   EXPECT_EQ(many.sample->parameters.loops[2].start, 2u);
   EXPECT_FALSE(many.reason.empty());
   auto outside = SmplWithLoops(2, 2);
-  outside[36 + 12] = std::byte{4};          // ends one frame late
-  outside[36 + 24 + 8] = std::byte{4};      // starts behind the sound
+  outside[36 + 12] = std::byte{4};      // ends one frame late
+  outside[36 + 24 + 8] = std::byte{4};  // starts behind the sound
   outside[36 + 24 + 12] = std::byte{9};
   const Answer pulled = ReadBytes(folder, file(outside));
   ASSERT_EQ(pulled.sample->parameters.loops.size(), 1u);
@@ -204,11 +209,17 @@ TEST(PresetNames, AreReadFromWholeFilesOnly) {
     headers.insert(headers.end(), record.begin(), record.end());
   }
   const auto list = [](const char* type, const zyl::Bytes& phdr) {
-    return Little().Text(type).Text("phdr").U32(static_cast<uint32_t>(phdr.size()))
-        .Raw(phdr.data(), phdr.size()).block;
+    return Little()
+        .Text(type)
+        .Text("phdr")
+        .U32(static_cast<uint32_t>(phdr.size()))
+        .Raw(phdr.data(), phdr.size())
+        .block;
   };
   const auto font = [&](const zyl::Bytes& phdr) {
-    return FormBuilder("RIFF", "sfbk").Add("LIST", list("INFO", {})).Add("LIST", list("pdta", phdr))
+    return FormBuilder("RIFF", "sfbk")
+        .Add("LIST", list("INFO", {}))
+        .Add("LIST", list("pdta", phdr))
         .Done();
   };
   const std::string path = folder.File("a.sf2");
@@ -247,7 +258,8 @@ TEST(AtomicFile, ReplacesWholeOrNotAtAll) {
   ASSERT_EQ(symlink("target", folder.File("link").c_str()), 0);
   const Octets large(300000, 7);
   zyl::AtomicFile file(folder.File("link"));
-  ASSERT_TRUE(file.Write("head", 4) && file.Write(large.data(), large.size()) && file.Write("t", 1));
+  ASSERT_TRUE(file.Write("head", 4) && file.Write(large.data(), large.size()) &&
+              file.Write("t", 1));
   EXPECT_EQ(Load(path), (Octets{1, 2, 3}));
   ASSERT_TRUE(file.Commit());
   EXPECT_EQ(file.Size(), 300005u);

@@ -128,8 +128,8 @@ TEST(SampleFileData, FloatingPointBecomes24BitsHeldAtTheLimits) {
     ASSERT_NE(sample, nullptr);
     EXPECT_EQ(sample->BitsPerValue(), 24u);
     const int32_t top = 0x7FFFFF00;
-    EXPECT_EQ(ChannelValues(*sample, 0), (std::vector<int32_t>{0, 1 << 30, -(1 << 30), top,
-                                                               INT32_MIN, top, INT32_MIN, 256}));
+    EXPECT_EQ(ChannelValues(*sample, 0),
+              (std::vector<int32_t>{0, 1 << 30, -(1 << 30), top, INT32_MIN, top, INT32_MIN, 256}));
     ASSERT_TRUE(WriteTo(*sample, path));
     SF_INFO written{};
     EXPECT_EQ(LoadWithOracle(path, written).size(), 8u);
@@ -159,7 +159,7 @@ TEST(SampleFileData, MergedChannelsAreWidenedAndPadded) {
   for (unsigned narrow = 1; narrow <= 4; ++narrow) {
     for (unsigned wide = narrow; wide <= 4; ++wide) {
       for (const bool asAif : {false, true}) {
-        const auto values = TestValues(50, 9);
+        const auto values = TestValues(40000, 9);
         auto first = Planar(values, 1, 0, narrow);
         auto second = Planar(values, 1, 0, wide);
         WavSample wav;
@@ -169,7 +169,7 @@ TEST(SampleFileData, MergedChannelsAreWidenedAndPadded) {
         sample.SetLinBuffer(first.data(), narrow, 20, 0);
         EXPECT_FALSE(sample.CreateInterleavedBuffer());
         EXPECT_FALSE(WriteTo(sample, folder.File("merged")));
-        sample.SetLinBuffer(second.data(), wide, 50, 1);
+        sample.SetLinBuffer(second.data(), wide, 40000, 1);
         ASSERT_TRUE(sample.CreateInterleavedBuffer());
         ASSERT_TRUE(WriteTo(sample, folder.File("merged")));
         const auto read = Read(folder.File("merged"));
@@ -191,7 +191,8 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   std::vector<std::byte> sound(64);
   WavSample wav;
   wav.SetChannelCount(16);
-  // Nobody reads the buffers of a refused plan; 16 of 2^27 frames of 2 bytes are 4 GiB and a header.
+  // Nobody reads the buffers of a refused plan; 16 of 2^27 frames of 2 bytes are 4 GiB and a
+  // header.
   for (unsigned c = 0; c < 16; ++c) wav.SetLinBuffer(sound.data(), 2, 1u << 27, c);
   EXPECT_FALSE(wav.CreateInterleavedBuffer());
   EXPECT_FALSE(wav.IsValid());
@@ -203,6 +204,7 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   wav.otherChunks.resize(1);
   std::memcpy(wav.otherChunks[0].id, "big ", 4);
   wav.otherChunks[0].data.resize(200);
+  EXPECT_FALSE(WriteTo(wav, folder.File("old")));
   EXPECT_FALSE(wav.CreateInterleavedBuffer());
 }
 
@@ -210,31 +212,105 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
 // and sound, few bits in a wide container, and a channel mask.
 TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const TempFolder folder;
-  const auto extensible = Little().U16(0xFFFE).U16(2).U32(44100).U32(44100 * 6).U16(6).U16(24).U16(22)
-                              .U16(20).U32(0x30).U32(1).U32(0x100000).U32(0xAA000080)
-                              .U32(0x719B3800).block;
+  const auto extensible = Little()
+                              .U16(0xFFFE)
+                              .U16(2)
+                              .U32(44100)
+                              .U32(44100 * 6)
+                              .U16(6)
+                              .U16(24)
+                              .U16(22)
+                              .U16(20)
+                              .U32(0x30)
+                              .U32(1)
+                              .U32(0x100000)
+                              .U32(0xAA000080)
+                              .U32(0x719B3800)
+                              .block;
   const auto sound = Little().U32(0x01020304).U32(0x05060708).U32(0x090A0B0C).block;
   const auto odd = Little().U8(1).U8(2).U8(3).block;
-  const auto smpl = Little().U32(7).U32(8).U32(22676).U32(61).U32(0x12345678).U32(30).U32(0x01020304)
-                        .U32(1).U32(3).U32(99).U32(2).U32(0).U32(1).U32(5).U32(6).Raw(odd.data(), 3)
+  const auto smpl = Little()
+                        .U32(7)
+                        .U32(8)
+                        .U32(22676)
+                        .U32(61)
+                        .U32(0x12345678)
+                        .U32(30)
+                        .U32(0x01020304)
+                        .U32(1)
+                        .U32(3)
+                        .U32(99)
+                        .U32(2)
+                        .U32(0)
+                        .U32(1)
+                        .U32(5)
+                        .U32(6)
+                        .Raw(odd.data(), 3)
                         .block;
   const auto name = Little().Text("INFOINAM").U32(4).Text("Kick").block;
-  Store(folder.File("a.wav"), FormBuilder("RIFF", "WAVE").Add("JUNK", odd).Add("fmt ", extensible)
-                                  .Add("bext", odd).Add("smpl", smpl).Add("fmt ", odd)
-                                  .Add("data", sound).Add("cue ", odd).Add("data", odd)
-                                  .Add("LIST", name).Add("smpl", odd).Done());
-  const auto marks = Big().U16(4).U16(9).U32(1).U8(3).Text("abc").U16(2).U32(0).U8(2).Text("in").U8(0)
-                         .U16(5).U32(2).U8(0).U8(0).U16(30).U32(3).U8(0).U8(0).block;
-  const auto inst = Big().U8(61).U8(0xCE).U8(10).U8(90).U8(2).U8(100).U16(0xFFFA).U16(1).U16(2).U16(5)
-                        .U16(0).U16(0).U16(0).block;
+  Store(folder.File("a.wav"), FormBuilder("RIFF", "WAVE")
+                                  .Add("JUNK", odd)
+                                  .Add("fmt ", extensible)
+                                  .Add("bext", odd)
+                                  .Add("smpl", smpl)
+                                  .Add("fmt ", odd)
+                                  .Add("data", sound)
+                                  .Add("cue ", odd)
+                                  .Add("data", odd)
+                                  .Add("LIST", name)
+                                  .Add("smpl", odd)
+                                  .Done());
+  const auto marks = Big()
+                         .U16(4)
+                         .U16(9)
+                         .U32(1)
+                         .U8(3)
+                         .Text("abc")
+                         .U16(2)
+                         .U32(0)
+                         .U8(2)
+                         .Text("in")
+                         .U8(0)
+                         .U16(5)
+                         .U32(2)
+                         .U8(0)
+                         .U8(0)
+                         .U16(30)
+                         .U32(3)
+                         .U8(0)
+                         .U8(0)
+                         .block;
+  const auto inst = Big()
+                        .U8(61)
+                        .U8(0xCE)
+                        .U8(10)
+                        .U8(90)
+                        .U8(2)
+                        .U8(100)
+                        .U16(0xFFFA)
+                        .U16(1)
+                        .U16(2)
+                        .U16(5)
+                        .U16(0)
+                        .U16(0)
+                        .U16(0)
+                        .block;
   const auto wholeSound = Big().U32(0).U32(0).Raw(sound.data(), 9).block;
-  Store(folder.File("b.aif"), FormBuilder("FORM", "AIFF").Add("NAME", odd).Add("SSND", wholeSound)
-                                  .Add("COMM", AifFormatChunk(1, 3, 24)).Add("INST", inst)
-                                  .Add("APPL", odd).Add("MARK", marks).Add("MARK", odd).Done());
+  Store(folder.File("b.aif"), FormBuilder("FORM", "AIFF")
+                                  .Add("NAME", odd)
+                                  .Add("SSND", wholeSound)
+                                  .Add("COMM", AifFormatChunk(1, 3, 24))
+                                  .Add("INST", inst)
+                                  .Add("APPL", odd)
+                                  .Add("MARK", marks)
+                                  .Add("MARK", odd)
+                                  .Done());
   auto sowt = AifFormatChunk(1, 6, 12);
   const auto type = Big().Text("sowt").U8(4).Text("mine").U8(0).block;
   sowt.insert(sowt.end(), type.begin(), type.end());
-  Store(folder.File("c.aifc"), FormBuilder("FORM", "AIFC").Add("FVER", odd).Add("COMM", sowt)
+  Store(folder.File("c.aifc"), FormBuilder("FORM", "AIFC")
+                                   .Add("FVER", odd)
+                                   .Add("COMM", sowt)
                                    .Add("SSND", Big().U32(0).U32(0).Raw(sound.data(), 12).block)
                                    .Done());
   for (const char* file : {"a.wav", "b.aif", "c.aifc"}) {
@@ -260,9 +336,13 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
 TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   const TempFolder folder;
   const std::string path = folder.File("a.wav");
-  Store(path, FormBuilder("RIFF", "WAVE").Add("bext", Little().U8(1).block)
-                  .Add("fmt ", WavFormatChunk(2, 8)).Add("fact", Little().U32(2).U8(7).block)
-                  .Add("data", Little().U32(0).block).Add("LIST", Little().U32(5).block).Done());
+  Store(path, FormBuilder("RIFF", "WAVE")
+                  .Add("bext", Little().U8(1).block)
+                  .Add("fmt ", WavFormatChunk(2, 8))
+                  .Add("fact", Little().U32(2).U8(7).block)
+                  .Add("data", Little().U32(0).block)
+                  .Add("LIST", Little().U32(5).block)
+                  .Done());
   std::string reason;
   auto sample = ReadSampleFile(path, false, reason);
   ASSERT_NE(sample, nullptr);

@@ -28,9 +28,8 @@ class TempFolder {
  public:
   TempFolder() {
     const std::filesystem::path inMemory = "/dev/shm";
-    const auto base = std::filesystem::is_directory(inMemory)
-                          ? inMemory
-                          : std::filesystem::temp_directory_path();
+    const auto base =
+        std::filesystem::is_directory(inMemory) ? inMemory : std::filesystem::temp_directory_path();
     std::string name = (base / "zylriff-XXXXXX").string();
     if (mkdtemp(name.data()) != nullptr) path_ = name;
   }
@@ -50,7 +49,8 @@ class TempFolder {
 
 inline void Store(const std::string& path, const Octets& bytes) {
   std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
 }
 
 inline Octets Load(const std::string& path) {
@@ -91,7 +91,13 @@ inline FieldWriter Big() { return FieldWriter(ByteOrder::kBig); }
 
 inline zyl::Bytes WavFormatChunk(unsigned channels, unsigned bits, unsigned rateHz = 44100) {
   const unsigned frameBytes = channels * ((bits + 7) / 8);
-  return Little().U16(1).U16(channels).U32(rateHz).U32(rateHz * frameBytes).U16(frameBytes).U16(bits)
+  return Little()
+      .U16(1)
+      .U16(channels)
+      .U32(rateHz)
+      .U32(rateHz * frameBytes)
+      .U16(frameBytes)
+      .U16(bits)
       .block;
 }
 

@@ -25,6 +25,7 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<uint32_t> BitsOf(const std::vector<float>& track) {
   std::vector<uint32_t> bits;
+  bits.reserve(track.size());
   for (const float value : track) bits.push_back(std::bit_cast<uint32_t>(value));
   return bits;
 }
@@ -109,7 +110,8 @@ std::vector<Signal> Signals() {
                      })});
   signals.push_back({"long noise", Noise(75000, 0.5, 1)});
   signals.push_back({"faint noise", Noise(12000, 0.005, 2)});
-  signals.push_back({"one bit", Generate(20000, [](double i) { return 0.2 * Tone(i, 97); }, 8)});
+  signals.push_back({"one bit", Generate(
+                                    20000, [](double i) { return 0.2 * Tone(i, 97); }, 8)});
   signals.push_back({"constant", Generate(40000, [](double) { return 0.3; })});
   signals.push_back({"least constant", Generate(9000, [](double) { return -1 / 32768.0; })});
   signals.push_back({"silence", Generate(9000, [](double) { return 0; })});
@@ -120,38 +122,54 @@ std::vector<Signal> Signals() {
                          return std::fmod(i, period) == 0 ? 1.0 : 0.0;
                        })});
   }
-  signals.push_back({"square", Generate(15000, [](double i) {
-                       return std::fmod(i, 256) < 128 ? 0.5 : -0.5;
-                     })});
-  signals.push_back({"alternating", Generate(9000, [](double i) {
-                       return std::fmod(i, 2) < 1 ? 1.0 : -1.0;
-                     })});
-  signals.push_back({"decay", Generate(60000, [](double i) {
-                       return std::exp(-i / 1500) * (Tone(i, 131) + 0.5 * Tone(i, 523));
-                     }, 2147483648.0)});
+  signals.push_back(
+      {"square", Generate(15000, [](double i) { return std::fmod(i, 256) < 128 ? 0.5 : -0.5; })});
+  signals.push_back(
+      {"alternating", Generate(9000, [](double i) { return std::fmod(i, 2) < 1 ? 1.0 : -1.0; })});
+  signals.push_back(
+      {"decay",
+       Generate(
+           60000,
+           [](double i) { return std::exp(-i / 1500) * (Tone(i, 131) + 0.5 * Tone(i, 523)); },
+           2147483648.0)});
   signals.push_back({"burst and rest", Generate(60000, [](double i) {
                        return i < 20000 ? 0.9 * Tone(i, 220) : 0.0;
                      })});
-  signals.push_back({"loud before faint", Generate(15000, [](double i) {
-                       return (std::fmod(i, 3000) < 700 ? 1.0 : 2e-4) * Tone(i, 330);
-                     }, 0)});
-  signals.push_back({"sixteen full scale", Generate(9000, [](double i) {
-                       return 16 * Tone(i, 98);
-                     })});
-  signals.push_back({"tiny", Generate(9000, [](double i) { return 1e-90 * Tone(i, 200); }, 0)});
-  signals.push_back({"denormal", Generate(9000, [](double i) {
-                       return 1e-160 * Tone(i, 200);
-                     }, 0)});
-  signals.push_back({"huge", Generate(9000, [](double i) { return 1e155 * Tone(i, 200); }, 0)});
-  signals.push_back({"broken", Generate(9000, [](double i) {
+  signals.push_back(
+      {"loud before faint",
+       Generate(
+           15000, [](double i) { return (std::fmod(i, 3000) < 700 ? 1.0 : 2e-4) * Tone(i, 330); },
+           0)});
+  signals.push_back(
+      {"sixteen full scale", Generate(9000, [](double i) { return 16 * Tone(i, 98); })});
+  signals.push_back({"tiny", Generate(
+                                 9000, [](double i) { return 1e-90 * Tone(i, 200); }, 0)});
+  signals.push_back({"denormal", Generate(
+                                     9000, [](double i) { return 1e-160 * Tone(i, 200); }, 0)});
+  signals.push_back({"huge", Generate(
+                                 9000, [](double i) { return 1e155 * Tone(i, 200); }, 0)});
+  signals.push_back(
+      {"broken", Generate(
+                     9000,
+                     [](double i) {
                        return i == 3000 ? kNan : i == 6000 ? kInfinity : 0.5 * Tone(i, 200);
-                     }, 0)});
+                     },
+                     0)});
   return signals;
 }
 
 TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
-  const std::vector<PlainPitchSettings> settings = {
-      {}, {2000, 50, 0}, {500, 80, 1e-5}, {8000, 20, 0}, {100, 30, 1e-3}};
+  // The last ones put the shortest and the longest lag at 31 to 33 and 95 to 97, around the edges
+  // of what the screen takes at a time.
+  const std::vector<PlainPitchSettings> settings = {{},
+                                                    {2000, 50, 0},
+                                                    {500, 80, 1e-5},
+                                                    {8000, 20, 0},
+                                                    {100, 30, 1e-3},
+                                                    {355, 116, 0},
+                                                    {344, 114, 0},
+                                                    {334, 113, 0},
+                                                    {2000, 344, 0}};
   for (const Signal& signal : Signals()) {
     for (const PlainPitchSettings& s : settings) {
       ExpectPlainTrack(signal.frames, s, signal.name + " " + std::to_string(s.minPeriodHz));
@@ -276,8 +294,8 @@ std::vector<float> TrackOf(const zyl::PitchSource& source) {
 }
 
 TEST(SamplePitchTracker, ReadsEveryWidthAtTheSameScale) {
-  const std::vector<double> frames =
-      Generate(7777, [](double i) { return 0.9 * Tone(i, 200) - 0.09; }, 128);
+  const std::vector<double> frames = Generate(
+      7777, [](double i) { return 0.9 * Tone(i, 200) - 0.09; }, 128);
   const std::vector<float> plain = PlainPitchTrack(frames, kRateHz, {});
   ASSERT_NEAR(plain[3], 220.5, 1);
   for (const int bytes : {1, 2, 3, 4}) {

@@ -176,7 +176,7 @@ std::vector<float> PlainPitchTrack(const std::vector<double>& frames, double rat
 }
 
 double PlainTypicalPeriod(const std::vector<float>& track, int index, double factor,
-                         int halfWidth) {
+                          int halfWidth) {
   const auto at = [&](int j) { return track[static_cast<std::size_t>(j)]; };
   const int n = static_cast<int>(track.size());
   Bins bins;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "ScriptHost.h"
 #include "Values.h"
 
 namespace zyl {
@@ -120,9 +121,9 @@ void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgume
 }
 
 void RaiseKept(lua_State* L, int keptError) {
-  if (keptError == LUA_NOREF) return;
-  lua_rawgeti(L, LUA_REGISTRYINDEX, keptError);
-  luaL_unref(L, LUA_REGISTRYINDEX, keptError);
+  if (keptError == kNoError) return;
+  if (keptError == kLostError) luaL_error(L, "a callback found no room on the stack");
+  lua_pushvalue(L, keptError);
   lua_error(L);
 }
 

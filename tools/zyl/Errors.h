@@ -16,7 +16,7 @@ void OpenErrors(lua_State* L);
 // Raises the error table of a failure that a method reported. The method's arguments stand on the
 // stack from index `firstArgument` on; what was given at the reported position joins the message.
 [[noreturn]] void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument);
-// Raises the error that a CallFrame kept; does nothing for LUA_NOREF.
+// Raises the error that a CallFrame kept, if there is one.
 void RaiseKept(lua_State* L, int keptError);
 // Raises "there is no KIND 'NAME'", with the nearest of `known` as a suggestion.
 [[noreturn]] void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view name,

@@ -26,14 +26,13 @@ int OpenState(lua_State* L) {
   return 0;
 }
 
-int KeepError(lua_State* L) {
-  *static_cast<int*>(lua_touserdata(L, 1)) = luaL_ref(L, LUA_REGISTRYINDEX);
-  return 0;
-}
-
 struct Chunk {
   const std::vector<std::string>& arguments;
 };
+
+void PushText(lua_State* L, const std::string& text) {
+  lua_pushlstring(L, text.data(), text.size());
+}
 
 // Sets the global `arg` and calls the chunk (argument 1) with the script's arguments.
 int CallChunk(lua_State* L) {
@@ -43,15 +42,11 @@ int CallChunk(lua_State* L) {
   luaL_checkstack(L, count + 2, "too many arguments");
   lua_createtable(L, count, 1);
   for (int i = 0; i <= count; ++i) {
-    const std::string& argument = arguments[static_cast<size_t>(i)];
-    lua_pushlstring(L, argument.data(), argument.size());
-    if (i > 0) {
-      lua_pushvalue(L, -1);
-      lua_insert(L, -3);
-    }
-    lua_rawseti(L, i > 0 ? -3 : -2, i);
+    PushText(L, arguments[static_cast<size_t>(i)]);
+    lua_rawseti(L, -2, i);
   }
   lua_setglobal(L, "arg");
+  for (int i = 1; i <= count; ++i) PushText(L, arguments[static_cast<size_t>(i)]);
   lua_call(L, count, 0);
   return 0;
 }
@@ -116,10 +111,10 @@ int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
   }
   if (wait) {
     doomed_.push_back(object);
-    return LUA_NOREF;
+    return kNoError;
   }
   // The destruction is a call of its own: it may tell scripts about itself.
-  int keptError = LUA_NOREF;
+  int keptError = kNoError;
   {
     const CallFrame frame(*this, state, nullptr, keptError);
     delete object;
@@ -144,21 +139,24 @@ bool ScriptHost::RunProtected(lua_CFunction body, void* data, const RIOObject* o
   lua_State* L = innermost_->state_;
   int& keptError = innermost_->keptError_;
   const CallFrame frame(*this, L, object, keptError);
-  if (lua_checkstack(L, 8) == 0) return false;
+  if (lua_checkstack(L, 8) == 0) {
+    if (keptError == kNoError) keptError = kLostError;
+    return false;
+  }
   const int top = lua_gettop(L);
   lua_pushcfunction(L, RememberTraceback);
   lua_pushcfunction(L, body);
   lua_pushlightuserdata(L, data);
-  const bool done = lua_pcall(L, 1, 0, top + 1) == LUA_OK;
-  if (!done && keptError == LUA_NOREF) {
-    lua_pushcfunction(L, KeepError);
-    lua_insert(L, -2);
-    lua_pushlightuserdata(L, &keptError);
-    lua_insert(L, -2);
-    lua_pcall(L, 2, 0, 0);
+  if (lua_pcall(L, 1, 0, top + 1) == LUA_OK) {
+    lua_settop(L, top);
+    return true;
   }
-  lua_settop(L, top);
-  return done;
+  if (keptError == kNoError) {
+    lua_replace(L, top + 1);
+    keptError = top + 1;
+  }
+  lua_settop(L, keptError > top ? keptError : top);
+  return false;
 }
 
 void ScriptHost::RecycleParam(ROCParam* value) {

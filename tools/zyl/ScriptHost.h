@@ -14,10 +14,14 @@ namespace zyl {
 
 class ScriptHost;
 
+// What a CallFrame keeps of errors: nothing, an error that found no room, or the index of the error
+// value on the Lua stack of the C function that made the frame.
+inline constexpr int kNoError = 0;
+inline constexpr int kLostError = -1;
+
 // One call from the script into the host, on the C++ stack: a method call, a pump, a destruction.
 // `object` cannot be destroyed before the outermost frame has ended. The first error of a callback
-// below the call is kept under the registry reference `keptError`, and raised by whoever made the
-// frame once the frame has ended.
+// below the call is kept in `keptError`, to be raised with RaiseKept once the frame has ended.
 class CallFrame {
  public:
   CallFrame(ScriptHost& host, lua_State* state, const RIOObject* object, int& keptError);
@@ -57,7 +61,7 @@ class ScriptHost {
 
   // Destroys an object of the script; waits for the outermost frame when `object` is in a call, or
   // (with `whenIdle`) while any call runs. A waiting object counts as destroyed for scripts. Answers
-  // the registry reference of the first error that a callback raised meanwhile, or LUA_NOREF.
+  // what was kept of the errors of callbacks meanwhile.
   int Destroy(lua_State* state, RIOObject* object, bool whenIdle);
   bool IsDoomed(const RIOObject* object) const;
 
@@ -74,6 +78,8 @@ class ScriptHost {
     return new (place) ROCParam(initial...);
   }
   void RecycleParam(ROCParam* value);
+  // The list of a call without arguments.
+  ROCParams* NoArguments() { return &noArguments_; }
 
  private:
   friend class CallFrame;
@@ -84,6 +90,7 @@ class ScriptHost {
   CallFrame* innermost_ = nullptr;
   bool closing_ = false;
   std::vector<RIOObject*> doomed_;
+  ROCParams noArguments_;
   std::vector<void*> spareParams_;  // raw memory of ROCParams
 };
 

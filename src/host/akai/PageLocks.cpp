@@ -13,8 +13,9 @@ struct Range {
   int count;
 };
 
+// Never destroyed: records are given back, and let go, until the process ends.
 std::map<uintptr_t, Range>& Ranges() {
-  static std::map<uintptr_t, Range> ranges;
+  static auto& ranges = *new std::map<uintptr_t, Range>;
   return ranges;
 }
 

@@ -41,6 +41,7 @@ void vendlKeyGroup::setDefault() {
   env3Rate3 = 50;
   env3Rate4 = 45;
   for (std::string& path : paths_) path.clear();
+  for (std::string& path : movedPath) path.clear();
   std::fill(std::begin(pathChannel), std::end(pathChannel), 0);
 }
 
@@ -51,6 +52,7 @@ const char* vendlKeyGroup::SamplePath(int zone) const {
 
 void vendlKeyGroup::setSamplePath(int zone, const char* path, bool keepChannel) {
   paths_[zone] = path == nullptr ? "" : path;
+  movedPath[zone].clear();
   if (!keepChannel) pathChannel[zone] = 0;
 }
 
@@ -74,15 +76,19 @@ void akaiProgram::Rebind() {
   sampleTable = sampleStore_.empty() ? nullptr : sampleStore_.data();
 }
 
-// The arrays are let go before they may move, and held again where they are then.
+// The parts are let go before they may move, and held again where they are then.
 void akaiProgram::Unlock() {
   if (lockCount == 0) return;
+  zyl::LetGo(this);
+  zyl::LetGo(tolmoChunk.get());
   zyl::LetGo(keyGroupArray);
   zyl::LetGo(keyGroupExtensions);
   zyl::LetGo(sampleTable);
 }
 void akaiProgram::Lock() {
   if (lockCount == 0) return;
+  zyl::HoldResident(this, sizeof(akaiProgram));
+  zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
   zyl::HoldResident(keyGroupArray, keyGroupStore_.size() * sizeof(akaiKeyGroup));
   zyl::HoldResident(keyGroupExtensions, extensionStore_.size() * sizeof(vendlKeyGroup));
   zyl::HoldResident(sampleTable, sampleStore_.size() * sizeof(genericSample*));
@@ -274,7 +280,9 @@ void akaiProgram::setUShortResonance(int keygroup, uint16_t value) {
 }
 
 void akaiProgram::EnableTolmoChunk() {
-  if (tolmoChunk == nullptr) tolmoChunk = std::make_unique<TolmoChunk>();
+  if (tolmoChunk != nullptr) return;
+  tolmoChunk = std::make_unique<TolmoChunk>();
+  if (lockCount != 0) zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
 }
 // Readers of the record see the chunk itself; there is no copy to bring up to date.
 void akaiProgram::updateLockedTolmo() {}
@@ -336,8 +344,9 @@ int getTotalLockedMem() {
 
 namespace {
 
+// Never destroyed: programs are given back until the process ends.
 std::vector<akaiProgram*>& Held() {
-  static std::vector<akaiProgram*> held;
+  static auto& held = *new std::vector<akaiProgram*>;
   return held;
 }
 

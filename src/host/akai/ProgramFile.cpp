@@ -1,10 +1,14 @@
 // Program files: chunks, little-endian, with a checksum at the end (docs/program-file.md).
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "../akai.h"
@@ -85,7 +89,10 @@ std::vector<ZonePath> ZonePaths(const akaiProgram& program, const std::string& p
     path.channel = sample == nullptr ? extension.pathChannel[i % kZones] : sample->channel;
     path.given = given;
     const bool neither = (mode & (kWriteRelativePaths | kWriteAbsolutePaths)) == 0;
-    if ((mode & kWriteRelativePaths) != 0) path.relative = RelativeTo(programPath, given);
+    const std::string& moved = extension.movedPath[i % kZones];
+    if ((mode & kWriteRelativePaths) != 0) {
+      path.relative = RelativeTo(programPath, moved.empty() ? given : moved);
+    }
     if ((mode & kWriteAbsolutePaths) != 0 || neither) path.absolute = zyl::AbsolutePath(given);
     all.push_back(std::move(path));
   }
@@ -125,6 +132,10 @@ bool WriteProgram(const akaiProgram& program, const std::string& path, int mode)
   MemInterpreter sum;
   sum.AddDWORD(Checksum(image.Image().data(), image.Image().size()));
   AddChunk(image, "CSUM", sum.Image().data(), sum.Image().size());
+  if (image.Image().size() > kMaxFileBytes) {
+    ZylDiagnostic(path + ": the program is too large for a program file");
+    return false;
+  }
   zyl::AtomicFile file(path);
   file.Write(image.Image().data(), image.Image().size());
   if (file.Commit()) return true;
@@ -132,22 +143,29 @@ bool WriteProgram(const akaiProgram& program, const std::string& path, int mode)
   return false;
 }
 
+// A file name of a sample's name: no folders, and short enough for every file system.
+std::string FileStem(std::string name) {
+  constexpr size_t kMaxBytes = 200;
+  size_t length = std::min(name.size(), kMaxBytes);
+  while (length > 0 && length < name.size() && (name[length] & 0xC0) == 0x80) --length;
+  name.resize(length);
+  for (char& c : name) {
+    if (c == '/' || c == '\\' || c == ':' || c == '\0') c = '_';
+  }
+  return name;
+}
+
 // A path beside the program file that no file has yet.
 std::string FreePathBeside(const std::string& programPath, const std::string& name) {
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
-  const std::string stem = name.empty() ? FileString(programPath).BaseName() + " sample" : name;
+  const std::string stem =
+      FileStem(name.empty() ? FileString(programPath).BaseName() + " sample" : name);
   fs::path path = folder / (stem + ".wav");
-  for (int n = 2; fs::exists(fs::symlink_status(path)); ++n) {
+  std::error_code failed;
+  for (int n = 2; fs::exists(fs::symlink_status(path, failed)); ++n) {
     path = folder / (stem + " " + std::to_string(n) + ".wav");
   }
   return path.string();
-}
-
-bool StorableInPlace(const genericSample& sample) {
-  if (sample.filePath == nullptr) return false;
-  const int type = getTypeFromExtension(FileString(sample.filePath).Extension().c_str());
-  const std::string extension = FileString(sample.filePath).Extension();
-  return type == 2 || type == 3 || extension == "aiff" || extension == "aifc";
 }
 
 // Stores the changed samples of a program. One that has no file yet, or that came from a kind of
@@ -159,7 +177,7 @@ bool WriteChangedSamples(akaiProgram& program, const std::string& programPath) {
     genericSample* sample = program.sampleTable[i];
     if (sample == nullptr || !sample->shared().dirty) continue;
     if (!seen.insert(zyl::SampleFile::Of(sample)).second) continue;
-    if (StorableInPlace(*sample)) {
+    if (sample->filePath != nullptr && zyl::CanStoreAs(sample->filePath)) {
       all = writeSample(sample, sample->filePath, 0) && all;
       continue;
     }
@@ -197,8 +215,10 @@ bool ReadWhole(const std::string& path, std::vector<std::byte>& bytes, std::stri
   return true;
 }
 
+constexpr std::string_view kKnownChunks[] = {"HEAD", "KGRP", "KEXT", "PATH", "TOLM"};
+
 struct ProgramChunks {
-  std::map<std::string, std::vector<std::byte>> known;
+  std::map<std::string, std::vector<std::byte>, std::less<>> known;
   std::vector<ListChunk> others;
 };
 
@@ -218,25 +238,29 @@ bool SplitChunks(const std::vector<std::byte>& bytes, ProgramChunks& chunks, std
   }
   while (image.Remaining() >= kChunkHeadBytes) {
     const size_t at = bytes.size() - image.Remaining();
-    char id[5] = {};
-    image.GetBlock(id, 4);
+    char idBytes[4] = {};
+    image.GetBlock(idBytes, 4);
+    const std::string_view id(idBytes, 4);
     std::vector<std::byte> data;
     const uint32_t size = image.GetDWORD();
     if (size > image.Remaining()) break;
     data.resize(size);
-    image.GetBlock(data.data(), size);
-    if (std::strcmp(id, "CSUM") == 0) {
+    if (size > 0) image.GetBlock(data.data(), size);
+    if (id == "CSUM") {
       MemInterpreter sum(data.data(), data.size());
       if (sum.GetDWORD() == Checksum(bytes.data(), at) && sum.Good() && image.Remaining() == 0) {
         return true;
       }
       break;
     }
-    if (std::string("HEAD KGRP KEXT PATH TOLM").find(id) != std::string::npos) {
-      chunks.known[id] = std::move(data);
+    if (std::ranges::find(kKnownChunks, id) != std::end(kKnownChunks)) {
+      if (!chunks.known.emplace(id, std::move(data)).second) {
+        reason = "is damaged: its chunk " + std::string(id) + " stands in it twice";
+        return false;
+      }
     } else {
       ListChunk other;
-      std::memcpy(other.id, id, 4);
+      std::memcpy(other.id, idBytes, 4);
       other.data = std::move(data);
       chunks.others.push_back(std::move(other));
     }
@@ -267,14 +291,17 @@ bool ReadZonePaths(const std::vector<std::byte>& data, size_t zones, std::vector
   return true;
 }
 
-// The file that a zone means: what lies where it lay relative to the program (the folder may have
-// been moved), then where it lay absolutely. The name the program gave it stays when it leads there.
-std::string FoundPath(const ZonePath& zone, const std::string& programPath) {
-  std::string found;
-  if (!zone.relative.empty()) {
-    const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
-    found = (folder / zone.relative).lexically_normal().string();
-  }
+// Where a sample lies when its folder was moved together with the program; empty for not stored.
+std::string MovedPath(const ZonePath& zone, const std::string& programPath) {
+  if (zone.relative.empty()) return {};
+  const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
+  return (folder / zone.relative).lexically_normal().string();
+}
+
+// The file that a zone means: what lies where it lay relative to the program, then where it lay
+// absolutely. The name the program gave it stays when it leads there.
+std::string FoundPath(const ZonePath& zone, const std::string& moved) {
+  std::string found = moved;
   if (found.empty() || !zyl::FileExists(found)) {
     const std::string fallback = zone.absolute.empty() ? zone.given : zone.absolute;
     if (!zyl::FileExists(fallback)) return zone.given;
@@ -291,7 +318,9 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
     return found == chunks.known.end() ? none : found->second;
   };
   const size_t count = chunk("KGRP").size() / sizeof(akaiKeyGroup);
+  const bool organ = !chunk("TOLM").empty();
   if (chunk("HEAD").size() != sizeof(akaiProgramHdr) ||
+      (organ && chunk("TOLM").size() != sizeof(TolmoChunk)) ||
       chunk("KGRP").size() != count * sizeof(akaiKeyGroup) ||
       chunk("KEXT").size() != count * sizeof(vendlKeyGroupImage) ||
       !ReadZonePaths(chunk("PATH"), count * kZones, paths)) {
@@ -309,7 +338,7 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
   std::memcpy(&header, chunk("HEAD").data(), sizeof(header));
   program->lockCount = 0;  // of the program that was written, not of this one
   ProgramStore::Fill(program, std::move(keygroups), std::move(extensions), chunks.others);
-  if (chunk("TOLM").size() == sizeof(TolmoChunk)) {
+  if (organ) {
     program->EnableTolmoChunk();
     std::memcpy(program->tolmoChunk.get(), chunk("TOLM").data(), sizeof(TolmoChunk));
   }
@@ -321,14 +350,17 @@ void AttachSamples(akaiProgram* program, const std::vector<ZonePath>& paths,
   for (const ZonePath& zone : paths) {
     const int keygroup = static_cast<int>(zone.entry) / kZones;
     const int place = static_cast<int>(zone.entry) % kZones;
-    const std::string path = FoundPath(zone, programPath);
+    const std::string moved = MovedPath(zone, programPath);
+    const std::string path = FoundPath(zone, moved);
     if (load) {
       if (program->setSample(path.c_str(), keygroup, place, zone.channel, 0)) continue;
       ZylDiagnostic(programPath + ": keygroup " + std::to_string(keygroup) + ", zone " +
                     std::to_string(place) + " is without its sample " + path);
     }
-    program->keyGroupExtensions[keygroup].setSamplePath(place, path.c_str(), true);
-    program->keyGroupExtensions[keygroup].pathChannel[place] = zone.channel;
+    vendlKeyGroup& extension = program->keyGroupExtensions[keygroup];
+    extension.setSamplePath(place, path.c_str(), false);
+    extension.pathChannel[place] = zone.channel;
+    if (moved != zyl::AbsolutePath(path)) extension.movedPath[place] = moved;
   }
 }
 

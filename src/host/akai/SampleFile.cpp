@@ -14,8 +14,9 @@ SampleBlock NewSampleBlock(size_t bytes) { return SampleBlock(new std::byte[byte
 namespace zyl {
 namespace {
 
+// Never destroyed: a module that is unloaded at the end of the process still gives records back.
 std::vector<SampleFile*>& Files() {
-  static std::vector<SampleFile*> files;
+  static auto& files = *new std::vector<SampleFile*>;
   return files;
 }
 uint32_t lastSourceId = 0;
@@ -35,7 +36,8 @@ SampleBlock Fitted(const std::byte* from, int fromBytes, int fromPositions, int 
         for (int i = 0; i < kept; ++i) {
           const int32_t value = source.Read(from, i);
           if constexpr (kShift >= 0) {
-            target.Store(block.get(), i, static_cast<int32_t>(static_cast<uint32_t>(value) << kShift));
+            target.Store(block.get(), i,
+                         static_cast<int32_t>(static_cast<uint32_t>(value) << kShift));
           } else {
             target.Store(block.get(), i, value >> -kShift);
           }
@@ -121,7 +123,11 @@ void SampleFile::Adopt(std::unique_ptr<BasicSample> file) {
     SetBlocks(std::move(blocks), static_cast<int>(file->BytesPerValue()), positions);
   }
   parameters.frameCount = positions;
-  parameters.bits = static_cast<uint16_t>(file->BitsPerValue());
+  // Values that a file keeps in a wider container stay as wide as they are stored.
+  const unsigned bits = file->BitsPerValue();
+  const unsigned bytes = file->BytesPerValue();
+  parameters.bits = static_cast<uint16_t>((bits + 7) / 8 == bytes ? bits : 8 * bytes);
+  if (!file->Name().empty()) name_ = file->Name();
   parameters.sampleRate = from.rateHz;
   parameters.key = from.key;
   parameters.tune = from.tune;
@@ -189,6 +195,10 @@ bool SampleFile::SetChannelCount(int count) {
     delete record;
     return true;
   });
+  // A locked whole sample holds the channels that there are: it lets go, and holds the new ones.
+  for (const genericSample* record : others_) {
+    if (record->channel < 0) LockChannels(*record, -record->lockCount_);
+  }
   while (mains_.size() > wanted) {
     const size_t last = mains_.size() - 1;
     if (blocks_[last] != nullptr) qxWithdrawBuffer(blocks_[last].get());
@@ -202,6 +212,9 @@ bool SampleFile::SetChannelCount(int count) {
   locks_.resize(wanted, 0);
   for (size_t c = before; sound && c < wanted; ++c) {
     blocks_[c] = Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount);
+  }
+  for (const genericSample* record : others_) {
+    if (record->channel < 0) LockChannels(*record, record->lockCount_);
   }
   Link();
   return true;
@@ -239,9 +252,10 @@ void SampleFile::DropUse(genericSample* record) {
 }
 
 void SampleFile::SetPath(const std::string& path) {
+  // A name that came from the path goes with it; one that was given stays.
+  if (name_.empty() || name_ == FileString(path_).BaseName()) name_ = FileString(path).BaseName();
   path_ = path;
   absolutePath_ = path.empty() ? path : AbsolutePath(path);
-  if (name_.empty() || container_ == nullptr) name_ = FileString(path).BaseName();
   Link();
 }
 
@@ -312,7 +326,8 @@ void SampleFile::LockChannels(const genericSample& record, int step) {
 }
 
 int64_t SampleFile::Memory() const {
-  const auto records = static_cast<int64_t>((mains_.size() + others_.size()) * sizeof(genericSample));
+  const auto records =
+      static_cast<int64_t>((mains_.size() + others_.size()) * sizeof(genericSample));
   int64_t sound = 0;
   for (const SampleBlock& block : blocks_) {
     if (block != nullptr) sound += static_cast<int64_t>(ChannelBytes());

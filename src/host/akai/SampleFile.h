@@ -15,6 +15,9 @@
 
 namespace zyl {
 
+// Whether the name's extension is of a kind of sample file that can be written.
+bool CanStoreAs(const std::string& path);
+
 class SampleFile {
  public:
   // A file of which `first` is the only record, standing for its one empty channel.

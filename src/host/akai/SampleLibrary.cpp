@@ -150,11 +150,15 @@ bool writeSample(genericSample* sample, const char* path, int channelMask) {
     ZylDiagnostic(std::string(path) + ": " + reason);
     return false;
   }
-  if (file->Path() == path && channelMask == 0) file->parameters.dirty = false;
+  const bool whole = channelMask == 0 && !file->Path().empty() &&
+                     zyl::AbsolutePath(file->Path()) == zyl::AbsolutePath(path);
+  if (whole) file->parameters.dirty = false;
   return true;
 }
 
 namespace zyl {
+
+bool CanStoreAs(const std::string& path) { return ContainerFor(path) != Container::kNone; }
 
 void SampleFile::CopyParametersTo(BasicSample& file) const {
   RiffParameters& to = file.parameters;

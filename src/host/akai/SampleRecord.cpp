@@ -17,6 +17,12 @@ void genericLoop::Init() { *this = genericLoop(); }
 genericSample::genericSample() { new SampleFile(this); }
 genericSample::~genericSample() = default;
 
+int32_t genericSample::NextRecordId() {
+  static int32_t last = 0;
+  last = last == INT32_MAX ? 1 : last + 1;
+  return last;
+}
+
 SampleParameters& genericSample::shared() const { return file_->parameters; }
 void genericSample::create(int type, int channels) { file_->Create(this, type, channels); }
 void genericSample::deleteSample() { file_->DropUse(this); }

@@ -119,6 +119,7 @@ int32_t qxGetPrivateProfileLong(const char* section, const char* key, int32_t de
   return defaultValue;
 }
 
+int64_t qxGetPhysicalMemoryBytes() { return static_cast<int64_t>(zyl::PhysicalMemoryBytes()); }
 int32_t qxGetTotalPhysicalMemory() { return HeldInt(zyl::PhysicalMemoryBytes()); }
 int32_t qxGetLockedMemory() { return HeldInt(zyl::LockedMemoryBytes()); }
 

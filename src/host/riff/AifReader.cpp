@@ -1,5 +1,5 @@
-// Reading AIFF and AIFC files: one walk collects format, markers, instrument, the place of the sound
-// and every other chunk; the sound is read afterwards.
+// Reading AIFF and AIFC files: one walk collects format, markers, instrument, the place of the
+// sound and every other chunk; the sound is read afterwards.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -32,11 +32,14 @@ bool TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, AifParts&
     case Slot::kFormat:
       parts.hasFormat = ReadAifFormat(bytes, parts.isAifc, parts.format);
       return parts.hasFormat;
-    case Slot::kMarkers: return ReadMarkers(bytes, origin.aif);
+    case Slot::kMarkers:
+      return ReadMarkers(bytes, origin.aif);
     case Slot::kSampler:
       origin.hadSampler = ReadInstrument(bytes, origin.aif, parts.sampler, parts.marks);
       return origin.hadSampler;
-    default: parts.own = UnpackOwnChunk(bytes); return true;
+    default:
+      parts.own = UnpackOwnChunk(bytes);
+      return true;
   }
 }
 
@@ -108,7 +111,8 @@ bool FindSound(const ByteSource& source, const AifParts& parts, uint64_t& offset
 bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& type,
              AifSample& sample, bool withData, std::string& reason) {
   const AifFormat& format = parts.format;
-  const unsigned bytesPerValue = type.bytesPerValue > 0 ? type.bytesPerValue : (format.bits + 7) / 8;
+  const unsigned bytesPerValue =
+      type.bytesPerValue > 0 ? type.bytesPerValue : (format.bits + 7) / 8;
   if (bytesPerValue < 1 || bytesPerValue > 4) {
     return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
   }

@@ -72,9 +72,8 @@ void PlanOwn(const AifSample& sample, const AifKept& marked, FormPlan& plan) {
 }
 
 bool HasName(const AifSample& sample) {
-  return std::any_of(sample.otherChunks.begin(), sample.otherChunks.end(), [](const ListChunk& c) {
-    return std::string_view(c.id, 4) == "NAME";
-  });
+  return std::any_of(sample.otherChunks.begin(), sample.otherChunks.end(),
+                     [](const ListChunk& c) { return std::string_view(c.id, 4) == "NAME"; });
 }
 
 FormPlan Plan(const AifSample& sample) {
@@ -90,7 +89,9 @@ FormPlan Plan(const AifSample& sample) {
   for (const Slot slot : zyl::LayoutOf(sample, {Slot::kFormat, Slot::kOther, Slot::kMarkers,
                                                 Slot::kSampler, Slot::kOwn, Slot::kSound})) {
     switch (slot) {
-      case Slot::kFormat: plan.Add("COMM", MakeFormat(sample, origin, storage)); break;
+      case Slot::kFormat:
+        plan.Add("COMM", MakeFormat(sample, origin, storage));
+        break;
       case Slot::kMarkers:
         if (!marked.markers.empty()) plan.Add("MARK", zyl::MakeMarkers(marked));
         break;
@@ -99,9 +100,15 @@ FormPlan Plan(const AifSample& sample) {
           plan.Add("INST", zyl::MakeInstrument(sample.parameters, marked));
         }
         break;
-      case Slot::kOwn: PlanOwn(sample, marked, plan); break;
-      case Slot::kSound: plan.chunks.push_back({"SSND", Bytes(8), nullptr, true}); break;
-      case Slot::kOther: plan.Keep(sample.otherChunks[nextOther++]); break;
+      case Slot::kOwn:
+        PlanOwn(sample, marked, plan);
+        break;
+      case Slot::kSound:
+        plan.chunks.push_back({"SSND", Bytes(8), nullptr, true});
+        break;
+      case Slot::kOther:
+        plan.Keep(sample.otherChunks[nextOther++]);
+        break;
     }
   }
   if (!sample.Name().empty() && !HasName(sample)) {

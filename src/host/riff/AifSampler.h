@@ -4,10 +4,10 @@
 // rounded either way.
 //
 // Loops: a sustain loop and a release loop, each a play mode and two markers. A marker lies between
-// frames, so a loop ends with the marker before frame `end + 1`. The first loop is the sustain loop.
-// The release loop is the second loop, or the first again, where sound is to go on looping after
-// the key is let go; without one the loop ends with the key. Play mode 0 says that nothing loops.
-// Further loops have markers only.
+// frames, so a loop ends with the marker before frame `end + 1`. The first loop is the sustain
+// loop. The release loop is the second loop, or the first again, where sound is to go on looping
+// after the key is let go; without one the loop ends with the key. Play mode 0 says that nothing
+// loops. Further loops have markers only.
 #pragma once
 
 #include <cstdint>

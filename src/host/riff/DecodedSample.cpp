@@ -55,21 +55,29 @@ Depth DepthOf(int subFormat) {
   switch (subFormat) {
     case SF_FORMAT_PCM_S8:
     case SF_FORMAT_PCM_U8:
-    case SF_FORMAT_DPCM_8: return {1, 8, false};
+    case SF_FORMAT_DPCM_8:
+      return {1, 8, false};
     case SF_FORMAT_PCM_24:
-    case SF_FORMAT_ALAC_24: return {3, 24, false};
-    case SF_FORMAT_ALAC_20: return {3, 20, false};
+    case SF_FORMAT_ALAC_24:
+      return {3, 24, false};
+    case SF_FORMAT_ALAC_20:
+      return {3, 20, false};
     case SF_FORMAT_PCM_32:
-    case SF_FORMAT_ALAC_32: return {4, 32, false};
+    case SF_FORMAT_ALAC_32:
+      return {4, 32, false};
     case SF_FORMAT_FLOAT:
-    case SF_FORMAT_DOUBLE: return {3, 24, true};
+    case SF_FORMAT_DOUBLE:
+      return {3, 24, true};
     case SF_FORMAT_VORBIS:
     case SF_FORMAT_OPUS:
     case SF_FORMAT_MPEG_LAYER_I:
     case SF_FORMAT_MPEG_LAYER_II:
-    case SF_FORMAT_MPEG_LAYER_III: return {2, 16, true};
-    case SF_FORMAT_DWVW_24: return {3, 24, false};
-    default: return {2, 16, false};
+    case SF_FORMAT_MPEG_LAYER_III:
+      return {2, 16, true};
+    case SF_FORMAT_DWVW_24:
+      return {3, 24, false};
+    default:
+      return {2, 16, false};
   }
 }
 
@@ -148,8 +156,8 @@ class Decoder {
     for (size_t c = 0; c < channelCount_; ++c) {
       GrowingChannel& channel = channels_[c];
       if (used + count * width > channel.capacity) {
-        const size_t wanted = std::max({(frames_ + count) * width, 2 * channel.capacity,
-                                        firstFrames_ * width});
+        const size_t wanted =
+            std::max({(frames_ + count) * width, 2 * channel.capacity, firstFrames_ * width});
         if (!channel.Resize(used, wanted)) return false;
       }
       std::byte* to = channel.bytes.get() + used;
@@ -216,8 +224,8 @@ bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData,
   if (!decoder.Run()) return Refuse(reason, "the sound is too long for the memory");
   if (decoder.Frames() == 0 && frames > 0) return Refuse(reason, "none of the sound is there");
   if (decoder.Frames() != frames) {
-    AddReason(reason, "the sound is not as long as declared: " +
-                          std::to_string(decoder.Frames()) + " whole frames are there");
+    AddReason(reason, "the sound is not as long as declared: " + std::to_string(decoder.Frames()) +
+                          " whole frames are there");
   }
   SampleAccess::SetFrames(sample, decoder.Frames());
   decoder.HandOver(sample);

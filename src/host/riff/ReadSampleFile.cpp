@@ -5,27 +5,27 @@
 #include "ChunkWalker.h"
 #include "SampleReaders.h"
 
-namespace {
+namespace zyl {
 
-std::unique_ptr<BasicSample> ReadFrom(const zyl::ByteSource& source, bool withData,
-                                      std::string& reason) {
-  const zyl::ChunkWalker walker(source);
-  if (walker.Type() == "WAVE" && walker.Order() == zyl::ByteOrder::kLittle) {
+std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool withData,
+                                              std::string& reason) {
+  const ChunkWalker walker(source);
+  if (walker.Type() == "WAVE" && walker.Order() == ByteOrder::kLittle) {
     auto sample = std::make_unique<WavSample>();
-    if (!zyl::ReadWav(source, *sample, withData, reason)) return nullptr;
+    if (!ReadWav(source, *sample, withData, reason)) return nullptr;
     return sample;
   }
   if (walker.Form() == "FORM" && (walker.Type() == "AIFF" || walker.Type() == "AIFC")) {
     auto sample = std::make_unique<AifSample>();
-    if (!zyl::ReadAif(source, *sample, withData, reason)) return nullptr;
+    if (!ReadAif(source, *sample, withData, reason)) return nullptr;
     return sample;
   }
   auto sample = std::make_unique<WavSample>();
-  if (!zyl::DecodeSound(source, *sample, withData, reason)) return nullptr;
+  if (!DecodeSound(source, *sample, withData, reason)) return nullptr;
   return sample;
 }
 
-}  // namespace
+}  // namespace zyl
 
 std::unique_ptr<BasicSample> ReadSampleFile(const std::string& path, bool withData,
                                             std::string& reason) {
@@ -36,7 +36,7 @@ std::unique_ptr<BasicSample> ReadSampleFile(const std::string& path, bool withDa
       reason = file.Error();
       return nullptr;
     }
-    return ReadFrom(zyl::FileSource(file), withData, reason);
+    return zyl::ReadSampleSource(zyl::FileSource(file), withData, reason);
   } catch (const std::bad_alloc&) {
     reason = "there is not enough memory for the file";
     return nullptr;

@@ -49,9 +49,9 @@ struct AifMarker {
 
 // What "COMM", "MARK" and "INST" hold besides the sampler parameters.
 struct AifKept {
-  std::string compression;  // four letters of an AIFC file
-  Bytes compressionName;    // as stored
-  Bytes rate;               // 80-bit float
+  std::string compression;                                  // four letters of an AIFC file
+  Bytes compressionName;                                    // as stored
+  Bytes rate;                                               // 80-bit float
   std::array<uint8_t, 6> instrument{0, 127, 1, 127, 0, 0};  // key and velocity range, gain
   std::vector<AifMarker> markers;
   std::vector<std::pair<uint16_t, uint16_t>> loopMarks;  // markers of each loop

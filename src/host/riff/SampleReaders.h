@@ -20,6 +20,10 @@ bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::st
 // lossy formats as 16 bits, both held at the limits.
 bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData, std::string& reason);
 
+// Whichever of them the source asks for. Null instead of false; throws std::bad_alloc only.
+std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool withData,
+                                              std::string& reason);
+
 // Small steps that the readers share.
 
 inline bool Refuse(std::string& reason, const std::string& why) {

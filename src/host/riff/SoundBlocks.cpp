@@ -24,8 +24,8 @@ void Gather(const std::byte* from, size_t strideBytes, std::byte* to, size_t fra
   }
 }
 
-// The commonest file, two channels of 16 bits: a frame is one 32-bit word. Loops of fixed length over
-// local arrays are what compilers turn into vector code at every level of optimisation.
+// The commonest file, two channels of 16 bits: a frame is one 32-bit word. Loops of fixed length
+// over local arrays are what compilers turn into vector code at every level of optimisation.
 void GatherStereo16(const std::byte* from, std::byte* left, std::byte* right, size_t frames) {
   constexpr size_t kStep = 32;
   size_t done = 0;
@@ -48,13 +48,20 @@ void GatherStereo16(const std::byte* from, std::byte* left, std::byte* right, si
 void GatherChannel(const SoundLayout& layout, const std::byte* from, std::byte* to, size_t frames) {
   const size_t stride = layout.FrameBytes();
   switch (layout.bytesPerValue * 2 + (layout.bigEndian ? 1 : 0)) {
-    case 4: return Gather<2, false>(from, stride, to, frames);
-    case 5: return Gather<2, true>(from, stride, to, frames);
-    case 6: return Gather<3, false>(from, stride, to, frames);
-    case 7: return Gather<3, true>(from, stride, to, frames);
-    case 8: return Gather<4, false>(from, stride, to, frames);
-    case 9: return Gather<4, true>(from, stride, to, frames);
-    default: return Gather<1, false>(from, stride, to, frames);
+    case 4:
+      return Gather<2, false>(from, stride, to, frames);
+    case 5:
+      return Gather<2, true>(from, stride, to, frames);
+    case 6:
+      return Gather<3, false>(from, stride, to, frames);
+    case 7:
+      return Gather<3, true>(from, stride, to, frames);
+    case 8:
+      return Gather<4, false>(from, stride, to, frames);
+    case 9:
+      return Gather<4, true>(from, stride, to, frames);
+    default:
+      return Gather<1, false>(from, stride, to, frames);
   }
 }
 
@@ -95,17 +102,28 @@ void ScatterChannel(const SoundLayout& layout, unsigned fromBytes, const std::by
   const size_t stride = layout.FrameBytes();
   const bool big = layout.bigEndian;
   switch (fromBytes * 10 + layout.bytesPerValue) {
-    case 11: return ScatterOrder<1, 1>(big, from, to, stride, frames);
-    case 12: return ScatterOrder<1, 2>(big, from, to, stride, frames);
-    case 13: return ScatterOrder<1, 3>(big, from, to, stride, frames);
-    case 14: return ScatterOrder<1, 4>(big, from, to, stride, frames);
-    case 22: return ScatterOrder<2, 2>(big, from, to, stride, frames);
-    case 23: return ScatterOrder<2, 3>(big, from, to, stride, frames);
-    case 24: return ScatterOrder<2, 4>(big, from, to, stride, frames);
-    case 33: return ScatterOrder<3, 3>(big, from, to, stride, frames);
-    case 34: return ScatterOrder<3, 4>(big, from, to, stride, frames);
-    case 44: return ScatterOrder<4, 4>(big, from, to, stride, frames);
-    default: return;
+    case 11:
+      return ScatterOrder<1, 1>(big, from, to, stride, frames);
+    case 12:
+      return ScatterOrder<1, 2>(big, from, to, stride, frames);
+    case 13:
+      return ScatterOrder<1, 3>(big, from, to, stride, frames);
+    case 14:
+      return ScatterOrder<1, 4>(big, from, to, stride, frames);
+    case 22:
+      return ScatterOrder<2, 2>(big, from, to, stride, frames);
+    case 23:
+      return ScatterOrder<2, 3>(big, from, to, stride, frames);
+    case 24:
+      return ScatterOrder<2, 4>(big, from, to, stride, frames);
+    case 33:
+      return ScatterOrder<3, 3>(big, from, to, stride, frames);
+    case 34:
+      return ScatterOrder<3, 4>(big, from, to, stride, frames);
+    case 44:
+      return ScatterOrder<4, 4>(big, from, to, stride, frames);
+    default:
+      return;
   }
 }
 

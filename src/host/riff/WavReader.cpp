@@ -17,8 +17,7 @@ namespace {
 constexpr uint16_t kPcm = 1;
 constexpr uint16_t kExtensible = 0xFFFE;
 // The tail that all sub-format identifiers made from a format tag share.
-constexpr uint8_t kSubFormatTail[14] = {0,    0,    0,    0,    0x10, 0,    0x80,
-                                        0,    0,    0xAA, 0,    0x38, 0x9B, 0x71};
+constexpr uint8_t kSubFormatTail[14] = {0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
 
 constexpr uint64_t kSmplBytes = 36;
 
@@ -100,7 +99,9 @@ void TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, WavParts&
       origin.hadSampler = ReadSmpl(bytes, origin.wav, parts.sampler, loopsMissing);
       if (loopsMissing) AddReason(reason, "only the first loops are used");
       break;
-    default: parts.own = UnpackOwnChunk(bytes); break;
+    default:
+      parts.own = UnpackOwnChunk(bytes);
+      break;
   }
 }
 
@@ -137,10 +138,10 @@ WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& orig
     } else if (head.Is("ds64") && walker.Form() != "RIFF") {
       continue;  // sizes of a file too long for a plain form; this one is written as a plain form
     } else {
-      const Slot slot = head.Is("fmt ")                            ? Slot::kFormat
+      const Slot slot = head.Is("fmt ")                              ? Slot::kFormat
                         : head.Is("smpl") && head.size >= kSmplBytes ? Slot::kSampler
-                        : head.Is(kOwnChunkId)                     ? Slot::kOwn
-                                                                   : Slot::kOther;
+                        : head.Is(kOwnChunkId)                       ? Slot::kOwn
+                                                                     : Slot::kOther;
       if (slot != Slot::kOther && !known(slot)) {
         origin.layout.push_back(slot);
         TakeKnownChunk(ReadChunk(source, head), slot, origin, parts, reason);
@@ -164,7 +165,7 @@ bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample,
   if (!parts.hasSound) return Refuse(reason, "the file has no sound");
   SoundLayout layout{format.channels, format.bytesPerValue, false, format.bytesPerValue == 1};
   const uint64_t frames = parts.sound.available / layout.FrameBytes();
-  if (frames == 0 && !parts.sound.Whole()) return Refuse(reason, "none of the sound is there");
+  if (frames == 0 && parts.sound.size > 0) return Refuse(reason, "none of the sound is there");
   if (frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
   if (!parts.sound.Whole() || parts.sound.available % layout.FrameBytes() != 0) {
     AddReason(reason, "the sound is not as long as declared: " + std::to_string(frames) +

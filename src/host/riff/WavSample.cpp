@@ -94,16 +94,25 @@ FormPlan Plan(const WavSample& sample) {
   for (const Slot slot : zyl::LayoutOf(
            sample, {Slot::kFormat, Slot::kOther, Slot::kSound, Slot::kSampler, Slot::kOwn})) {
     switch (slot) {
-      case Slot::kFormat: plan.Add("fmt ", MakeFormat(sample, origin)); break;
-      case Slot::kSound: plan.chunks.push_back({"data", {}, nullptr, true}); break;
+      case Slot::kFormat:
+        plan.Add("fmt ", MakeFormat(sample, origin));
+        break;
+      case Slot::kSound:
+        plan.chunks.push_back({"data", {}, nullptr, true});
+        break;
       case Slot::kSampler:
         if (NeedsSmpl(sample.parameters, origin)) {
           plan.Add("smpl", zyl::MakeSmpl(sample.parameters, origin));
         }
         break;
-      case Slot::kOwn: PlanOwn(sample, plan); break;
-      case Slot::kOther: PlanOther(sample.otherChunks[nextOther++], sample, origin, plan); break;
-      case Slot::kMarkers: break;
+      case Slot::kOwn:
+        PlanOwn(sample, plan);
+        break;
+      case Slot::kOther:
+        PlanOther(sample.otherChunks[nextOther++], sample, origin, plan);
+        break;
+      case Slot::kMarkers:
+        break;
     }
   }
   if (!sample.Name().empty() && !HasInfoList(sample)) plan.Add("LIST", MakeName(sample.Name()));
@@ -152,5 +161,11 @@ bool WavSample::ReadFromMem(const char* image, int length) {
   if (image == nullptr || length <= 0) return false;
   std::string reason;
   const zyl::MemorySource source(image, static_cast<size_t>(length));
-  return zyl::ReadWav(source, *this, true, reason);
+  try {
+    if (zyl::ReadWav(source, *this, true, reason)) return true;
+  } catch (const std::bad_alloc&) {
+    // No image then, as with a damaged one.
+  }
+  SetChannelCount(0);
+  return false;
 }

@@ -2,8 +2,8 @@
 //
 // Pitch: the chunk stores the note whose key plays the sound untransposed and a fraction of a
 // semitone above it in units of 1/2^32. A tuning goes there as it is: key 60 with tune +64 is note
-// 60 with fraction 1/4. Below zero the fraction counts from the note below: tune -64 is note 59 with
-// fraction 3/4. A reader takes a fraction above one half as the next key with a negative tune.
+// 60 with fraction 1/4. Below zero the fraction counts from the note below: tune -64 is note 59
+// with fraction 3/4. A reader takes a fraction above one half as the next key with a negative tune.
 //
 // Loop ends are inclusive, as they are in RiffLoop.
 #pragma once

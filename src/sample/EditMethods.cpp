@@ -1,0 +1,229 @@
+#include "sample/EditMethods.h"
+
+#include "host/qx.h"
+#include "params/ProgramMethods.h"
+#include "sample/SampleAccess.h"
+#include "sample/SampleEdit.h"
+#include "sample/ValueRanges.h"
+
+namespace {
+
+void MarkDirty(ZylSProgram& object, const SampleArg& sample) {
+  object.dirty = true;
+  sample->shared().dirty = true;
+}
+
+// A new play position: stored as it is; both are dirty when it differs.
+int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample,
+                     int32_t SampleParameters::*field, const Opt<int32_t, "NewValue">& newValue) {
+  SampleParameters& parameters = sample->shared();
+  const int32_t before = parameters.*field;
+  if (newValue) {
+    if (*newValue != before) MarkDirty(object, sample);
+    parameters.*field = *newValue;
+    sample->updateChannels();
+  }
+  return before;
+}
+
+// Clamps the range and edits it in every channel that the sample stands for.
+template <class Edit>
+void EditRange(const SampleArg& sample, int32_t start, int32_t end, Edit edit) {
+  if (zyl::ClampRange(sample->shared().frameCount, start, end)) {
+    for (const int channel : sample->EditedChannels()) {
+      edit(WritableValues(*sample.Record(), channel), start, end);
+    }
+  }
+  sample->shared().dirty = true;
+}
+
+}  // namespace
+
+bool SampleCreate(Call& call) {
+  LoadedProgram program;
+  OneKeyGroup keygroup;
+  OneZone zone;
+  Arg<std::string, "Extension"> extension;
+  Opt<int32_t, "Channels"> channels;
+  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
+      !OneZone::Read(call, zone) || !extension.Read(call, extension) ||
+      !channels.Read(call, channels)) {
+    return false;
+  }
+  const int32_t count = channels.ValueOr(1);
+  if (count < 1 || count > kMaxChannels) return call.ValueError("Channels", 4);
+  const int type = getTypeFromExtension(extension.Text());
+  if (type != 0) {
+    genericSample* record = newSample();
+    record->create(type, count);
+    record->shared().dirty = true;
+    program->setSample(record, *keygroup, *zone);
+  }
+  call.program.dirty = true;
+  call.Return(newROCParam(type != 0));
+  return true;
+}
+
+int32_t SampleGetSize(ZylSProgram&, SampleArg sample) { return sample->shared().frameCount; }
+
+int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, Arg<int32_t, "Buffer"> buffer,
+                        Opt<int32_t, "Channel"> channel) {
+  int wanted = -1;  // the record's own
+  if (channel && *channel != sample->channel) {
+    wanted = *channel;
+    if (wanted < 0 || wanted >= sample->getChannelCount()) {
+      buffer.param->SetInt(0);
+      return 0;
+    }
+  }
+  buffer.param->SetInt(sample->getBufferAdr(wanted));
+  return sample->shared().frameCount;
+}
+
+bool SampleSize(Call& call) {
+  SampleArg sample;
+  Opt<int32_t, "NewSize"> newSize;
+  if (!SampleArg::Read(call, sample) || !newSize.Read(call, newSize)) return false;
+  if (newSize && !IsPossibleSize(*sample.Record(), *newSize)) return call.ValueError("NewSize", 2);
+  call.Return(newROCParam(sample->shared().frameCount));
+  if (newSize) ResizeSample(*sample.Record(), *newSize);
+  return true;
+}
+
+int32_t SampleStart(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  return PlayPosition(object, sample, &SampleParameters::start, newValue);
+}
+
+int32_t SampleEnd(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  const int32_t before = PlayPosition(object, sample, &SampleParameters::end, newValue);
+  if (newValue) sample->shared().dirty = true;
+  return before;
+}
+
+bool SampleBits(Call& call) {
+  SampleArg sample;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
+  const int32_t before = sample->shared().bits;
+  if (newValue && *newValue != before) {
+    const auto bits = static_cast<uint16_t>(*newValue);
+    if (bits < 1 || bits > 32) return call.ValueError("NewValue", 2);
+    MarkDirty(call.program, sample);
+    sample->setBitsPerSample(bits);
+  }
+  call.Return(newROCParam(before));
+  return true;
+}
+
+bool SampleChannelCount(Call& call) {
+  SampleArg sample;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
+  const int32_t before = sample->getChannelCount();
+  // A count that is out of range, or that would drop a channel in use, changes nothing.
+  if (newValue && !sample->setChannelCount(*newValue)) return call.ValueError("NewValue", 2);
+  call.Return(newROCParam(before));
+  return true;
+}
+
+namespace {
+
+bool ChannelOfObject(Call& call) {
+  SampleArg sample;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
+  call.Return(newROCParam(sample->channel));
+  if (newValue) sample->setChannel(*newValue);
+  return true;
+}
+
+bool ChannelOfZone(Call& call) {
+  LoadedProgram program;
+  OneKeyGroup keygroup;
+  OneZone zone;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
+      !OneZone::Read(call, zone) || !newValue.Read(call, newValue)) {
+    return false;
+  }
+  const genericSample* record = ZoneSample(program, keygroup, zone);
+  call.Return(newROCParam(record == nullptr ? -1 : record->channel));
+  if (record == nullptr || !newValue) return true;
+  if (*newValue >= 0 && *newValue < record->getChannelCount() && record->filePath != nullptr) {
+    program->setSample(record->filePath, *keygroup, *zone, *newValue, 0);
+    call.program.PurgeSampleObjects();
+  }
+  return true;
+}
+
+}  // namespace
+
+bool SampleChannel(Call& call) {
+  const ROCParam* first = call.Argument(1);
+  return first != nullptr && first->Type() == kTypeObject ? ChannelOfObject(call)
+                                                           : ChannelOfZone(call);
+}
+
+int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index"> index,
+                    Opt<int32_t, "NewValue"> newValue) {
+  int32_t position = *index;
+  int32_t before = 0;
+  const bool found = zyl::ClampIndex(sample->shared().frameCount, position);
+  if (found) before = zyl::GetValue(ReadableValues(*sample.Record()), position);
+  if (newValue) {
+    if (found) {
+      for (const int channel : sample->EditedChannels()) {
+        zyl::SetValue(WritableValues(*sample.Record(), channel), position, *newValue);
+      }
+    }
+    MarkDirty(object, sample);
+  }
+  return before;
+}
+
+void SampleSetValues(ZylSProgram&, SampleArg sample, StartIndexArg start, EndIndexArg end,
+                     Arg<int32_t, "Value"> value) {
+  EditRange(sample, *start, *end, [&](const zyl::ValueBuffer& values, int32_t s, int32_t e) {
+    zyl::SetValues(values, s, e, *value);
+  });
+}
+
+void SampleMultiplyValues(ZylSProgram&, SampleArg sample, StartIndexArg start, EndIndexArg end,
+                          Arg<double, "Value"> factor) {
+  EditRange(sample, *start, *end, [&](const zyl::ValueBuffer& values, int32_t s, int32_t e) {
+    zyl::MultiplyValues(values, s, e, *factor);
+  });
+}
+
+void SampleOffsetValues(ZylSProgram&, SampleArg sample, StartIndexArg start, EndIndexArg end,
+                        Arg<int32_t, "Value"> offset) {
+  EditRange(sample, *start, *end, [&](const zyl::ValueBuffer& values, int32_t s, int32_t e) {
+    zyl::OffsetValues(values, s, e, *offset);
+  });
+}
+
+void SampleReverseValues(ZylSProgram&, SampleArg sample, StartIndexArg start, EndIndexArg end) {
+  EditRange(sample, *start, *end, [&](const zyl::ValueBuffer& values, int32_t s, int32_t e) {
+    zyl::ReverseValues(values, s, e);
+  });
+}
+
+bool SampleExtract(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
+  MarkDirty(object, sample);
+  return ExtractRange(*sample.Record(), *start, *end);
+}
+
+bool SampleDelete(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
+  MarkDirty(object, sample);
+  return DeleteRange(*sample.Record(), *start, *end);
+}
+
+bool SampleCopyTo(ZylSProgram&, SampleArg sample, OtherSample<"CopyToSample"> other,
+                  Opt<int32_t, "InsertIndex"> index) {
+  return InsertSample(*sample.Record(), other.Record(), index.ValueOr(0));
+}
+
+bool SampleCopyFrom(ZylSProgram&, SampleArg sample, OtherSample<"CopyFromSample"> other,
+                    Opt<int32_t, "StartIndex"> start, Opt<int32_t, "EndIndex"> end) {
+  return CopyRangeFrom(*sample.Record(), other.Record(), start.ValueOr(0), end.ValueOr(0));
+}

@@ -1,0 +1,38 @@
+// Script methods that create samples and edit their data.
+#pragma once
+
+#include <string>
+
+#include "frame/Arguments.h"
+
+bool SampleCreate(Call& call);
+int32_t SampleGetSize(ZylSProgram& object, SampleArg sample);
+// Writes the handle of a channel's data into `buffer` and answers its number of positions.
+int32_t SampleGetBuffer(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Buffer"> buffer,
+                        Opt<int32_t, "Channel"> channel);
+bool SampleSize(Call& call);
+int32_t SampleStart(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+int32_t SampleEnd(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+bool SampleBits(Call& call);
+bool SampleChannelCount(Call& call);
+bool SampleChannel(Call& call);
+int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index"> index,
+                    Opt<int32_t, "NewValue"> newValue);
+
+using StartIndexArg = Arg<int32_t, "StartIndex">;
+using EndIndexArg = Arg<int32_t, "EndIndex">;
+
+void SampleSetValues(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end,
+                     Arg<int32_t, "Value"> value);
+void SampleMultiplyValues(ZylSProgram& object, SampleArg sample, StartIndexArg start,
+                          EndIndexArg end, Arg<double, "Value"> factor);
+void SampleOffsetValues(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end,
+                        Arg<int32_t, "Value"> offset);
+void SampleReverseValues(ZylSProgram& object, SampleArg sample, StartIndexArg start,
+                         EndIndexArg end);
+bool SampleExtract(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end);
+bool SampleDelete(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end);
+bool SampleCopyTo(ZylSProgram& object, SampleArg sample, OtherSample<"CopyToSample"> other,
+                  Opt<int32_t, "InsertIndex"> index);
+bool SampleCopyFrom(ZylSProgram& object, SampleArg sample, OtherSample<"CopyFromSample"> other,
+                    Opt<int32_t, "StartIndex"> start, Opt<int32_t, "EndIndex"> end);

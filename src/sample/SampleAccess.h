@@ -1,0 +1,27 @@
+// A record's values for the operations that work on plain buffers.
+#pragma once
+
+#include <cstdint>
+
+#include "host/akai.h"
+#include "host/qx.h"
+#include "sample/ValueRanges.h"
+
+// The record's own channel, channel 0 of a whole sample.
+inline zyl::ValueView ReadableValues(const genericSample& sample) {
+  return {sample.buffer, sample.shared().frameCount, sample.getChannelBytesPS(-1)};
+}
+
+// A channel's values to be changed in place.
+inline zyl::ValueBuffer WritableValues(genericSample& sample, int channel) {
+  return {sample.WritableChannel(channel), sample.shared().frameCount,
+          sample.getChannelBytesPS(-1)};
+}
+
+// A length that the sample can have: not negative, and its channels not beyond the machine's
+// memory.
+inline bool IsPossibleSize(const genericSample& sample, int32_t positions) {
+  const int64_t bytes =
+      int64_t{positions} * sample.getChannelBytesPS(-1) * sample.getChannelCount();
+  return positions >= 0 && bytes <= qxGetPhysicalMemoryBytes();
+}

@@ -1,0 +1,155 @@
+// What registered modules are told, and that nothing breaks whatever they do when they are told.
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+class Notification : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make();
+  }
+  // A module that writes down what it is told.
+  std::unique_ptr<Listener> Recorder(std::vector<std::string>& told, const std::string& mark = "") {
+    auto listener = std::make_unique<Listener>();
+    (*listener)["OnProgramParameterChanged"] = [&told, mark, this](ROCParams& list, ROCParam**) {
+      ASSERT_EQ(list.count, 5);
+      EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
+      std::string line = mark;
+      for (int i = 1; i < 5; ++i) line += std::to_string(list.Entry(i)->Int()) + " ";
+      told.push_back(line);
+    };
+    (*listener)["OnDeletingPrg"] = [&told, mark, this](ROCParams& list, ROCParam**) {
+      EXPECT_EQ(list.count, 1);
+      EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
+      told.push_back(mark + "end");
+    };
+    return listener;
+  }
+  using Lines = std::vector<std::string>;
+  Program program;
+  Lines told;
+};
+
+TEST_F(Notification, AChangeIsToldOnceInOrderOfRegistrationAndOnlyWhileEnabled) {
+  const auto first = Recorder(told, "a:");
+  const auto second = Recorder(told, "b:");
+  for (Listener* listener : {first.get(), second.get(), first.get()}) {
+    const Outcome outcome = program("Register", listener);
+    EXPECT_TRUE(outcome.Ok());
+    EXPECT_EQ(outcome.result, nullptr);
+  }
+  program("PRGpoly", 20);
+  program("PRGpoly", 20);  // no change
+  EXPECT_EQ(told, (Lines{"a:4 20 -1 -1 ", "b:4 20 -1 -1 "}));
+  EXPECT_TRUE(program("EnableRegisterCall", false).Bool());
+  program("PRGpoly", 21);
+  EXPECT_FALSE(program("EnableRegisterCall", true).Bool());
+  EXPECT_EQ(told.size(), 2u);
+  program("PrepareDelete");
+  EXPECT_EQ(Lines(told.begin() + 2, told.end()), (Lines{"a:end", "b:end"}));
+}
+
+TEST_F(Notification, TheEndIsToldOnlyByPrepareDelete) {
+  const auto listener = Recorder(told);
+  program("Register", listener.get());
+  program.Delete();
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(Notification, ADeadOrReplacedModuleIsNotCalledAndTheOthersAre) {
+  auto dead = Recorder(told, "dead:");
+  const auto replaced = Recorder(told, "replaced:");
+  const auto alive = Recorder(told, "alive:");
+  for (Listener* listener : {dead.get(), replaced.get(), alive.get()}) {
+    program("Register", listener);
+  }
+  dead.reset();
+  replaced->SetDispatch(nullptr);
+  program("PrepareDelete");
+  EXPECT_EQ(told, Lines{"alive:end"});
+  program("PRGpoly", 20);
+  EXPECT_EQ(told.back(), "alive:4 20 -1 -1 ");
+  // It left the list with that call, so that it may register anew and be told once.
+  Listener comesBack;
+  program("Register", &comesBack);
+  program("PRGpoly", 21);
+  EXPECT_EQ(told.size(), 3u);
+}
+
+TEST_F(Notification, AModuleMayEndAnotherOneWhileItIsTold) {
+  auto victim = Recorder(told, "victim:");
+  Listener killer;
+  killer["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) { victim.reset(); };
+  const auto last = Recorder(told, "last:");
+  for (Listener* listener : {&killer, victim.get(), last.get()}) program("Register", listener);
+  program("PRGpoly", 20);
+  program("PRGpoly", 21);
+  EXPECT_EQ(told, (Lines{"last:4 20 -1 -1 ", "last:4 21 -1 -1 "}));
+}
+
+TEST_F(Notification, AModuleMayCallBackAndRegisterAnotherOne) {
+  const auto late = Recorder(told, "late:");
+  Listener busy;
+  busy["OnProgramParameterChanged"] = [&](ROCParams& list, ROCParam**) {
+    if (list.Entry(1)->Int() != 4) return;
+    EXPECT_TRUE(program("PRGmidiChannel", 6).Ok());
+    EXPECT_TRUE(program("Register", late.get()).Ok());
+  };
+  program("Register", &busy);
+  EXPECT_EQ(program("PRGpoly", 20).Int(), 15);
+  EXPECT_EQ(program("PRGmidiChannel").Int(), 6);
+  EXPECT_TRUE(told.empty()) << "a module registered meanwhile hears of the next change";
+  program("PRGmidiChannel", 7);
+  EXPECT_EQ(told, Lines{"late:3 7 -1 -1 "});
+}
+
+// The calls that tell modules something, each with a module that pulls the floor away.
+TEST_F(Notification, AModuleMayLetTheRecordOrTheProgramObjectGo) {
+  const std::function<void(const Program&)> calls[] = {
+      [](const Program& p) { p("PRGpoly", 20); },
+      [](const Program& p) { p("PRGindyOutput", 3); },
+      [](const Program& p) { p("PRGmidiChannel", 3); },
+      [](const Program& p) { p("PRGkeyGroups", 300); },
+      [](const Program& p) { p("ZoneSampleSet", 0, 0); },
+      [](const Program& p) { p("PrepareDelete"); },
+  };
+  WriteWave(Path("a.wav"), {{1, 2, 3}});
+  for (const auto& call : calls) {
+    for (const bool wholeObject : {false, true}) {
+      Program doomed;
+      doomed.Make();
+      doomed("ZoneSampleSet", 0, 0, Path("a.wav"));
+      doomed("SampleGet", 0, 0);
+      bool gone = false;
+      const auto pull = [&](ROCParams&, ROCParam**) {
+        if (gone) return;
+        gone = true;
+        if (wholeObject) {
+          doomed.Delete();
+        } else {
+          doomed("Read", "no such file");
+        }
+      };
+      Listener listener;
+      auto dead = std::make_unique<Listener>();
+      listener["OnProgramParameterChanged"] = pull;
+      listener["OnDeletingSmpl"] = pull;
+      listener["OnDeletingPrg"] = pull;
+      doomed("Register", &listener);
+      doomed("Register", dead.get());
+      dead.reset();
+      call(doomed);
+      EXPECT_TRUE(gone);
+      if (wholeObject) continue;
+      EXPECT_FALSE(doomed("IsValid").Bool());
+    }
+  }
+  EXPECT_EQ(getTotalMem(), program("GetUsedPhysicalMemory", false).Int());
+  program.Delete();
+  EXPECT_EQ(getTotalMem(), 0) << "an object that was deleted in a call never went";
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,130 @@
+// The program object: channels and masks of objects that share a record, its flags, its end.
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+using ProgramObject = ModuleTest;
+
+uint32_t MaskOf(const Program& program) {
+  return static_cast<uint32_t>(program("PRGtmMidiChannel").Int());
+}
+
+TEST_F(ProgramObject, TheMaskHasTheChannelsOfAllObjectsOfTheRecord) {
+  const Program first;
+  first.Make();
+  first("PRGname", "shared");
+  first("PRGmidiChannel", 0);
+  Program second;
+  ASSERT_TRUE(second("Find", "shared", 5).Bool());
+  EXPECT_EQ(MaskOf(first), 0x21u);
+  const Program other;  // another record: counts for itself only
+  other.Make();
+  other("PRGmidiChannel", 9);
+  EXPECT_EQ(MaskOf(first), 0x21u);
+  second("PRGmidiChannel", -7);
+  EXPECT_EQ(MaskOf(first), 0xFFFFFFFFu);
+  second.Delete();
+  EXPECT_EQ(MaskOf(first), 0x1u);
+  first("PRGmidiChannel", 31);
+  EXPECT_EQ(MaskOf(first), 0x80000000u);
+  EXPECT_EQ(MaskOf(other), 0x200u);
+}
+
+TEST_F(ProgramObject, AChannelBeyond32IsRefusedAndANegativeOneIsOmni) {
+  const Program program;
+  program.Make();
+  program("PRGmidiChannel", 3);
+  EXPECT_EQ(program("PRGmidiChannel", 40).Int(), 3);
+  EXPECT_EQ(program("PRGmidiChannel", 32).Int(), 3);
+  EXPECT_EQ(program("PRGmidiChannel", -7).Int(), 3);
+  EXPECT_EQ(program("PRGmidiChannel").Int(), -1);
+}
+
+TEST_F(ProgramObject, AStoredMaskStaysUntilTheNextChannelChange) {
+  const Program program;
+  program.Make();
+  EXPECT_EQ(program("PRGtmMidiChannel", -2).Int(), 1);
+  EXPECT_EQ(MaskOf(program), 0xFFFFFFFEu);
+  EXPECT_FALSE(program("Dirty").Bool());
+  program("PRGmidiChannel", 4);
+  EXPECT_EQ(MaskOf(program), 0x10u);
+}
+
+TEST_F(ProgramObject, MuteAndSoloKeepTheLowByteAndTellNobody) {
+  const Program program;
+  program.Make();
+  Listener listener;
+  int calls = 0;
+  listener["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) { ++calls; };
+  program("Register", &listener);
+  for (const char* method : {"PRGmute", "PRGtmmute", "PRGsolo"}) {
+    EXPECT_EQ(program(method, 300).Int(), 0);
+    EXPECT_EQ(program(method, -1).Int(), 44);
+    EXPECT_EQ(program(method).Int(), 255);
+  }
+  EXPECT_EQ(calls, 0);
+  EXPECT_FALSE(program("Dirty").Bool());
+}
+
+TEST_F(ProgramObject, DirtyLooksAtTheSamplesUntilItFindsAChangedOne) {
+  WriteWave(Path("a.wav"), {{1, 2, 3}});
+  const Program program;
+  program.Make(3);
+  program("ZoneSampleSet", 2, 3, Path("a.wav"));
+  EXPECT_TRUE(program("Dirty", false).Bool());
+  EXPECT_FALSE(program("Dirty", true).Bool());
+  EXPECT_TRUE(program("Dirty", false).Bool());
+  EXPECT_FALSE(program("Dirty").Bool());
+  program("SampleDirty", 2, 3, true);
+  EXPECT_TRUE(program("Dirty", false).Bool());
+  EXPECT_TRUE(program("Dirty").Bool()) << "the sample's own mark is not the object's to clear";
+  program("PRGkeyGroups", 2);
+  program("Dirty", false);
+  EXPECT_FALSE(program("Dirty").Bool()) << "a keygroup beyond the count was looked at";
+}
+
+TEST_F(ProgramObject, SetUniqueFilePathNamesAFileThatIsNotThere) {
+  const Program program;
+  program.Make();
+  const std::string first = program("SetUniqueFilePath").Text();
+  EXPECT_EQ(program("FileName").Text(), first);
+  EXPECT_FALSE(std::filesystem::exists(first));
+  EXPECT_NE(program("SetUniqueFilePath").Text(), first);
+}
+
+TEST_F(ProgramObject, WithLockAllEveryAttachedRecordIsLockedWhileItIsAttached) {
+  std::ofstream(Path("profile")) << "; comment\n[Other]\nLockAll=0\n[sampler]\nlockall = 2\n";
+  LoadModule(Path("profile"));
+  WriteWave(Path("a.wav"), {std::vector<int16_t>(1000)});
+  {
+    const Program first;
+    first.Make();
+    first("PRGname", "locked");
+    EXPECT_TRUE(first("IsLocked").Bool());
+    const int record = getTotalLockedMem();
+    EXPECT_EQ(record, getTotalMem());
+    first("ZoneSampleSet", 0, 0, Path("a.wav"));
+    EXPECT_EQ(getTotalLockedMem(), record + 2000) << "a sample of a locked program is locked too";
+    Program second;
+    ASSERT_TRUE(second("Find", "locked").Bool());
+    second("KGCreate", 0);  // the locked arrays move
+    EXPECT_EQ(first("GetUsedPhysicalMemory").Int(), getTotalLockedMem());
+    akaiProgram* held = findAkaiProgram(0, "locked");
+    EXPECT_EQ(held->lockCount, 2u);
+    second.Delete();
+    EXPECT_EQ(held->lockCount, 1u);
+    ASSERT_TRUE(first("Create", NullObject{}).Bool());
+    EXPECT_EQ(held->lockCount, 0u) << "detached records are unlocked";
+    deleteAkaiProgram(held);
+  }
+  EXPECT_EQ(getTotalMem(), 0);
+  EXPECT_EQ(getTotalLockedMem(), 0);
+  LoadModule();
+  const Program plain;
+  plain.Make();
+  EXPECT_FALSE(plain("IsLocked").Bool());
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,71 @@
+// What a host sees of the module: its one export, its class, its table, its load and unload.
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <set>
+
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+using Registration = ModuleTest;
+
+TEST_F(Registration, TheModuleExportsRegisterAllClassesAndNothingElse) {
+  if (std::system("nm --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "no nm here";
+  FILE* pipe = ::popen("nm -D --defined-only '" ZYL_MODULE "'", "r");
+  ASSERT_NE(pipe, nullptr);
+  std::set<std::string> names;
+  char name[512];
+  while (std::fscanf(pipe, "%*s %*s %511s", name) == 1) names.insert(name);
+  ASSERT_EQ(::pclose(pipe), 0);
+  EXPECT_EQ(names, std::set<std::string>{"RegisterAllClasses"});
+}
+
+TEST_F(Registration, RegisteringAgainAnswers1AndLeavesOneClass) {
+  void* library = ::dlopen(ZYL_MODULE, RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(library, nullptr);
+  auto* registerAll =
+      reinterpret_cast<int (*)(const char*)>(::dlsym(library, "RegisterAllClasses"));
+  ASSERT_NE(registerAll, nullptr);
+  EXPECT_EQ(registerAll("any name"), 1);
+  EXPECT_EQ(registerAll(nullptr), 1);
+  ::dlclose(library);
+  EXPECT_TRUE(Program()("IsValid").Ok());
+}
+
+TEST_F(Registration, TheFactoryMakesAnObjectOfTheCreatorAndTheClass) {
+  const Program program;
+  ZylDispatch* dispatch = program.Algo()->GetDispatch(true);
+  EXPECT_EQ(dispatch->owner, program.Algo());
+  EXPECT_TRUE(ZylIsKindOf(dispatch, "ZylSProgram"));
+  EXPECT_TRUE(ZylIsKindOf(dispatch, "ZylDisplayObject"));
+  EXPECT_FALSE(ZylIsKindOf(dispatch, "CSample"));
+  EXPECT_EQ(*dispatch->GetAuxTable(), 0u);
+  EXPECT_EQ(ZylNewScriptObject("NoSuchClass"), nullptr);
+}
+
+TEST_F(Registration, TheTableHas295CallableRowsAndAnEnd) {
+  const Program program;  // without a record: each method must refuse or do without it
+  int rows = 0;
+  for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
+    ++rows;
+    EXPECT_EQ(row->flag, 1) << row->name;
+    const Outcome outcome = CallList(program.Algo(), row->name, nullptr);
+    EXPECT_EQ(outcome.status != 0, outcome.error.has_value()) << row->name;
+    if (!outcome.error || outcome.error->kind != ZylScriptError::kException) continue;
+    EXPECT_EQ(outcome.error->message.rfind(std::string("ZylSProgram::") + row->name + ": ", 0), 0u)
+        << outcome.error->message;
+  }
+  EXPECT_EQ(rows, 295);
+}
+
+TEST_F(Registration, TheClassGoesWithTheModuleAndComesBackWithIt) {
+  LoadedModule().reset();
+  EXPECT_EQ(ZylNewScriptObject("ZylSProgram"), nullptr);
+  LoadModule();
+  EXPECT_TRUE(Program()("IsValid").Ok());
+}
+
+}  // namespace
+}  // namespace zyl::test

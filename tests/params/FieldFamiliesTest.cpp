@@ -1,0 +1,352 @@
+// Every field method of the method table, family by family: what each one may touch, answer, mark
+// and send. The families are found by name, so that a method that is added is checked as well.
+#include <functional>
+#include <map>
+#include <numeric>
+#include <set>
+
+#include "support/ProgramRecord.h"
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+constexpr int32_t kDiffering = INT32_MIN;
+constexpr int32_t kPattern = 0x5A5A5A5A;
+
+std::vector<std::string> Family(const std::string& prefix, const std::set<std::string>& others) {
+  std::vector<std::string> members;
+  for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
+    const std::string name = row->name;
+    if (name.rfind(prefix, 0) == 0 && others.count(name) == 0) members.push_back(name);
+  }
+  return members;
+}
+std::vector<std::string> RegularProgramMethods() {
+  return Family("PRG", {"PRGname", "PRGmidiChannel", "PRGindyOutput", "PRGkeyGroups",
+                        "PRGmasterDetune", "PRGmute", "PRGsolo", "PRGtmmute", "PRGtmMidiChannel",
+                        "PRGIntValue", "PRGStringValue"});
+}
+std::vector<std::string> KeygroupMethods() {
+  auto members = Family("KG", {"KGDelete", "KGCreate", "KGMove", "KGSort", "KGFindByKey",
+                               "KGSelect", "KGIntValue", "KGStringValue"});
+  members.insert(members.end(), {"TolmoKGreverb", "TolmoKGecho"});
+  return members;
+}
+std::vector<std::string> RegularZoneMethods() {
+  return Family("Zone", {"Zonename", "ZoneSamplePath", "ZoneSampleSet", "ZoneSampleExists",
+                         "ZoneIntValue", "ZoneStringValue"});
+}
+
+// The value that a field of `bytes` bytes answers after all its bits were set.
+bool IsAllOnes(int32_t value, size_t bytes) {
+  return value == -1 || value == (bytes == 1 ? 0xFF : 0xFFFF);
+}
+
+class FieldFamilies : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make(3);
+    program("Register", static_cast<RIOObject*>(&listener));
+    listener["OnProgramParameterChanged"] = [this](ROCParams& arguments, ROCParam**) {
+      ASSERT_EQ(arguments.count, 5);
+      EXPECT_EQ(arguments.Entry(0)->Object(), program.Algo());
+      EXPECT_EQ(arguments.Entry(3)->Int(), -1);
+      EXPECT_EQ(arguments.Entry(4)->Int(), -1);
+      sent.emplace_back(arguments.Entry(1)->Int(), arguments.Entry(2)->Int());
+    };
+  }
+  bool TakeDirty() const { return program("Dirty", false).Bool(); }
+
+  Program program;
+  Listener listener;
+  std::vector<std::pair<int32_t, int32_t>> sent;  // parameter number and new value
+};
+
+// A write of one field changes this one field, whole: no byte belongs to two methods.
+class Ownership {
+ public:
+  void Claim(const std::string& method, const std::vector<size_t>& bytes) {
+    ASSERT_TRUE(bytes.size() == 1 || bytes.size() == 2) << method << " changed " << bytes.size();
+    EXPECT_EQ(bytes.back() - bytes.front(), bytes.size() - 1) << method << ": bytes lie apart";
+    for (const size_t byte : bytes) {
+      const auto [owner, fresh] = owners_.emplace(byte, method);
+      EXPECT_TRUE(fresh) << method << " shares byte " << byte << " with " << owner->second;
+    }
+  }
+
+ private:
+  std::map<size_t, std::string> owners_;
+};
+
+TEST_F(FieldFamilies, HaveAllTheirMembers) {
+  EXPECT_EQ(RegularProgramMethods().size(), 71u);
+  EXPECT_EQ(KeygroupMethods().size(), 73u);
+  EXPECT_EQ(RegularZoneMethods().size(), 13u);
+  EXPECT_EQ(Family("TolmoPRG", {}).size(), 17u);
+}
+
+TEST_F(FieldFamilies, AProgramFieldChangesItsOwnBytesAndTellsOnlyOfChanges) {
+  const ProgramRecord record(program);
+  Ownership ownership;
+  std::set<int32_t> numbers;
+  for (const std::string& name : RegularProgramMethods()) {
+    SCOPED_TRACE(name);
+    const char* method = name.c_str();
+    const int32_t old = program(method).Int();
+    EXPECT_EQ(program(method, 0).Int(), old);
+    TakeDirty();
+    sent.clear();
+    const auto before = record.Image();
+    EXPECT_EQ(program(method, kPattern).Int(), 0);
+    const auto changed = ProgramRecord::Changed(before, record.Image());
+    ownership.Claim(name, changed);
+    EXPECT_TRUE(TakeDirty());
+    ASSERT_EQ(sent.size(), 1u);
+    EXPECT_TRUE(numbers.insert(sent[0].first).second) << "number " << sent[0].first << " twice";
+    EXPECT_EQ(sent[0].second, kPattern) << "the caller's own value is sent";
+    // The bits that fit decide whether it is a change.
+    const int32_t beyond = 1 << (8 * changed.size());
+    EXPECT_EQ(program(method, kPattern + beyond).Int(), program(method).Int());
+    EXPECT_FALSE(TakeDirty());
+    EXPECT_EQ(sent.size(), 1u);
+    program(method, -1);
+    EXPECT_TRUE(IsAllOnes(program(method).Int(), changed.size())) << program(method).Int();
+    ExpectArgType(program(method, "7"), "NewValue", kTypeInteger, 1);
+    EXPECT_TRUE(IsAllOnes(program(method).Int(), changed.size()));
+  }
+}
+
+TEST_F(FieldFamilies, AKeygroupFieldIsStoredIntoTheAddressedKeygroupsAndNoOther) {
+  const ProgramRecord record(program);
+  program("KGSelect", -1, false);
+  program("KGSelect", 0, true);
+  program("KGSelect", 2, true);
+  Ownership ownership;
+  for (const std::string& name : KeygroupMethods()) {
+    SCOPED_TRACE(name);
+    const char* method = name.c_str();
+    const bool libraryStores = name == "KGresonance" || name == "KGfilterResonance";
+    const bool switchesOn = name.rfind("Tolmo", 0) == 0;
+    program(method, -1, 0);
+    EXPECT_EQ(program(method, -1).Int(), 0);
+    TakeDirty();
+    auto before = record.Image();
+    EXPECT_EQ(program(method, 1, kPattern).Int(), 0);
+    EXPECT_EQ(TakeDirty(), !libraryStores);
+    const auto changed = ProgramRecord::Changed(before, record.Image());
+    ownership.Claim(name, changed);
+    for (const size_t byte : changed) EXPECT_EQ(record.KeygroupOf(byte), 1);
+    // One of three differs; the selected two do not.
+    EXPECT_EQ(program(method, -1).Int(), kDiffering);
+    EXPECT_EQ(program(method, -2).Int(), 0);
+    EXPECT_EQ(program(method, -7).Int(), 0) << "every index below -1 means the selected ones";
+    EXPECT_EQ(program(method, -2, 3).Int(), 0);
+    EXPECT_EQ(program(method, 0).Int(), 3);
+    EXPECT_EQ(program(method, 1).Int() & 0xFF, kPattern & 0xFF);
+    EXPECT_EQ(program(method, 2).Int(), 3);
+    EXPECT_EQ(program(method, -1, -1).Int(), kDiffering);
+    EXPECT_TRUE(IsAllOnes(program(method, -1).Int(), changed.size()));
+    TakeDirty();
+    before = record.Image();
+    program(method, -1, -1);
+    EXPECT_EQ(TakeDirty(), !libraryStores) << "also when nothing changes";
+    EXPECT_TRUE(ProgramRecord::Changed(before, record.Image()).empty() || switchesOn);
+    ExpectArgType(program(method, NullEntry{}, "7"), "KeyGroupIndex", kTypeInteger, 1);
+    ExpectException(program(method, 3, "7"),
+                    "ZylSProgram::" + name + ": Keygroup index out of range!");
+    ExpectArgType(program(method, 0, "7"), "NewValue", kTypeInteger, 2);
+    EXPECT_FALSE(TakeDirty());
+  }
+  EXPECT_TRUE(sent.empty()) << "keygroup fields are not announced";
+}
+
+TEST_F(FieldFamilies, WithoutAddressedKeygroupsTheMarkerIsRead) {
+  program("KGSelect", -1, false);
+  for (const std::string& name : KeygroupMethods()) {
+    EXPECT_EQ(program(name.c_str(), -2).Int(), kDiffering) << name;
+  }
+  for (int k = 0; k < 3; ++k) program("KGDelete", 0);
+  const ProgramRecord record(program);
+  for (const std::string& name : KeygroupMethods()) {
+    SCOPED_TRACE(name);
+    TakeDirty();
+    const auto before = record.Image();
+    EXPECT_EQ(program(name.c_str(), -1, 5).Int(), kDiffering);
+    EXPECT_EQ(TakeDirty(), name != "KGresonance" && name != "KGfilterResonance");
+    EXPECT_EQ(before, record.Image());
+    ExpectException(program(name.c_str(), 0),
+                    "ZylSProgram::" + name + ": Keygroup index out of range!");
+  }
+}
+
+TEST_F(FieldFamilies, AZoneFieldChangesItsZoneOnly) {
+  const ProgramRecord record(program);
+  Ownership ownership;
+  for (const std::string& name : RegularZoneMethods()) {
+    SCOPED_TRACE(name);
+    const char* method = name.c_str();
+    for (int z = 0; z < kZones; ++z) {
+      program(method, 2, z, 0);
+      TakeDirty();
+      const auto before = record.Image();
+      EXPECT_EQ(program(method, 2, z, kPattern).Int(), 0);
+      const auto changed = ProgramRecord::Changed(before, record.Image());
+      ownership.Claim(name + " of zone " + std::to_string(z), changed);
+      for (const size_t byte : changed) EXPECT_EQ(record.KeygroupOf(byte), 2);
+      EXPECT_TRUE(TakeDirty());
+      program(method, 2, z, kPattern + (1 << (8 * changed.size())));
+      EXPECT_FALSE(TakeDirty()) << "what does not fit is no change";
+      program(method, 2, z, -1);
+      EXPECT_TRUE(IsAllOnes(program(method, 2, z).Int(), changed.size()));
+    }
+    const std::string keygroup = "ZylSProgram::" + name + ": Keygroup index out of range!";
+    const std::string zone = "ZylSProgram::" + name + ": Zone index out of range!";
+    ExpectArgType(program(method, "0", 9), "KeyGroupIndex", kTypeInteger, 1);
+    ExpectException(program(method, -1, "9"), keygroup);
+    ExpectException(program(method, 3, 9), keygroup);
+    ExpectArgType(program(method, 0), "ZoneIndex", kTypeInteger, 2);
+    ExpectException(program(method, 0, 4, "7"), zone);
+    ExpectException(program(method, 0, -1), zone);
+    TakeDirty();
+    ExpectArgType(program(method, 0, 0, true), "NewValue", kTypeInteger, 3);
+    EXPECT_FALSE(TakeDirty());
+  }
+  EXPECT_TRUE(sent.empty());
+}
+
+// Where a few fields lie, among them those at odd offsets, and how they are read back.
+TEST_F(FieldFamilies, FieldsLieWhereOthersLookForThem) {
+  const ProgramRecord record(program);
+  struct Spot {
+    const char* method;
+    std::vector<int> index;
+    size_t place;
+    size_t bytes;
+    int32_t minusOne;
+  };
+  const size_t keygroup1 = record.KeygroupPlace(1);
+  const size_t extension1 = record.ExtensionPlace(1);
+  const Spot spots[] = {
+      {"PRGstereoPan", {}, 24, 1, -1},
+      {"PRGtune", {}, 65, 2, -1},
+      {"PRGextTriggerThreshold", {}, 177, 1, 255},
+      {"KGtune", {1}, keygroup1 + 5, 2, -1},
+      {"KGresonance", {1}, keygroup1 + 149, 1, 255},
+      {"ZonelowVel", {1, 3}, keygroup1 + 118, 1, 255},
+      {"ZonetuneOffset", {1, 1}, keygroup1 + 34 + 24 + 14, 2, -1},
+      {"ZonevelStart", {1, 3}, keygroup1 + 146, 2, -1},
+      {"KGfilterResonance", {1}, extension1 + 62, 2, 65535},
+      {"TolmoKGecho", {1}, extension1 + 109, 1, 255},
+      {"ZonePitchPlay", {1, 3}, extension1 + 29, 1, 255},
+      {"ZoneTimeStretchOffset", {1, 3}, extension1 + 70, 2, -1},
+  };
+  program("TolmoKGecho", -1, 1);
+  for (const Spot& spot : spots) {
+    SCOPED_TRACE(spot.method);
+    const auto call = [&](std::optional<int> value) {
+      ROCParams arguments;
+      for (const int index : spot.index) arguments.AddTail(ToParam(index));
+      if (value) arguments.AddTail(ToParam(*value));
+      return CallList(program.Algo(), spot.method, &arguments).Int();
+    };
+    call(0);
+    const auto before = record.Image();
+    call(-1);
+    const auto changed = ProgramRecord::Changed(before, record.Image());
+    ASSERT_EQ(changed.size(), spot.bytes);
+    EXPECT_EQ(changed.front(), spot.place);
+    EXPECT_EQ(call(std::nullopt), spot.minusOne);
+    call(0x1234);
+    EXPECT_EQ(record.Image()[spot.place], std::byte{0x34}) << "low byte first";
+  }
+}
+
+TEST_F(FieldFamilies, WithoutAProgramEveryMethodSaysSo) {
+  const Program empty;
+  for (const char* prefix : {"PRG", "KG", "Zone", "Tolmo"}) {
+    for (const std::string& name : Family(prefix, {})) {
+      const Outcome outcome = empty(name.c_str(), "wrong", "wrong", 1.5);
+      if (IsLater(outcome)) continue;
+      ExpectException(outcome,
+                      "ZylSProgram::" + name + ": No program loaded. Method can not execute!");
+    }
+  }
+}
+
+TEST_F(FieldFamilies, ACountBeyondTheKeygroupsThatThereAreReachesNothing) {
+  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 3);
+  EXPECT_EQ(program("PRGkeyGroups").Int(), 300);
+  {
+    const ProgramRecord record(program);
+    EXPECT_EQ(record->keyGroupsByte, 255);
+    EXPECT_EQ(record->keyGroups, 300);
+  }
+  std::vector<std::string> oneKeygroup =
+      Family("KG", {"KGCreate", "KGMove", "KGSort", "KGFindByKey"});
+  for (const std::string& name : Family("Zone", {})) oneKeygroup.push_back(name);
+  oneKeygroup.insert(oneKeygroup.end(),
+                     {"TolmoKGreverb", "TolmoKGecho", "SampleGet", "SampleDirty", "SampleLock",
+                      "SampleFileName", "SampleCreate", "SampleChannel"});
+  for (const std::string& name : oneKeygroup) {
+    for (const int index : {3, 5, 299}) {
+      const Outcome outcome = program(name.c_str(), index, 0, 0);
+      if (IsLater(outcome)) continue;
+      ExpectException(outcome, "ZylSProgram::" + name + ": Keygroup index out of range!");
+    }
+  }
+  EXPECT_EQ(program("KGtune", -1, 5).Int(), 0);
+  EXPECT_EQ(program("KGtune", 2).Int(), 5);
+  EXPECT_EQ(program("PRGkeyGroups", -4).Int(), 300);
+  EXPECT_EQ(program("KGtune", -1, 6).Int(), kDiffering);
+  EXPECT_EQ(program("KGCreate", 0, NullObject{}).Int(), 3) << "the count is what is there again";
+  EXPECT_EQ(program("PRGkeyGroups").Int(), 4);
+}
+
+TEST_F(FieldFamilies, TheProgramsOrganExtensionAppearsAtTheFirstTouch) {
+  for (const std::string& name : Family("TolmoPRG", {})) {
+    SCOPED_TRACE(name);
+    const char* method = name.c_str();
+    program.Make();
+    const ProgramRecord record(program);
+    TakeDirty();
+    ExpectArgType(program(method, "1"), "NewValue", kTypeInteger, 1);
+    EXPECT_FALSE(record->IsTolmoChunk()) << "a refused call creates nothing";
+    const int32_t initial = program(method).Int();
+    ASSERT_TRUE(record->IsTolmoChunk());
+    EXPECT_FALSE(TakeDirty()) << "reading is no change";
+    const TolmoChunk before = *record->tolmoChunk;
+    EXPECT_EQ(program(method, 200).Int(), initial);
+    EXPECT_TRUE(TakeDirty());
+    const auto* was = reinterpret_cast<const uint8_t*>(&before);
+    const auto* is = reinterpret_cast<const uint8_t*>(record->tolmoChunk.get());
+    EXPECT_EQ(
+        std::inner_product(was, was + sizeof before, is, 0, std::plus<>(), std::not_equal_to<>()),
+        1);
+    const int32_t value = program(method, 200 + 256).Int();
+    EXPECT_TRUE(value == 200 || value == -56) << value;
+    EXPECT_FALSE(TakeDirty());
+  }
+  EXPECT_TRUE(sent.empty());
+  program("TolmoPRGattack", 200);
+  EXPECT_EQ(program("TolmoPRGattack").Int(), -56);
+  program("TolmoPRGstop_before_run", 200);
+  EXPECT_EQ(ProgramRecord(program)->tolmoChunk->stop_before_run, 200);
+}
+
+TEST_F(FieldFamilies, AKeygroupsOrganExtensionIsSwitchedOnWhereItIsWritten) {
+  const ProgramRecord record(program);
+  const auto isOn = [&](int k) { return record->keyGroupExtensions[k].library110[0] != 0; };
+  program("KGSelect", 1, true);
+  program("TolmoKGreverb", -1);
+  EXPECT_FALSE(isOn(0) || isOn(1) || isOn(2));
+  program("TolmoKGreverb", -2, 3);
+  EXPECT_TRUE(!isOn(0) && isOn(1) && !isOn(2));
+  EXPECT_EQ(program("TolmoKGreverb", -1, 3).Int(), kDiffering);
+  EXPECT_TRUE(isOn(0) && isOn(1) && isOn(2));
+  EXPECT_FALSE(record->IsTolmoChunk()) << "the program's own is another matter";
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,232 @@
+// The script surface for tests: the built module, loaded once a process, and its objects called by
+// method name, as a script does.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/akai.h"
+#include "host/hostapp.h"
+#include "host/qx.h"
+
+namespace zyl::test {
+
+// Loads the module when it is not loaded; the profile is read at that moment.
+inline std::unique_ptr<ZylModule>& LoadedModule() {
+  static std::unique_ptr<ZylModule> module;
+  return module;
+}
+inline void LoadModule(const std::string& profile = {}) {
+  LoadedModule().reset();
+  qxSetProfile(profile);
+  std::string reason;
+  LoadedModule() = ZylModule::Load(ZYL_MODULE, reason);
+  ASSERT_NE(LoadedModule(), nullptr) << reason;
+}
+
+struct NullEntry {};   // an absent argument that takes a position
+struct NullObject {};  // an object value that holds no object
+
+inline ROCParam* ToParam(int value) { return newROCParam(int32_t{value}); }
+inline ROCParam* ToParam(bool value) { return newROCParam(value); }
+inline ROCParam* ToParam(double value) { return newROCParam(value); }
+inline ROCParam* ToParam(const char* value) { return newROCParam(value); }
+inline ROCParam* ToParam(const std::string& value) {
+  return newROCParam(std::string_view(value));
+}
+inline ROCParam* ToParam(RIOObject* value) { return newROCParam(value); }
+inline ROCParam* ToParam(NullObject) { return newROCParam(static_cast<RIOObject*>(nullptr)); }
+inline ROCParam* ToParam(NullEntry) { return nullptr; }
+// The test's own value: what the call changes in place is seen afterwards.
+inline ROCParam* ToParam(ROCParam* value) {
+  value->AddReference();
+  return value;
+}
+
+// What a call came to: its result, if it set one, and its error, if it failed.
+struct Outcome {
+  int status = 0;
+  std::shared_ptr<ROCParam> result;
+  std::optional<ZylScriptError> error;
+
+  int32_t Int() const { return Is(kTypeInteger) ? result->Int() : -424242; }
+  bool Bool() const { return Is(kTypeBool) && result->Bool(); }
+  double Double() const { return Is(kTypeDouble) ? result->Double() : -424242.0; }
+  std::string Text() const { return Is(kTypeString) ? result->Str() : "(no text)"; }
+  RIOObject* Object() const { return Is(kTypeObject) ? result->Object() : nullptr; }
+  bool Ok() const { return status == 0 && !error; }
+  std::string Message() const { return error ? error->Readable() : ""; }
+
+ private:
+  bool Is(int type) const {
+    EXPECT_TRUE(Ok()) << Message();
+    EXPECT_TRUE(result != nullptr && result->Type() == type) << "result is no " << ZylTypeName(type);
+    return result != nullptr && result->Type() == type;
+  }
+};
+
+// The method's own day has not come; what it shares with others is not there either.
+inline bool IsLater(const Outcome& outcome) {
+  return outcome.error && outcome.Message().find("not available") != std::string::npos;
+}
+
+// Calls a method of whatever an object leads to.
+inline Outcome CallList(RIOObject* object, const char* method, ROCParams* arguments) {
+  Outcome outcome;
+  ROCParam* result = nullptr;
+  outcome.status = object->GetDispatch(true)->CallFunctionIndirect(method, arguments, &result);
+  if (result != nullptr) outcome.result.reset(result, deleteROCParam);
+  ZylScriptError error;
+  if (ZylTakeError(error)) outcome.error = error;
+  return outcome;
+}
+
+template <class... Args>
+Outcome CallMethod(RIOObject* object, const char* method, Args... args) {
+  ROCParams arguments;
+  (arguments.AddTail(ToParam(args)), ...);
+  return CallList(object, method, &arguments);
+}
+
+// A program object with its algorithm.
+class Program {
+ public:
+  Program() : algo_(ZylNewScriptObject("ZylSProgram")) {}
+  template <class... Args>
+  Outcome operator()(const char* method, Args... args) const {
+    return CallMethod(algo_.get(), method, args...);
+  }
+  RIOObject* Algo() const { return algo_.get(); }
+  void Delete() { algo_.reset(); }
+  // A program with this many default keygroups.
+  void Make(int keygroups = 1) const {
+    (*this)("Create", NullObject{});
+    for (int k = 1; k < keygroups; ++k) (*this)("KGCreate", k);
+  }
+
+ private:
+  std::unique_ptr<ROCAlgo> algo_;
+};
+
+// An algorithm whose script methods are the test's functions.
+class Listener : public ROCAlgo {
+ public:
+  using Function = std::function<void(ROCParams&, ROCParam**)>;
+  Listener() : ROCAlgo("listener") { SetDispatch(new Dispatch(*this)); }
+  Function& operator[](const std::string& name) { return functions_[name]; }
+
+ private:
+  class Dispatch : public ZylDispatch {
+   public:
+    explicit Dispatch(Listener& listener) : listener_(listener) {}
+    ZylFuncInfo* GetFuncTable() override { return nullptr; }
+    uint32_t* GetAuxTable() override { return nullptr; }
+    hashEntry* GetHashTable() override { return nullptr; }
+    hashEntry* RebuildHashTable() override { return nullptr; }
+    const char* GetClassName() const override { return "Listener"; }
+    const char* GetBaseClassName() const override { return ""; }
+    void Destroy() override { delete this; }
+    int CallFunctionIndirect(const char* name, ROCParams* arguments, ROCParam** result) override {
+      const auto found = listener_.functions_.find(name);
+      if (found == listener_.functions_.end()) return kNoSuchMethod;
+      found->second(*arguments, result);
+      return 0;
+    }
+
+   private:
+    Listener& listener_;
+  };
+  std::map<std::string, Function> functions_;
+};
+
+// A fixture with the module loaded and a folder that goes with the test.
+class ModuleTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (LoadedModule() == nullptr) LoadModule();
+    folder_ = std::filesystem::temp_directory_path() /
+              ("zyl-test-" + std::to_string(::getpid()) + "-" + std::to_string(++last_));
+    std::filesystem::create_directories(folder_);
+    ZylSetDiagnosticSink([this](std::string_view line) { diagnostics += std::string(line) + "\n"; });
+  }
+  void TearDown() override {
+    ZylSetDiagnosticSink({});
+    std::filesystem::remove_all(folder_);
+  }
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+  std::string diagnostics;
+
+ private:
+  std::filesystem::path folder_;
+  static inline int last_ = 0;
+};
+
+// Expects that a call failed in one way or another, and left no result that a script would take.
+inline void ExpectArgType(const Outcome& outcome, const char* argument, int expected,
+                          int position) {
+  ASSERT_TRUE(outcome.error) << "no error was reported";
+  EXPECT_NE(outcome.status, 0);
+  EXPECT_STREQ(outcome.error->KindName(), "ArgType");
+  EXPECT_EQ(outcome.error->argument, argument);
+  EXPECT_EQ(outcome.error->expected, expected);
+  EXPECT_EQ(outcome.error->position, position);
+}
+inline void ExpectArgPType(const Outcome& outcome, const char* given, const char* required,
+                           int position) {
+  ASSERT_TRUE(outcome.error) << "no error was reported";
+  EXPECT_STREQ(outcome.error->KindName(), "ArgPType");
+  EXPECT_EQ(outcome.error->given, given);
+  EXPECT_EQ(outcome.error->required, required);
+  EXPECT_EQ(outcome.error->position, position);
+}
+inline void ExpectArgValue(const Outcome& outcome, const char* argument, int position) {
+  ASSERT_TRUE(outcome.error) << "no error was reported";
+  EXPECT_STREQ(outcome.error->KindName(), "ArgValue");
+  EXPECT_EQ(outcome.error->argument, argument);
+  EXPECT_EQ(outcome.error->position, position);
+}
+inline void ExpectException(const Outcome& outcome, const std::string& message) {
+  ASSERT_TRUE(outcome.error) << "no error was reported";
+  EXPECT_STREQ(outcome.error->KindName(), "Exception");
+  EXPECT_EQ(outcome.error->message, message);
+}
+
+// A WAVE file of 16-bit values; one vector for each channel.
+inline void WriteWave(const std::string& path, const std::vector<std::vector<int16_t>>& channels,
+                      uint32_t rateHz = 44100) {
+  const auto count = static_cast<uint16_t>(channels.size());
+  const auto frames = static_cast<uint32_t>(channels[0].size());
+  std::ofstream file(path, std::ios::binary);
+  const auto put = [&](uint32_t value, int bytes) {
+    for (int i = 0; i < bytes; ++i) file.put(static_cast<char>(value >> (8 * i)));
+  };
+  const uint32_t dataBytes = frames * count * 2;
+  file << "RIFF";
+  put(36 + dataBytes, 4);
+  file << "WAVEfmt ";
+  put(16, 4);
+  put(1, 2);
+  put(count, 2);
+  put(rateHz, 4);
+  put(rateHz * count * 2u, 4);
+  put(count * 2u, 2);
+  put(16, 2);
+  file << "data";
+  put(dataBytes, 4);
+  for (uint32_t i = 0; i < frames; ++i) {
+    for (const auto& channel : channels) put(static_cast<uint16_t>(channel[i]), 2);
+  }
+}
+
+}  // namespace zyl::test

@@ -1,0 +1,20 @@
+-- What the scripts of these tests share.
+local check = {}
+
+function check.equal(got, wanted, what)
+  if got ~= wanted then
+    error(("%s: got %s, wanted %s"):format(what or "value", tostring(got), tostring(wanted)), 2)
+  end
+end
+
+-- Calls f(...), which must raise an error whose text holds `part`; returns the error value.
+function check.raises(part, f, ...)
+  local done, failure = pcall(f, ...)
+  if done then error("no error was raised; wanted: " .. part, 2) end
+  if not tostring(failure):find(part, 1, true) then
+    error(("the error was: %s; wanted: %s"):format(tostring(failure), part), 2)
+  end
+  return failure
+end
+
+return check

@@ -1,0 +1,162 @@
+#include "Calls.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "Errors.h"
+#include "Objects.h"
+#include "ScriptHost.h"
+#include "Values.h"
+#include "host/hostapp.h"
+
+namespace zyl {
+
+namespace {
+
+// Key in the registry, by address: the class metatables by the address of the method table. In a
+// class metatable: what its methods' closures hold.
+const char kClasses = 0;
+
+// Drops what a handler reported that then went on and did well.
+void DropReport() {
+  static ZylScriptError ignored;  // made once: this stands behind every call
+  ZylTakeError(ignored);
+}
+
+[[noreturn]] void RaiseFailure(lua_State* L, const ZylFuncInfo& method, int status) {
+  ZylScriptError error;
+  if (!ZylTakeError(error)) {
+    RaiseText(L, std::string(method.name) + " failed with status " + std::to_string(status) +
+                     " and no reason");
+  }
+  RaiseMethodError(L, error, 2);
+}
+
+// What a method's closure holds, as its only upvalue; the class's metatable keeps it alive.
+struct BoundMethod {
+  const ZylFuncInfo* method;
+  const void* classTag;  // the method table, which names the class of the object
+};
+
+// The object reference at index 1 when it is of that class. No other library makes a userdata of
+// this size that begins with that address.
+const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
+  const auto* self = static_cast<const ObjectRef*>(lua_touserdata(L, 1));
+  const bool ofClass = self != nullptr && lua_rawlen(L, 1) == sizeof(ObjectRef) &&
+                       self->classTag == classTag;
+  return ofClass ? self : nullptr;
+}
+
+// The call itself, once its arguments are there; what it leaves on the stack are its results.
+int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method, RIOObject* object,
+         ROCParams* list, ArgumentList* arguments) {
+  ROCParam* result = nullptr;
+  int status;
+  int keptError = kNoError;
+  {
+    const CallFrame frame(host, L, object, keptError);
+    status = object->GetDispatch(true)->CallFunctionDirect(method, list, &result);
+  }
+  const ParamPtr resultOwner(result);
+  if (arguments != nullptr) arguments->CopyBack();
+  if (keptError != kNoError) RaiseKept(L, keptError);
+  if (status != 0) RaiseFailure(L, method, status);
+  if (!host.InCall()) DropReport();
+  if (result == nullptr) return 0;
+  if (result->Type() == kTypeInteger) {
+    lua_pushinteger(L, result->Int());
+  } else {
+    PushValue(L, result);
+  }
+  return 1;
+}
+
+int CallMethod(lua_State* L) {
+  const auto& bound = *static_cast<const BoundMethod*>(lua_touserdata(L, lua_upvalueindex(1)));
+  const ZylFuncInfo& method = *bound.method;
+  const ObjectRef* self = SelfOfClass(L, bound.classTag);
+  if (self == nullptr) {
+    return luaL_error(L, "%s: call it with its object, as in object:%s(...)", method.name,
+                      method.name);
+  }
+  RIOObject* object = self->value.Object();
+  if (object == nullptr) return luaL_error(L, "%s: the object has been deleted", method.name);
+
+  ScriptHost& host = ScriptHost::Of(L);
+  if (lua_gettop(L) == 1) return Call(L, host, method, object, host.NoArguments(), nullptr);
+  ArgumentList arguments(host, L, 2, method.name);
+  return Call(L, host, method, object, arguments.List(), &arguments);
+}
+
+// The end of the look-up in a class's methods; upvalue 1 is the class name, argument 1 the methods.
+int UnknownMethod(lua_State* L) {
+  const std::string className = lua_tostring(L, lua_upvalueindex(1));
+  size_t length = 0;
+  const char* name = luaL_tolstring(L, 2, &length);
+  std::vector<std::string> known;
+  lua_pushnil(L);
+  while (lua_next(L, 1) != 0) {
+    known.emplace_back(lua_tostring(L, -2));
+    lua_pop(L, 1);
+  }
+  std::sort(known.begin(), known.end());
+  RaiseUnknownName(L, className + " has no method", {name, length}, known);
+}
+
+int NoField(lua_State* L) {
+  return luaL_error(L, "a script object has no fields to set ('%s')", luaL_tolstring(L, 2, nullptr));
+}
+
+void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {
+  lua_newtable(L);
+  const int metatable = lua_gettop(L);
+  SetObjectMetamethods(L, dispatch.GetClassName());
+  lua_pushcfunction(L, NoField);
+  lua_setfield(L, metatable, "__newindex");
+
+  const ZylFuncInfo* table = dispatch.GetFuncTable();
+  size_t count = 0;
+  while (table[count].name != nullptr) ++count;
+  auto* bound =
+      static_cast<BoundMethod*>(lua_newuserdatauv(L, (count + 1) * sizeof(BoundMethod), 0));
+  lua_rawsetp(L, metatable, &kClasses);
+
+  lua_createtable(L, 0, static_cast<int>(count));
+  const hashEntry* lookup = dispatch.GetHashTable();
+  for (size_t i = 0; i < count; ++i) {
+    const ZylFuncInfo* method = lookup->Find(table[i].name);
+    if (method == nullptr) continue;
+    bound[i] = {method, table};
+    lua_pushlightuserdata(L, &bound[i]);
+    lua_pushcclosure(L, CallMethod, 1);
+    lua_setfield(L, -2, method->name);
+  }
+  lua_createtable(L, 0, 1);
+  lua_pushstring(L, dispatch.GetClassName());
+  lua_pushcclosure(L, UnknownMethod, 1);
+  lua_setfield(L, -2, "__index");
+  lua_setmetatable(L, -2);
+  lua_setfield(L, metatable, "__index");
+}
+
+}  // namespace
+
+void OpenCalls(lua_State* L) {
+  lua_newtable(L);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kClasses);
+}
+
+void PushClassMetatable(lua_State* L, ZylDispatch& dispatch) {
+  const ZylFuncInfo* table = dispatch.GetFuncTable();
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kClasses);
+  if (lua_rawgetp(L, -1, table) == LUA_TNIL) {
+    lua_pop(L, 1);
+    MakeClassMetatable(L, dispatch);
+    lua_pushvalue(L, -1);
+    lua_rawsetp(L, -3, table);
+  }
+  lua_remove(L, -2);
+}
+
+}  // namespace zyl

@@ -1,0 +1,254 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "HostTable.h"
+#include "Interruption.h"
+#include "ScriptHost.h"
+#include "host/hostapp.h"
+#include "host/qx.h"
+
+namespace zyl {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+  std::string module;
+  std::string profile;
+  double sampleRateHz = 44100;
+  bool version = false;
+  // The verb and what follows it, untouched.
+  std::vector<std::string> words;
+};
+
+fs::path ProgramFolder() {
+  std::error_code failure;
+  const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+  return failure ? fs::path(".") : program.parent_path();
+}
+
+// Where the shipped scripts lie, nearest first.
+std::vector<fs::path> VerbFolders() {
+  std::vector<fs::path> folders = {ProgramFolder() / ".." / "share" / "zyl" / "verbs"};
+#ifdef ZYL_VERBS_DIR
+  folders.emplace_back(ZYL_VERBS_DIR);
+#endif
+  return folders;
+}
+
+// The script of that verb; empty when there is none.
+fs::path VerbScript(const std::string& verb) {
+  const bool plain = std::all_of(verb.begin(), verb.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 || c == '-' || c == '_';
+  });
+  if (verb.empty() || !plain) return {};
+  for (const fs::path& folder : VerbFolders()) {
+    const fs::path script = folder / (verb + ".lua");
+    std::error_code failure;
+    if (fs::is_regular_file(script, failure)) return script;
+  }
+  return {};
+}
+
+std::string VerbList() {
+  std::set<std::string> shipped;
+  for (const fs::path& folder : VerbFolders()) {
+    std::error_code failure;
+    for (const auto& entry : fs::directory_iterator(folder, failure)) {
+      if (entry.path().extension() == ".lua") shipped.insert(entry.path().stem().string());
+    }
+  }
+  std::string text =
+      "Verbs:\n"
+      "  run SCRIPT.lua [ARG...]     run the script\n"
+      "  eval 'CODE' [ARG...]        run the text\n"
+      "  methods [PATTERN]           list the module's script methods; PATTERN is part of a name,\n"
+      "                              or a whole one with * and ?\n";
+  if (!shipped.empty()) {
+    text += "Shipped scripts:\n ";
+    for (const std::string& name : shipped) text += " " + name;
+    text += "\n";
+  }
+  return text;
+}
+
+int Usage(const std::string& message) {
+  std::cerr << "zyl: " << message << '\n' << VerbList();
+  return kExitUsage;
+}
+
+fs::path DefaultModule() {
+  const fs::path folder = ProgramFolder();
+  const std::string file = std::string(kMainClass) + ".so";
+  for (const fs::path& path : {folder / file, folder / ".." / "lib" / "zyl" / file}) {
+    std::error_code failure;
+    if (fs::is_regular_file(path, failure)) return path;
+  }
+  return folder / file;
+}
+
+bool SameWithoutCase(char a, char b) {
+  return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+}
+
+bool MatchesWhole(std::string_view name, std::string_view pattern) {
+  if (pattern.empty()) return name.empty();
+  if (pattern[0] == '*') {
+    return MatchesWhole(name, pattern.substr(1)) ||
+           (!name.empty() && MatchesWhole(name.substr(1), pattern));
+  }
+  return !name.empty() && (pattern[0] == '?' || SameWithoutCase(pattern[0], name[0])) &&
+         MatchesWhole(name.substr(1), pattern.substr(1));
+}
+
+bool Matches(std::string_view name, std::string_view pattern) {
+  if (pattern.find_first_of("*?") != std::string_view::npos) return MatchesWhole(name, pattern);
+  return std::search(name.begin(), name.end(), pattern.begin(), pattern.end(), SameWithoutCase) !=
+         name.end();
+}
+
+int ListMethods(const std::string& pattern) {
+  const ZylFuncInfo* method = ZylClassMethods(kMainClass);
+  if (method == nullptr) {
+    std::cerr << "zyl: the module has no class " << kMainClass << '\n';
+    return 1;
+  }
+  bool any = false;
+  for (; method->name != nullptr; ++method) {
+    if (!pattern.empty() && !Matches(method->name, pattern)) continue;
+    std::cout << method->name << '\n';
+    any = true;
+  }
+  std::cout.flush();
+  if (any) return 0;
+  std::cerr << "zyl: no method fits '" << pattern << "'\n";
+  return 1;
+}
+
+// What the words ask for, checked before the module is loaded.
+struct Task {
+  enum Kind { kRunFile, kRunText, kMethods } kind = kRunFile;
+  std::string source;                  // the script file, the text or the pattern
+  std::vector<std::string> arguments;  // with the script's name first
+};
+
+// Empty when `task` is set; else what is wrong.
+std::string ReadTask(const std::vector<std::string>& words, Task& task) {
+  if (words.empty()) return "a verb is missing";
+  const std::string& verb = words[0];
+  if (verb == "methods") {
+    if (words.size() > 2) return "methods takes one pattern";
+    task.kind = Task::kMethods;
+    if (words.size() == 2) task.source = words[1];
+    return {};
+  }
+  if (verb == "run" || verb == "eval") {
+    if (words.size() < 2) return verb + " needs " + (verb == "run" ? "a script" : "a text");
+    task.kind = verb == "run" ? Task::kRunFile : Task::kRunText;
+    task.source = words[1];
+    task.arguments.assign(words.begin() + 1, words.end());
+    if (verb == "eval") task.arguments[0] = "eval";
+    return {};
+  }
+  task.source = VerbScript(verb).string();
+  if (task.source.empty()) return "there is no verb '" + verb + "'";
+  task.arguments = words;
+  task.arguments[0] = task.source;
+  return {};
+}
+
+int RunTask(const Task& task) {
+  if (task.kind == Task::kMethods) return ListMethods(task.source);
+  ScriptHost script;
+  CatchSignals();
+  return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
+                                     : script.RunText(task.source, task.arguments);
+}
+
+int Run(const Options& options) {
+  Task task;
+  const std::string wrong = ReadTask(options.words, task);
+  if (!wrong.empty()) return Usage(wrong);
+  if (!std::isfinite(options.sampleRateHz) || options.sampleRateHz <= 0) {
+    return Usage("the sample rate must be above 0");
+  }
+  if (!options.profile.empty()) {
+    std::error_code failure;
+    if (!fs::is_regular_file(options.profile, failure)) {
+      return Usage("there is no profile '" + options.profile + "'");
+    }
+    qxSetProfile(options.profile);
+  }
+  UnitAttribute::sampleRate = options.sampleRateHz;
+
+  const std::string path = options.module.empty() ? DefaultModule().string() : options.module;
+  std::string reason;
+  const std::unique_ptr<ZylModule> module = ZylModule::Load(path, reason);
+  if (module == nullptr) {
+    std::cerr << "zyl: the module could not be loaded: " << reason << '\n';
+    return kExitNoModule;
+  }
+  const int status = RunTask(task);
+  // The script's objects are gone; what still waits for them must not outlive the module.
+  ZylPump(0);
+  return status;
+}
+
+// The index of the verb in `argv`: the first word that is neither an option nor an option's value.
+// From there on every word belongs to the verb, whatever it looks like.
+int VerbIndex(const CLI::App& app, int argc, char** argv) {
+  int i = 1;
+  while (i < argc && argv[i][0] == '-') {
+    const CLI::Option* option = app.get_option_no_throw(argv[i]);
+    i += option != nullptr && option->get_expected_min() > 0 ? 2 : 1;
+  }
+  return std::min(i, argc);
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  Options options;
+  CLI::App app("Runs Lua scripts over a sampler-program module: zyl [OPTIONS] VERB [ARG...]", "zyl");
+  app.add_option("--module", options.module, "The module's library (default: beside the program)")
+      ->take_last();
+  app.add_option("--profile", options.profile, "The profile that the module reads at load")
+      ->envname("ZYL_PROFILE")
+      ->take_last();
+  app.add_option("--sample-rate", options.sampleRateHz, "The processing rate in Hz")
+      ->capture_default_str()
+      ->take_last();
+  app.add_flag("--version", options.version, "Print the version");
+  try {
+    app.footer(VerbList());
+    const int verb = VerbIndex(app, argc, argv);
+    app.parse(verb, argv);
+    options.words.assign(argv + verb, argv + argc);
+    if (options.version) {
+      std::cout << "zyl " << ZYL_VERSION << '\n';
+      return 0;
+    }
+    return Run(options);
+  } catch (const CLI::CallForHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return Usage(error.what());
+  } catch (const std::exception& error) {
+    std::cerr << "zyl: " << error.what() << '\n';
+    return 1;
+  }
+}
+
+}  // namespace zyl

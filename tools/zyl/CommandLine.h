@@ -1,0 +1,12 @@
+// The command line of zyl: options, verbs, exit status.
+#pragma once
+
+namespace zyl {
+
+// Exit status beside what a script ends with.
+inline constexpr int kExitUsage = 2;
+inline constexpr int kExitNoModule = 3;
+
+int RunCommandLine(int argc, char** argv);
+
+}  // namespace zyl

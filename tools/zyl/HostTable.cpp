@@ -1,0 +1,171 @@
+#include "HostTable.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Algo.h"
+#include "Errors.h"
+#include "Interruption.h"
+#include "Objects.h"
+#include "ScriptHost.h"
+#include "Values.h"
+#include "host/hostapp.h"
+#include "host/qx.h"
+
+namespace zyl {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+using Clock = std::chrono::steady_clock;
+
+// A wait is cut into pieces of this length to notice Ctrl-C.
+constexpr double kWaitSeconds = 0.05;
+
+int New(lua_State* L) {
+  const char* className = luaL_checkstring(L, 1);
+  std::unique_ptr<RIOObject> object(ZylNewScriptObject(className));
+  if (object == nullptr) return luaL_error(L, "host.new: there is no class '%s'", className);
+  PushOwned(L, std::move(object));
+  // Lua sees the few bytes of the userdata only; objects that nobody holds are found in time when
+  // each new one counts for this many KiB.
+  constexpr int kCountsForKiB = 64;
+  lua_gc(L, LUA_GCSTEP, kCountsForKiB);
+  return 1;
+}
+
+int Methods(lua_State* L) {
+  const char* className = luaL_optstring(L, 1, kMainClass);
+  const ZylFuncInfo* method = ZylClassMethods(className);
+  if (method == nullptr) return luaL_error(L, "host.methods: there is no class '%s'", className);
+  lua_newtable(L);
+  for (lua_Integer i = 1; method->name != nullptr; ++method, ++i) {
+    lua_pushstring(L, method->name);
+    lua_rawseti(L, -2, i);
+  }
+  return 1;
+}
+
+int TypeOf(lua_State* L) {
+  lua_pushstring(L, CheckObject(L, 1)->GetTypeName());
+  return 1;
+}
+
+int NewPlainObject(lua_State* L) {
+  PushOwned(L, std::unique_ptr<RIOObject>(ZylNewPlainObject(luaL_checkstring(L, 1))));
+  return 1;
+}
+
+// The first `bytes` bytes behind the handle at argument 1.
+std::string BufferBytes(lua_State* L, const char* name, lua_Unsigned bytes) {
+  // A handle is 32 bits, which a method's integer gives as a signed figure.
+  const lua_Integer handle = luaL_checkinteger(L, 1);
+  const bool inRange = handle >= std::numeric_limits<int32_t>::min() &&
+                       handle <= lua_Integer{std::numeric_limits<uint32_t>::max()};
+  std::string content;
+  std::string reason = "handle 0 stands for no buffer";
+  if (!inRange) reason = "the handle is not known";
+  if (!inRange || handle == 0 ||
+      !qxBufferBytes(static_cast<uint32_t>(handle), static_cast<size_t>(bytes), content, reason)) {
+    RaiseText(L, std::string(name) + ": " + reason);
+  }
+  return content;
+}
+
+int Buffer(lua_State* L) {
+  const lua_Integer bytes = luaL_checkinteger(L, 2);
+  luaL_argcheck(L, bytes >= 0, 2, "a length cannot be negative");
+  const std::string content = BufferBytes(L, "host.buffer", static_cast<lua_Unsigned>(bytes));
+  lua_pushlstring(L, content.data(), content.size());
+  return 1;
+}
+
+int Floats(lua_State* L) {
+  const lua_Integer count = luaL_checkinteger(L, 2);
+  luaL_argcheck(L, count >= 0 && count <= std::numeric_limits<int32_t>::max(), 2,
+                "not a number of floats");
+  const std::string content =
+      BufferBytes(L, "host.floats", static_cast<lua_Unsigned>(count) * sizeof(float));
+  lua_createtable(L, static_cast<int>(count), 0);
+  for (lua_Integer i = 0; i < count; ++i) {
+    float value;
+    std::memcpy(&value, content.data() + static_cast<size_t>(i) * sizeof value, sizeof value);
+    lua_pushnumber(L, static_cast<lua_Number>(value));
+    lua_rawseti(L, -2, i + 1);
+  }
+  return 1;
+}
+
+int Pump(lua_State* L) {
+  const double seconds = luaL_optnumber(L, 1, 0);
+  luaL_argcheck(L, !std::isnan(seconds), 1, "not a number of seconds");
+  const Clock::time_point start = Clock::now();
+  int calls = 0;
+  int keptError = kNoError;
+  {
+    const CallFrame frame(ScriptHost::Of(L), L, nullptr, keptError);
+    double left = seconds;
+    do {
+      calls = ZylPump(std::fmax(0, std::fmin(left, kWaitSeconds)));
+      left = seconds - Seconds(Clock::now() - start).count();
+    } while (calls == 0 && left > 0 && !WasInterrupted());
+  }
+  RaiseKept(L, keptError);
+  lua_pushinteger(L, calls);
+  return 1;
+}
+
+int HostIndex(lua_State* L) {
+  const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
+  if (key == "sampleRate") {
+    lua_pushnumber(L, UnitAttribute::sampleRate);
+  } else {
+    lua_pushnil(L);
+  }
+  return 1;
+}
+
+int HostNewIndex(lua_State* L) {
+  const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
+  if (key != "sampleRate") {
+    return luaL_error(L, "host has no field '%s' to set", luaL_tolstring(L, 2, nullptr));
+  }
+  const double rateHz = luaL_checknumber(L, 3);
+  luaL_argcheck(L, std::isfinite(rateHz) && rateHz > 0, 3, "not a sample rate");
+  UnitAttribute::sampleRate = rateHz;
+  return 0;
+}
+
+}  // namespace
+
+void OpenHostTable(lua_State* L) {
+  const luaL_Reg functions[] = {{"new", New},
+                                {"delete", DeleteObject},
+                                {"methods", Methods},
+                                {"typeof", TypeOf},
+                                {"object", NewPlainObject},
+                                {"buffer", Buffer},
+                                {"floats", Floats},
+                                {"var", NewVariable},
+                                {"algo", NewAlgo},
+                                {"pad", NewDataPad},
+                                {"pump", Pump},
+                                {nullptr, nullptr}};
+  luaL_newlib(L, functions);
+  PushNull(L);
+  lua_setfield(L, -2, "null");
+  lua_createtable(L, 0, 2);
+  lua_pushcfunction(L, HostIndex);
+  lua_setfield(L, -2, "__index");
+  lua_pushcfunction(L, HostNewIndex);
+  lua_setfield(L, -2, "__newindex");
+  lua_setmetatable(L, -2);
+  lua_setglobal(L, "host");
+}
+
+}  // namespace zyl

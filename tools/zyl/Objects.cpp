@@ -1,0 +1,187 @@
+#include "Objects.h"
+
+#include <cstdio>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "Algo.h"
+#include "Calls.h"
+#include "Errors.h"
+#include "ScriptHost.h"
+#include "Values.h"
+
+namespace zyl {
+
+namespace {
+
+// Keys in the registry, by address.
+const char kKnownObjects = 0;  // weak: address of the object to its userdata
+const char kPlainMetatable = 0;
+
+ObjectRef* RefAt(lua_State* L, int index) {
+  return KindOf(L, index) == Kind::kObject ? static_cast<ObjectRef*>(lua_touserdata(L, index))
+                                           : nullptr;
+}
+
+int ObjectEqual(lua_State* L) {
+  const ObjectRef* left = RefAt(L, 1);
+  const ObjectRef* right = RefAt(L, 2);
+  const bool equal = left != nullptr && right != nullptr && left->value.Object() != nullptr &&
+                     left->value.Object() == right->value.Object();
+  lua_pushboolean(L, equal ? 1 : 0);
+  return 1;
+}
+
+int ObjectToString(lua_State* L) {
+  const ObjectRef* ref = RefAt(L, 1);
+  RIOObject* object = ref == nullptr ? nullptr : ref->value.Object();
+  if (object == nullptr) {
+    lua_pushliteral(L, "deleted object");
+  } else if (object->isROCAlgo()) {
+    lua_pushfstring(L, "ROCAlgo: %s", static_cast<ROCAlgo*>(object)->Name().c_str());
+  } else if (const auto* pad = dynamic_cast<const ROCPad*>(object)) {
+    lua_pushfstring(L, "ROCPad: %s", pad->Name().c_str());
+  } else {
+    lua_pushfstring(L, "%s: %p", object->GetTypeName(), static_cast<void*>(object));
+  }
+  return 1;
+}
+
+// Collected objects go when no call runs: a collection can come in the middle of one.
+int ObjectGc(lua_State* L) {
+  ObjectRef* ref = RefAt(L, 1);
+  if (ref == nullptr) return 0;
+  RIOObject* object = ref->value.Object();
+  const bool destroy = std::exchange(ref->owned, false) && object != nullptr;
+  ref->value = ROCParam();
+  if (!destroy) return 0;
+  const int keptError = ScriptHost::Of(L).Destroy(L, object, true);
+  if (keptError > 0) {
+    // No call of the script stands behind a collection that could raise the error.
+    std::fprintf(stderr, "zyl: in a callback of a collected object: %s\n",
+                 luaL_tolstring(L, keptError, nullptr));
+  }
+  return 0;
+}
+
+int PlainIndex(lua_State* L) {
+  const RIOObject* object = CheckObject(L, 1);
+  RaiseText(L, std::string(object->GetTypeName()) + " has no method '" +
+                   luaL_tolstring(L, 2, nullptr) + "'");
+}
+
+// Pushes the metatable that the object's userdata gets.
+void PushMetatable(lua_State* L, RIOObject* object, ZylDispatch* dispatch) {
+  if (dispatch != nullptr) {
+    PushClassMetatable(L, *dispatch);
+  } else if (object->isROCAlgo()) {
+    PushAlgoMetatable(L);
+  } else if (dynamic_cast<ROCPad*>(object) != nullptr) {
+    PushPadMetatable(L);
+  } else if (object->isRODPad()) {
+    PushDataPadMetatable(L);
+  } else {
+    lua_rawgetp(L, LUA_REGISTRYINDEX, &kPlainMetatable);
+  }
+}
+
+ObjectRef& PushNew(lua_State* L, RIOObject* object) {
+  auto* ref = new (lua_newuserdatauv(L, sizeof(ObjectRef), kObjectSlots)) ObjectRef;
+  ZylDispatch* dispatch = object->GetDispatch(true);
+  if (dispatch != nullptr && dispatch->isScript()) dispatch = nullptr;
+  PushMetatable(L, object, dispatch);
+  lua_setmetatable(L, -2);
+  if (dispatch != nullptr) ref->classTag = dispatch->GetFuncTable();
+  ref->value.SetRIOPtr(object);
+  if (const auto* pad = dynamic_cast<const ROCPad*>(object)) {
+    // A pad goes with its algorithm, so it keeps the script's one alive.
+    PushObject(L, pad->Owner());
+    lua_setiuservalue(L, -2, kOwnerSlot);
+  }
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+  lua_pushvalue(L, -2);
+  lua_rawsetp(L, -2, object);
+  lua_pop(L, 1);
+  return *ref;
+}
+
+}  // namespace
+
+void OpenObjects(lua_State* L) {
+  lua_newtable(L);
+  lua_createtable(L, 0, 1);
+  lua_pushliteral(L, "v");
+  lua_setfield(L, -2, "__mode");
+  lua_setmetatable(L, -2);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+
+  lua_newtable(L);
+  SetObjectMetamethods(L, "host object");
+  lua_pushcfunction(L, PlainIndex);
+  lua_setfield(L, -2, "__index");
+  lua_pushcfunction(L, PlainIndex);
+  lua_setfield(L, -2, "__newindex");
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kPlainMetatable);
+
+  OpenValues(L);
+  OpenCalls(L);
+  OpenAlgo(L);
+}
+
+void SetObjectMetamethods(lua_State* L, const char* name) {
+  const luaL_Reg shared[] = {
+      {"__eq", ObjectEqual}, {"__tostring", ObjectToString}, {"__gc", ObjectGc}, {nullptr, nullptr}};
+  luaL_setfuncs(L, shared, 0);
+  SetKind(L, Kind::kObject, name);
+}
+
+bool PushKnown(lua_State* L, const RIOObject* object) {
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+  lua_rawgetp(L, -1, object);
+  lua_remove(L, -2);
+  // The userdata of a destroyed object can stand under the address of a new one.
+  const auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, -1));
+  if (ref != nullptr && ref->value.Object() == object) return true;
+  lua_pop(L, 1);
+  return false;
+}
+
+void PushObject(lua_State* L, RIOObject* object) {
+  luaL_checkstack(L, 8, "objects");
+  if (object == nullptr || ScriptHost::Of(L).IsDoomed(object)) {
+    lua_pushnil(L);
+  } else if (!PushKnown(L, object)) {
+    PushNew(L, object);
+  }
+}
+
+void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
+  ObjectRef& ref = PushNew(L, object.get());
+  ref.owned = true;
+  object.release();
+}
+
+RIOObject* CheckObject(lua_State* L, int index) {
+  const ObjectRef* ref = RefAt(L, index);
+  if (ref == nullptr) {
+    luaL_argerror(L, index, ("an object was expected, got " + Describe(L, index)).c_str());
+  }
+  RIOObject* object = ref->value.Object();
+  if (object == nullptr) luaL_argerror(L, index, "the object has been deleted");
+  return object;
+}
+
+int DeleteObject(lua_State* L) {
+  RIOObject* object = CheckObject(L, 1);
+  auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, 1));
+  if (!ref->owned) {
+    return luaL_error(L, "host.delete: the script does not own this %s", object->GetTypeName());
+  }
+  ref->owned = false;
+  ref->value = ROCParam();
+  RaiseKept(L, ScriptHost::Of(L).Destroy(L, object, false));
+  return 0;
+}
+
+}  // namespace zyl
