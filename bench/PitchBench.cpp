@@ -6,11 +6,11 @@
 #include <aubio/aubio.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <random>
 #include <string>
@@ -90,10 +90,11 @@ void RunAubio(const Sound& sound, const char* method) {
   del_aubio_pitch(pitch);
 }
 
+// Processor time, so that what else runs on the machine counts as little as possible.
 double Seconds(const std::vector<Sound>& sounds, const std::function<void(const Sound&)>& run) {
-  const auto start = std::chrono::steady_clock::now();
+  const std::clock_t start = std::clock();
   for (const Sound& sound : sounds) run(sound);
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 double Median(std::vector<double> values) {

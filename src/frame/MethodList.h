@@ -21,14 +21,14 @@
   METHOD(ReadTempSample) \
   METHOD(DeleteTempSample) \
   METHOD(PrepareDelete) \
-  LATER(PitchDataProgressCB) \
-  LATER(PitchDataProgressCBFinish) \
-  LATER(PitchDataCalcCancel) \
-  LATER(PitchDataCalculating) \
-  LATER(PitchDataTimeLeft) \
-  LATER(PitchDataTimeTotal) \
-  LATER(PitchDataProgressRatio) \
-  LATER(PitchDataCalcSamples) \
+  METHOD(PitchDataProgressCB) \
+  METHOD(PitchDataProgressCBFinish) \
+  METHOD(PitchDataCalcCancel) \
+  METHOD(PitchDataCalculating) \
+  METHOD(PitchDataTimeLeft) \
+  METHOD(PitchDataTimeTotal) \
+  METHOD(PitchDataProgressRatio) \
+  METHOD(PitchDataCalcSamples) \
   METHOD(MaxIndyOut) \
   METHOD(GetTotalPhysicalMemory) \
   METHOD(GetLockedMemory) \
@@ -273,13 +273,13 @@
   LATER(ZoneStringValue) \
   LATER(SampleStringValue) \
   LATER(ModulationSource) \
-  LATER(CalcSamplePitch) \
-  LATER(CalcKeygroupPitch) \
-  LATER(CalcProgramPitch) \
-  LATER(ClearProgramPitch) \
-  LATER(ClearSamplePitch) \
-  LATER(SampleGetPitchData) \
-  LATER(SampleCompare) \
+  METHOD(CalcSamplePitch) \
+  METHOD(CalcKeygroupPitch) \
+  METHOD(CalcProgramPitch) \
+  METHOD(ClearProgramPitch) \
+  METHOD(ClearSamplePitch) \
+  METHOD(SampleGetPitchData) \
+  METHOD(SampleCompare) \
   FIELD(TolmoKGreverb) \
   FIELD(TolmoKGecho) \
   FIELD(TolmoPRGreverb) \

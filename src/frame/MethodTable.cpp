@@ -7,6 +7,7 @@
 #include "frame/NotAvailable.h"
 #include "params/FieldMethods.h"
 #include "params/ProgramMethods.h"
+#include "pitch/PitchMethods.h"
 #include "program/FileMethods.h"
 #include "program/KeygroupMethods.h"
 #include "program/ObjectMethods.h"

@@ -1,5 +1,8 @@
 #include "frame/Module.h"
 
+#include <wx/dynlib.h>
+#include <wx/log.h>
+
 #include <new>
 
 namespace {
@@ -19,6 +22,18 @@ ZylDllRegisterClass programClass = {nullptr,     "ZylSProgram", "ZylDisplayObjec
 
 ModuleState* theModule = nullptr;
 
+// A worker's last instructions are wxWidgets' own: that library stays loaded when this one goes.
+void KeepWxLoaded() {
+  wxString path;
+  if (wxDynamicLibrary::GetModuleFromAddress(reinterpret_cast<void*>(&wxUninitialize), &path) ==
+      nullptr) {
+    return;
+  }
+  const wxLogNull quiet;
+  wxDynamicLibrary library(path);
+  library.Detach();
+}
+
 // The library's static initialiser and clean-up.
 ModuleState loaded;
 
@@ -28,6 +43,7 @@ ModuleState& ModuleState::Get() { return *theModule; }
 
 ModuleState::ModuleState() {
   theModule = this;
+  KeepWxLoaded();
   RegisterRIOObject("CSample", kSampleTypeId, kSampleBaseNumber, CSample::Factory);
   programClass.next = registrations;
   registrations = &programClass;
@@ -36,6 +52,7 @@ ModuleState::ModuleState() {
 }
 
 ModuleState::~ModuleState() {
+  pitchJobs.StopAll();
   tempSamples.DeleteAll();
   delete hash_;
   hash_ = nullptr;

@@ -4,6 +4,7 @@
 #include <wx/init.h>
 
 #include "frame/ZylSProgram.h"
+#include "pitch/PitchJobManager.h"
 #include "sample/SampleList.h"
 #include "util/PlexList.h"
 
@@ -20,18 +21,24 @@ class ModuleState {
 
   static ModuleState& Get();
 
+ private:
+  // Before everything that uses wxWidgets. Its end waits for threads that are still deleting
+  // themselves, so that no code of the module runs when the library goes.
+  wxInitializer wx_;
+
+ public:
   // Registration list, last pushed record first.
   ZylDllRegisterClass* registrations = nullptr;
   uint32_t auxTable = 0;  // only its end
   PlexList<ZylSProgram*> programRegistry;
   bool lockAll = false;  // every attached record is locked while it is attached
   SampleList tempSamples;
+  PitchJobManager pitchJobs;
 
   // Lookup shared by all program objects: built on first request.
   hashEntry* HashTable(ZylDispatch* dispatch);
   hashEntry* RebuildHashTable(ZylDispatch* dispatch);
 
  private:
-  wxInitializer wx_;
   hashEntry* hash_ = nullptr;
 };

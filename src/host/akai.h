@@ -146,6 +146,8 @@ class ZYLHOST_API genericSample {
   void clearPitchData();
   void setPitchData(std::vector<float> track);
   std::shared_ptr<const std::vector<float>> pitchTrack() const;
+  // The number of values, and the handle of the track for scripts; both 0 when there is none.
+  int32_t PitchTrackHandle(int32_t& handle) const;
 
   // Bytes that the record's file really takes, sound and records.
   int64_t FileMemory() const;

@@ -320,6 +320,10 @@ class ZYLHOST_API ROCPad : public RIOObject {
 // The pad of that name of the algorithm that a dispatch belongs to, or null.
 ZYLHOST_API ROCPad* ZylFindPad(ZylDispatch* dispatch, const char* padName);
 
+// From any thread: on the script thread, when the queue of ZylPump is delivered, a pad that still
+// lives and whose value has the type of `value` takes it and sends.
+ZYLHOST_API void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value);
+
 // A data pad: an object that leads to a byte value which DSP code reads.
 class ZYLHOST_API RODPad : public RIOObject {
  public:

@@ -114,28 +114,6 @@ TEST_F(SampleLibrary, AnEditSparesWhatAWorkerHolds) {
   before = left->buffer;
   (left.get()->*set)(1, 78);
   EXPECT_EQ(left->buffer, before) << "nobody holds the copy";
-  EXPECT_EQ(whole->EditedChannels(), (std::vector<int>{0, 1}));
-}
-
-TEST_F(SampleLibrary, ChannelsInUseStayAndNewOnesAreSilent) {
-  const Held whole = Load(path, -1);
-  {
-    const Held right(whole->createChannelRef(1));
-    EXPECT_FALSE(whole->setChannelCount(1));
-    EXPECT_EQ(whole->getChannelCount(), 2);
-  }
-  EXPECT_FALSE(whole->setChannelCount(0) || whole->setChannelCount(kMaxChannels + 1));
-  EXPECT_TRUE(whole->setChannelCount(3));
-  const Held third(whole->createChannelRef(2));
-  EXPECT_EQ(third->getChannelSize(2), 3);
-  EXPECT_EQ((third.get()->*third->GetBufferGetMethod())(2), 0);
-  // A record may stand for another channel; the channel keeps a record of its own.
-  EXPECT_TRUE(third->setChannel(0));
-  EXPECT_FALSE(third->setChannel(3));
-  EXPECT_EQ(third->buffer, whole->buffer);
-  EXPECT_NE(findSampleFN(path.c_str(), 0, 2), third.get());
-  EXPECT_NE(findSampleFN(path.c_str(), 0, 0), third.get());
-  EXPECT_TRUE(whole->setChannelCount(1));
 }
 
 // ---- Locks ----
@@ -190,7 +168,6 @@ TEST_F(SampleLibrary, ALockedProgramHoldsWhateverItsZonesPlay) {
     EXPECT_EQ(sound(0, 0)->lockValue, 1);
     EXPECT_GT(record->getTotalLockedMem(true), 8);
     EXPECT_LE(record->getTotalLockedMem(true), record->getTotalMem(true));
-    EXPECT_LE(getTotalLockedMem(), getTotalMem());
     unlockAkaiProgram(record.Get());
     EXPECT_EQ(sound(0, 0)->lockValue, 1);
     unlockAkaiProgram(record.Get());
@@ -240,10 +217,8 @@ TEST_F(SampleLibrary, AStoredSampleIsCleanWhereItWasStoredWhole) {
   EXPECT_EQ(store(Path("copy.wav"), 0), std::pair(true, true));
   EXPECT_EQ(store(Path("./pair.wav"), 0), std::pair(true, false)) << "the same file";
   EXPECT_EQ(store(path, 2), std::pair(true, true)) << "one channel is not all of it";
-  EXPECT_EQ(store(Path("none.wav"), 4), std::pair(false, true));
   EXPECT_EQ(store(Path("none.txt"), 0), std::pair(false, true));
   EXPECT_EQ(store(Path("no/such/folder/x.wav"), 0), std::pair(false, true));
-  EXPECT_FALSE(writeSample(whole.get(), nullptr, 0));
 }
 
 TEST_F(SampleLibrary, ANameComesBackFromTheFileThatCarriesIt) {

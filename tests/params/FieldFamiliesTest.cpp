@@ -275,33 +275,55 @@ TEST_F(FieldFamilies, WithoutAProgramEveryMethodSaysSo) {
   }
 }
 
-TEST_F(FieldFamilies, ACountBeyondTheKeygroupsThatThereAreReachesNothing) {
-  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 3);
-  EXPECT_EQ(program("PRGkeyGroups").Int(), 300);
-  {
-    const ProgramRecord record(program);
-    EXPECT_EQ(record->keyGroupsByte, 255);
-    EXPECT_EQ(record->keyGroups, 300);
-  }
-  std::vector<std::string> oneKeygroup =
-      Family("KG", {"KGCreate", "KGMove", "KGSort", "KGFindByKey"});
-  for (const std::string& name : Family("Zone", {})) oneKeygroup.push_back(name);
-  oneKeygroup.insert(oneKeygroup.end(),
-                     {"TolmoKGreverb", "TolmoKGecho", "SampleGet", "SampleDirty", "SampleLock",
-                      "SampleFileName", "SampleCreate", "SampleChannel"});
-  for (const std::string& name : oneKeygroup) {
-    for (const int index : {3, 5, 299}) {
-      const Outcome outcome = program(name.c_str(), index, 0, 0);
-      if (IsLater(outcome)) continue;
-      ExpectException(outcome, "ZylSProgram::" + name + ": Keygroup index out of range!");
-    }
-  }
-  EXPECT_EQ(program("KGtune", -1, 5).Int(), 0);
-  EXPECT_EQ(program("KGtune", 2).Int(), 5);
-  EXPECT_EQ(program("PRGkeyGroups", -4).Int(), 300);
-  EXPECT_EQ(program("KGtune", -1, 6).Int(), kDiffering);
-  EXPECT_EQ(program("KGCreate", 0, NullObject{}).Int(), 3) << "the count is what is there again";
-  EXPECT_EQ(program("PRGkeyGroups").Int(), 4);
+TEST_F(FieldFamilies, SomeProgramMethodsFollowRulesOfTheirOwn) {
+  const ProgramRecord record(program);
+  using Sent = std::vector<std::pair<int32_t, int32_t>>;
+  const auto expect = [&](bool dirty, const Sent& notifications) {
+    EXPECT_EQ(TakeDirty(), dirty);
+    EXPECT_EQ(sent, notifications);
+    sent.clear();
+  };
+  TakeDirty();
+  // A name of 12 bytes has no end mark; what comes after them makes no difference.
+  program("PRGname", "short");
+  expect(true, {});
+  EXPECT_EQ(program("PRGname", "twelve chars").Text(), "short");
+  EXPECT_EQ(record->midiProg, 0) << "the byte behind the name";
+  expect(true, {});
+  EXPECT_EQ(program("PRGname", "twelve chars and more").Text(), "twelve chars");
+  expect(false, {});
+  program("PRGname", "abc");
+  EXPECT_EQ(std::string(record->name, 12), std::string("abc\0\0\0\0\0\0\0\0\0", 12));
+  expect(true, {});
+  // These tell of every call, also when nothing changes, and leave no mark.
+  program("PRGmidiChannel", 5);
+  program("PRGmidiChannel", 40);
+  EXPECT_EQ(record->midiChannel, 5);
+  expect(false, {{3, 5}, {3, 40}});
+  EXPECT_EQ(program("PRGindyOutput", 200).Int(), -1);
+  EXPECT_EQ(program("PRGindyOutput", -56).Int(), -56);
+  expect(false, {{10, -56}, {230, -56}, {10, -56}, {230, -56}});
+  // The count is compared and stored whole.
+  EXPECT_EQ(program("PRGkeyGroups", 3 + 256).Int(), 3);
+  EXPECT_EQ(record->keyGroups, 259);
+  EXPECT_EQ(record->keyGroupsByte, 255);
+  program("PRGkeyGroups", 259);
+  EXPECT_EQ(program("PRGkeyGroups", -1).Int(), 259);
+  EXPECT_EQ(record->keyGroupsByte, 255);
+  EXPECT_EQ(program("KGtune", -1, 5).Int(), kDiffering) << "there are none to be reached";
+  program("PRGkeyGroups", 3);
+  expect(true, {{21, 259}, {21, -1}, {21, 3}});
+  // The detune values are stored as they come.
+  const auto before = record.Image();
+  EXPECT_EQ(program("PRGmasterDetune", 12, 200).Int(), 0);
+  EXPECT_EQ(program("PRGmasterDetune", 12).Int(), -56);
+  EXPECT_EQ(ProgramRecord::Changed(before, record.Image()), (std::vector<size_t>{56}));
+  expect(false, {});
+  ExpectArgType(program("PRGmasterDetune"), "Index", kTypeInteger, 1);
+  ExpectArgValue(program("PRGmasterDetune", 13, "x"), "Index", 1);
+  ExpectArgValue(program("PRGmasterDetune", -1), "Index", 1);
+  ExpectArgType(program("PRGmasterDetune", 0, "x"), "NewValue", kTypeInteger, 2);
+  ExpectArgType(program("PRGname", 1), "NewString", kTypeString, 1);
 }
 
 TEST_F(FieldFamilies, TheProgramsOrganExtensionAppearsAtTheFirstTouch) {

@@ -26,6 +26,11 @@ inline std::unique_ptr<ZylModule>& LoadedModule() {
   static std::unique_ptr<ZylModule> module;
   return module;
 }
+// The module goes with the last test, while all that it uses is there.
+struct Unloader : testing::Environment {
+  void TearDown() override { LoadedModule().reset(); }
+};
+inline testing::Environment* const unloader = testing::AddGlobalTestEnvironment(new Unloader);
 inline void LoadModule(const std::string& profile = {}) {
   LoadedModule().reset();
   qxSetProfile(profile);

@@ -18,12 +18,6 @@ namespace {
 // class metatable: what its methods' closures hold.
 const char kClasses = 0;
 
-// Drops what a handler reported that then went on and did well.
-void DropReport() {
-  static ZylScriptError ignored;  // made once: this stands behind every call
-  ZylTakeError(ignored);
-}
-
 [[noreturn]] void RaiseFailure(lua_State* L, const ZylFuncInfo& method, int status) {
   ZylScriptError error;
   if (!ZylTakeError(error)) {
@@ -62,7 +56,6 @@ int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method, RIOObject* o
   if (arguments != nullptr) arguments->CopyBack();
   if (keptError != kNoError) RaiseKept(L, keptError);
   if (status != 0) RaiseFailure(L, method, status);
-  if (!host.InCall()) DropReport();
   if (result == nullptr) return 0;
   if (result->Type() == kTypeInteger) {
     lua_pushinteger(L, result->Int());

@@ -357,10 +357,10 @@ ArgumentList::ArgumentList(ScriptHost& host, lua_State* L, int first, const char
 ArgumentList::~ArgumentList() { Release(); }
 
 ROCParam* ArgumentList::Make(int index, const ValueUse& use) {
+  if (lua_isinteger(L_, index) != 0) return host_.NewParam(ToInt32(L_, index, use));
   switch (lua_type(L_, index)) {
     case LUA_TNUMBER:
-      if (lua_isinteger(L_, index) == 0) return host_.NewParam(lua_tonumber(L_, index));
-      return host_.NewParam(ToInt32(L_, index, use));
+      return host_.NewParam(lua_tonumber(L_, index));
     case LUA_TBOOLEAN:
       return host_.NewParam(lua_toboolean(L_, index) != 0);
     case LUA_TSTRING:

@@ -120,6 +120,7 @@ genericSample::SetMethod genericSample::GetBufferSetMethod(int) const {
 }
 
 void genericSample::setWavSample(BasicSample* file, unsigned) {
+  file->CreateLinBuffers(kMaxChannels);  // lent or missing sound becomes the object's own
   file_->Adopt(std::unique_ptr<BasicSample>(file));
 }
 void genericSample::writeValuesToWav(WavSample* file) const { file_->CopyParametersTo(*file); }
@@ -131,9 +132,22 @@ void genericSample::clearPitchData() { setPitchData({}); }
 void genericSample::setPitchData(std::vector<float> track) {
   std::shared_ptr<const std::vector<float>> kept;
   if (!track.empty()) kept = std::make_shared<const std::vector<float>>(std::move(track));
-  const std::lock_guard<std::mutex> hold(file_->pitchMutex);
-  if (file_->pitchTrack != nullptr) qxWithdrawBuffer(file_->pitchTrack->data());
-  file_->pitchTrack = std::move(kept);
+  {
+    const std::lock_guard<std::mutex> hold(file_->pitchMutex);
+    file_->pitchTrack.swap(kept);
+  }
+  // The handle dies before the track that it stands for does.
+  if (kept != nullptr) qxWithdrawBuffer(kept->data());
+}
+
+int32_t genericSample::PitchTrackHandle(int32_t& handle) const {
+  const auto track = pitchTrack();
+  handle = 0;
+  if (track == nullptr) return 0;
+  handle = qxBufferHandle(track->data(), track->size() * sizeof(float));
+  // A worker may have replaced the track meanwhile, and would not know of this handle.
+  if (pitchTrack() != track) qxWithdrawBuffer(track->data());
+  return static_cast<int32_t>(track->size());
 }
 
 std::shared_ptr<const std::vector<float>> genericSample::pitchTrack() const {

@@ -45,6 +45,15 @@ void ROCPad::Send(int, int) {
   });
 }
 
+void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
+  ZylPost([pad, value] {
+    auto* target = dynamic_cast<ROCPad*>(pad.Object());
+    if (target == nullptr || target->Value()->Type() != value.Type()) return;
+    *target->Value() = value;
+    target->Send(0, 1);
+  });
+}
+
 void ROCPad::UpdateOwner() {
   if (listener_ != nullptr) listener_->OnUpdate(*this, *value_);
 }

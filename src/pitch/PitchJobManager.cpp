@@ -1,0 +1,189 @@
+#include "pitch/PitchJobManager.h"
+
+#include <wx/time.h>
+
+#include <algorithm>
+#include <cmath>
+
+PitchJobManager::PitchJobManager() : ended_(endedMutex_) { g_pInfoDispatcher = this; }
+
+PitchJobManager::~PitchJobManager() {
+  StopAll();
+  g_pInfoDispatcher = nullptr;
+}
+
+void PitchJobManager::StopAll() {
+  CancelAll();
+  wxMutexLocker hold(endedMutex_);
+  while (living_ > 0) {
+    // A worker parks after its last step; those that have not yet are asked again soon.
+    endedMutex_.Unlock();
+    ReapFinished();
+    endedMutex_.Lock();
+    if (living_ > 0) ended_.WaitTimeout(1);
+  }
+}
+
+void PitchJobManager::ThreadEnded() {
+  const wxMutexLocker hold(endedMutex_);
+  --living_;
+  ended_.Signal();
+}
+
+PitchJobThread* PitchJobManager::NewThread(const zyl::PitchSettings& settings) {
+  {
+    const wxMutexLocker hold(endedMutex_);
+    ++living_;
+  }
+  return new PitchJobThread(*this, settings);
+}
+
+void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& program,
+                                    int keygroup) {
+  for (int z = 0; z < kZones; ++z) {
+    genericSample* sample = program.sampleTable[kZones * keygroup + z];
+    if (sample != nullptr && !sample->hasPitchData()) thread.Queue(sample);
+  }
+}
+
+void PitchJobManager::Start(PitchJobThread* thread) {
+  threads_.AddTail(thread);
+  ++listed_;
+  if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) return;
+  // The system gives no thread: nothing of the request is left behind.
+  threads_.Remove(threads_.Find(thread));
+  --listed_;
+  delete thread;
+}
+
+void PitchJobManager::StartSampleJob(genericSample* sample, const zyl::PitchSettings& settings) {
+  PitchJobThread* thread = NewThread(settings);
+  thread->Queue(sample);
+  Start(thread);
+}
+
+void PitchJobManager::StartKeygroupJob(const akaiProgram& program, int keygroup,
+                                       const zyl::PitchSettings& settings) {
+  PitchJobThread* thread = NewThread(settings);
+  QueueKeygroup(*thread, program, keygroup);
+  Start(thread);
+}
+
+void PitchJobManager::StartProgramJob(const akaiProgram& program,
+                                      const zyl::PitchSettings& settings) {
+  PitchJobThread* thread = NewThread(settings);
+  for (int k = 0; k < program.KeyGroupCount(); ++k) QueueKeygroup(*thread, program, k);
+  Start(thread);
+}
+
+void PitchJobManager::OnSampleDeleting(genericSample* sample) {
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
+    node->item->RemoveSample(sample);
+  }
+}
+
+void PitchJobManager::CancelAll() {
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) node->item->StopNow();
+}
+
+void PitchJobManager::ReapFinished() {
+  for (auto* node = threads_.Head(); node != nullptr;) {
+    auto* next = node->next;
+    PitchJobThread* thread = node->item;
+    if (thread->IsParked()) {
+      const bool last = threads_.Count() == 1;
+      threads_.Remove(node);
+      --listed_;
+      thread->Release();
+      if (last) return;  // the list's nodes went with its last one
+    }
+    node = next;
+  }
+}
+
+namespace {
+
+int32_t Held(double value) {
+  return static_cast<int32_t>(std::clamp(value, 0.0, 2147483647.0));
+}
+
+}  // namespace
+
+int32_t PitchJobManager::TimeLeft() {
+  ReapFinished();
+  double sum = 0;
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
+    const PitchJobThread& thread = *node->item;
+    const uint32_t done = thread.DoneFrames();
+    if (done == 0) continue;
+    const uint32_t left = thread.TotalFrames() - done;
+    const auto elapsed = static_cast<double>(wxGetCurrentTime() - thread.StartTime());
+    sum += std::trunc(static_cast<double>(left) / done * elapsed);
+  }
+  return Held(sum);
+}
+
+int32_t PitchJobManager::TimeTotal() {
+  ReapFinished();
+  double sum = 0;
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
+    const PitchJobThread& thread = *node->item;
+    const uint32_t done = thread.DoneFrames();
+    if (done == 0) continue;
+    const auto elapsed = static_cast<double>(wxGetCurrentTime() - thread.StartTime());
+    sum += std::trunc(static_cast<double>(thread.TotalFrames()) / done * elapsed);
+  }
+  return Held(sum);
+}
+
+int32_t PitchJobManager::ProgressRatio() {
+  ReapFinished();
+  uint32_t total = 0;
+  uint32_t done = 0;
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
+    total += node->item->TotalFrames();
+    done += node->item->DoneFrames();
+  }
+  return total == 0 ? 0 : Held(done * 2147483647.0 / total);
+}
+
+int32_t PitchJobManager::CurrentSampleNames(ROCParam& array) {
+  ReapFinished();
+  const int32_t count = threads_.Count();
+  array.SetSize(4 * count);
+  int i = 0;
+  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
+    array.Element(i++).SetStr(node->item->CurrentName());
+  }
+  return count;
+}
+
+void PitchJobManager::SetProgressPad(ROCPad* pad) {
+  const wxCriticalSectionLocker hold(padLock_);
+  progressPad_.SetRIOPtr(pad);
+}
+void PitchJobManager::SetFinishedPad(ROCPad* pad) {
+  const wxCriticalSectionLocker hold(padLock_);
+  finishedPad_.SetRIOPtr(pad);
+}
+
+ROCParam PitchJobManager::PadOf(const ROCParam& pad) const {
+  const wxCriticalSectionLocker hold(padLock_);
+  return pad;
+}
+
+void PitchJobManager::NotifyProgress() {
+  ZylSendThroughPad(PadOf(progressPad_), ROCParam(listed_ > 0 ? 1 : 0));
+}
+
+void PitchJobManager::NotifyFinished(const std::string& name) {
+  ZylSendThroughPad(PadOf(finishedPad_), ROCParam(std::string_view(name)));
+}
+
+void PitchJobManager::NotifyCleared(const char* name) {
+  // Only pads are ever kept here.
+  auto* pad = static_cast<ROCPad*>(finishedPad_.Object());
+  if (name == nullptr || pad == nullptr || pad->Value()->Type() != kTypeString) return;
+  pad->Value()->SetStr(name);
+  if (pad->Owner() != nullptr) pad->UpdateOwner();
+}

@@ -1,0 +1,113 @@
+#include "pitch/PitchMethods.h"
+
+#include "frame/Module.h"
+#include "host/qx.h"
+
+namespace {
+
+PitchJobManager& Jobs() { return ModuleState::Get().pitchJobs; }
+
+// The settings of a request, which the program object keeps from then on.
+zyl::PitchSettings KeepSettings(ZylSProgram& object, const MinPeriodArg& minPeriod,
+                                const MaxPeriodArg& maxPeriod, const SmoothLengthArg& smoothLength,
+                                const FindPitchLenArg& findPitchLen, const RMSthresArg& rmsThres) {
+  const zyl::PitchSettings standard;
+  object.minPeriod = minPeriod.ValueOr(standard.minPeriodHz);
+  object.maxPeriod = maxPeriod.ValueOr(standard.maxPeriodHz);
+  object.smoothLength = smoothLength.ValueOr(standard.smoothLength);
+  object.findPitchLen = findPitchLen.ValueOr(standard.findPitchLen);
+  object.rmsThres = rmsThres.ValueOr(standard.rmsThres);
+  return {object.minPeriod, object.maxPeriod, object.smoothLength, object.findPitchLen,
+          object.rmsThres};
+}
+
+ROCPad* PadOf(const CBModuleArg& module, const char* name) {
+  RIOObject* object = module.Object();
+  return object == nullptr ? nullptr : ZylFindPad(object->GetDispatch(true), name);
+}
+
+}  // namespace
+
+bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeriod,
+                     MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
+                     FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
+  const auto settings =
+      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  if (sample.Record() == nullptr || sample.Record()->hasPitchData()) return false;
+  Jobs().StartSampleJob(sample.Record(), settings);
+  return true;
+}
+
+bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+                       MinPeriodArg minPeriod, MaxPeriodArg maxPeriod,
+                       SmoothLengthArg smoothLength, FindPitchLenArg findPitchLen,
+                       RMSthresArg rmsThres) {
+  const auto settings =
+      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  if (program->sampleTable == nullptr || *keygroup < 0) return false;
+  Jobs().StartKeygroupJob(*program.record, *keygroup, settings);
+  return true;
+}
+
+bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg minPeriod,
+                      MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
+                      FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
+  const auto settings =
+      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  if (program->sampleTable == nullptr) return false;
+  Jobs().StartProgramJob(*program.record, settings);
+  return true;
+}
+
+bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
+  if (sample.Record() == nullptr) return false;
+  sample.object->NotifyDeleting();
+  sample.Record()->clearPitchData();
+  Jobs().NotifyCleared(sample.Record()->name);
+  return true;
+}
+
+bool ClearProgramPitch(ZylSProgram& object, LoadedProgram program) {
+  if (program->sampleTable == nullptr) return false;
+  // A module that is told may change the program: every step looks at what is there then.
+  for (int i = 0; object.program == program.record && i < kZones * program->KeyGroupCount(); ++i) {
+    genericSample* sample = program->sampleTable[i];
+    if (sample == nullptr) continue;
+    if (CSample* known = object.sampleObjects.FindBySample(sample)) known->NotifyDeleting();
+    if (object.program != program.record || i >= kZones * program->KeyGroupCount()) break;
+    if (program->sampleTable[i] != sample || !sample->hasPitchData()) continue;
+    sample->setPitchData({});
+    Jobs().NotifyCleared(sample->name);
+  }
+  return true;
+}
+
+void PitchDataProgressCB(ZylSProgram&, CBModuleArg module) {
+  Jobs().SetProgressPad(PadOf(module, "progressUpdate"));
+}
+void PitchDataProgressCBFinish(ZylSProgram&, CBModuleArg module) {
+  Jobs().SetFinishedPad(PadOf(module, "pitchDataFinished"));
+}
+void PitchDataCalcCancel(ZylSProgram&) { Jobs().CancelAll(); }
+int32_t PitchDataCalculating(ZylSProgram&) { return Jobs().ThreadCount(); }
+int32_t PitchDataTimeLeft(ZylSProgram&) { return Jobs().TimeLeft(); }
+int32_t PitchDataTimeTotal(ZylSProgram&) { return Jobs().TimeTotal(); }
+int32_t PitchDataProgressRatio(ZylSProgram&) { return Jobs().ProgressRatio(); }
+int32_t PitchDataCalcSamples(ZylSProgram&, ArrayArg<"SampleArray"> names) {
+  return Jobs().CurrentSampleNames(*names.param);
+}
+
+bool SampleCompare(ZylSProgram&, OtherSample<"Sample1", NullObject::kAllowed> first,
+                   OtherSample<"Sample2", NullObject::kAllowed> second) {
+  const genericSample* one = first.Record();
+  const genericSample* two = second.Record();
+  if (one == nullptr || two == nullptr) return one == two;
+  return one->sourceId == two->sourceId;
+}
+
+int32_t SampleGetPitchData(ZylSProgram&, SampleArg sample, Arg<int32_t, "Buffer"> buffer) {
+  int32_t handle = 0;
+  const int32_t values = sample->PitchTrackHandle(handle);
+  buffer.param->SetInt(handle);
+  return values;
+}

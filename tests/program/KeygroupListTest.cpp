@@ -1,0 +1,200 @@
+// The keygroup list: a keygroup's record, extension and samples stay together through everything.
+#include <random>
+
+#include "program/ProgramFileTools.h"
+
+namespace zyl::test {
+namespace {
+
+class KeygroupList : public ModuleTest {
+ protected:
+  // One keygroup for each (low, high) pair; its tune says where it stood at first.
+  void MakeKeys(const std::vector<std::pair<int, int>>& keys) {
+    program.Make(static_cast<int>(keys.size()));
+    for (int k = 0; k < static_cast<int>(keys.size()); ++k) {
+      program("KGlowKey", k, keys[static_cast<size_t>(k)].first);
+      program("KGhighKey", k, keys[static_cast<size_t>(k)].second);
+      Mark(k, k);
+    }
+  }
+  // Marks record, extension and a zone's path of a keygroup with a number.
+  void Mark(int k, int mark) {
+    program("KGtune", k, mark);
+    program("KGenv3Rate1", k, mark);
+    program("ZoneSamplePath", k, 3, std::to_string(mark));
+  }
+  std::vector<int> Order() {
+    std::vector<int> order;
+    for (int k = 0; program("KGtune", k).Ok(); ++k) {
+      order.push_back(program("KGtune", k).Int());
+      EXPECT_EQ(program("KGenv3Rate1", k).Int(), order.back()) << "extension of " << k;
+      EXPECT_EQ(program("ZoneSamplePath", k, 3).Text(), std::to_string(order.back()));
+    }
+    return order;
+  }
+  Program program;
+};
+
+TEST_F(KeygroupList, SelectSetsOneOrAllAndAnswersAsTheIndexSays) {
+  MakeKeys({{0, 1}, {0, 1}, {0, 1}, {0, 1}});
+  EXPECT_FALSE(program("KGSelect", 2, true).Bool());
+  EXPECT_TRUE(program("KGSelect", 2).Bool());
+  EXPECT_FALSE(program("KGSelect", -1).Bool());
+  EXPECT_TRUE(program("KGSelect", -1, true).Bool());
+  for (int k = 0; k < 4; ++k) EXPECT_TRUE(program("KGSelect", k).Bool());
+  EXPECT_FALSE(program("KGSelect", -5, false).Bool());
+  for (int k = 0; k < 4; ++k) EXPECT_FALSE(program("KGSelect", k).Bool());
+  ExpectException(program("KGSelect", 4, 0.5), "ZylSProgram::KGSelect: Keygroup index out of range!");
+}
+
+TEST_F(KeygroupList, FindByKeyGivesTheFirstFromTheStart) {
+  MakeKeys({{0, 47}, {48, 71}, {60, 84}});
+  struct {
+    int key;
+    int startAt;
+    int found;
+  } const rows[] = {{60, 0, 1}, {60, 2, 2},  {60, -5, 1}, {60, 3, -1}, {47, 0, 0},
+                    {48, 0, 1}, {84, 0, 2},  {85, 0, -1}, {-1, 0, -1}, {256 + 60, 0, -1}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(program("KGFindByKey", row.key, row.startAt).Int(), row.found) << row.key;
+  }
+  EXPECT_EQ(program("KGFindByKey", 60).Int(), 1);
+}
+
+TEST_F(KeygroupList, SortOrdersByTheKeyAndTakesTheLastOfEqualsFirst) {
+  struct {
+    std::vector<std::pair<int, int>> keys;
+    int by;
+    int direction;
+    std::vector<int> order;
+  } const rows[] = {
+      {{{60, 1}, {12, 2}, {36, 3}}, 100, 0, {1, 2, 0}},
+      {{{60, 1}, {12, 2}, {36, 3}}, 100, 1, {0, 2, 1}},
+      {{{60, 1}, {12, 200}, {36, 30}}, 101, 1, {1, 2, 0}},
+      {{{60, 1}, {12, 200}, {36, 30}}, 101, 0, {0, 2, 1}},
+      {{{5, 0}, {3, 0}, {3, 0}}, 100, 0, {2, 1, 0}},
+      {{{3, 0}, {3, 0}, {3, 0}}, 100, 0, {0, 1, 2}},
+      {{{3, 0}, {5, 0}, {5, 0}}, 100, 7, {2, 1, 0}},
+      {{{60, 1}, {12, 2}, {36, 3}}, 7, 0, {0, 1, 2}},
+  };
+  for (const auto& row : rows) {
+    MakeKeys(row.keys);
+    EXPECT_TRUE(program("KGSort", row.by, row.direction).Ok());
+    EXPECT_EQ(Order(), row.order) << row.by << " " << row.direction;
+  }
+}
+
+TEST_F(KeygroupList, MoveShiftsThoseBetweenAndRefusesOtherIndexes) {
+  const std::vector<std::pair<int, int>> keys(4, {0, 127});
+  struct {
+    int from;
+    int to;
+    std::vector<int> order;
+  } const rows[] = {{0, 2, {1, 2, 0, 3}},  {3, 1, {0, 3, 1, 2}},  {1, 1, {0, 1, 2, 3}},
+                    {-1, 2, {0, 1, 2, 3}}, {0, 4, {0, 1, 2, 3}},  {4, 0, {0, 1, 2, 3}},
+                    {2, -1, {0, 1, 2, 3}}, {INT32_MIN, INT32_MAX, {0, 1, 2, 3}}};
+  for (const auto& row : rows) {
+    MakeKeys(keys);
+    EXPECT_TRUE(program("KGMove", row.from, row.to).Ok());
+    EXPECT_EQ(Order(), row.order) << row.from << " to " << row.to;
+  }
+}
+
+TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
+  WriteWave(Path("a.wav"), {{1, 2}});
+  MakeKeys({{0, 1}, {0, 1}});
+  program("ZoneSampleSet", 1, 0, Path("a.wav"));
+  EXPECT_EQ(program("KGCreate", 0).Int(), 2);
+  EXPECT_EQ(program("KGhighKey", 0).Int(), 127);
+  EXPECT_EQ(program("KGCreate", 99).Int(), 3);
+  EXPECT_EQ(program("KGCreate", -1).Int(), 4);
+  EXPECT_EQ(program("KGtune", 2).Int(), 1);
+  EXPECT_TRUE(program("ZoneSampleExists", 2, 0).Bool()) << "the sample moved with its keygroup";
+  const Program copy;
+  copy.Make();
+  EXPECT_EQ(copy("KGCreate", 0, program.Algo(), 2).Int(), 1);
+  EXPECT_EQ(copy("KGtune", 0).Int(), 1);
+  EXPECT_TRUE(copy("ZoneSampleExists", 0, 0).Bool());
+  EXPECT_EQ(copy("KGCreate", 0, copy.Algo()).Int(), 2) << "out of itself, keygroup 0";
+  EXPECT_EQ(copy("KGtune", 1).Int(), 1);
+  for (const int missing : {-1, 5, INT32_MAX}) {
+    EXPECT_EQ(copy("KGCreate", 0, program.Algo(), missing).Int(), 2) << "there is nothing to copy";
+  }
+  ExpectArgType(copy("KGCreate", 0, program.Algo(), "x"), "KGToCopy", kTypeInteger, 3);
+  EXPECT_EQ(copy("KGCreate", 0, NullObject{}, "x").Int(), 3) << "not looked at without a source";
+  EXPECT_TRUE(copy("KGDelete", -1).Ok());
+  ExpectException(copy("KGDelete", 4), "ZylSProgram::KGDelete: Keygroup index out of range!");
+  for (int left = 4; left > 0; --left) EXPECT_TRUE(copy("KGDelete", 0).Ok());
+  EXPECT_EQ(copy("PRGkeyGroups").Int(), 0);
+  EXPECT_TRUE(copy("KGSort", 100, 0).Ok());
+  EXPECT_EQ(copy("KGFindByKey", 60).Int(), -1);
+  ASSERT_TRUE(copy("Write", Path("none.zprg")).Bool());
+  ASSERT_TRUE(copy("Read", Path("none.zprg")).Bool());
+  EXPECT_EQ(copy("KGCreate", 0).Int(), 0);
+  EXPECT_FALSE(copy("Dirty", false).Bool() && copy("Dirty").Bool());
+}
+
+TEST_F(KeygroupList, RandomOperationsKeepRecordExtensionAndPathTogether) {
+  std::mt19937 random(5);
+  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+  MakeKeys({{0, 1}});
+  std::vector<int> order = {0};
+  for (int step = 1; step < 300; ++step) {
+    const int size = static_cast<int>(order.size());
+    const int at = below(size);
+    switch (size < 3 ? 0 : below(3)) {
+      case 0:
+        program("KGCreate", at);
+        Mark(at, step % 120);
+        order.insert(order.begin() + at, step % 120);
+        break;
+      case 1:
+        program("KGDelete", at);
+        order.erase(order.begin() + at);
+        break;
+      default: {
+        const int to = below(size);
+        program("KGMove", at, to);
+        const int moved = order[static_cast<size_t>(at)];
+        order.erase(order.begin() + at);
+        order.insert(order.begin() + to, moved);
+      }
+    }
+    ASSERT_EQ(Order(), order) << "step " << step;
+  }
+}
+
+TEST_F(KeygroupList, ACountBeyondTheRecordsReachesNothingBeyondThem) {
+  MakeKeys({{0, 127}});
+  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 1);
+  EXPECT_EQ(program("PRGkeyGroups").Int(), 300);
+  for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
+    const std::string name = row->name;
+    const bool keygroup = name.rfind("KG", 0) == 0 || name == "TolmoKGreverb" || name == "TolmoKGecho";
+    const bool zone = name.rfind("Zone", 0) == 0 || name.rfind("Sample", 0) == 0;
+    if ((!keygroup && !zone) || name.find("Value") != std::string::npos) continue;
+    if (name == "KGMove" || name == "KGSort" || name == "KGCreate" || name == "KGFindByKey") continue;
+    const Outcome outcome = zone ? program(row->name, 5, 0) : program(row->name, 5);
+    ASSERT_TRUE(outcome.error || name == "SampleCopyFile") << name;
+    if (!outcome.error || outcome.error->kind != ZylScriptError::kException) continue;
+    if (outcome.error->message.find("not available") != std::string::npos) continue;
+    EXPECT_EQ(outcome.error->message, "ZylSProgram::" + name + ": Keygroup index out of range!");
+  }
+  program("KGtune", -1, 5);
+  program("KGSelect", -1, true);
+  program("KGfilterFreq", -2, 80);
+  EXPECT_EQ(program("KGFindByKey", 60, 0).Int(), 0);
+  EXPECT_TRUE(program("KGSort", 100, 0).Ok());
+  EXPECT_TRUE(program("KGMove", 0, 5).Ok());
+  ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
+  ASSERT_TRUE(program("Read", Path("p.zprg")).Bool());
+  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 1) << "the file says what is there";
+  EXPECT_EQ(program("KGfilterFreq", 0).Int(), 80);
+  EXPECT_EQ(program("KGCreate", 300).Int(), 1);
+  EXPECT_EQ(program("PRGkeyGroups", 0).Int(), 2);
+  EXPECT_EQ(program("KGFindByKey", 60).Int(), -1);
+  ExpectException(program("KGDelete", 0), "ZylSProgram::KGDelete: Keygroup index out of range!");
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,299 @@
+// Program files: what is written comes back; what is damaged does not come at all.
+#include <sys/resource.h>
+
+#include <csignal>
+#include <random>
+
+#include "program/ProgramFileTools.h"
+
+using namespace std::string_literals;
+
+namespace zyl::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ProgramFile : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    fs::create_directories(Path("a/samples"));
+    WriteWave(Path("a/samples/s.wav"), {{1, 2, 3, 4}, {5, 6, 7, 8}});
+  }
+  // A program of two keygroups in a/p.zprg, one zone of it on the second channel of a sample.
+  void WriteSmall(int mode = 51) {
+    program.Make(2);
+    program("FileName", Path("a/p.zprg"));
+    program("PRGpoly", 7);
+    program("TolmoPRGecho", 9);
+    program("ZoneSampleSet", 1, 2, Path("a/samples/s.wav"));
+    HeldRecord(Path("a/p.zprg"))->setSample(Path("a/samples/s.wav").c_str(), 1, 2, 1, 0);
+    ASSERT_TRUE(program("Write", Path("a/p.zprg"), mode).Bool()) << diagnostics;
+  }
+  std::string ZonePath(const Program& of) { return of("ZoneSamplePath", 1, 2).Text(); }
+  bool HasSample(const Program& of) { return of("ZoneSampleExists", 1, 2).Bool(); }
+  bool Reads(const std::string& bytes) {
+    WriteBytes(Path("try.zprg"), bytes);
+    return Program()("Read", Path("try.zprg")).Bool();
+  }
+  size_t FilesIn(const std::string& folder) {
+    return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {}));
+  }
+  Program program;
+};
+
+TEST_F(ProgramFile, EveryByteOfTheImagesComesBackAndTheNextFileIsTheSame) {
+  WriteSmall();
+  std::mt19937 random(17);
+  {
+    const HeldRecord record(Path("a/p.zprg"));
+    const auto scramble = [&](void* image, size_t bytes, auto keep) {
+      for (size_t i = 0; i < bytes; ++i) {
+        if (!keep(i)) static_cast<uint8_t*>(image)[i] = static_cast<uint8_t>(random());
+      }
+    };
+    // What the library keeps itself: channel, count, file name, mask and locks.
+    scramble(static_cast<akaiProgramHdr*>(record.operator->()), sizeof(akaiProgramHdr),
+             [](size_t i) {
+               return i == 16 || i == 42 || (i >= 164 && i < 168) || (i >= 220 && i < 352) ||
+                      i >= 356;
+             });
+    for (int k = 0; k < 2; ++k) {
+      const auto none = [](size_t) { return false; };
+      scramble(&record->keyGroupArray[k], sizeof(akaiKeyGroup), none);
+      scramble(static_cast<vendlKeyGroupImage*>(&record->keyGroupExtensions[k]),
+               sizeof(vendlKeyGroupImage), none);
+    }
+    scramble(record->tolmoChunk.get(), sizeof(TolmoChunk), [](size_t) { return false; });
+  }
+  ASSERT_TRUE(program("Write").Bool());
+  const std::string first = ReadBytes(Path("a/p.zprg"));
+  program("Create", NullObject{});
+  ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool()) << diagnostics;
+  EXPECT_FALSE(HeldRecord(Path("a/p.zprg"))->sampleTable[6] == nullptr);
+  EXPECT_EQ(HeldRecord(Path("a/p.zprg"))->sampleTable[6]->channel, 1);
+  ASSERT_TRUE(program("Write", Path("a/q.zprg")).Bool());
+  const std::string second = ReadBytes(Path("a/q.zprg"));
+  EXPECT_EQ(first.size(), second.size());
+  const auto differ = std::mismatch(first.begin(), first.end(), second.begin(), second.end());
+  EXPECT_TRUE(first == second) << "from byte " << differ.first - first.begin();
+}
+
+TEST_F(ProgramFile, ChunksThatAreNotKnownAreKept) {
+  WriteSmall();
+  const std::string body = Body(ReadBytes(Path("a/p.zprg")));
+  // Ids that are nearly known ones, an empty chunk, and one id twice.
+  const std::string others = Chunk("NEW1", "some data") + Chunk("D KG", "x") + Chunk("HEA\0"s, "y") +
+                             Chunk("\0\0\0\0"s, "") + Chunk("NEW1", std::string(1000, '\xEE'));
+  WriteBytes(Path("a/p.zprg"), WithSum(body + others));
+  ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool()) << diagnostics;
+  EXPECT_EQ(program("PRGpoly").Int(), 7);
+  ASSERT_TRUE(program("Write", Path("a/q.zprg")).Bool());
+  EXPECT_EQ(ReadBytes(Path("a/q.zprg")), WithSum(body + others));
+}
+
+TEST_F(ProgramFile, AnyDamageReadsAsNoProgram) {
+  WriteSmall();
+  const std::string file = ReadBytes(Path("a/p.zprg"));
+  for (size_t i = 0; i < file.size(); ++i) {
+    for (const int flip : {0x01, 0x80, 0xFF}) {
+      std::string damaged = file;
+      damaged[i] = static_cast<char>(damaged[i] ^ flip);
+      EXPECT_FALSE(Reads(damaged)) << "byte " << i << " changed by " << flip;
+    }
+    EXPECT_FALSE(Reads(file.substr(0, i))) << "cut to " << i << " bytes";
+  }
+  EXPECT_FALSE(Reads(file + '\0'));
+  EXPECT_TRUE(Reads(file));
+}
+
+TEST_F(ProgramFile, DamageUnderAFittingChecksumNeverCrashes) {
+  WriteSmall();
+  const std::string body = Body(ReadBytes(Path("a/p.zprg")));
+  for (size_t i = 0; i < body.size(); ++i) {
+    for (const int flip : {0x01, 0x80, 0xFF}) {
+      std::string damaged = body;
+      damaged[i] = static_cast<char>(damaged[i] ^ flip);
+      Reads(WithSum(damaged));
+    }
+  }
+  const std::string head = body.substr(0, 8 + 8 + sizeof(akaiProgramHdr));
+  struct {
+    const char* what;
+    std::string body;
+    bool good;
+  } const rows[] = {
+      {"no keygroups at all", head, true},
+      {"a chunk twice", body + body.substr(8, 8 + sizeof(akaiProgramHdr)), false},
+      {"keygroups without extensions", head + Chunk("KGRP", std::string(192, 'k')), false},
+      {"half a keygroup", head + Chunk("KGRP", std::string(96, 'k')), false},
+      {"a path of a zone that is not there",
+       head + Chunk("PATH", Little32(0) + Little32(0) + Little32(0) + Little32(0) + Little32(0)),
+       false},
+      {"an organ extension of another size", head + Chunk("TOLM", "short"), false},
+      {"no header", body.substr(0, 8), false},
+      {"a chunk longer than the file", head + "LONG" + Little32(0xFFFFFFFF), false},
+      {"a later version", "ZYLP\2\0\0\0"s + body.substr(8), false},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Reads(WithSum(row.body)), row.good) << row.what << "\n" << diagnostics;
+  }
+  EXPECT_NE(diagnostics.find("later version"), std::string::npos);
+}
+
+TEST_F(ProgramFile, SamplesAreFoundAgainWhereTheModeSaysSo) {
+  struct {
+    int mode;
+    bool folderMoved;  // else only the program file
+    bool found;
+  } const rows[] = {{51, true, true},   {51, false, true},  {1 + 16, true, true},
+                    {1 + 16, false, false}, {1 + 32, true, false}, {1 + 32, false, true},
+                    {1, false, true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::to_string(row.mode) + (row.folderMoved ? " folder" : " file"));
+    SetUp();
+    WriteSmall(row.mode);
+    program("Create", NullObject{});
+    fs::create_directories(Path("b"));
+    fs::remove_all(Path("b"));
+    if (row.folderMoved) {
+      fs::rename(Path("a"), Path("b"));
+    } else {
+      fs::create_directories(Path("b"));
+      fs::rename(Path("a/p.zprg"), Path("b/p.zprg"));
+    }
+    ASSERT_TRUE(program("Read", Path("b/p.zprg")).Bool());
+    EXPECT_EQ(HasSample(program), row.found) << diagnostics;
+    const std::string where = row.folderMoved && row.found ? "b" : "a";
+    EXPECT_EQ(ZonePath(program), Path(where + "/samples/s.wav"));
+    fs::remove_all(Path("a"));
+    fs::remove_all(Path("b"));
+  }
+}
+
+TEST_F(ProgramFile, AMissingSampleKeepsItsPathItsChannelAndBothPlacesThroughWrites) {
+  WriteSmall();
+  program("Create", NullObject{});
+  fs::create_directories(Path("b"));
+  fs::rename(Path("a/p.zprg"), Path("b/p.zprg"));
+  fs::rename(Path("a/samples"), Path("aside"));
+  for (int round = 0; round < 2; ++round) {
+    diagnostics.clear();
+    ASSERT_TRUE(program("Read", Path("b/p.zprg")).Bool());
+    EXPECT_FALSE(HasSample(program));
+    EXPECT_EQ(ZonePath(program), Path("a/samples/s.wav"));
+    EXPECT_NE(diagnostics.find(Path("a/samples/s.wav")), std::string::npos);
+    ASSERT_TRUE(program("Write", Path("b/p.zprg")).Bool());
+  }
+  for (const char* home : {"a/samples", "b/samples"}) {
+    fs::rename(Path("aside"), Path(home));
+    ASSERT_TRUE(program("Read", Path("b/p.zprg")).Bool());
+    EXPECT_TRUE(HasSample(program)) << home;
+    EXPECT_EQ(HeldRecord(Path("b/p.zprg"))->sampleTable[6]->channel, 1);
+    fs::rename(Path(home), Path("aside"));
+  }
+}
+
+TEST_F(ProgramFile, WithoutLoadingTheZonesHavePathsAndNoSamples) {
+  WriteSmall();
+  program("Create", NullObject{});
+  ASSERT_TRUE(program("Read", Path("a/p.zprg"), 0).Bool());
+  EXPECT_FALSE(HasSample(program));
+  EXPECT_EQ(ZonePath(program), Path("a/samples/s.wav"));
+  EXPECT_EQ(program("KGFindByKey", 60).Int(), 0);
+}
+
+TEST_F(ProgramFile, APathOf400BytesWorksAndComesBackWhole) {
+  std::string folder = Path("a");
+  while (folder.size() < 400) folder += "/\u00e4\u6f22\U0001f3b9-" + std::string(40, 'x');
+  fs::create_directories(folder);
+  const std::string path = folder + "/\u00fc.zprg";
+  WriteWave(folder + "/s.wav", {{1}});
+  WriteSmall();
+  program("ZoneSampleSet", 1, 2, folder + "/s.wav");
+  program("FileName", path);
+  EXPECT_EQ(program("FileName").Text(), path);
+  ASSERT_TRUE(program("Write").Bool()) << diagnostics;
+  ASSERT_TRUE(program("Read", path).Bool()) << diagnostics;
+  EXPECT_EQ(program("FileName").Text(), path);
+  EXPECT_EQ(ZonePath(program), folder + "/s.wav");
+  const HeldRecord record(path);
+  const std::string field(record->fileName);
+  EXPECT_LT(field.size(), sizeof(record->fileName));
+  EXPECT_EQ(path.rfind(field, 0), 0u) << "the image's field carries the beginning";
+  EXPECT_NE(path[field.size()] & 0xC0, 0x80) << "it was cut inside a character";
+}
+
+TEST_F(ProgramFile, AWriteThatFailsLeavesTheOldFileAndTheDirtyMark) {
+  WriteSmall();
+  const std::string before = ReadBytes(Path("a/p.zprg"));
+  const size_t files = FilesIn(Path("a"));
+  program("PRGpoly", 8);
+  EXPECT_FALSE(program("Write", Path("missing/p.zprg")).Bool());
+  EXPECT_FALSE(program("Write", Path("a/samples")).Bool()) << "a folder is no file";
+  struct rlimit limit {};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const struct rlimit full {100, limit.rlim_max};
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &full);
+  const bool stored = program("Write").Bool();
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_FALSE(stored);
+  EXPECT_TRUE(program("Dirty").Bool());
+  EXPECT_EQ(ReadBytes(Path("a/p.zprg")), before);
+  EXPECT_EQ(FilesIn(Path("a")), files) << "a temporary file stayed";
+  EXPECT_TRUE(program("Write").Bool());
+  EXPECT_FALSE(program("Dirty").Bool());
+  EXPECT_NE(ReadBytes(Path("a/p.zprg")), before);
+}
+
+TEST_F(ProgramFile, ChangedSamplesAreStoredWhenTheModeSaysSo) {
+  WriteSmall();
+  const std::string wave = ReadBytes(Path("a/samples/s.wav"));
+  RIOObject* sample = program("SampleGet", 1, 2).Object();
+  program("Samplekey", sample, 61);
+  ASSERT_TRUE(program("Write", Path("a/p.zprg"), 1 + 16).Bool());
+  EXPECT_EQ(ReadBytes(Path("a/samples/s.wav")), wave);
+  EXPECT_TRUE(program("SampleDirty", 1, 2).Bool());
+  const std::string file = ReadBytes(Path("a/p.zprg"));
+  program("PRGpoly", 8);
+  ASSERT_TRUE(program("Write", Path("a/p.zprg"), 2).Bool());
+  EXPECT_NE(ReadBytes(Path("a/samples/s.wav")), wave);
+  EXPECT_EQ(ReadBytes(Path("a/p.zprg")), file) << "the program was not to be written";
+  EXPECT_FALSE(program("SampleDirty", 1, 2).Bool());
+  program("PrepareDelete");
+  program("Create", NullObject{});
+  ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool());
+  EXPECT_EQ(program("Samplekey", program("SampleGet", 1, 2).Object()).Int(), 61);
+}
+
+TEST_F(ProgramFile, AChangedSampleOfAReadOnlyKindGoesToAFreeWaveBesideTheProgram) {
+  // A sound file with a big-endian header of six words: two frames of one channel.
+  WriteBytes(Path("a/samples/t.au"), ".snd\0\0\0\x18\0\0\0\4\0\0\0\3\0\0\xAC\x44\0\0\0\1\0\1\0\2"s);
+  WriteWave(Path("a/x_y.wav"), {{9}});
+  const std::string taken = ReadBytes(Path("a/x_y.wav"));
+  WriteSmall();
+  program("ZoneSampleSet", 0, 0, Path("a/samples/t.au"));
+  ASSERT_TRUE(program("ZoneSampleExists", 0, 0).Bool()) << diagnostics;
+  program("SampleName", program("SampleGet", 0, 0).Object(), "x/y");
+  ASSERT_TRUE(program("Write").Bool()) << diagnostics;
+  EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), Path("a/x_y 2.wav"));
+  EXPECT_EQ(ReadBytes(Path("a/x_y.wav")), taken) << "another file was overwritten";
+  program("PrepareDelete");
+  program("Create", NullObject{});
+  ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool());
+  EXPECT_EQ(HeldRecord(Path("a/p.zprg"))->sampleTable[0]->shared().frameCount, 2);
+  // One of a kind that can be written stays in its file, however its extension is spelled.
+  fs::rename(Path("a/samples/s.wav"), Path("a/samples/S.WAVE"));
+  program("ZoneSampleSet", 0, 1, Path("a/samples/S.WAVE"));
+  program("SampleDirty", 0, 1, true);
+  ASSERT_TRUE(program("Write").Bool()) << diagnostics;
+  EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text(), Path("a/samples/S.WAVE"));
+  program("SampleName", program("SampleGet", 0, 0).Object(), std::string(400, 'n'));
+  HeldRecord(Path("a/p.zprg"))->sampleTable[0]->setFilePath("");
+  EXPECT_TRUE(program("Write").Bool()) << diagnostics;
+}
+
+}  // namespace
+}  // namespace zyl::test

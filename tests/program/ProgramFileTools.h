@@ -1,0 +1,61 @@
+// Program files taken apart and put together for tests.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+
+inline std::string ReadBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+inline void WriteBytes(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+inline std::string Little32(uint32_t value) {
+  std::string bytes;
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+  return bytes;
+}
+inline std::string Chunk(const std::string& id, const std::string& data) {
+  return id + Little32(static_cast<uint32_t>(data.size())) + data;
+}
+
+// CRC-32, bit by bit.
+inline uint32_t PlainChecksum(const std::string& bytes) {
+  uint32_t sum = 0xFFFFFFFFu;
+  for (const char c : bytes) {
+    sum ^= static_cast<uint8_t>(c);
+    for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ (0xEDB88320u & (0u - (sum & 1u)));
+  }
+  return ~sum;
+}
+inline constexpr size_t kSumChunkBytes = 12;
+// A program file without its checksum, and with a fitting one again.
+inline std::string Body(const std::string& file) {
+  return file.substr(0, file.size() - kSumChunkBytes);
+}
+inline std::string WithSum(const std::string& body) {
+  return body + Chunk("CSUM", Little32(PlainChecksum(body)));
+}
+
+// A use of a held record, for what no method reaches.
+class HeldRecord {
+ public:
+  explicit HeldRecord(const std::string& name) : record_(findAkaiProgram(0, name.c_str())) {
+    if (record_ == nullptr) throw std::runtime_error("no record is held as " + name);
+  }
+  ~HeldRecord() { deleteAkaiProgram(record_); }
+  HeldRecord(const HeldRecord&) = delete;
+  HeldRecord& operator=(const HeldRecord&) = delete;
+  akaiProgram* operator->() const { return record_; }
+
+ private:
+  akaiProgram* record_;
+};
+
+}  // namespace zyl::test
