@@ -42,7 +42,8 @@ local function tone(program, keygroup)
   program:SampleName(sample, ("tone %d Hz"):format(math.floor(hertz)))
 end
 
-local folder, output = arg[1], arg[2] or "first-program.zprg"
+local folder = arg[1] ~= "" and arg[1] or nil
+local output = arg[2] or "first-program.zprg"
 local files = recordings(folder or INSTALLED, not folder and "^bass_" or nil)
 if folder and #files == 0 then error("no WAVE, AIFF or FLAC file in " .. folder, 0) end
 if #files == 0 then print("The recordings are not installed: taking generated tones.") end

@@ -157,8 +157,11 @@ class Listener : public ROCAlgo {
 // A fixture with the module loaded and a folder that goes with the test.
 class ModuleTest : public testing::Test {
  protected:
-  void SetUp() override {
+  // Loaded before the members of a fixture are made: they may be program objects.
+  ModuleTest() {
     if (LoadedModule() == nullptr) LoadModule();
+  }
+  void SetUp() override {
     folder_ = std::filesystem::temp_directory_path() /
               ("zyl-test-" + std::to_string(::getpid()) + "-" + std::to_string(++last_));
     std::filesystem::create_directories(folder_);
