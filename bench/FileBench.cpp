@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "riff.h"
+#include "host/riff.h"
 
 namespace {
 

@@ -78,7 +78,13 @@ class ZYLHOST_API ROCParam {
   static ROCParam* NewData(const void* bytes, int size);
   ROCParam(const ROCParam& other);
   ROCParam& operator=(const ROCParam& other);
-  ~ROCParam();
+  ~ROCParam() {
+    if (HoldsMore()) Clear();
+  }
+  // Script calls make and free a value or two each: freed ones are kept for the next.
+  static void* operator new(size_t size);
+  static void* operator new(size_t, void* place) noexcept { return place; }
+  static void operator delete(void* memory, size_t size) noexcept;
 
   // Same type and same value; objects are the same when they are one object.
   bool operator==(const ROCParam& other) const;
@@ -107,11 +113,19 @@ class ZYLHOST_API ROCParam {
   ROCParam& Element(int index);
   int ElementCount() const;
 
-  void AddReference();
+  // A count that has reached its end stays there: the value is then kept for good rather than freed
+  // while it is still held.
+  void AddReference() {
+    if (references_ != UINT16_MAX) ++references_;
+  }
   // True when the last reference went and the value must be freed.
-  bool DropReference();
+  bool DropReference() { return references_ != UINT16_MAX && --references_ == 0; }
 
  private:
+  // The value owns something outside itself.
+  bool HoldsMore() const {
+    return type_ != kTypeInteger && type_ != kTypeBool && type_ != kTypeDouble;
+  }
   void Clear();
   void CopyFrom(const ROCParam& other);
   union Value {

@@ -95,8 +95,8 @@ bool KeygroupFieldMethod(Call& call, const Parameter& row) {
                       program->keyGroupExtensions, Addressed(*program.record, *index)};
   // Without keygroups there is no first one whose field could be named.
   if (!cells.range.IsEmpty()) cells.first = KeygroupField(*program.record, row, 0);
-  call.Return(newROCParam(VisitFieldType(
-      row.type, [&](auto value) { return CombinedValue<decltype(value)>(cells); })));
+  call.Return(newROCParam(
+      VisitFieldType(row.type, [&](auto value) { return CombinedValue<decltype(value)>(cells); })));
   if (!newValue) return true;
   const bool libraryStores =
       row.store == Store::kByteResonance || row.store == Store::kShortResonance;
@@ -105,9 +105,8 @@ bool KeygroupFieldMethod(Call& call, const Parameter& row) {
     VisitFieldType(row.type, [&](auto value) { StoreAll<decltype(value)>(cells, *newValue); });
   }
   if (row.store == Store::kField) return true;
-  ForEachAddressed(*program.record, *index, [&](int k) {
-    StoreBesideField(*program.record, row.store, k, *newValue);
-  });
+  ForEachAddressed(*program.record, *index,
+                   [&](int k) { StoreBesideField(*program.record, row.store, k, *newValue); });
   return true;
 }
 

@@ -15,7 +15,7 @@ enum class FieldType : uint8_t { kU8, kI8, kU16, kI16, kI32 };
 
 enum class Record : uint8_t {
   kProgram,
-  kTolmo,          // the program's organ extension
+  kTolmo,  // the program's organ extension
   kKeygroup,
   kExtension,      // of a keygroup
   kZone,           // inside its keygroup
@@ -25,10 +25,10 @@ enum class Record : uint8_t {
 
 // How a keygroup's new value is stored.
 enum class Store : uint8_t {
-  kField,            // in place, the program is dirty
-  kByteResonance,    // by the program library, which keeps its own account
+  kField,          // in place, the program is dirty
+  kByteResonance,  // by the program library, which keeps its own account
   kShortResonance,
-  kTolmo,            // in place, and the keygroup's organ extension is switched on
+  kTolmo,  // in place, and the keygroup's organ extension is switched on
 };
 
 struct Parameter {
@@ -83,9 +83,8 @@ inline void StoreField(std::byte* field, FieldType type, int32_t newValue) {
 }
 // The value that a field holds after `newValue` was stored.
 inline int32_t AsStored(FieldType type, int32_t newValue) {
-  return VisitFieldType(type, [&](auto value) -> int32_t {
-    return static_cast<decltype(value)>(newValue);
-  });
+  return VisitFieldType(
+      type, [&](auto value) -> int32_t { return static_cast<decltype(value)>(newValue); });
 }
 
 // The bytes of a field. The record and the keygroup must be there: `keygroup` and `zone` are taken

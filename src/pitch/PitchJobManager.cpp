@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 PitchJobManager::PitchJobManager() : ended_(endedMutex_) { g_pInfoDispatcher = this; }
 
@@ -24,18 +25,15 @@ void PitchJobManager::StopAll() {
   }
 }
 
+void PitchJobManager::ThreadMade() {
+  const wxMutexLocker hold(endedMutex_);
+  ++living_;
+}
+
 void PitchJobManager::ThreadEnded() {
   const wxMutexLocker hold(endedMutex_);
   --living_;
   ended_.Signal();
-}
-
-PitchJobThread* PitchJobManager::NewThread(const zyl::PitchSettings& settings) {
-  {
-    const wxMutexLocker hold(endedMutex_);
-    ++living_;
-  }
-  return new PitchJobThread(*this, settings);
 }
 
 void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& program,
@@ -46,34 +44,36 @@ void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& p
   }
 }
 
-void PitchJobManager::Start(PitchJobThread* thread) {
-  threads_.AddTail(thread);
+void PitchJobManager::Start(std::unique_ptr<PitchJobThread> thread) {
+  threads_.AddTail(thread.get());
   ++listed_;
-  if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) return;
+  if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) {
+    thread.release();  // it destroys itself, not before it is reaped
+    return;
+  }
   // The system gives no thread: nothing of the request is left behind.
-  threads_.Remove(threads_.Find(thread));
+  threads_.Remove(threads_.Find(thread.get()));
   --listed_;
-  delete thread;
 }
 
 void PitchJobManager::StartSampleJob(genericSample* sample, const zyl::PitchSettings& settings) {
-  PitchJobThread* thread = NewThread(settings);
+  auto thread = std::make_unique<PitchJobThread>(*this, settings);
   thread->Queue(sample);
-  Start(thread);
+  Start(std::move(thread));
 }
 
 void PitchJobManager::StartKeygroupJob(const akaiProgram& program, int keygroup,
                                        const zyl::PitchSettings& settings) {
-  PitchJobThread* thread = NewThread(settings);
+  auto thread = std::make_unique<PitchJobThread>(*this, settings);
   QueueKeygroup(*thread, program, keygroup);
-  Start(thread);
+  Start(std::move(thread));
 }
 
 void PitchJobManager::StartProgramJob(const akaiProgram& program,
                                       const zyl::PitchSettings& settings) {
-  PitchJobThread* thread = NewThread(settings);
+  auto thread = std::make_unique<PitchJobThread>(*this, settings);
   for (int k = 0; k < program.KeyGroupCount(); ++k) QueueKeygroup(*thread, program, k);
-  Start(thread);
+  Start(std::move(thread));
 }
 
 void PitchJobManager::OnSampleDeleting(genericSample* sample) {

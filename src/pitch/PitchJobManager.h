@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "host/akai.h"
@@ -52,13 +53,13 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void NotifyFinished(const std::string& name);  // from workers
   void NotifyCleared(const char* name);         // from the script thread
 
-  // A worker's last word.
+  // A worker's first and last word.
+  void ThreadMade();
   void ThreadEnded();
 
  private:
-  PitchJobThread* NewThread(const zyl::PitchSettings& settings);
   void QueueKeygroup(PitchJobThread& thread, const akaiProgram& program, int keygroup);
-  void Start(PitchJobThread* thread);
+  void Start(std::unique_ptr<PitchJobThread> thread);
   ROCParam PadOf(const ROCParam& pad) const;
 
   PlexList<PitchJobThread*> threads_;

@@ -3,11 +3,15 @@
 #include <wx/time.h>
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 #include "pitch/PitchJobManager.h"
 
 PitchJobThread::PitchJobThread(PitchJobManager& manager, const zyl::PitchSettings& settings)
-    : wxThread(wxTHREAD_DETACHED), manager_(manager), settings_(settings) {}
+    : wxThread(wxTHREAD_DETACHED), manager_(manager), settings_(settings) {
+  manager_.ThreadMade();
+}
 
 PitchJobThread::~PitchJobThread() {
   for (auto* node = jobs_.Head(); node != nullptr; node = node->next) delete node->item;
@@ -25,8 +29,12 @@ void PitchJobThread::Queue(genericSample* sample) {
 
 wxThread::ExitCode PitchJobThread::Entry() {
   startTime_ = wxGetCurrentTime();
-  for (auto* node = jobs_.Head(); node != nullptr && !cancel_; node = node->next) {
-    Analyze(*node->item);
+  for (auto* node = jobs_.Head(); node != nullptr; node = node->next) {
+    try {
+      Analyze(*node->item);
+    } catch (const std::bad_alloc&) {
+      // The sample stays without a track, as after a cancel.
+    }
   }
   manager_.NotifyProgress();
   Park();
@@ -34,15 +42,23 @@ wxThread::ExitCode PitchJobThread::Entry() {
 }
 
 void PitchJobThread::Analyze(Job& job) {
+  // The sound is held no longer than its job lasts: parked workers hold none.
+  const std::vector<SampleBlock> sound = std::move(job.sound);
+  if (cancel_) return;
   std::vector<const std::byte*> channels;
-  for (const SampleBlock& block : job.sound) channels.push_back(block.get());
+  for (const SampleBlock& block : sound) channels.push_back(block.get());
   zyl::PitchSource source;
   source.channelBuffers = channels.data();
   source.channelCount = static_cast<int>(channels.size());
   source.bytesPerSample = job.bytesPerValue;
   source.frameCount = job.frameCount;
   source.rateHz = job.rateHz;
-  SamplePitchTracker tracker(source, UnitAttribute::sampleRate);
+  SamplePitchTracker tracker(source);
+  // On every way out the sample is let go before its analyser is destroyed.
+  struct Current {
+    PitchJobThread& thread;
+    ~Current() { thread.LetGo(); }
+  } const current{*this};
   {
     // The sample is taken and its analyser shown in one step: a removal or a cancel comes either
     // before it, and nothing starts, or after it, and finds whom to stop.
@@ -54,6 +70,9 @@ void PitchJobThread::Analyze(Job& job) {
   auto track = zyl::AnalyzePitch(tracker, settings_, this);
   if (track) job.sample->setPitchData(std::move(*track));
   if (job.named) manager_.NotifyFinished(job.name);
+}
+
+void PitchJobThread::LetGo() {
   const wxCriticalSectionLocker hold(lock_);
   currentJob_ = nullptr;
   currentAnalyzer_ = nullptr;

@@ -51,7 +51,7 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
   // A queued sample; `sample` is cleared when the record goes away.
   struct Job {
     genericSample* sample;  // under lock_
-    std::vector<SampleBlock> sound;
+    std::vector<SampleBlock> sound;  // the worker takes it when the job's turn comes
     int bytesPerValue;
     int32_t frameCount;
     double rateHz;
@@ -61,6 +61,7 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
 
   void AddDone(uint32_t frames) override;
   void Analyze(Job& job);
+  void LetGo();
   void Park();
 
   PitchJobManager& manager_;

@@ -60,10 +60,14 @@ bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg m
 }
 
 bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
-  if (sample.Record() == nullptr) return false;
+  genericSample* record = sample.Record();
+  if (record == nullptr) return false;
+  // A module that is told may discard the object and its record: this use keeps the record whole.
+  ++record->useCount;
   sample.object->NotifyDeleting();
-  sample.Record()->clearPitchData();
-  Jobs().NotifyCleared(sample.Record()->name);
+  record->clearPitchData();
+  Jobs().NotifyCleared(record->name);
+  record->deleteSample();
   return true;
 }
 

@@ -3,10 +3,11 @@
 // bands have nearly equal means, one cluster straddles their edge, and the values below i are
 // sorted once more after scaling by 0.707.
 //
-// A pass moves the histogram along with i instead of filling it anew. Its sums are the same to the
-// last bit, in whatever order values come and go: the values of one band are multiples of
-// 2^(b-24), and sums of fewer than 2^28 of them have no bits to lose in double precision. That
-// holds for bands 1 to 18 and for zeros; a track with other values takes the slow way.
+// A pass moves the histograms of both sortings along with i instead of filling them anew. Their
+// sums are the same to the last bit, in whatever order values come and go: the values of band b are
+// multiples of 2^(b-24) below 1.42 * 2^b, and sums of fewer than 2^27 of them have no bits to lose
+// in double precision. That holds for values of 1 to 2^18 and for zeros; a track with other values
+// takes the slow way.
 
 #include "TrackCorrection.h"
 
@@ -83,15 +84,10 @@ OctaveHistogram Neighbourhood(const float* track, int n, int i, double factor, i
   return histogram;
 }
 
-double TypicalOf(const OctaveHistogram& histogram, const float* track, int n, int i,
-                 int halfWidth) {
-  if (!histogram.ClusterStraddlesEdge()) return histogram.Typical();
-  return Neighbourhood(track, n, i, kSecondSorting, halfWidth).Typical();
-}
-
-// The typical values of i = 1, 2, ... in turn. The values counted for i are those of first .. end-1
-// without i itself: a stretch that only moves upward, bounded by the reach, by the track's second
-// and last but one value, and by the nearest pairs of zeros (j - 1, j), whose j is left out.
+// The typical values of i = 1, 2, ... in turn, none left out. The values counted for i are those of
+// first .. end-1 without i itself: a stretch that only moves upward, bounded by the reach, by the
+// track's second and last but one value, and by the nearest pairs of zeros (j - 1, j), whose j is
+// left out. It always holds i.
 class TypicalPeriods {
  public:
   TypicalPeriods(const std::vector<float>& track, int halfWidth)
@@ -110,23 +106,27 @@ class TypicalPeriods {
       while (nextPair_ < n_ && !IsZeroPair(track_, nextPair_)) ++nextPair_;
     }
     const int last = std::min({n_ - 2, i + reach_ - 1, nextPair_ - 1});
-    while (end_ <= last) Move(end_++, true);
+    for (; end_ <= last; ++end_) {
+      plain_.Add(track_[end_], BandOf(end_, 1.0));
+      scaled_.Add(track_[end_], BandOf(end_, 1.0));
+    }
+    if (i > 1) scaled_.Add(track_[i - 1], BandOf(i - 1, kSecondSorting));  // now it lies below
     const int lowest = i > 1 && IsZeroPair(track_, i - 1) ? i : i - reach_ + 1;
-    while (first_ < std::min(lowest, end_)) Move(first_++, false);
-    Move(i, false);
-    const double typical = TypicalOf(histogram_, track_, n_, i, reach_);
-    Move(i, true);
+    for (; first_ < lowest; ++first_) {
+      plain_.Remove(track_[first_], BandOf(first_, 1.0));
+      scaled_.Remove(track_[first_], BandOf(first_, kSecondSorting));
+    }
+    const std::size_t own = BandOf(i, 1.0);
+    scaled_.Remove(track_[i], own);
+    plain_.Remove(track_[i], own);
+    const double typical = (plain_.ClusterStraddlesEdge() ? scaled_ : plain_).Typical();
+    plain_.Add(track_[i], own);
     return typical;
   }
 
  private:
-  void Move(int j, bool in) {
-    const std::size_t band = OctaveHistogram::BandOf(track_[j]);
-    if (in) {
-      histogram_.Add(track_[j], band);
-    } else {
-      histogram_.Remove(track_[j], band);
-    }
+  std::size_t BandOf(int j, double factor) const {
+    return OctaveHistogram::BandOf(track_[j] * factor);
   }
 
   const float* track_;
@@ -136,7 +136,8 @@ class TypicalPeriods {
   int first_ = 1;
   int end_ = 1;
   int nextPair_ = 0;
-  OctaveHistogram histogram_;
+  OctaveHistogram plain_;
+  OctaveHistogram scaled_;  // the values below i by the second sorting; the others as they are
 };
 
 float Corrected(float value, double typical) {
@@ -151,11 +152,97 @@ float Corrected(float value, double typical) {
   return static_cast<float>(typical);
 }
 
+// ---- Smoothing ----
+//
+// Weights w(d) = (1 + cos(d pi / L)) / 2 at distances d = -L .. L. The 2 L + 1 of them add up to L,
+// as the cosines cancel. A value's result is the weighted mean of the voiced values around it.
+
+constexpr int kLongReach = 256;  // from here on the second way is the faster one
+
+void SmoothByTaps(const std::vector<float>& before, float* track, int reach, double length) {
+  std::vector<float> taps(static_cast<std::size_t>(reach) + 1);
+  for (std::size_t j = 0; j < taps.size(); ++j) {
+    const double weight = 0.5 * (1.0 + std::cos(static_cast<double>(j) * kPi / length));
+    taps[j] = static_cast<float>(weight / length);
+  }
+  const int n = static_cast<int>(before.size());
+  for (int i = 0; i < n; ++i) {
+    if (before[static_cast<std::size_t>(i)] == 0.0F) continue;
+    double sum = 0.0;
+    double norm = 0.0;  // what the taps of voiced values add up to
+    const int last = reach < n - 1 - i ? i + reach : n - 1;
+    for (int j = std::max(0, i - reach); j <= last; ++j) {
+      const double value = before[static_cast<std::size_t>(j)];
+      const double tap = taps[static_cast<std::size_t>(std::abs(j - i))];
+      sum += value * tap;
+      norm += value != 0.0 ? tap : 0.0;
+    }
+    track[i] = static_cast<float>(sum / norm);
+  }
+}
+
+// What a mean needs of a stretch of values, whatever its centre i: with t = pi / L,
+//   2 w(j - i) = 1 + cos(j t) cos(i t) + sin(j t) sin(i t).
+struct Stretch {
+  double sum = 0.0, sumCos = 0.0, sumSin = 0.0;
+  double norm = 0.0, normCos = 0.0, normSin = 0.0;
+
+  void Add(double value, double angle) {
+    if (value == 0.0) return;
+    const double cosine = std::cos(angle);
+    const double sine = std::sin(angle);
+    sum += value;
+    sumCos += value * cosine;
+    sumSin += value * sine;
+    norm += 1.0;
+    normCos += cosine;
+    normSin += sine;
+  }
+};
+
+double MeanAround(double angle, const Stretch& a, const Stretch& b) {
+  const double cosine = std::cos(angle);
+  const double sine = std::sin(angle);
+  const double sum = a.sum + b.sum + cosine * (a.sumCos + b.sumCos) + sine * (a.sumSin + b.sumSin);
+  return sum / (a.norm + b.norm + cosine * (a.normCos + b.normCos) +
+                sine * (a.normSin + b.normSin));
+}
+
+// Costs the same for every length. The track is cut into pieces as wide as a window: each window is
+// the end of one piece and the start of the next, whose sums grow from the cut, so that nothing is
+// ever subtracted.
+void SmoothByStretches(const std::vector<float>& before, float* track, int reach, double length) {
+  const int n = static_cast<int>(before.size());
+  const int width = 2 * reach + 1;
+  const double step = kPi / length;
+  const auto add = [&](int j, Stretch& to) {
+    if (j >= 0 && j < n) to.Add(before[static_cast<std::size_t>(j)], j * step);
+  };
+  std::vector<Stretch> ends;  // of the piece that begins at i = first - reach, from there on
+  for (int first = 0; first < n; first += width) {
+    const int count = std::min(width, n - first);
+    ends.resize(static_cast<std::size_t>(count));
+    Stretch end;
+    for (int k = std::min(width, n - first + reach); k-- > 0;) {
+      add(first - reach + k, end);
+      if (k < count) ends[static_cast<std::size_t>(k)] = end;
+    }
+    Stretch start;
+    for (int k = 0; k < count; ++k) {
+      const int i = first + k;
+      if (k > 0) add(i + reach, start);
+      if (before[static_cast<std::size_t>(i)] == 0.0F) continue;
+      track[i] = static_cast<float>(MeanAround(i * step, ends[static_cast<std::size_t>(k)], start));
+    }
+  }
+}
+
 }  // namespace
 
 double TypicalPeriod(const float* track, int n, int i, double factor, int halfWidth) {
   const OctaveHistogram histogram = Neighbourhood(track, n, i, factor, halfWidth);
-  return factor == 1.0 ? TypicalOf(histogram, track, n, i, halfWidth) : histogram.Typical();
+  if (factor != 1.0 || !histogram.ClusterStraddlesEdge()) return histogram.Typical();
+  return Neighbourhood(track, n, i, kSecondSorting, halfWidth).Typical();
 }
 
 void CorrectOctaveErrors(float* track, int n, int findPitchLen) {
@@ -172,27 +259,12 @@ void CorrectOctaveErrors(float* track, int n, int findPitchLen) {
 
 void SmoothTrack(float* track, int n, int smoothLength) {
   if (n < 1 || smoothLength < 1) return;
-  // Taps w_j = (1 + cos(j pi / L)) / 2 at distances j = 0 .. L. The 2 L + 1 of them add up to L, as
-  // the cosines cancel. Only distances inside the track are ever looked up.
-  const double length = smoothLength;
+  // Only distances inside the track are ever looked up.
   const int reach = std::min(smoothLength, n - 1);
-  std::vector<float> taps(static_cast<std::size_t>(reach) + 1);
-  for (std::size_t j = 0; j < taps.size(); ++j) {
-    const double weight = 0.5 * (1.0 + std::cos(static_cast<double>(j) * kPi / length));
-    taps[j] = static_cast<float>(weight / length);
-  }
   const std::vector<float> before(track, track + n);
-  for (int i = 0; i < n; ++i) {
-    if (before[static_cast<std::size_t>(i)] == 0.0F) continue;
-    double sum = 0.0;
-    double norm = 0.0;  // what the taps of voiced values add up to
-    const int last = reach < n - 1 - i ? i + reach : n - 1;
-    for (int j = std::max(0, i - reach); j <= last; ++j) {
-      const double value = before[static_cast<std::size_t>(j)];
-      const double tap = taps[static_cast<std::size_t>(std::abs(j - i))];
-      sum += value * tap;
-      norm += value != 0.0 ? tap : 0.0;
-    }
-    track[i] = static_cast<float>(sum / norm);
+  if (reach < kLongReach) {
+    SmoothByTaps(before, track, reach, smoothLength);
+  } else {
+    SmoothByStretches(before, track, reach, smoothLength);
   }
 }

@@ -1,8 +1,12 @@
 #include "sample/FileMethods.h"
 
+#include <wx/file.h>
 #include <wx/filefn.h>
-#include <wx/string.h>
+#include <wx/filename.h>
+#include <wx/log.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -43,6 +47,60 @@ std::unique_ptr<BasicSample> FileObjectFor(const std::string& extension,
   return nullptr;
 }
 
+// Lends the channels to the file object. False when it cannot take them all: there is no such
+// channel, or there are too many.
+bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file) {
+  static std::byte empty[1];  // the sound of a channel without any
+  file.SetChannelCount(static_cast<unsigned>(channels.size()));
+  unsigned bits = 0;
+  for (unsigned i = 0; i < channels.size(); ++i) {
+    const auto& [record, channel] = channels[i];
+    const bool known = channel < record->getChannelCount();
+    const int size = record->getChannelSize(channel);
+    file.SetLinBuffer(known && size == 0 ? empty : record->getChannelBuffer(channel),
+                      static_cast<unsigned>(record->getChannelBytesPS(channel)),
+                      static_cast<unsigned>(size), i);
+    bits = std::max<unsigned>(bits, record->shared().bits);
+  }
+  file.SetBitsPerValue(bits);
+  return file.CreateInterleavedBuffer() && file.ChannelCount() == channels.size();
+}
+
+namespace fs = std::filesystem;
+
+// The file that a copy replaces: behind symbolic links, also where it is not there yet.
+fs::path CopyTarget(const fs::path& dest) {
+  constexpr int kMaxLinks = 32;
+  fs::path target = dest;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(target)); ++links) {
+    if (links == kMaxLinks) return {};
+    target = target.parent_path() / fs::read_symlink(target);
+  }
+  return target;
+}
+
+// Copies beside the destination and renames over it: the old file or the whole new one is there at
+// any moment.
+bool CopyWhole(const fs::path& source, const fs::path& dest) {
+  const wxLogNull quiet;
+  const fs::path target = CopyTarget(dest);
+  const bool exists = fs::exists(target);
+  if (!fs::is_regular_file(source) || target.filename().empty()) return false;
+  if (exists && !fs::is_regular_file(target)) return false;
+  if (exists && fs::equivalent(source, target)) return true;
+  const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+  const wxString part =
+      wxFileName::CreateTempFileName(wxString::FromUTF8((folder / ".zyl-copy-").string()));
+  if (part.empty()) return false;
+  std::error_code failure = std::make_error_code(std::errc::io_error);
+  if (wxCopyFile(wxString::FromUTF8(source.string()), part) &&
+      wxFile(part).Flush()) {
+    fs::rename(fs::path(part.utf8_string()), target, failure);
+  }
+  if (failure) wxRemoveFile(part);
+  return !failure;
+}
+
 }  // namespace
 
 bool SampleWrite(Call& call) {
@@ -73,16 +131,8 @@ bool SampleWriteMerged(Call& call) {
     call.Return(newROCParam(false));
     return true;
   }
-  file->SetChannelCount(static_cast<unsigned>(channels.size()));
   file->SetName(parts.BaseName().c_str());
-  for (unsigned i = 0; i < channels.size(); ++i) {
-    const auto& [record, channel] = channels[i];
-    file->SetLinBuffer(record->getChannelBuffer(channel),
-                       static_cast<unsigned>(record->getChannelBytesPS(channel)),
-                       static_cast<unsigned>(record->getChannelSize(channel)), i);
-  }
-  file->CreateInterleavedBuffer();
-  if (file->IsValid()) {
+  if (LendChannels(channels, *file) && file->IsValid()) {
     RiffFile target(path.Text(), file->FormatFlag());
     if (!file->Write(target) || !target.Close()) {
       ZylDiagnostic(std::string(path.Text()) + ": could not be written");
@@ -97,13 +147,14 @@ bool SampleWriteMerged(Call& call) {
 
 void SampleCopyFile(ZylSProgram&, Arg<std::string, "Source"> source,
                     Arg<std::string, "Dest"> dest) {
-  // Copied beside its destination and renamed over it, so that no half copy is ever seen there.
-  const wxString from = wxString::FromUTF8(source.Text());
-  const wxString to = wxString::FromUTF8(dest.Text());
-  const wxString part = to + ".part";
-  if (wxCopyFile(from, part) && wxRenameFile(part, to)) return;
-  if (wxFileExists(part)) wxRemoveFile(part);
-  ZylDiagnostic(std::string(source.Text()) + ": could not be copied to " + dest.Text());
+  std::error_code failure;
+  try {
+    if (CopyWhole(*source, *dest)) return;
+  } catch (const fs::filesystem_error& error) {
+    failure = error.code();
+  }
+  ZylDiagnostic(std::string(source.Text()) + ": could not be copied to " + dest.Text() +
+                (failure ? ": " + failure.message() : ""));
 }
 
 int32_t GetChannelCount(ZylSProgram&, Arg<std::string, "Path"> path) {

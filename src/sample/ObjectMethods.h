@@ -39,7 +39,6 @@ int32_t SampleSampleRate(ZylSProgram& object, SampleArg sample, Opt<int32_t, "Ne
 int32_t Sampletune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
 // The tuning that plays the sample at its pitch at the host's rate, in 1/65536 of the unit of
 // `tune`; changes nothing.
-int32_t SampleRecalcTune(ZylSProgram& object, SampleArg sample,
-                         Opt<int32_t, "NewValue"> unused);
+int32_t SampleRecalcTune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> unused);
 // Bytes of one channel and its record; with "LockedMemory", 0 while they are not locked.
 int32_t SampleMemory(ZylSProgram& object, SampleArg sample, Opt<bool, "LockedMemory"> locked);

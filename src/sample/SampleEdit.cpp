@@ -22,28 +22,12 @@ struct Piece {
 };
 
 void CopyPiece(const Piece& piece, std::byte* to, int bytes) {
-  const auto count = static_cast<size_t>(piece.positions);
-  const auto width = static_cast<size_t>(bytes);
   if (piece.values == nullptr) {
-    std::memset(to, 0, count * width);
-  } else if (piece.bytesPerValue == bytes) {
-    const size_t skipped = static_cast<size_t>(piece.first) * width;
-    if (count > 0) std::memcpy(to, piece.values + skipped, count * width);
-  } else {
-    zyl::VisitWidth(piece.bytesPerValue, [&](auto from) {
-      zyl::VisitWidth(bytes, [&](auto into) {
-        constexpr int kShift = 8 * (into.bytesPerValue - from.bytesPerValue);
-        for (int32_t i = 0; i < piece.positions; ++i) {
-          const int32_t value = from.Read(piece.values, piece.first + i);
-          if constexpr (kShift >= 0) {
-            into.Store(to, i, static_cast<int32_t>(static_cast<uint32_t>(value) << kShift));
-          } else {
-            into.Store(to, i, value >> -kShift);
-          }
-        }
-      });
-    });
+    std::memset(to, 0, static_cast<size_t>(piece.positions) * static_cast<size_t>(bytes));
+    return;
   }
+  const std::byte* from = piece.values + ptrdiff_t{piece.first} * piece.bytesPerValue;
+  zyl::ConvertValues(from, piece.bytesPerValue, to, bytes, piece.positions);
 }
 
 SampleBlock Joined(std::initializer_list<Piece> pieces, int bytes) {
@@ -83,8 +67,9 @@ void MoveLoopPoints(SampleParameters& parameters, Move move) {
 
 bool ResizeSample(genericSample& sample, int32_t positions) {
   SampleParameters& parameters = sample.shared();
-  const int bytes = sample.getChannelBytesPS(-1);
-  sample.setBuffers({}, bytes, positions);
+  const bool shortened = positions < parameters.frameCount;
+  sample.setBuffers({}, sample.getChannelBytesPS(-1), positions);
+  if (!shortened) return true;
   const int32_t last = std::max(positions - 1, 0);
   parameters.start = std::min(parameters.start, last);
   parameters.end = std::min(parameters.end, last);
@@ -106,7 +91,7 @@ bool ExtractRange(genericSample& sample, int32_t s, int32_t e) {
   }
   sample.setBuffers(std::move(blocks), bytes, n);
   if (parameters.end >= n) parameters.end = n - 1;
-  if (parameters.start >= parameters.end) parameters.start = std::max(parameters.end - 1, 0);
+  if (parameters.start >= parameters.end) parameters.start = std::max(parameters.end, 1) - 1;
   MoveLoopPoints(parameters, [&](genericLoop& loop) {
     if (loop.loopStart >= s) loop.loopStart = loop.loopStart > e ? 0 : loop.loopStart - s;
     if (loop.loopEnd >= s) loop.loopEnd = loop.loopEnd > e ? n - 1 : loop.loopEnd - s;
@@ -135,7 +120,7 @@ bool DeleteRange(genericSample& sample, int32_t s, int32_t e) {
   MoveLoopPoints(parameters, [&](genericLoop& loop) {
     loop.loopStart = moved(loop.loopStart);
     loop.loopEnd = moved(loop.loopEnd);
-    if (loop.loopStart == loop.loopEnd) ++loop.loopEnd;
+    if (loop.loopStart == loop.loopEnd && loop.loopEnd < INT32_MAX) ++loop.loopEnd;
   });
   return true;
 }

@@ -91,4 +91,26 @@ decltype(auto) VisitWidth(int bytesPerValue, Visitor&& visit) {
   }
 }
 
+// Copies values into another width: shifted up, or down without their lowest bytes.
+inline void ConvertValues(const std::byte* from, int fromBytes, std::byte* to, int toBytes,
+                          std::ptrdiff_t count) noexcept {
+  if (fromBytes == toBytes) {
+    if (count > 0) std::memcpy(to, from, static_cast<std::size_t>(count * toBytes));
+    return;
+  }
+  VisitWidth(fromBytes, [&](auto source) {
+    VisitWidth(toBytes, [&](auto target) {
+      constexpr int shift = 8 * (target.bytesPerValue - source.bytesPerValue);
+      for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const std::int32_t value = source.Read(from, i);
+        if constexpr (shift >= 0) {
+          target.Store(to, i, static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << shift));
+        } else {
+          target.Store(to, i, value >> -shift);
+        }
+      }
+    });
+  });
+}
+
 }  // namespace zyl

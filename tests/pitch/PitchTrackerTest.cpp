@@ -439,4 +439,31 @@ TEST(SmoothTrack, AveragesVoicedValuesOnly) {
   EXPECT_NEAR(mean[0], 105, 1e-3);
 }
 
+TEST(SmoothTrack, LongWindowsEqualTheWeightedMean) {
+  std::mt19937 random(8);
+  std::vector<float> track(2500);
+  for (std::size_t i = 0; i < track.size(); ++i) {
+    const bool voiced = i / 300 % 2 == 0 ? random() % 8 != 0 : random() % 100 == 0;
+    track[i] = voiced ? static_cast<float>(20 + 1900 * Random(random)) : 0.0F;
+  }
+  for (const int length : {40, 255, 256, 257, 1249, 1250, 2499, 2500, 70000, INT_MAX}) {
+    std::vector<float> smoothed = track;
+    SmoothTrack(smoothed.data(), static_cast<int>(track.size()), length);
+    for (int i = 0; i < static_cast<int>(track.size()); ++i) {
+      double sum = 0;
+      double norm = 0;
+      for (int j = 0; j < static_cast<int>(track.size()); ++j) {
+        const float value = track[static_cast<std::size_t>(j)];
+        if (value == 0 || std::abs(j - i) > length) continue;
+        const double weight = 1 + std::cos((j - i) * std::numbers::pi / length);
+        sum += weight * value;
+        norm += weight;
+      }
+      const auto place = static_cast<std::size_t>(i);
+      const double expected = track[place] == 0 ? 0 : sum / norm;
+      ASSERT_NEAR(smoothed[place], expected, 3e-7 * expected) << length << " at " << i;
+    }
+  }
+}
+
 }  // namespace

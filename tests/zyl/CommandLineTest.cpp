@@ -121,7 +121,8 @@ TEST(CommandLine, ExitStatusAndMessages) {
       {{"--profile", "/nowhere/p.ini", "eval", ""}, 2, "", "/nowhere/p.ini"},
       {{"--module", "/nowhere/m.so", "eval", ""}, 3, "", "/nowhere/m.so"},
       {{"--module", notAModule, "eval", ""}, 3, "", "could not be loaded"},
-      {OverProbe({"eval", "print(1) error('here')"}), 1, "1\n", "zyl: eval:1: here\nstack traceback"},
+      {OverProbe({"eval", "print(1) error('here')"}), 1, "1\n",
+       "zyl: eval:1: here\nstack traceback"},
       {OverProbe({"eval", "error({})"}), 1, "", "a table"},
       {OverProbe({"eval", "x ="}), 1, "", "eval:1:"},
       {OverProbe({"run", "/nowhere/s.lua"}), 1, "", "/nowhere/s.lua"},
@@ -189,7 +190,8 @@ TEST(CommandLine, SecondCtrlCEndsAtOnce) {
   const Process process(OverProbe(
       {"eval",
        "setmetatable({}, { __gc = function() io.stdout:write('stuck\\n') io.stdout:flush() "
-       "while true do end end }) io.stdout:write('ready\\n') io.stdout:flush() while true do end"}));
+       "while true do end end }) io.stdout:write('ready\\n') io.stdout:flush() while true do "
+       "end"}));
   ASSERT_TRUE(process.Printed("ready"));
   process.Interrupt();
   ASSERT_TRUE(process.Printed("stuck"));

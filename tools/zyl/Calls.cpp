@@ -37,8 +37,8 @@ struct BoundMethod {
 // this size that begins with that address.
 const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   const auto* self = static_cast<const ObjectRef*>(lua_touserdata(L, 1));
-  const bool ofClass = self != nullptr && lua_rawlen(L, 1) == sizeof(ObjectRef) &&
-                       self->classTag == classTag;
+  const bool ofClass =
+      self != nullptr && lua_rawlen(L, 1) == sizeof(ObjectRef) && self->classTag == classTag;
   return ofClass ? self : nullptr;
 }
 
@@ -78,7 +78,7 @@ int CallMethod(lua_State* L) {
 
   ScriptHost& host = ScriptHost::Of(L);
   if (lua_gettop(L) == 1) return Call(L, host, method, object, host.NoArguments(), nullptr);
-  ArgumentList arguments(host, L, 2, method.name);
+  ArgumentList arguments(L, 2, method.name);
   return Call(L, host, method, object, arguments.List(), &arguments);
 }
 
@@ -98,7 +98,8 @@ int UnknownMethod(lua_State* L) {
 }
 
 int NoField(lua_State* L) {
-  return luaL_error(L, "a script object has no fields to set ('%s')", luaL_tolstring(L, 2, nullptr));
+  return luaL_error(L, "a script object has no fields to set ('%s')",
+                    luaL_tolstring(L, 2, nullptr));
 }
 
 void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {

@@ -221,7 +221,8 @@ int VerbIndex(const CLI::App& app, int argc, char** argv) {
 
 int RunCommandLine(int argc, char** argv) {
   Options options;
-  CLI::App app("Runs Lua scripts over a sampler-program module: zyl [OPTIONS] VERB [ARG...]", "zyl");
+  CLI::App app("Runs Lua scripts over a sampler-program module: zyl [OPTIONS] VERB [ARG...]",
+               "zyl");
   app.add_option("--module", options.module, "The module's library (default: beside the program)")
       ->take_last();
   app.add_option("--profile", options.profile, "The profile that the module reads at load")

@@ -130,8 +130,10 @@ void OpenObjects(lua_State* L) {
 }
 
 void SetObjectMetamethods(lua_State* L, const char* name) {
-  const luaL_Reg shared[] = {
-      {"__eq", ObjectEqual}, {"__tostring", ObjectToString}, {"__gc", ObjectGc}, {nullptr, nullptr}};
+  const luaL_Reg shared[] = {{"__eq", ObjectEqual},
+                             {"__tostring", ObjectToString},
+                             {"__gc", ObjectGc},
+                             {nullptr, nullptr}};
   luaL_setfuncs(L, shared, 0);
   SetKind(L, Kind::kObject, name);
 }

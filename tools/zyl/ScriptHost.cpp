@@ -14,8 +14,6 @@ namespace zyl {
 
 namespace {
 
-constexpr size_t kSpareParams = 32;
-
 // Opens the libraries; protected, since any of it can run out of memory.
 int OpenState(lua_State* L) {
   luaL_openlibs(L);
@@ -69,7 +67,6 @@ ScriptHost::~ScriptHost() {
   closing_ = true;
   CloseInterruption();
   lua_close(state_);
-  for (void* place : spareParams_) ::operator delete(place);
 }
 
 int ScriptHost::RunFile(const std::string& path, const std::vector<std::string>& arguments) {
@@ -157,16 +154,6 @@ bool ScriptHost::RunProtected(lua_CFunction body, void* data, const RIOObject* o
   }
   lua_settop(L, keptError > top ? keptError : top);
   return false;
-}
-
-void ScriptHost::RecycleParam(ROCParam* value) {
-  if (value == nullptr || !value->DropReference()) return;
-  if (spareParams_.size() >= kSpareParams) {
-    delete value;
-    return;
-  }
-  value->~ROCParam();
-  spareParams_.push_back(value);
 }
 
 }  // namespace zyl

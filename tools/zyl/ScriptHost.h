@@ -1,7 +1,7 @@
 // The Lua state of one script run and what the calls between script and host objects share: the
-// stack of running calls, objects whose destruction waits for a call to return, argument values
-// kept for reuse. It owns the Lua state; every Lua error that a callback raises below a call of a
-// host object ends in that call's frame, never in the module.
+// stack of running calls, and the objects whose destruction waits for a call to return. It owns the
+// Lua state; every Lua error that a callback raises below a call of a host object ends in that
+// call's frame, never in the module.
 #pragma once
 
 #include <string>
@@ -60,8 +60,8 @@ class ScriptHost {
   bool InCall() const { return innermost_ != nullptr; }
 
   // Destroys an object of the script; waits for the outermost frame when `object` is in a call, or
-  // (with `whenIdle`) while any call runs. A waiting object counts as destroyed for scripts. Answers
-  // what was kept of the errors of callbacks meanwhile.
+  // (with `whenIdle`) while any call runs. A waiting object counts as destroyed for scripts.
+  // Answers what was kept of the errors of callbacks meanwhile.
   int Destroy(lua_State* state, RIOObject* object, bool whenIdle);
   bool IsDoomed(const RIOObject* object) const;
 
@@ -69,15 +69,6 @@ class ScriptHost {
   // False after an error, which that call's frame keeps when it is the first one.
   bool RunProtected(lua_CFunction body, void* data, const RIOObject* object);
 
-  // A value with one reference, for an argument list; RecycleParam drops that reference.
-  template <class... Initial>
-  ROCParam* NewParam(Initial... initial) {
-    if (spareParams_.empty()) return new ROCParam(initial...);
-    void* place = spareParams_.back();
-    spareParams_.pop_back();
-    return new (place) ROCParam(initial...);
-  }
-  void RecycleParam(ROCParam* value);
   // The list of a call without arguments.
   ROCParams* NoArguments() { return &noArguments_; }
 
@@ -91,16 +82,11 @@ class ScriptHost {
   bool closing_ = false;
   std::vector<RIOObject*> doomed_;
   ROCParams noArguments_;
-  std::vector<void*> spareParams_;  // raw memory of ROCParams
 };
 
 inline CallFrame::CallFrame(ScriptHost& host, lua_State* state, const RIOObject* object,
                             int& keptError)
-    : host_(host),
-      outer_(host.innermost_),
-      state_(state),
-      object_(object),
-      keptError_(keptError) {
+    : host_(host), outer_(host.innermost_), state_(state), object_(object), keptError_(keptError) {
   host.innermost_ = this;
 }
 

@@ -103,8 +103,7 @@ ParamPtr ToParamBelow(lua_State* L, int index, const ValueUse& use, TablePath& p
           return ParamPtr(new ROCParam(static_cast<ObjectRef*>(lua_touserdata(L, index))->value));
         case Kind::kVariable:
           // The copy: only an argument itself is passed as the variable's own value.
-          return ParamPtr(
-              new ROCParam(*static_cast<Variable*>(lua_touserdata(L, index))->value));
+          return ParamPtr(new ROCParam(*static_cast<Variable*>(lua_touserdata(L, index))->value));
         case Kind::kNull:
           return ParamPtr(new ROCParam);
         case Kind::kForeign:
@@ -340,31 +339,22 @@ std::string Describe(lua_State* L, int index) {
   return std::string("a ") + luaL_typename(L, index);
 }
 
-ArgumentList::ArgumentList(ScriptHost& host, lua_State* L, int first, const char* method)
-    : host_(host), L_(L), first_(first) {
+ArgumentList::ArgumentList(lua_State* L, int first, const char* method) : L_(L), first_(first) {
   const int top = lua_gettop(L);
-  try {
-    for (int index = first; index <= top; ++index) {
-      list_.AddTail(Make(index, {method, index - first + 1}));
-    }
-  } catch (...) {
-    // A Lua error: the destructor does not run for a half-made list.
-    Release();
-    throw;
+  for (int index = first; index <= top; ++index) {
+    list_.AddTail(Make(index, {method, index - first + 1}));
   }
 }
 
-ArgumentList::~ArgumentList() { Release(); }
-
 ROCParam* ArgumentList::Make(int index, const ValueUse& use) {
-  if (lua_isinteger(L_, index) != 0) return host_.NewParam(ToInt32(L_, index, use));
+  if (lua_isinteger(L_, index) != 0) return newROCParam(ToInt32(L_, index, use));
   switch (lua_type(L_, index)) {
     case LUA_TNUMBER:
-      return host_.NewParam(lua_tonumber(L_, index));
+      return newROCParam(lua_tonumber(L_, index));
     case LUA_TBOOLEAN:
-      return host_.NewParam(lua_toboolean(L_, index) != 0);
+      return newROCParam(lua_toboolean(L_, index) != 0);
     case LUA_TSTRING:
-      return host_.NewParam(ToText(L_, index));
+      return newROCParam(ToText(L_, index));
     case LUA_TUSERDATA:
       if (KindOf(L_, index) == Kind::kVariable) {
         ROCParam* value = static_cast<Variable*>(lua_touserdata(L_, index))->value;
@@ -388,11 +378,6 @@ void ArgumentList::CopyTablesBack() {
       FillTable(L_, first_ + i, *value);
     }
   }
-}
-
-void ArgumentList::Release() {
-  for (int i = 0; i < list_.count; ++i) host_.RecycleParam(list_.Entry(i));
-  list_.count = 0;
 }
 
 }  // namespace zyl

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "Lua.h"
-#include "ScriptHost.h"
 #include "host/base.h"
 
 namespace zyl {
@@ -44,8 +43,7 @@ std::string Describe(lua_State* L, int index);
 // The argument list of one call: the Lua values from stack index `first` up to the top.
 class ArgumentList {
  public:
-  ArgumentList(ScriptHost& host, lua_State* L, int first, const char* method);
-  ~ArgumentList();
+  ArgumentList(lua_State* L, int first, const char* method);
   ArgumentList(const ArgumentList&) = delete;
   ArgumentList& operator=(const ArgumentList&) = delete;
 
@@ -58,13 +56,11 @@ class ArgumentList {
  private:
   ROCParam* Make(int index, const ValueUse& use);
   void CopyTablesBack();
-  void Release();
 
-  ScriptHost& host_;
   lua_State* L_;
   int first_;
   bool hasTables_ = false;
-  ROCParams list_;
+  ROCParams list_;  // releases its entries, also when a Lua error unwinds the constructor
 };
 
 }  // namespace zyl

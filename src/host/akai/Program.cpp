@@ -367,8 +367,7 @@ void ProgramStore::End(akaiProgram* program) {
 }
 
 void ProgramStore::Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
-                        std::vector<vendlKeyGroup> extensions,
-                        std::vector<ListChunk> otherChunks) {
+                        std::vector<vendlKeyGroup> extensions, std::vector<ListChunk> otherChunks) {
   program->keyGroupStore_ = std::move(keygroups);
   program->extensionStore_ = std::move(extensions);
   program->sampleStore_.assign(kZones * program->keyGroupStore_.size(), nullptr);

@@ -5,11 +5,16 @@
 
 #include "../../util/ValueAccess.h"
 #include "../base.h"
+#include "../platform/LargeBlock.h"
 #include "../platform/Platform.h"
 #include "../qx.h"
 #include "PageLocks.h"
 
-SampleBlock NewSampleBlock(size_t bytes) { return SampleBlock(new std::byte[bytes]); }
+SampleBlock NewSampleBlock(size_t bytes) {
+  SampleBlock block(new std::byte[bytes]);
+  zyl::AdviseLargeBlock(block.get(), bytes);
+  return block;
+}
 
 namespace zyl {
 namespace {
@@ -27,24 +32,7 @@ SampleBlock Fitted(const std::byte* from, int fromBytes, int fromPositions, int 
   const auto width = static_cast<size_t>(bytes);
   const int kept = std::min(fromPositions, positions);
   SampleBlock block = NewSampleBlock(static_cast<size_t>(positions) * width);
-  if (fromBytes == bytes) {
-    if (kept > 0) std::memcpy(block.get(), from, static_cast<size_t>(kept) * width);
-  } else {
-    VisitWidth(fromBytes, [&](auto source) {
-      VisitWidth(bytes, [&](auto target) {
-        constexpr int kShift = 8 * (target.bytesPerValue - source.bytesPerValue);
-        for (int i = 0; i < kept; ++i) {
-          const int32_t value = source.Read(from, i);
-          if constexpr (kShift >= 0) {
-            target.Store(block.get(), i,
-                         static_cast<int32_t>(static_cast<uint32_t>(value) << kShift));
-          } else {
-            target.Store(block.get(), i, value >> -kShift);
-          }
-        }
-      });
-    });
-  }
+  ConvertValues(from, fromBytes, block.get(), bytes, kept);
   std::memset(block.get() + static_cast<size_t>(kept) * width, 0,
               static_cast<size_t>(positions - kept) * width);
   return block;
@@ -278,6 +266,10 @@ std::byte* SampleFile::Writable(int channel) {
         Fitted(block.get(), BytesPerValue(), parameters.frameCount, BytesPerValue(),
                parameters.frameCount);
     SetBlocks(std::move(blocks), BytesPerValue(), parameters.frameCount);
+  } else {
+    // Reading a count of 1 does not order the edit after the last look of a worker that has just
+    // let go; giving up a holder of our own does.
+    SampleBlock(block).reset();
   }
   return blocks_[static_cast<size_t>(channel)].get();
 }
@@ -307,8 +299,21 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
 
 void SampleFile::SetBits(int bits) {
   const int held = std::clamp(bits, 1, 32);
+  const bool fewer = held < parameters.bits;
   SetBlocks({}, (held + 7) / 8, parameters.frameCount);
   parameters.bits = static_cast<uint16_t>(held);
+  const int unusedBits = 8 * BytesPerValue() - held;
+  if (!fewer || unusedBits == 0) return;
+  for (int c = 0; c < ChannelCount(); ++c) {
+    std::byte* values = Writable(c);
+    if (values == nullptr) continue;
+    VisitWidth(BytesPerValue(), [&](auto access) {
+      for (int i = 0; i < parameters.frameCount; ++i) {
+        const int32_t value = access.Read(values, i);
+        access.Store(values, i, value & static_cast<int32_t>(~uint32_t{0} << unusedBits));
+      }
+    });
+  }
 }
 
 void SampleFile::HoldLock(genericSample* record, int step) {

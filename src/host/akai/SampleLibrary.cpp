@@ -210,8 +210,11 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
   CopyParametersTo(*file);
   file->SetName(name_.c_str());
   file->SetChannelCount(static_cast<unsigned>(selected.size()));
+  std::byte empty[1];  // an empty sample has no blocks, but its file has channels
   for (unsigned i = 0; i < selected.size(); ++i) {
-    file->SetLinBuffer(blocks_[selected[i]].get(), static_cast<unsigned>(BytesPerValue()),
+    std::byte* block = blocks_[selected[i]].get();
+    file->SetLinBuffer(parameters.frameCount == 0 ? empty : block,
+                       static_cast<unsigned>(BytesPerValue()),
                        static_cast<unsigned>(parameters.frameCount), i);
   }
   bool stored = false;

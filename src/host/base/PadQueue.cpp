@@ -46,6 +46,7 @@ void ROCPad::Send(int, int) {
 }
 
 void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
+  if (pad.Object() == nullptr) return;  // nobody listens: the queue is not filled for nothing
   ZylPost([pad, value] {
     auto* target = dynamic_cast<ROCPad*>(pad.Object());
     if (target == nullptr || target->Value()->Type() != value.Type()) return;

@@ -19,7 +19,8 @@ struct Registered {
 };
 
 std::vector<Registered>& All() {
-  static std::vector<Registered> all;
+  // Never destroyed: a module may be unloaded at the very end of the process.
+  static auto& all = *new std::vector<Registered>;
   return all;
 }
 const void* loadingModule = nullptr;

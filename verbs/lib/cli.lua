@@ -1,0 +1,161 @@
+-- The command line of a verb: options, help, messages, and the batch of files that goes on when
+-- one of them fails.
+local json = require "json"
+local progress = require "progress"
+
+local cli = { FAILED = 4, USAGE = 2 }
+local verb, anyFailed = "zyl", false
+
+local function say(text)
+  progress.hide()
+  io.stderr:write("zyl ", verb, ": ", text, "\n")
+end
+
+local function usage(text)
+  say(text)
+  io.stderr:write("Try 'zyl ", verb, " --help'.\n")
+  os.exit(cli.USAGE, true)
+end
+cli.usage = usage
+
+-- The name of an option with its value, as help and messages show it.
+local function shown(option)
+  return "--" .. option.name .. (option.value and " " .. option.value or "")
+end
+
+local function help(spec)
+  io.write("zyl ", spec.verb, " [OPTION…] FILE…\n\n", spec.about, "\n\n")
+  local rows, width = {}, 0
+  for _, option in ipairs(spec.options) do width = math.max(width, #shown(option)) end
+  for _, option in ipairs(spec.options) do
+    local text = option.help:gsub("\n", "\n" .. (" "):rep(width + 4))
+    rows[#rows + 1] = ("  %-" .. width .. "s  %s"):format(shown(option), text)
+  end
+  io.write(table.concat(rows, "\n"), "\n")
+  if spec.more then io.write("\n", spec.more, "\n") end
+  io.write("\nExit status: 0 done, 2 wrong command line, 4 some files failed, 130 Ctrl-C.\n")
+end
+
+local function valueOf(option, text)
+  if option.kind == "text" then
+    if text == "" then usage(shown(option) .. ": an empty value") end
+    return text
+  end
+  local number = text:match("^[%d.+-]") and tonumber(text) or nil
+  if number and option.kind == "integer" then number = math.tointeger(number) end
+  if not number or number ~= number then
+    usage(("%s: '%s' is not %s"):format(shown(option), text,
+          option.kind == "integer" and "a whole number" or "a number"))
+  end
+  if number < option.low or number > option.high then
+    usage(("%s: %s is outside %s to %s"):format(shown(option), text, option.low, option.high))
+  end
+  return number
+end
+
+-- Reads the global `arg` and answers the options by name and the list of files, each one once.
+-- spec: verb, about, options; an option: name, help, and but for flags a kind ("integer",
+-- "number", "text"), the value's name in help, low and high, default. Ends the script after
+-- --help and on a wrong command line.
+function cli.parse(spec)
+  verb = spec.verb
+  local byName, options, files, seen = {}, {}, {}, {}
+  table.insert(spec.options, { name = "help", help = "print this" })
+  for _, option in ipairs(spec.options) do
+    byName[option.name] = option
+    options[option.name] = option.default
+  end
+  local i, onlyFiles = 1, false
+  while i <= #arg do
+    local word = arg[i]
+    if not onlyFiles and word == "--" then
+      onlyFiles = true
+    elseif not onlyFiles and word:sub(1, 1) == "-" and word ~= "-" then
+      local name, joined = word:match("^%-%-([%w-]+)=(.*)$")
+      name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
+      local option = byName[name]
+      if not option then usage("there is no option " .. word) end
+      if not option.kind then
+        if joined then usage(shown(option) .. " takes no value") end
+        options[option.name] = true
+      else
+        if not joined then i = i + 1 end
+        local text = joined or arg[i]
+        if not text then usage(shown(option) .. ": the value is missing") end
+        options[option.name] = valueOf(option, text)
+      end
+    elseif not seen[word] then
+      seen[word] = true
+      files[#files + 1] = word
+    end
+    i = i + 1
+  end
+  if options.help then
+    help(spec)
+    os.exit(0, true)
+  end
+  if #files == 0 then usage("no FILE given") end
+  return options, files
+end
+
+-- Tells why a file failed; the batch goes on and ends with status 4.
+function cli.failed(file, reason)
+  anyFailed = true
+  say(file .. ": " .. reason)
+end
+
+function cli.note(file, text) say(file .. ": " .. text) end
+
+-- An error of a method or of Lua as one line.
+function cli.reason(failure)
+  return (tostring(failure):match("[^\n]*"):gsub("^[^\n]-%.lua:%d+: ", ""))
+end
+
+-- Runs body(...) and answers what it returned; an error becomes (nil, reason).
+function cli.try(body, ...)
+  local results = table.pack(pcall(body, ...))
+  if results[1] then return table.unpack(results, 2, results.n) end
+  return nil, cli.reason(results[2])
+end
+
+-- Prints results in the order of the files, as soon as those before them are there. A result is
+-- text, or with `asJson` a value for json.lua; nil prints nothing.
+function cli.printer(asJson)
+  local waiting, nextIndex, printed = {}, 1, 0
+  local printer = {}
+  if asJson then io.write("[") end
+  function printer.result(index, value)
+    waiting[index] = { value = value }
+    while waiting[nextIndex] do
+      local item = waiting[nextIndex].value
+      waiting[nextIndex] = nil
+      nextIndex = nextIndex + 1
+      if item ~= nil then
+        progress.hide()
+        if asJson then
+          io.write(printed > 0 and ",\n " or "\n ", json.encode(item))
+        else
+          io.write(item)
+        end
+        printed = printed + 1
+      end
+    end
+  end
+  function printer.close()
+    if asJson then io.write(printed > 0 and "\n]\n" or "]\n") end
+  end
+  return printer
+end
+
+-- Leaves the script with the batch's status.
+function cli.finish()
+  progress.hide()
+  local flushed, reason = io.stdout:flush()
+  if not flushed then
+    say("standard output: " .. reason)
+    os.exit(1, true)
+  end
+  if anyFailed then os.exit(cli.FAILED, true) end
+end
+
+return cli

@@ -1,0 +1,25 @@
+-- Notes and frequencies. A note number may have a fraction: 69 is A4, 69.5 half a semitone above.
+local notes = {}
+
+local NAMES = { "C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B" }
+
+function notes.name(key) return NAMES[key % 12 + 1] .. (key // 12 - 1) end
+function notes.isBlack(key) return #NAMES[key % 12 + 1] == 2 end
+
+-- `a4` is the frequency of A4 in Hz.
+function notes.fromHertz(hertz, a4) return 69 + 12 * math.log(hertz / a4, 2) end
+
+-- The nearest key and the cents above it.
+function notes.nearest(note)
+  local key = math.floor(note + 0.5)
+  return key, 100 * (note - key)
+end
+
+-- The key and the tune in 1/256 semitone that a sample of that pitch gets.
+function notes.keyAndTune(note)
+  local key = math.min(math.max(math.floor(note + 0.5), 0), 127)
+  local tune = math.floor((note - key) * 256 + 0.5)
+  return key, math.min(math.max(tune, -128), 128)
+end
+
+return notes

@@ -1,0 +1,110 @@
+-- Sample files through the script methods: opening, pitch tracks of many at once, raw values.
+local cli = require "cli"
+local soundfile = require "soundfile"
+
+local samples = { FULL = 2147483647 }
+
+-- The whole file as a sample object and what soundfile.inspect says; nil and the reason.
+function samples.open(program, path)
+  local found, reason = soundfile.inspect(path)
+  if not found then return nil, reason end
+  local sample = program:ReadTempSample(path, -1)
+  if not sample then return nil, "no sound that can be read", found end
+  return sample, found
+end
+
+function samples.close(program, sample) program:DeleteTempSample(sample) end
+
+-- The values of a channel as bytes, and the format of one value for string.unpack with its width.
+function samples.values(program, sample, channel)
+  local width = (program:SampleBits(sample) + 7) // 8
+  local handle = host.var(0)
+  local frames = program:SampleGetBuffer(sample, handle, channel)
+  if frames == 0 then return "", "<i" .. width, width end
+  return host.buffer(handle.value, frames * width), "<i" .. width, width
+end
+
+-- A sample's pitch track as a list of periods in frames, nil while there is none.
+function samples.track(program, sample)
+  local handle = host.var(0)
+  local count = program:SampleGetPitchData(sample, handle)
+  if count == 0 then return nil end
+  return host.floats(handle.value, count)
+end
+
+local function cores()
+  local pipe = io.popen("nproc 2>/dev/null")
+  local count = pipe and math.tointeger(tonumber(pipe:read("a") or ""))
+  if pipe then pipe:close() end
+  return math.max(count or 1, 1)
+end
+
+local function sizeOf(path)
+  local file = io.open(path, "rb")
+  local size = file and file:seek("end") or 0
+  if file then file:close() end
+  return math.min(size, 1 << 40)
+end
+
+local function start(program, index, path, settings)
+  local sample, found = samples.open(program, path)
+  if not sample then error(found, 0) end
+  if not program:CalcSamplePitch(sample, table.unpack(settings)) then
+    samples.close(program, sample)
+    error("the analysis could not be started", 0)
+  end
+  return { index = index, path = path, sample = sample, found = found }
+end
+
+-- Tracks the pitch of all files, as many at once as there are processor cores (each request is a
+-- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample. For each
+-- file done(index, sample, track, found) is called, in the order in which they end, or
+-- failed(index, reason); shown(fraction, path) now and then.
+function samples.tracks(program, paths, settings, handlers)
+  local most, active, following = cores(), {}, 1
+  local sizes, total, finished = {}, 0, 0
+  for i, path in ipairs(paths) do
+    sizes[i] = sizeOf(path)
+    total = total + sizes[i]
+  end
+  while following <= #paths or #active > 0 do
+    while #active < most and following <= #paths do
+      local index = following
+      following = following + 1
+      local job, reason = cli.try(start, program, index, paths[index], settings)
+      if job then
+        active[#active + 1] = job
+      else
+        finished = finished + sizes[index]
+        handlers.failed(index, reason)
+      end
+    end
+    local ratio = program:PitchDataProgressRatio() / samples.FULL
+    local running = program:PitchDataCalculating()
+    local working = 0
+    for k = #active, 1, -1 do
+      local job = active[k]
+      local track = samples.track(program, job.sample)
+      if track or running == 0 then
+        table.remove(active, k)
+        finished = finished + sizes[job.index]
+        local _, reason
+        if track then
+          _, reason = cli.try(handlers.done, job.index, job.sample, track, job.found)
+        else
+          reason = "the analysis gave no track"
+        end
+        samples.close(program, job.sample)
+        if reason then handlers.failed(job.index, reason) end
+      else
+        working = working + sizes[job.index]
+      end
+    end
+    if #active > 0 then
+      handlers.shown((finished + ratio * working) / math.max(total, 1), active[1].path)
+      host.pump(0.01)
+    end
+  end
+end
+
+return samples

@@ -1,0 +1,108 @@
+-- A look at a sound file's outside: its container, its encoding and its chunks. Reads WAVE and AIFF
+-- chunk by chunk; no declared size is believed.
+local soundfile = {}
+
+local MOST_CHUNKS = 4096
+local WAVE_CODES = { [1] = "PCM", [2] = "ADPCM", [3] = "float", [6] = "A-law", [7] = "µ-law",
+                     [0x11] = "IMA ADPCM", [0x31] = "GSM", [0x55] = "MP3" }
+local AIFC_PLAIN = { NONE = true, twos = true, sowt = true, in24 = true, in32 = true,
+                     ["42ni"] = true, ["23ni"] = true }
+-- What a WAVE and an AIFF file must be called to be stored as what it is.
+local EXTENSIONS = { WAVE = { wav = true, wave = true },
+                     AIFF = { aif = true, aiff = true, aifc = true } }
+
+local function waveEncoding(data)
+  if #data < 16 then return nil end
+  local code, bits = string.unpack("<I2", data), string.unpack("<I2", data, 15)
+  if code == 0xFFFE and #data >= 26 then code = string.unpack("<I2", data, 25) end
+  return (WAVE_CODES[code] or ("code 0x%04X"):format(code)) .. " " .. bits .. " bits", code == 1
+end
+
+local function aiffEncoding(data, form)
+  if #data < 18 then return nil end
+  local bits = string.unpack(">I2", data, 7)
+  local kind = form == "AIFC" and data:sub(19, 22) or "NONE"
+  if AIFC_PLAIN[kind] then return "PCM " .. bits .. " bits", true end
+  return kind:gsub("[^%w ]", "?") .. " " .. bits .. " bits", false
+end
+
+-- Reads the chunks behind the file's 12-byte head into found.chunks.
+local function walk(file, found, order, fileSize)
+  local position, size64 = 12, nil
+  while position + 8 <= fileSize do
+    if #found.chunks == MOST_CHUNKS then
+      found.problem = "more than " .. MOST_CHUNKS .. " chunks"
+      return
+    end
+    file:seek("set", position)
+    local head = file:read(8)
+    if not head or #head < 8 then break end
+    local id, size = head:sub(1, 4), string.unpack(order .. "I4", head, 5)
+    if id == "data" and size == 0xFFFFFFFF and size64 then size = size64 end
+    local there = math.min(size, fileSize - position - 8)
+    local chunk = { id = id:gsub("[^\32-\126]", "?"), size = there, declared = size,
+                    cut = size > there }
+    found.chunks[#found.chunks + 1] = chunk
+    if id == "ds64" or id == "fmt " or id == "COMM" then
+      local data = file:read(math.min(there, 64)) or ""
+      if id == "ds64" and #data >= 16 then size64 = string.unpack("<I8", data, 9) & (1 << 62) - 1
+      elseif id == "fmt " and not found.encoding then
+        found.encoding, found.plain = waveEncoding(data)
+      elseif id == "COMM" and not found.encoding then
+        found.encoding, found.plain = aiffEncoding(data, found.form)
+      end
+    end
+    if chunk.cut then found.problem = "chunk '" .. chunk.id .. "' is cut off" end
+    position = position + 8 + there + there % 2
+  end
+  if not found.problem and position < fileSize then
+    found.problem = (fileSize - position) .. " bytes behind the last chunk"
+  end
+end
+
+-- container "WAVE", "AIFF" or nil for others; form as the file calls itself; encoding as text and
+-- whether it is plain PCM; chunks (id, size that is there, declared size, cut); problem as text.
+-- nil and the reason when the file cannot be read at all.
+function soundfile.inspect(path)
+  local file, reason = io.open(path, "rb")
+  if not file then return nil, (reason:gsub("^.*: ", "")) end
+  local head, failure = file:read(12)
+  if not head then
+    file:close()
+    return nil, failure and failure:gsub("^.*: ", "") or "the file is empty"
+  end
+  local found = { chunks = {} }
+  local outer, inner = head:sub(1, 4), head:sub(9, 12)
+  local size = file:seek("end")
+  if (outer == "RIFF" or outer == "RF64" or outer == "BW64") and inner == "WAVE" then
+    found.container, found.form = "WAVE", outer == "RIFF" and "WAVE" or "WAVE (" .. outer .. ")"
+    walk(file, found, "<", size)
+  elseif outer == "FORM" and (inner == "AIFF" or inner == "AIFC") then
+    found.container, found.form = "AIFF", inner
+    walk(file, found, ">", size)
+  else
+    found.form = outer == "fLaC" and "FLAC" or outer == "OggS" and "Ogg" or "other"
+  end
+  file:close()
+  return found
+end
+
+-- nil when the file can be written again without a change of its sound or its container, else why
+-- not.
+function soundfile.whyNotWritable(path, found)
+  if not found.container then return "only WAVE and AIFF files can be written" end
+  local extension = path:lower():match("%.([^./]*)$") or ""
+  if not EXTENSIONS[found.container][extension] then
+    return "a " .. found.container .. " file that is not called so: not written"
+  end
+  if not found.plain then
+    return "its sound (" .. (found.encoding or "unknown") .. ") would be converted: not written"
+  end
+  if found.problem then return found.problem .. ": not written" end
+  local probe, reason = io.open(path, "r+b")
+  if not probe then return (reason:gsub("^.*: ", "")) end
+  probe:close()
+  return nil
+end
+
+return soundfile

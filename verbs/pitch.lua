@@ -1,0 +1,215 @@
+-- zyl pitch: finds the pitch of sample files, shows, draws and stores it.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local json = require "json"
+local notes = require "notes"
+local progress = require "progress"
+local samples = require "samples"
+local soundfile = require "soundfile"
+local text = require "text"
+
+local BLOCK = 128          -- frames for each value of a track
+local WINDOW = 4096        -- frames that a value needs
+local REPEATED = 31        -- values at the end of a track that repeat the one before
+
+local options, files = cli.parse {
+  verb = "pitch",
+  about = "Finds the pitch of sample files: the root key (the note nearest to the median pitch), the\n"
+       .. "cents above it, how much of the file has a pitch, and how steady it is (the spread: half\n"
+       .. "the distance between the 16th and the 84th percentile, in cents).",
+  options = {
+    { name = "track", help = "print every value: time in seconds, Hz, note and cents" },
+    { name = "set", help = "store key and tuning in the file, so that it plays in tune" },
+    { name = "plot", kind = "text", value = "PICTURE",
+      help = "draw waveform, track and note grid into a .png or .svg file; with\n"
+          .. "several files, into one for each: PICTURE-NAME.png" },
+    { name = "json", help = "print a JSON list, one object for each file" },
+    { name = "highest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 2000,
+      help = "highest pitch to expect (default 2000)" },
+    { name = "lowest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 50,
+      help = "lowest pitch to expect (default 50)" },
+    { name = "threshold", kind = "number", value = "X", low = 0, high = 4, default = 1e-5,
+      help = "mean square below which a block is silent (default 1e-5, -50 dB)" },
+    { name = "smooth", kind = "integer", value = "N", low = 0, high = 100000, default = 0,
+      help = "smooth over N blocks of 128 frames to each side (default 0: not)" },
+    { name = "correct", kind = "integer", value = "N", low = 0, high = 100000, default = 10,
+      help = "compare with N blocks to each side to correct octave errors\n(default 10)" },
+    { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
+      help = "what A4 is tuned to (default 440)" },
+  },
+}
+local a4 = options.a4 + 0.0
+if options.lowest >= options.highest then cli.usage("--lowest must be below --highest") end
+local pictureBase, pictureKind
+if options.plot then
+  pictureBase, pictureKind = options.plot:match("^(.*)%.(%a+)$")
+  pictureKind = pictureKind and pictureKind:lower()
+  if pictureKind ~= "png" and pictureKind ~= "svg" then
+    cli.usage("--plot PICTURE: the name must end in .png or .svg")
+  end
+end
+
+local program = host.new("ZylSProgram")
+local printer = cli.printer(options.json)
+local nameWidth = math.max(text.widest(files), #"file")
+
+-- The value that a part of a sorted list lies below.
+local function percentile(sorted, part)
+  local place = 1 + part * (#sorted - 1)
+  local below = math.floor(place)
+  local low, high = sorted[below], sorted[math.min(below + 1, #sorted)]
+  return low + (high - low) * (place - below)
+end
+
+-- What a track says as a whole: values (of note numbers, false where there is no pitch), voiced
+-- (a part of 1), and with a pitch note, hertz, spread.
+local function summary(track, rate)
+  local values, sorted = {}, {}
+  local count = math.max(#track - 1, 1)  -- the last value describes nothing
+  local own = count > 2 * REPEATED and count - REPEATED or count
+  local voiced = 0
+  for i = 1, count do
+    local period = track[i] or 0
+    values[i] = period > 0 and notes.fromHertz(rate / period, a4)
+    if values[i] then
+      voiced = voiced + 1
+      if i <= own then sorted[#sorted + 1] = values[i] end
+    end
+  end
+  local result = { values = values, voiced = voiced / count }
+  if #sorted > 0 then
+    table.sort(sorted)
+    result.note = percentile(sorted, 0.5)
+    result.hertz = a4 * 2 ^ ((result.note - 69) / 12)
+    result.spread = 50 * (percentile(sorted, 0.84) - percentile(sorted, 0.16))
+  end
+  return result
+end
+
+-- Stores the pitch as key and tune: "set", or "as it was" when the file says so already.
+local function store(path, sample, found, it)
+  if not it.note then error("no pitch found: key and tuning stay as they are", 0) end
+  local obstacle = soundfile.whyNotWritable(path, found)
+  if obstacle then error(obstacle, 0) end
+  local key, tune = notes.keyAndTune(it.note)
+  local sameKey = program:Samplekey(sample, key) == key
+  if program:Sampletune(sample, tune) == tune and sameKey then return "as it was" end
+  if not program:SampleWrite(sample) then error("could not be written", 0) end
+  return "set"
+end
+
+local taken = {}
+-- The picture's name for a file; two files of one name get different ones.
+local function pictureName(path)
+  if #files == 1 then return options.plot end
+  local base = path:match("[^/]*$")
+  local stem = pictureBase .. "-" .. (base:match("^(.+)%.[^.]*$") or base)
+  local name, number = stem, 1
+  while taken[name] do
+    number = number + 1
+    name = stem .. "-" .. number
+  end
+  taken[name] = true
+  return name .. "." .. pictureKind
+end
+
+local function draw(path, sample, it, rate)
+  local plot = require "pitchplot"
+  local bytes, format, width = samples.values(program, sample, 0)
+  plot.draw(pictureName(path), pictureKind, {
+    title = path:match("[^/]*$"), rate = rate, block = BLOCK, values = it.values, note = it.note,
+    spread = it.spread, bytes = bytes, format = format, width = width,
+    frames = program:SampleGetSize(sample),
+  })
+end
+
+local function trackRecord(it, rate)
+  local rows = {}
+  for i, note in ipairs(it.values) do
+    local time = (i - 1) * BLOCK / rate
+    if note then
+      local key, cents = notes.nearest(note)
+      rows[i] = json.object("time", time, "hz", a4 * 2 ^ ((note - 69) / 12), "key", key,
+                            "note", notes.name(key), "cents", cents)
+    else
+      rows[i] = json.object("time", time, "hz", json.null)
+    end
+  end
+  return json.list(rows)
+end
+
+local function record(path, it, rate, stored, failure)
+  local key, cents
+  if it.note then key, cents = notes.nearest(it.note) end
+  return json.object("file", path, "key", key, "note", key and notes.name(key), "cents", cents,
+    "hz", it.hertz, "voiced", it.voiced, "spread", it.spread, "rate", rate,
+    "set", stored, "error", failure,
+    "track", options.track and trackRecord(it, rate) or nil)
+end
+
+local function columns(name, note, cents, hertz, voiced, spread, rest)
+  return ("%s  %s  %6s  %8s  %6s  %6s%s\n"):format(text.left(name, nameWidth),
+         text.left(note, 9), cents, hertz, voiced, spread, rest and "  " .. rest or "")
+end
+
+local function line(path, it, stored)
+  local name, voiced = text.printable(path), ("%.0f%%"):format(100 * it.voiced)
+  if not it.note then return columns(name, "-", "-", "-", voiced, "-", stored) end
+  local key, cents = notes.nearest(it.note)
+  return columns(name, ("%s (%d)"):format(notes.name(key), key), ("%+.1f"):format(cents),
+                 ("%.2f"):format(it.hertz), voiced, ("%.1f"):format(it.spread), stored)
+end
+
+local function trackText(path, it, rate)
+  local rows = { { "time", "Hz", "note", "cents" } }
+  for i, note in ipairs(it.values) do
+    local time = ("%.4f"):format((i - 1) * BLOCK / rate)
+    if note then
+      local key, cents = notes.nearest(note)
+      rows[#rows + 1] = { time, ("%.2f"):format(a4 * 2 ^ ((note - 69) / 12)), notes.name(key),
+                          ("%+.1f"):format(cents) }
+    else
+      rows[#rows + 1] = { time, "-", "-", "-" }
+    end
+  end
+  return text.printable(path) .. "\n" .. text.columns(rows, { [3] = true }, "  ")
+end
+
+local function fail(index, reason)
+  cli.failed(files[index], reason)
+  printer.result(index, options.json and json.object("file", files[index], "error", reason) or nil)
+end
+
+local function done(index, sample, track, found)
+  local path, rate = files[index], program:SampleSampleRate(sample)
+  local frames = program:SampleGetSize(sample)
+  if frames < WINDOW then
+    error(("%d frames are too few, %d are needed"):format(frames, WINDOW), 0)
+  end
+  if rate <= 0 then error("the file has no sample rate", 0) end
+  local it = summary(track, rate)
+  -- What fails from here on does not take the result away.
+  local stored, failure
+  if options.set then stored, failure = cli.try(store, path, sample, found, it) end
+  if options.plot then
+    local _, undrawn = cli.try(draw, path, sample, it, rate)
+    failure = failure or undrawn
+  end
+  if failure then cli.failed(path, failure) end
+  if options.json then
+    printer.result(index, record(path, it, rate, stored, failure))
+  elseif options.track then
+    printer.result(index, trackText(path, it, rate))
+  else
+    printer.result(index, line(path, it, stored))
+  end
+end
+
+if not options.json and not options.track then
+  io.write(columns("file", "note", "cents", "Hz", "voiced", "spread"))
+end
+samples.tracks(program, files,
+  { options.highest, options.lowest, options.smooth, options.correct, options.threshold + 0.0 },
+  { done = done, failed = fail, shown = progress.show })
+printer.close()
+cli.finish()
