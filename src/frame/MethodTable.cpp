@@ -25,11 +25,13 @@ ZylHandler HandlerOf() {
   return static_cast<ZylHandler>(&ZylSProgram::Handle<M>);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names are pasted and quoted here
 #define ROW(name, body) \
   {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
 #define METHOD(name) ROW(name, &name)
 #define FIELD(name) ROW(name, &FieldMethod<#name>)
 #define LATER(name) ROW(name, &NotAvailable)
+// NOLINTEND(bugprone-macro-parentheses)
 
 ZylFuncInfo table[] = {
     ZYL_METHOD_LIST(METHOD, FIELD, LATER){nullptr, nullptr, 0, kUnlinked, kUnlinked}};

@@ -370,7 +370,7 @@ class ZYLHOST_API FileString {
 class ZYLHOST_API ScreenCursor {
  public:
   explicit ScreenCursor(int shape);
-  ~ScreenCursor();
+  ~ScreenCursor();  // NOLINT(performance-trivially-destructible): a host with a screen needs it
   ScreenCursor(const ScreenCursor&) = delete;
   ScreenCursor& operator=(const ScreenCursor&) = delete;
 };

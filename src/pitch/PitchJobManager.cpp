@@ -103,9 +103,7 @@ void PitchJobManager::ReapFinished() {
 
 namespace {
 
-int32_t Held(double value) {
-  return static_cast<int32_t>(std::clamp(value, 0.0, 2147483647.0));
-}
+int32_t Held(double value) { return static_cast<int32_t>(std::clamp(value, 0.0, 2147483647.0)); }
 
 }  // namespace
 

@@ -40,7 +40,7 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   int ThreadCount() const { return threads_.Count(); }
   // Lets the workers end that have done their jobs; the queries below do so first.
   void ReapFinished();
-  int32_t TimeLeft();   // seconds, by the speed so far
+  int32_t TimeLeft();  // seconds, by the speed so far
   int32_t TimeTotal();
   int32_t ProgressRatio();  // 0 to 2147483647
   // Fills the array with the names of the samples under analysis, one for each worker.
@@ -49,9 +49,9 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   // The pads that hear of progress and of finished samples; null for none.
   void SetProgressPad(ROCPad* pad);
   void SetFinishedPad(ROCPad* pad);
-  void NotifyProgress();                        // from workers
+  void NotifyProgress();                         // from workers
   void NotifyFinished(const std::string& name);  // from workers
-  void NotifyCleared(const char* name);         // from the script thread
+  void NotifyCleared(const char* name);          // from the script thread
 
   // A worker's first and last word.
   void ThreadMade();

@@ -132,7 +132,8 @@ void PitchJobThread::RemoveSample(genericSample* sample) {
       if (finished) {
         // Fewer frames were reported than the sample has: the count ends at 0, not below.
         uint32_t reported = doneFrames_;
-        while (!doneFrames_.compare_exchange_weak(reported, reported - std::min(reported, frames))) {
+        while (
+            !doneFrames_.compare_exchange_weak(reported, reported - std::min(reported, frames))) {
         }
       }
       if (&job == currentJob_) {

@@ -50,7 +50,7 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
  private:
   // A queued sample; `sample` is cleared when the record goes away.
   struct Job {
-    genericSample* sample;  // under lock_
+    genericSample* sample;           // under lock_
     std::vector<SampleBlock> sound;  // the worker takes it when the job's turn comes
     int bytesPerValue;
     int32_t frameCount;
@@ -71,7 +71,7 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
   mutable wxCriticalSection lock_;
   Job* currentJob_ = nullptr;
   PitchAnalyzer* currentAnalyzer_ = nullptr;
-  AutoResetEvent* removeDone_ = nullptr;  // while a removal waits for the current sample
+  AutoResetEvent* removeDone_ = nullptr;     // while a removal waits for the current sample
   std::unique_ptr<AutoResetEvent> release_;  // while the thread is parked
 
   std::atomic<uint32_t> totalFrames_{0};

@@ -39,9 +39,8 @@ bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeri
 }
 
 bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
-                       MinPeriodArg minPeriod, MaxPeriodArg maxPeriod,
-                       SmoothLengthArg smoothLength, FindPitchLenArg findPitchLen,
-                       RMSthresArg rmsThres) {
+                       MinPeriodArg minPeriod, MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
+                       FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
   const auto settings =
       KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
   if (program->sampleTable == nullptr || *keygroup < 0) return false;

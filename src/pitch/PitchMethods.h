@@ -15,9 +15,8 @@ bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeri
                      MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                      FindPitchLenArg findPitchLen, RMSthresArg rmsThres);
 bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
-                       MinPeriodArg minPeriod, MaxPeriodArg maxPeriod,
-                       SmoothLengthArg smoothLength, FindPitchLenArg findPitchLen,
-                       RMSthresArg rmsThres);
+                       MinPeriodArg minPeriod, MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
+                       FindPitchLenArg findPitchLen, RMSthresArg rmsThres);
 bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg minPeriod,
                       MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                       FindPitchLenArg findPitchLen, RMSthresArg rmsThres);

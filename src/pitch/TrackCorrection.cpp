@@ -204,8 +204,8 @@ double MeanAround(double angle, const Stretch& a, const Stretch& b) {
   const double cosine = std::cos(angle);
   const double sine = std::sin(angle);
   const double sum = a.sum + b.sum + cosine * (a.sumCos + b.sumCos) + sine * (a.sumSin + b.sumSin);
-  return sum / (a.norm + b.norm + cosine * (a.normCos + b.normCos) +
-                sine * (a.normSin + b.normSin));
+  return sum /
+         (a.norm + b.norm + cosine * (a.normCos + b.normCos) + sine * (a.normSin + b.normSin));
 }
 
 // Costs the same for every length. The track is cut into pieces as wide as a window: each window is

@@ -16,7 +16,8 @@ ZylSProgram* SourceProgram(RIOObject* object) {
 }
 
 // The end of Read and Find: a given channel is taken as it is, else the record's own is set.
-bool AttachWithChannel(ZylSProgram& object, akaiProgram* record, const Opt<int32_t, "MC">& channel) {
+bool AttachWithChannel(ZylSProgram& object, akaiProgram* record,
+                       const Opt<int32_t, "MC">& channel) {
   object.Attach(record);
   if (channel) {
     object.midiChannel = *channel;
@@ -50,8 +51,8 @@ bool Create(ZylSProgram& object,
   return true;
 }
 
-bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
-          Opt<int32_t, "MC"> channel) {
+bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path,
+          Opt<int32_t, "LoadSmpl"> loadSamples, Opt<int32_t, "MC"> channel) {
   object.Detach();
   return AttachWithChannel(object, readAkaiProgram(0, path.Text(), loadSamples.ValueOr(1)),
                            channel);
@@ -73,8 +74,7 @@ bool Write(Call& call) {
     if (!given.Read(call, given)) return false;
     mode = *given;
   }
-  const std::string target =
-      path && !(*path).empty() ? std::string(*path) : program->GetFileName();
+  const std::string target = path && !(*path).empty() ? std::string(*path) : program->GetFileName();
   const bool stored = writeAkaiProgram(program.record, 0, target.c_str(), mode) != 0;
   if (stored) call.program.dirty = false;
   call.Return(newROCParam(stored));

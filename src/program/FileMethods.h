@@ -9,8 +9,8 @@
 bool Create(ZylSProgram& object,
             AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
             Opt<bool, "CopySamples"> copySamples);
-bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
-          Opt<int32_t, "MC"> channel);
+bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path,
+          Opt<int32_t, "LoadSmpl"> loadSamples, Opt<int32_t, "MC"> channel);
 bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel);
 bool Write(Call& call);
 std::string FileName(ZylSProgram& object, LoadedProgram program,

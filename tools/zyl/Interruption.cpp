@@ -1,9 +1,9 @@
 #include "Interruption.h"
 
 #include <pthread.h>
-#include <signal.h>
 
 #include <atomic>
+#include <csignal>
 
 namespace zyl {
 

@@ -161,7 +161,7 @@ void PushObject(lua_State* L, RIOObject* object) {
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
   ObjectRef& ref = PushNew(L, object.get());
   ref.owned = true;
-  object.release();
+  static_cast<void>(object.release());  // the userdata has it now
 }
 
 RIOObject* CheckObject(lua_State* L, int index) {

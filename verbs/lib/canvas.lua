@@ -140,15 +140,17 @@ function Raster:area(x, tops, bottoms, colour)
 end
 
 function Raster:text(x, y, text, size, colour, anchor)
-  local unit = size * 0.11
-  local letters = {}
+  local letters, length = {}, 0
   for letter in text:gmatch("[\0-\127\194-\253][\128-\191]*") do
-    letters[#letters + 1] = letter:upper()
+    -- Small letters are capitals of less height.
+    local unit = size * (letter:match("%l") and 0.09 or 0.115)
+    letters[#letters + 1] = { strokes = STROKES[letter:upper()] or UNKNOWN, unit = unit }
+    length = length + 5.6 * unit
   end
-  local length = #letters * 5.6 * unit - 1.6 * unit
   if anchor == "end" then x = x - length elseif anchor == "middle" then x = x - length / 2 end
   for _, letter in ipairs(letters) do
-    for stroke in (STROKES[letter] or UNKNOWN):gmatch("%d+") do
+    local unit = letter.unit
+    for stroke in letter.strokes:gmatch("%d+") do
       local points = {}
       for column, row in stroke:gmatch("(%d)(%d)") do
         points[#points + 1] = { x + column * unit, y + (row - 6) * unit }

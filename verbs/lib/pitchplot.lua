@@ -94,8 +94,8 @@ local function drawTime(surface, seconds)
   end
 end
 
--- The track in pieces: where there is no pitch, and at jumps of more than half an octave, the line
--- breaks off.
+-- The track in pieces: where there is no pitch, beyond the grid, and at jumps of more than half an
+-- octave, the line breaks off.
 local function drawTrack(surface, sound, yOf, secondsAll)
   local points, before = {}, nil
   local function finish()
@@ -103,12 +103,12 @@ local function drawTrack(surface, sound, yOf, secondsAll)
     points = {}
   end
   for i, note in ipairs(sound.values) do
+    if note and (yOf(note) < NOTES_TOP or yOf(note) > NOTES_BOTTOM) then note = false end
     if not note or before and math.abs(note - before) > 6 then finish() end
     before = note
     if note then
       local seconds = (i - 1) * sound.block / sound.rate
-      local y = math.min(math.max(yOf(note), NOTES_TOP), NOTES_BOTTOM)
-      points[#points + 1] = { LEFT + seconds / secondsAll * (RIGHT - LEFT), y }
+      points[#points + 1] = { LEFT + seconds / secondsAll * (RIGHT - LEFT), yOf(note) }
     end
   end
   finish()

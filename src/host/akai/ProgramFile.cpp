@@ -26,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kMagic[] = "ZYLP";
-constexpr uint16_t kVersion = 1;          // a reader refuses a later one
+constexpr uint16_t kVersion = 1;  // a reader refuses a later one
 constexpr size_t kChunkHeadBytes = 4 + 4;
 constexpr uint32_t kMaxFileBytes = 1u << 30;
 

@@ -5,12 +5,12 @@
 
 namespace {
 
-// One error can be pending in each thread: the first one reported, until it is taken.
+// One error can be pending in each thread: the last one reported, until it is taken.
 thread_local std::optional<ZylScriptError> pending;
 
 int Report(ZylScriptError error) {
   const int status = 1 + static_cast<int>(error.kind);
-  if (!pending) pending = std::move(error);
+  pending = std::move(error);
   return status;
 }
 

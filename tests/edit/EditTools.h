@@ -1,0 +1,173 @@
+// Samples to be edited through script methods, and what the methods made of them.
+#pragma once
+
+#include <sndfile.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+
+using Values = std::vector<int>;
+
+// Writes a file through libsndfile; one row of values for each channel.
+inline void StoreSound(const std::string& path, int container, int bits,
+                       const std::vector<Values>& channels) {
+  const int subtypes[] = {container == SF_FORMAT_WAV ? SF_FORMAT_PCM_U8 : SF_FORMAT_PCM_S8,
+                          SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_PCM_32};
+  SF_INFO info{};
+  info.samplerate = 44100;
+  info.channels = static_cast<int>(channels.size());
+  info.format = container | subtypes[bits / 8 - 1];
+  SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+  ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
+  Values frames;
+  for (size_t i = 0; i < channels[0].size(); ++i) {
+    for (const Values& channel : channels) {
+      frames.push_back(static_cast<int>(static_cast<unsigned>(channel[i]) << (32 - bits)));
+    }
+  }
+  sf_write_int(file, frames.data(), static_cast<sf_count_t>(frames.size()));
+  sf_close(file);
+}
+
+// What libsndfile reads, channel by channel, in values of the file's own width.
+struct Sound {
+  explicit Sound(const std::string& path) {
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (file == nullptr) return;
+    const int subtype = info.format & SF_FORMAT_SUBMASK;
+    bits = subtype == SF_FORMAT_PCM_16   ? 16
+           : subtype == SF_FORMAT_PCM_24 ? 24
+           : subtype == SF_FORMAT_PCM_32 ? 32
+                                         : 8;
+    const auto count = static_cast<size_t>(info.channels);
+    Values frames(static_cast<size_t>(info.frames) * count);
+    sf_read_int(file, frames.data(), static_cast<sf_count_t>(frames.size()));
+    sf_close(file);
+    channels.resize(count);
+    for (size_t i = 0; i < frames.size(); ++i) {
+      channels[i % count].push_back(frames[i] >> (32 - bits));
+    }
+  }
+  bool IsWave() const { return (info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_AIFF; }
+
+  SF_INFO info{};
+  int bits = 0;
+  std::vector<Values> channels;
+};
+
+// Value `i % 100` for position i, and the other sign in the second channel.
+inline std::vector<Values> Counting(int positions, int channels) {
+  std::vector<Values> made(static_cast<size_t>(channels));
+  for (int i = 0; i < positions; ++i) {
+    for (size_t c = 0; c < made.size(); ++c) made[c].push_back(c % 2 == 0 ? i % 100 : -(i % 100));
+  }
+  return made;
+}
+
+class EditTest : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make();
+  }
+  void TearDown() override {
+    program("DeleteTempSample");
+    program.Delete();
+    ModuleTest::TearDown();
+  }
+
+  RIOObject* Whole(const std::string& path) const {
+    return program("ReadTempSample", path, -1).Object();
+  }
+  // A fresh file, its first two channels in zones 0 and 1; nothing is dirty.
+  void Open(int bits, const std::vector<Values>& channels) {
+    program("DeleteTempSample");
+    path = Path("sample" + std::to_string(++made_) + ".wav");
+    StoreSound(path, SF_FORMAT_WAV, bits, channels);
+    for (int c = 0; c < static_cast<int>(channels.size()) && c < 2; ++c) {
+      program("ZoneSampleSet", 0, c, path);
+      program("SampleChannel", 0, c, c);
+    }
+    first = program("SampleGet", 0, 0).Object();
+    second = channels.size() > 1 ? program("SampleGet", 0, 1).Object() : nullptr;
+    whole = Whole(path);
+    Clean();
+  }
+  void Clean() const {
+    program("Dirty", false);
+    program("SampleDirty", 0, 0, false);
+  }
+  // "P" and "R" for a dirty program object and record.
+  std::string Dirt() const {
+    return std::string(program("Dirty").Bool() ? "P" : "") +
+           (program("SampleDirty", 0, 0).Bool() ? "R" : "");
+  }
+
+  int Get(RIOObject* sample, const char* method) const { return program(method, sample).Int(); }
+  int Handle(RIOObject* sample, int channel, int& positions) const {
+    const std::unique_ptr<ROCParam, void (*)(ROCParam*)> buffer(newROCParam(-1), deleteROCParam);
+    positions = program("SampleGetBuffer", sample, buffer.get(), channel).Int();
+    return buffer->Int();
+  }
+  // A channel's values as they lie in its buffer.
+  Values Read(RIOObject* sample, int channel) const {
+    int positions = 0;
+    const int handle = Handle(sample, channel, positions);
+    const auto width = static_cast<size_t>(Get(sample, "SampleBits") + 7) / 8;
+    std::string bytes, reason;
+    if (positions > 0) {
+      EXPECT_TRUE(qxBufferBytes(static_cast<uint32_t>(handle),
+                                static_cast<size_t>(positions) * width, bytes, reason))
+          << reason;
+    }
+    Values values;
+    for (size_t at = 0; at + width <= bytes.size(); at += width) {
+      uint32_t value = 0;
+      for (size_t b = 0; b < width; ++b) {
+        value |= uint32_t{static_cast<uint8_t>(bytes[at + b])} << (8 * (4 - width + b));
+      }
+      values.push_back(static_cast<int>(value) >> (8 * (4 - width)));
+    }
+    return values;
+  }
+  std::vector<Values> ReadAll(RIOObject* sample) const {
+    std::vector<Values> all;
+    for (int c = 0; c < Get(sample, "SampleChannelCount"); ++c) all.push_back(Read(sample, c));
+    return all;
+  }
+  // start, end, and start and end of each loop
+  Values Points(RIOObject* sample) const {
+    Values points{Get(sample, "SampleStart"), Get(sample, "SampleEnd")};
+    for (int i = 0; i < Get(sample, "SampleLoopCount"); ++i) {
+      points.push_back(program("SampleLoopStart", sample, i).Int());
+      points.push_back(program("SampleLoopEnd", sample, i).Int());
+    }
+    return points;
+  }
+  void SetPoints(RIOObject* sample, const Values& points) const {
+    program("SampleStart", sample, points[0]);
+    program("SampleEnd", sample, points[1]);
+    program("SampleLoopCount", sample, static_cast<int>(points.size()) / 2 - 1);
+    for (size_t i = 2; i < points.size(); i += 2) {
+      const int loop = static_cast<int>(i) / 2 - 1;
+      program("SampleLoopStart", sample, loop, points[i]);
+      program("SampleLoopEnd", sample, loop, points[i + 1]);
+    }
+  }
+
+  Program program;
+  std::string path;
+  RIOObject* first = nullptr;
+  RIOObject* second = nullptr;
+  RIOObject* whole = nullptr;
+
+ private:
+  int made_ = 0;
+};
+
+}  // namespace zyl::test

@@ -1,0 +1,138 @@
+// Loops through script methods: fields, counts, limits, notifications, quality and searches.
+#include <climits>
+#include <cmath>
+#include <random>
+
+#include "edit/EditTools.h"
+
+namespace zyl::test {
+namespace {
+
+using LoopMethods = EditTest;
+
+TEST_F(LoopMethods, FieldsAreStoredAndToldOfWithTheirNumbers) {
+  Open(16, Counting(50, 1));
+  program("SampleLoopCount", first, 12);
+  Listener listener;
+  std::vector<std::string> told;
+  listener["OnProgramParameterChanged"] = [&](ROCParams& list, ROCParam**) {
+    std::string line;
+    for (int i = 1; i < 5; ++i) line += std::to_string(list.Entry(i)->Int()) + " ";
+    told.push_back(line);
+  };
+  program("Register", static_cast<RIOObject*>(&listener));
+  EXPECT_EQ(program("SampleLoopStart", first, 11, 20).Int(), 0);
+  EXPECT_EQ(program("SampleLoopStart", first, 11, 20).Int(), 20);
+  EXPECT_EQ(program("SampleLoopEnd", first, 11, -40).Int(), 0);
+  EXPECT_EQ(program("SampleLoopTimes", first, 7, 3).Int(), 0);
+  EXPECT_EQ(program("SampleLoopFineLen", first, 11, 5.9).Double(), 0.0);
+  EXPECT_EQ(program("SampleLoopFineLen", first, 11, 4294967295.0).Double(), 5.0);
+  EXPECT_EQ(program("SampleLoopFineLen", first, 11, -0.9).Double(), 4294967295.0);
+  EXPECT_EQ(program("SampleLoopFineLen", first, 11).Double(), 0.0);
+  EXPECT_EQ(program("SampleLoopTimes", first, 7).Int(), 3);
+  EXPECT_EQ(Points(first)[25], -40);
+  EXPECT_EQ(told, (std::vector<std::string>{"302 20 -1 -1 ", "302 20 -1 -1 ", "303 -40 -1 -1 ",
+                                            "308 5 -1 -1 ", "308 -1 -1 -1 ", "308 0 -1 -1 "}));
+  told.clear();
+  for (const char* method : {"SampleLoopStart", "SampleLoopEnd"}) {
+    EXPECT_EQ(program(method, first, 12, 7).Int(), -1) << "not in use";
+    for (const int index : {16, -1}) ExpectArgValue(program(method, first, index), "LoopIndex", 2);
+  }
+  EXPECT_EQ(program("SampleLoopFineLen", first, 15, 7.0).Double(), -1.0);
+  EXPECT_EQ(program("SampleLoopQual", first, 15).Int(), 0);
+  for (const int index : {8, -1}) {
+    ExpectArgValue(program("SampleLoopTimes", first, index), "LoopIndex", 2);
+  }
+  for (const char* method : {"SampleLoopFindStart", "SampleLoopFindEnd"}) {
+    ExpectArgValue(program(method, first, 16, 0, 9, 0), "LoopIndex", 2);
+    ExpectArgType(program(method, first, 0, 0, 9), "Treshold", kTypeInteger, 5);
+  }
+  ExpectArgType(program("SampleLoopFineLen", first, 0, 7), "NewValue", kTypeDouble, 3);
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(LoopMethods, AnotherCountResetsTheLoopsBehindIt) {
+  Open(16, Counting(50, 2));
+  SetPoints(whole, {0, 49, 1, 2, 3, 4, 5, 6, 7, 8});
+  Clean();
+  EXPECT_EQ(program("SampleLoopCount", first, 4).Int(), 4);
+  EXPECT_EQ(Dirt(), "");
+  EXPECT_EQ(program("SampleLoopCount", second, 2).Int(), 4);
+  EXPECT_EQ(Dirt(), "PR");
+  program("SampleLoopCount", first, 16);
+  Values expected{0, 49, 1, 2, 3, 4};
+  expected.resize(34, 0);
+  EXPECT_EQ(Points(whole), expected);
+}
+
+TEST_F(LoopMethods, QualityIsScaledAndHeld) {
+  // A period of 100: the loop's values and slopes match exactly.
+  Open(16, Counting(400, 1));
+  SetPoints(first, {0, 399, 100, 300, 0, 200, 250, 300});
+  EXPECT_EQ(program("SampleLoopQual", first, 0).Int(), 0x7FFFFFFF);
+  EXPECT_EQ(program("SampleLoopQual", first, 1).Int(), 0) << "a start of 0 cannot be rated";
+  // The value at the end is 0, at the start 50, and the slope into the end is -99 for 1.
+  const double terms = 0.025 * 100.0 / 65535.0 * 20.0 * 21.0 / 2.0;
+  EXPECT_NEAR(program("SampleLoopQual", first, 2).Int(),
+              (1.0 - 50.0 / 65535.0 - terms) * 2147483647.0, 2.0);
+  for (const int bits : {16, 32}) {
+    const int high = static_cast<int>((int64_t{1} << (bits - 1)) - 1);
+    Values rough;
+    for (int i = 0; i < 100; ++i) rough.push_back(i % 2 == 0 ? high : -high);
+    rough[91] = high;
+    rough[90] = high;
+    Open(bits, {rough});
+    SetPoints(first, {0, 99, 41, 91});
+    EXPECT_EQ(program("SampleLoopQual", first, 0).Int(), INT_MIN) << bits;
+  }
+}
+
+// By rating every candidate through the script, as its own rule of the search reads.
+TEST_F(LoopMethods, SearchesTakeTheFirstOfTheBestCandidates) {
+  std::mt19937 random(5);
+  for (const int bits : {8, 16, 24, 32}) {
+    Values noise;
+    for (int i = 0; i < 400; ++i) noise.push_back(static_cast<int>(random()) >> (32 - bits + 3));
+    struct Row {
+      int start, end, low, high, threshold;
+    };
+    const Row rows[] = {{100, 300, 20, 250, 0},       {100, 300, 250, 20, 0},
+                        {100, 300, -50, 999, 0},      {100, 300, 300, 350, 0},
+                        {100, 300, 0, 100, 0},        {100, 300, 290, 310, INT_MIN},
+                        {100, 300, 20, 250, INT_MAX}, {100, 399, 20, 250, -2000000000}};
+    for (const Row& row : rows) {
+      for (const bool findStart : {true, false}) {
+        Open(bits, {noise, noise});
+        SetPoints(whole, {0, 399, row.start, row.end});
+        program("SampleLoopFineLen", whole, 0, 123456789.0);
+        const char* field = findStart ? "SampleLoopStart" : "SampleLoopEnd";
+        int best = findStart ? row.start : row.end;
+        int bestQuality = row.threshold;
+        const int low = std::max({std::min(row.low, row.high), 0, findStart ? 0 : row.start});
+        const int high = std::min({std::max(row.low, row.high), 399, findStart ? row.end : 399});
+        const bool outside = findStart ? std::min(row.low, row.high) >= row.end
+                                       : std::max(row.low, row.high) <= row.start;
+        for (int p = low; !outside && p < high; ++p) {
+          program(field, whole, 0, p);
+          const int quality = program("SampleLoopQual", whole, 0).Int();
+          if (quality <= bestQuality) continue;
+          bestQuality = quality;
+          best = p;
+        }
+        program(field, whole, 0, findStart ? row.start : row.end);
+        Clean();
+        const char* search = findStart ? "SampleLoopFindStart" : "SampleLoopFindEnd";
+        EXPECT_EQ(program(search, whole, 0, row.low, row.high, row.threshold).Int(), best)
+            << search << " in " << row.low << " to " << row.high << ", " << bits << " bits";
+        EXPECT_EQ(program(field, first, 0).Int(), best);
+        EXPECT_EQ(program("SampleLoopFineLen", second, 0).Double(), 123456789.0);
+        EXPECT_EQ(Dirt(), "");
+      }
+    }
+  }
+  EXPECT_EQ(program("SampleLoopFindStart", whole, 9, 0, 300, 0).Int(), 0) << "a loop not in use";
+  EXPECT_EQ(program("SampleLoopCount", whole).Int(), 1);
+}
+
+}  // namespace
+}  // namespace zyl::test
