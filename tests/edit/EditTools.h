@@ -100,12 +100,15 @@ class EditTest : public ModuleTest {
   }
   void Clean() const {
     program("Dirty", false);
-    program("SampleDirty", 0, 0, false);
+    for (int zone = 0; zone < 4; ++zone) program("SampleDirty", 0, zone, false);
   }
-  // "P" and "R" for a dirty program object and record.
+  // "P" and "R" for a dirty program object and record of the first zone; all are clean then.
   std::string Dirt() const {
-    return std::string(program("Dirty").Bool() ? "P" : "") +
-           (program("SampleDirty", 0, 0).Bool() ? "R" : "");
+    const bool record = program("SampleDirty", 0, 0).Bool();
+    for (int zone = 0; zone < 4; ++zone) program("SampleDirty", 0, zone, false);
+    const bool object = program("Dirty").Bool();  // counts the records of its zones too
+    Clean();
+    return std::string(object ? "P" : "") + (record ? "R" : "");
   }
 
   int Get(RIOObject* sample, const char* method) const { return program(method, sample).Int(); }

@@ -112,7 +112,9 @@ TEST_F(Notification, AModuleMayLetTheRecordOrTheProgramObjectGo) {
         if (gone) return;
         gone = true;
         if (wholeObject) {
+          const int held = getTotalMem();
           doomed.Delete();
+          EXPECT_EQ(getTotalMem(), held) << "it went while its method ran";
         } else {
           doomed("Read", "no such file");
         }

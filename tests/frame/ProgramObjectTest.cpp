@@ -25,6 +25,10 @@ TEST_F(ProgramObject, TheMaskHasTheChannelsOfAllObjectsOfTheRecord) {
   EXPECT_EQ(MaskOf(first), 0xFFFFFFFFu);
   second.Delete();
   EXPECT_EQ(MaskOf(first), 0x1u);
+  const Program third;
+  ASSERT_TRUE(third("Find", "shared", 5).Bool());
+  third("Create", NullObject{});
+  EXPECT_EQ(MaskOf(first), 0x1u) << "an object that took another record still counts";
   first("PRGmidiChannel", 31);
   EXPECT_EQ(MaskOf(first), 0x80000000u);
 }
@@ -98,6 +102,7 @@ TEST_F(ProgramObject, WithLockAllEveryAttachedRecordIsLockedWhileItIsAttached) {
     EXPECT_EQ(held->lockCount, 2u);
     second.Delete();
     EXPECT_EQ(held->lockCount, 1u);
+    ASSERT_TRUE(first("Write", Path("p.zprg")).Bool());
     ASSERT_TRUE(first("Create", NullObject{}).Bool());
     EXPECT_EQ(held->lockCount, 0u) << "detached records are unlocked";
     deleteAkaiProgram(held);
@@ -105,6 +110,9 @@ TEST_F(ProgramObject, WithLockAllEveryAttachedRecordIsLockedWhileItIsAttached) {
   EXPECT_EQ(getTotalMem(), 0);
   EXPECT_EQ(getTotalLockedMem(), 0);
   LoadModule();
+  const Program plain;
+  ASSERT_TRUE(plain("Read", Path("p.zprg")).Bool());
+  EXPECT_FALSE(plain("IsLocked").Bool()) << "the lock of the written program was read";
 }
 
 }  // namespace

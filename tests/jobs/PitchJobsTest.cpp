@@ -1,0 +1,455 @@
+// Pitch jobs as scripts see them: what starts one, what can be asked of it, what it stores and
+// tells, and that nothing done meanwhile upsets it.
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <thread>
+
+#include "frame/ZylSProgram.h"
+#include "pitch/SamplePitchTracker.h"
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+using Frames = std::vector<int16_t>;
+
+Frames ToneOf(int count, double hz, double amplitude) {
+  Frames frames;
+  for (int i = 0; i < count; ++i) {
+    const double phase = 2 * 3.141592653589793 * hz * i / 44100;
+    const double tone = std::sin(phase) + 0.5 * std::sin(2 * phase);
+    frames.push_back(static_cast<int16_t>(amplitude * 20000 * tone));
+  }
+  return frames;
+}
+Frames NoiseOf(int count, unsigned seed) {
+  std::mt19937 random(seed);
+  Frames frames;
+  for (int i = 0; i < count; ++i) frames.push_back(static_cast<int16_t>(random() >> 17));
+  return frames;
+}
+
+// What a job should store.
+std::vector<float> TrackOf(const std::vector<Frames>& channels,
+                           const PitchSettings& settings = {}) {
+  std::vector<const std::byte*> buffers;
+  for (const Frames& frames : channels) {
+    buffers.push_back(reinterpret_cast<const std::byte*>(frames.data()));
+  }
+  SamplePitchTracker tracker({buffers.data(), static_cast<int>(buffers.size()), 2,
+                              static_cast<int32_t>(channels[0].size()), 44100.0});
+  return *AnalyzePitch(tracker, settings, nullptr);
+}
+
+// The settings that a program object keeps; the module's own type information is not to be had.
+__attribute__((no_sanitize("vptr"))) std::vector<double> KeptSettings(const Program& program) {
+  const auto& object = *reinterpret_cast<ZylSProgram*>(program.Algo()->GetDispatch(true));
+  return {static_cast<double>(object.minPeriod), static_cast<double>(object.maxPeriod),
+          static_cast<double>(object.smoothLength), static_cast<double>(object.findPitchLen),
+          object.rmsThres};
+}
+
+// A module with the two pads, which notes what comes through them.
+class Watcher : public ROCPadListener {
+ public:
+  explicit Watcher(ROCParam* progressValue = newROCParam(7),
+                   ROCParam* finishedValue = newROCParam("nothing yet")) {
+    progress = algo.AddPad("progressUpdate", progressValue);
+    finished = algo.AddPad("pitchDataFinished", finishedValue);
+    progress->SetListener(this);
+    finished->SetListener(this);
+  }
+  void OnSend(ROCPad& pad, const ROCParam& value) override {
+    EXPECT_TRUE(ZylIsScriptThread());
+    if (&pad == progress) {
+      progressSent.push_back(value.Int());
+    } else {
+      finishedSent.push_back(value.Str());
+      if (onFinished) onFinished();
+    }
+  }
+  void OnUpdate(ROCPad& pad, const ROCParam& value) override {
+    EXPECT_EQ(&pad, finished);
+    updated.push_back(value.Str());
+  }
+  RIOObject* Object() { return &algo; }
+
+  Listener algo;
+  ROCPad* progress;
+  ROCPad* finished;
+  std::vector<int> progressSent;
+  std::vector<std::string> finishedSent;
+  std::vector<std::string> updated;
+  std::function<void()> onFinished;
+};
+
+class PitchJobs : public ModuleTest {
+ protected:
+  static constexpr int kLong = 700000;  // frames whose analysis can be caught running
+
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make(2);
+    ZylPump(0);
+  }
+  void TearDown() override {
+    Finish();
+    Program()("PitchDataProgressCB", NullObject{});
+    Program()("PitchDataProgressCBFinish", NullObject{});
+    Program()("DeleteTempSample");
+    program.Delete();
+    ModuleTest::TearDown();
+  }
+  std::string Store(const std::string& name, const std::vector<Frames>& channels) {
+    WriteWave(Path(name), channels);
+    return Path(name);
+  }
+  RIOObject* Fill(int keygroup, int zone, const std::string& path) const {
+    program("ZoneSampleSet", keygroup, zone, path);
+    return program("SampleGet", keygroup, zone).Object();
+  }
+  int Calculating() const { return Program()("PitchDataCalculating").Int(); }
+  // Asks again until it is so.
+  static void Await(const std::function<bool()>& so, const char* what) {
+    for (int i = 0; i < 60000; ++i) {
+      if (so()) return;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    FAIL() << "never came: " << what;
+  }
+  void Finish() const {
+    Await([&] { return Program()("PitchDataProgressRatio").Int() == 0 && Calculating() == 0; },
+          "the end of all jobs");
+  }
+  std::vector<std::string> Current() const {
+    const std::shared_ptr<ROCParam> names(ROCParam::NewArray(5), deleteROCParam);
+    const int count = Program()("PitchDataCalcSamples", names.get()).Int();
+    EXPECT_EQ(names->ElementCount(), count);
+    std::vector<std::string> all;
+    for (int i = 0; i < names->ElementCount(); ++i) all.push_back(names->Element(i).Str());
+    return all;
+  }
+  void AwaitCurrent(const std::string& name) const {
+    Await([&] { return Current() == std::vector<std::string>{name}; }, name.c_str());
+  }
+  // The track as a script reads it; the handle is left in `handle`.
+  std::vector<float> Read(RIOObject* sample, ROCParam& handle) const {
+    const int count = program("SampleGetPitchData", sample, &handle).Int();
+    std::vector<float> track(static_cast<size_t>(count));
+    std::string bytes;
+    std::string reason;
+    if (count > 0) {
+      EXPECT_TRUE(
+          qxBufferBytes(static_cast<uint32_t>(handle.Int()), 4 * track.size(), bytes, reason))
+          << reason;
+      if (bytes.size() == 4 * track.size()) std::memcpy(track.data(), bytes.data(), bytes.size());
+    }
+    return track;
+  }
+  std::vector<float> Read(RIOObject* sample) const {
+    ROCParam handle(0);
+    return Read(sample, handle);
+  }
+  static bool IsAlive(const ROCParam& handle) {
+    std::string bytes;
+    std::string reason;
+    return qxBufferBytes(static_cast<uint32_t>(handle.Int()), 4, bytes, reason);
+  }
+
+  Program program;
+};
+
+TEST_F(PitchJobs, ArgumentsAreCheckedInOrderAndBeforeAnythingIsDone) {
+  RIOObject* sample = Fill(0, 0, Store("a.wav", {ToneOf(5000, 200, 1)}));
+  Watcher watcher;
+  struct Argument {
+    const char* name;
+    int type;
+  };
+  const std::vector<Argument> settings = {{"MinPeriod", 1},
+                                          {"MaxPeriod", 1},
+                                          {"SmoothLength", 1},
+                                          {"findPitchLen", 1},
+                                          {"RMSthres", 8}};
+  const auto with = [&](std::vector<Argument> first) {
+    first.insert(first.end(), settings.begin(), settings.end());
+    return first;
+  };
+  struct Row {
+    const char* method;
+    int required;
+    std::vector<Argument> arguments;
+  };
+  const Row rows[] = {{"CalcSamplePitch", 1, with({{"Sample", 11}})},
+                      {"CalcKeygroupPitch", 1, with({{"KeyGroupIndex", 1}})},
+                      {"CalcProgramPitch", 0, with({})},
+                      {"ClearSamplePitch", 1, {{"Sample", 11}}},
+                      {"PitchDataProgressCB", 1, {{"CBModule", 11}}},
+                      {"PitchDataProgressCBFinish", 1, {{"CBModule", 11}}},
+                      {"PitchDataCalcSamples", 1, {{"SampleArray", 10}}},
+                      {"SampleCompare", 2, {{"Sample1", 11}, {"Sample2", 11}}},
+                      {"SampleGetPitchData", 2, {{"Sample", 11}, {"Buffer", 1}}}};
+  const std::vector<double> before = KeptSettings(program);
+  for (const Row& row : rows) {
+    for (int wrong = 1; wrong <= static_cast<int>(row.arguments.size()); ++wrong) {
+      SCOPED_TRACE(std::string(row.method) + " " + std::to_string(wrong));
+      ROCParams arguments;
+      for (int i = 0; i < wrong - 1; ++i) {
+        const Argument& right = row.arguments[static_cast<size_t>(i)];
+        arguments.AddTail(right.type == 1   ? newROCParam(1)
+                          : right.type == 8 ? newROCParam(0.5)
+                                            : newROCParam(sample));
+      }
+      const Argument& checked = row.arguments[static_cast<size_t>(wrong - 1)];
+      if (wrong <= row.required) {
+        ExpectArgType(CallList(program.Algo(), row.method, &arguments), checked.name, checked.type,
+                      wrong);
+      }
+      arguments.AddTail(newROCParam("text"));
+      ExpectArgType(CallList(program.Algo(), row.method, &arguments), checked.name, checked.type,
+                    wrong);
+    }
+    const std::unique_ptr<RIOObject> other(ZylNewPlainObject("Thing"));
+    for (int i = 0; i < row.required && row.arguments[static_cast<size_t>(i)].type == 11; ++i) {
+      SCOPED_TRACE(row.method);
+      ROCParams arguments;
+      if (i == 1) arguments.AddTail(newROCParam(sample));
+      arguments.AddTail(newROCParam(other.get()));
+      const bool module = std::strcmp(row.arguments[0].name, "CBModule") == 0;
+      ExpectArgPType(CallList(program.Algo(), row.method, &arguments), "Thing",
+                     module ? "ROCAlgo" : "CSample", i + 1);
+    }
+  }
+  ExpectArgType(program("CalcSamplePitch", sample, 1, 2, 3, 4, 5), "RMSthres", 8, 6);
+  ExpectException(program("CalcKeygroupPitch", 2, "no number"),
+                  "ZylSProgram::CalcKeygroupPitch: Keygroup index out of range!");
+  ExpectArgValue(program("SampleGetPitchData", NullObject{}, "no buffer"), "Sample", 1);
+  const Program none;
+  for (const char* method : {"CalcKeygroupPitch", "CalcProgramPitch", "ClearProgramPitch"}) {
+    ExpectException(none(method, "no number"), std::string("ZylSProgram::") + method +
+                                                   ": No program loaded. Method can not execute!");
+  }
+  EXPECT_EQ(KeptSettings(program), before);
+  EXPECT_EQ(Calculating(), 0);
+}
+
+TEST_F(PitchJobs, WhatStartsAJobAndWhatIsKept) {
+  RIOObject* sample = Fill(0, 0, Store("a.wav", {ToneOf(5000, 200, 1)}));
+  RIOObject* second = Fill(1, 1, Store("b.wav", {ToneOf(5000, 300, 1)}));
+  using Kept = std::vector<double>;
+  EXPECT_FALSE(program("CalcSamplePitch", NullObject{}, 1, 2, 3, 4, 0.5).Bool());
+  EXPECT_EQ(KeptSettings(program), (Kept{1, 2, 3, 4, 0.5}));
+  EXPECT_FALSE(program("CalcKeygroupPitch", -1, -7, NullEntry{}, INT_MAX).Bool());
+  EXPECT_EQ(KeptSettings(program), (Kept{-7, 50, INT_MAX, 10, 1e-5}));
+  EXPECT_EQ(Calculating(), 0);
+  EXPECT_TRUE(program("CalcSamplePitch", sample).Bool());
+  EXPECT_EQ(KeptSettings(program), (Kept{2000, 50, 0, 10, 1e-5}));
+  EXPECT_EQ(Calculating(), 1);
+  Finish();
+  EXPECT_FALSE(program("CalcSamplePitch", sample).Bool()) << "it has its track";
+  EXPECT_FALSE(program("ClearSamplePitch", NullObject{}).Bool());
+  EXPECT_TRUE(program("ClearSamplePitch", sample).Bool());
+  EXPECT_TRUE(program("CalcKeygroupPitch", 0).Bool());
+  Finish();
+  EXPECT_EQ(Read(sample).size(), 40u);
+  EXPECT_EQ(Read(second).size(), 0u);
+  EXPECT_TRUE(program("CalcProgramPitch").Bool());
+  Finish();
+  EXPECT_EQ(Read(second).size(), 40u);
+
+  // Jobs with nothing to do are there until a query lets them go.
+  program("CalcProgramPitch");
+  program("CalcKeygroupPitch", 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  EXPECT_EQ(Calculating(), 2);
+  Finish();
+  EXPECT_TRUE(Current().empty());
+  for (const char* query : {"PitchDataTimeLeft", "PitchDataTimeTotal", "PitchDataProgressRatio"}) {
+    EXPECT_EQ(program(query).Int(), 0) << query;
+  }
+  EXPECT_TRUE(program("ClearProgramPitch").Bool());
+  EXPECT_EQ(Read(sample).size() + Read(second).size(), 0u);
+}
+
+TEST_F(PitchJobs, TracksAreThoseOfTheTracker) {
+  const std::vector<Frames> stereo = {ToneOf(30000, 180, 0.6), NoiseOf(30000, 3)};
+  const std::string path = Store("stereo.wav", stereo);
+  for (const int channel : {-1, 0, 1}) {
+    RIOObject* sample = program("ReadTempSample", path, channel).Object();
+    program("ClearSamplePitch", sample);
+    EXPECT_TRUE(program("CalcSamplePitch", sample).Bool());
+    Finish();
+    EXPECT_EQ(Read(sample), TrackOf(stereo)) << "channels are summed, asked through " << channel;
+    program("ClearSamplePitch", sample);
+    EXPECT_TRUE(program("CalcSamplePitch", sample, 900, 70, 4, 3, 0.02).Bool());
+    Finish();
+    EXPECT_EQ(Read(sample), TrackOf(stereo, {900, 70, 4, 3, 0.02}));
+  }
+  const Frames quiet = ToneOf(9000, 200, 0.03);
+  RIOObject* sample = Fill(0, 0, Store("quiet.wav", {quiet}));
+  program("CalcSamplePitch", sample, 2000, 50, 0, 10, 0.001);
+  // What a job analyses is the sound of the moment at which it was asked for.
+  program("SampleSetValues", sample, 0, 8999, 0);
+  program("SampleSize", sample, 100);
+  Finish();
+  EXPECT_EQ(Read(sample), std::vector<float>(9000 / 128 + 1));
+  EXPECT_NE(TrackOf({quiet}), std::vector<float>(9000 / 128 + 1));
+}
+
+TEST_F(PitchJobs, ATracksHandleGoesWithIt) {
+  const std::string path = Store("a.wav", {ToneOf(9000, 200, 1)});
+  RIOObject* sample = Fill(0, 0, path);
+  ROCParam handle(99);
+  EXPECT_TRUE(Read(sample, handle).empty());
+  EXPECT_EQ(handle.Int(), 0);
+  program("CalcSamplePitch", sample);
+  Finish();
+  EXPECT_EQ(Read(sample, handle), TrackOf({ToneOf(9000, 200, 1)}));
+  ROCParam again(0);
+  Read(sample, again);
+  EXPECT_EQ(again.Int(), handle.Int());
+  program("ClearSamplePitch", sample);
+  EXPECT_FALSE(IsAlive(handle));
+  program("CalcSamplePitch", sample);
+  Finish();
+  EXPECT_FALSE(IsAlive(handle));
+  Read(sample, again);
+  EXPECT_TRUE(IsAlive(again));
+  program("ZoneSampleSet", 0, 0);
+  EXPECT_FALSE(IsAlive(again));
+
+  RIOObject* first = Fill(0, 0, path);
+  RIOObject* other = Fill(0, 1, Store("b.wav", {ToneOf(500, 200, 1)}));
+  RIOObject* channel = program("ReadTempSample", path, -1).Object();
+  EXPECT_TRUE(program("SampleCompare", first, first).Bool());
+  EXPECT_TRUE(program("SampleCompare", first, channel).Bool()) << "two records of one file";
+  EXPECT_FALSE(program("SampleCompare", first, other).Bool());
+  EXPECT_FALSE(program("SampleCompare", NullObject{}, other).Bool());
+  EXPECT_TRUE(program("SampleCompare", NullObject{}, NullObject{}).Bool());
+}
+
+TEST_F(PitchJobs, PadsHearOnTheScriptThread) {
+  constexpr int kBlocks = 250;  // hops: two whole reports and a rest
+  RIOObject* sample = Fill(0, 0, Store("tone.wav", {ToneOf(4096 + 128 * kBlocks, 200, 1)}));
+  program("SampleName", sample, "A Name");
+  Watcher deaf(newROCParam(1.5), newROCParam(2));
+  Watcher replaced;
+  Watcher watcher;
+  const auto run = [&] {
+    program("ClearSamplePitch", sample);
+    program("CalcSamplePitch", sample);
+    Finish();
+    return ZylPump(0);
+  };
+  for (Watcher* one : {&deaf, &replaced, &watcher}) {
+    EXPECT_EQ(program("PitchDataProgressCB", one->Object()).result, nullptr);
+    EXPECT_EQ(program("PitchDataProgressCBFinish", one->Object()).result, nullptr);
+    if (one == &deaf) run();
+  }
+  EXPECT_EQ(deaf.progress->Value()->Double(), 1.5);
+  EXPECT_EQ(deaf.finished->Value()->Int(), 2);
+  program("CalcSamplePitch", sample);
+  run();
+  EXPECT_EQ(watcher.progressSent, (std::vector<int>(4, 1)));
+  EXPECT_EQ(watcher.finishedSent, std::vector<std::string>{"A Name"});
+  EXPECT_EQ(watcher.updated, std::vector<std::string>{"A Name"}) << "the track was cleared";
+  EXPECT_EQ(watcher.finished->Value()->Str(), "A Name");
+  program("ClearProgramPitch");
+  EXPECT_EQ(watcher.updated.size(), 2u);
+  program("ClearProgramPitch");
+  EXPECT_EQ(watcher.updated.size(), 2u) << "there was no track";
+  for (const Watcher* one : {&deaf, &replaced}) {
+    EXPECT_TRUE(one->progressSent.empty() && one->finishedSent.empty() && one->updated.empty());
+  }
+
+  program("PitchDataProgressCB", NullObject{});
+  Listener padless;
+  program("PitchDataProgressCBFinish", static_cast<RIOObject*>(&padless));
+  EXPECT_EQ(run(), 0) << "nothing waits where nobody listens";
+  auto dying = std::make_unique<Watcher>();
+  program("PitchDataProgressCBFinish", dying->Object());
+  program("ClearSamplePitch", sample);
+  program("CalcSamplePitch", sample);
+  Finish();
+  dying.reset();
+  ZylPump(0);
+  EXPECT_EQ(run(), 0);
+}
+
+TEST_F(PitchJobs, QueriesAndCancelWhileAJobRuns) {
+  const std::string path = Store("long.wav", {NoiseOf(kLong, 1)});
+  Watcher watcher;
+  program("PitchDataProgressCBFinish", watcher.Object());
+  for (int k = 2; k < 12; ++k) program("KGCreate", k);
+  for (int i = 0; i < 48; ++i) program("ZoneSampleSet", i / 4, i % 4, path);
+  program("CalcProgramPitch");  // the sample stands in the queue 48 times
+  AwaitCurrent("long");
+  int ratio = 0;
+  Await([&] { return (ratio = program("PitchDataProgressRatio").Int()) > 0; }, "progress");
+  EXPECT_LT(ratio, INT_MAX / 4);
+  Await([&] { return program("PitchDataTimeTotal").Int() > 0; }, "a time");
+  const int left = program("PitchDataTimeLeft").Int();
+  EXPECT_LE(left, program("PitchDataTimeTotal").Int() + 1);
+  EXPECT_TRUE(program("PitchDataCalcCancel").Ok());
+  Finish();
+  ZylPump(0);
+  EXPECT_LT(watcher.finishedSent.size(), 48u) << "cancelled too late to see anything";
+  EXPECT_GT(watcher.finishedSent.size(), 0u);
+
+  RIOObject* sample = program("SampleGet", 0, 0).Object();
+  program("ClearSamplePitch", sample);
+  watcher.finishedSent.clear();
+  program("CalcSamplePitch", sample);
+  AwaitCurrent("long");
+  program("PitchDataCalcCancel");
+  Finish();
+  ZylPump(0);
+  EXPECT_EQ(watcher.finishedSent, std::vector<std::string>{"long"})
+      << "an aborted one is told of too";
+  EXPECT_TRUE(Read(sample).empty());
+}
+
+TEST_F(PitchJobs, ASampleThatGoesIsTakenOutOfEveryJob) {
+  const std::string path = Store("long.wav", {NoiseOf(kLong, 1)});
+  const Frames tone = ToneOf(9000, 200, 1);
+  const std::string shortPath = Store("short.wav", {tone});
+  Watcher watcher;
+  program("PitchDataProgressCBFinish", watcher.Object());
+  for (const int zone : {0, 1, 3}) program("ZoneSampleSet", 0, zone, path);
+  Fill(0, 2, shortPath);
+  program("CalcProgramPitch");
+  program("CalcKeygroupPitch", 0);
+  Await([&] { return Current() == std::vector<std::string>(2, "long"); }, "both jobs");
+  for (const int zone : {0, 1, 3}) program("ZoneSampleSet", 0, zone);
+  EXPECT_EQ(findSampleFN(path.c_str(), 0, -1), nullptr);
+  for (const std::string& name : Current()) EXPECT_NE(name, "long");
+  Finish();
+  ZylPump(0);
+  EXPECT_EQ(watcher.finishedSent.size(), 4u) << "each job ended one and did the other";
+  EXPECT_EQ(Read(program("SampleGet", 0, 2).Object()), TrackOf({tone}));
+
+  // Whoever is told may discard the very sample that it is told of.
+  RIOObject* sample = program("SampleGet", 0, 2).Object();
+  const ROCParam object(sample);
+  program("Register", static_cast<RIOObject*>(&watcher.algo));
+  watcher.algo["OnDeletingSmpl"] = [&](ROCParams&, ROCParam**) {
+    watcher.algo["OnDeletingSmpl"] = [](ROCParams&, ROCParam**) {};
+    program("ZoneSampleSet", 0, 2);
+  };
+  EXPECT_TRUE(program("ClearSamplePitch", sample).Bool());
+  EXPECT_EQ(object.Object(), nullptr);
+  EXPECT_EQ(findSampleFN(shortPath.c_str(), 0, -1), nullptr);
+  EXPECT_EQ(watcher.updated, std::vector<std::string>{"short"});
+  for (const int zone : {0, 1}) Fill(1, zone, shortPath);
+  program("CalcProgramPitch");
+  watcher.onFinished = [&] { program("KGDelete", 1); };
+  Finish();
+  ZylPump(0);
+  EXPECT_EQ(findSampleFN(shortPath.c_str(), 0, -1), nullptr);
+}
+
+}  // namespace
+}  // namespace zyl::test
