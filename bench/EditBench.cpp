@@ -1,5 +1,5 @@
-// Sample edits and loop searches as scripts call them, on 10,000,000 positions of 16 bits (searches:
-// 1,000,000 candidates). Prints `name  ratio  bar`.
+// Sample edits and loop searches as scripts call them, on 10,000,000 positions of 16 bits
+// (searches: 1,000,000 candidates). Prints `name  ratio  bar`.
 //
 // Edits in place stand against memcpy of the same bytes between two buffers that are there. Edits
 // that make a new block stand against memcpy of the bytes that they must move, twice: into a block
@@ -65,8 +65,7 @@ class Script {
     (arguments.AddTail(newROCParam(args)), ...);
     ROCParam* result = nullptr;
     program_->GetDispatch(true)->CallFunctionIndirect(method, &arguments, &result);
-    const int32_t answer =
-        result != nullptr && result->Type() == kTypeInteger ? result->Int() : 0;
+    const int32_t answer = result != nullptr && result->Type() == kTypeInteger ? result->Int() : 0;
     object_ = result != nullptr && result->Type() == kTypeObject ? result->Object() : nullptr;
     deleteROCParam(result);
     return answer;
@@ -211,8 +210,9 @@ int main() {
     std::fprintf(stderr, "%s\n", reason.c_str());
     return 1;
   }
-  std::printf("bars of edits: memcpy of the same bytes; of new blocks: into a block allocated for it\n"
-              "while the one before is freed, then (warm) into one that is there\n");
+  std::printf(
+      "bars of edits: memcpy of the same bytes; of new blocks: into a block allocated for it\n"
+      "while the one before is freed, then (warm) into one that is there\n");
   Script script;
   std::mt19937 random(11);
   const auto noise = [&](int32_t) { return static_cast<int32_t>(static_cast<int16_t>(random())); };

@@ -115,7 +115,7 @@ int32_t PitchJobManager::TimeLeft() {
     const uint32_t done = thread.DoneFrames();
     if (done == 0) continue;
     const uint32_t left = thread.TotalFrames() - done;
-    const auto elapsed = static_cast<double>(wxGetCurrentTime() - thread.StartTime());
+    const auto elapsed = static_cast<double>(wxGetUTCTime() - thread.StartTime());
     sum += std::trunc(static_cast<double>(left) / done * elapsed);
   }
   return Held(sum);
@@ -128,7 +128,7 @@ int32_t PitchJobManager::TimeTotal() {
     const PitchJobThread& thread = *node->item;
     const uint32_t done = thread.DoneFrames();
     if (done == 0) continue;
-    const auto elapsed = static_cast<double>(wxGetCurrentTime() - thread.StartTime());
+    const auto elapsed = static_cast<double>(wxGetUTCTime() - thread.StartTime());
     sum += std::trunc(static_cast<double>(thread.TotalFrames()) / done * elapsed);
   }
   return Held(sum);

@@ -63,7 +63,7 @@ bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file)
     bits = std::max<unsigned>(bits, record->shared().bits);
   }
   file.SetBitsPerValue(bits);
-  return file.CreateInterleavedBuffer() && file.ChannelCount() == channels.size();
+  return file.ChannelCount() == channels.size() && file.CreateInterleavedBuffer();
 }
 
 namespace fs = std::filesystem;
@@ -93,8 +93,7 @@ bool CopyWhole(const fs::path& source, const fs::path& dest) {
       wxFileName::CreateTempFileName(wxString::FromUTF8((folder / ".zyl-copy-").string()));
   if (part.empty()) return false;
   std::error_code failure = std::make_error_code(std::errc::io_error);
-  if (wxCopyFile(wxString::FromUTF8(source.string()), part) &&
-      wxFile(part).Flush()) {
+  if (wxCopyFile(wxString::FromUTF8(source.string()), part) && wxFile(part).Flush()) {
     fs::rename(fs::path(part.utf8_string()), target, failure);
   }
   if (failure) wxRemoveFile(part);

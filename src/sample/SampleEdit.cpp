@@ -57,6 +57,14 @@ bool IsEdited(const genericSample& sample, int channel) {
   return sample.channel < 0 || sample.channel == channel;
 }
 
+// A new block for every channel.
+template <class Make>
+std::vector<SampleBlock> NewBlocks(const genericSample& sample, Make make) {
+  std::vector<SampleBlock> blocks(static_cast<size_t>(sample.getChannelCount()));
+  for (size_t c = 0; c < blocks.size(); ++c) blocks[c] = make(static_cast<int>(c));
+  return blocks;
+}
+
 template <class Move>
 void MoveLoopPoints(SampleParameters& parameters, Move move) {
   const uint32_t count = std::min<uint32_t>(parameters.loopCount, kMaxLoops);
@@ -85,11 +93,8 @@ bool ExtractRange(genericSample& sample, int32_t s, int32_t e) {
   if (!zyl::ClampRange(parameters.frameCount, s, e)) return false;
   const int32_t n = e - s + 1;
   const int bytes = sample.getChannelBytesPS(-1);
-  std::vector<SampleBlock> blocks;
-  for (int c = 0; c < sample.getChannelCount(); ++c) {
-    blocks.push_back(Joined({PieceOf(sample, c, s, n)}, bytes));
-  }
-  sample.setBuffers(std::move(blocks), bytes, n);
+  sample.setBuffers(NewBlocks(sample, [&](int c) { return Joined({PieceOf(sample, c, s, n)}, bytes); }),
+                    bytes, n);
   if (parameters.end >= n) parameters.end = n - 1;
   if (parameters.start >= parameters.end) parameters.start = std::max(parameters.end, 1) - 1;
   MoveLoopPoints(parameters, [&](genericLoop& loop) {
@@ -105,12 +110,11 @@ bool DeleteRange(genericSample& sample, int32_t s, int32_t e) {
   const int32_t removed = e - s;
   const int32_t left = parameters.frameCount - removed;
   const int bytes = sample.getChannelBytesPS(-1);
-  std::vector<SampleBlock> blocks;
-  for (int c = 0; c < sample.getChannelCount(); ++c) {
-    blocks.push_back(
-        Joined({PieceOf(sample, c, 0, s), PieceOf(sample, c, e, parameters.frameCount - e)}, bytes));
-  }
-  sample.setBuffers(std::move(blocks), bytes, left);
+  const int32_t after = parameters.frameCount - e;
+  const auto cut = [&](int c) {
+    return Joined({PieceOf(sample, c, 0, s), PieceOf(sample, c, e, after)}, bytes);
+  };
+  sample.setBuffers(NewBlocks(sample, cut), bytes, left);
   const auto moved = [&](int32_t point) {
     if (point <= s) return point;
     return point > e ? point - removed : s;
@@ -136,15 +140,14 @@ bool InsertSample(genericSample& sample, const genericSample* other, int32_t ind
   if (int64_t{inserted} + parameters.frameCount > INT32_MAX) return false;
   const int bytes = (hasData ? &sample : other)->getChannelBytesPS(-1);
   // The other may be this very sample, whose blocks are replaced only when all are made.
-  std::vector<SampleBlock> blocks;
-  for (int c = 0; c < sample.getChannelCount(); ++c) {
+  const auto spliced = [&](int c) {
     const Piece middle = IsEdited(sample, c)
                              ? PieceOf(*other, PartnerChannel(*other, c), 0, inserted)
                              : Piece{nullptr, 0, inserted, bytes};
-    blocks.push_back(Joined(
-        {PieceOf(sample, c, 0, before), middle, PieceOf(sample, c, before, after)}, bytes));
-  }
-  sample.setBuffers(std::move(blocks), bytes, parameters.frameCount + inserted);
+    return Joined({PieceOf(sample, c, 0, before), middle, PieceOf(sample, c, before, after)},
+                  bytes);
+  };
+  sample.setBuffers(NewBlocks(sample, spliced), bytes, parameters.frameCount + inserted);
   const auto move = [&](int32_t& point) {
     if (point > index) {
       point = static_cast<int32_t>(std::min<int64_t>(int64_t{point} + inserted, INT32_MAX));
@@ -163,12 +166,11 @@ bool CopyRangeFrom(genericSample& sample, const genericSample* other, int32_t s,
   if (other == nullptr || !zyl::ClampRange(other->shared().frameCount, s, e)) return false;
   const int32_t n = e - s + 1;
   const int bytes = other->getChannelBytesPS(-1);
-  std::vector<SampleBlock> blocks(static_cast<size_t>(sample.getChannelCount()));
-  for (int c = 0; c < sample.getChannelCount(); ++c) {
-    if (!IsEdited(sample, c)) continue;
-    blocks[static_cast<size_t>(c)] =
-        Joined({PieceOf(*other, PartnerChannel(*other, c), s, n)}, bytes);
-  }
-  sample.setBuffers(std::move(blocks), bytes, n);
+  // An empty block keeps its channel's data, made to fit.
+  const auto copied = [&](int c) {
+    if (!IsEdited(sample, c)) return SampleBlock();
+    return Joined({PieceOf(*other, PartnerChannel(*other, c), s, n)}, bytes);
+  };
+  sample.setBuffers(NewBlocks(sample, copied), bytes, n);
   return true;
 }

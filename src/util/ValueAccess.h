@@ -104,7 +104,8 @@ inline void ConvertValues(const std::byte* from, int fromBytes, std::byte* to, i
       for (std::ptrdiff_t i = 0; i < count; ++i) {
         const std::int32_t value = source.Read(from, i);
         if constexpr (shift >= 0) {
-          target.Store(to, i, static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << shift));
+          target.Store(to, i,
+                       static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << shift));
         } else {
           target.Store(to, i, value >> -shift);
         }

@@ -60,7 +60,8 @@ TEST_F(BlockEdits, CutsMoveStartEndAndLoopsInAllChannels) {
       {extract(INT_MIN, INT_MAX), Span(0, 299), before},
       {remove(10, 20), Join({Span(0, 9), Span(20, 299)}), {10, 280, 140, 240, 40, 110, 200, 205}},
       {remove(20, 10), Join({Span(0, 9), Span(20, 299)}), {10, 280, 140, 240, 40, 110, 200, 205}},
-      {remove(200, 220), Join({Span(0, 199), Span(220, 299)}),
+      {remove(200, 220),
+       Join({Span(0, 199), Span(220, 299)}),
        {20, 279, 150, 230, 50, 120, 200, 201}},
       {remove(0, 300), {299}, {0, 0, 0, 1, 0, 1, 0, 1}},
       {remove(100, 100), Span(0, 299), before},
@@ -110,9 +111,9 @@ TEST_F(BlockEdits, SplicingInsertsBeforeTheIndexAndMovesWhatLiesBehind) {
     size_t at;
     Values points;
   };
-  const Row rows[] = {{0, 0, {0, 12, 5, 12, 8, 11}},     {-7, 0, {0, 12, 5, 12, 8, 11}},
-                      {2, 2, {0, 12, 2, 12, 8, 11}},     {5, 5, {0, 12, 2, 12, 5, 11}},
-                      {10, 9, {0, 9, 2, 9, 5, 8}},       {INT_MAX, 9, {0, 9, 2, 9, 5, 8}}};
+  const Row rows[] = {{0, 0, {0, 12, 5, 12, 8, 11}}, {-7, 0, {0, 12, 5, 12, 8, 11}},
+                      {2, 2, {0, 12, 2, 12, 8, 11}}, {5, 5, {0, 12, 2, 12, 5, 11}},
+                      {10, 9, {0, 9, 2, 9, 5, 8}},   {INT_MAX, 9, {0, 9, 2, 9, 5, 8}}};
   const std::string otherPath = Path("other.wav");
   StoreSound(otherPath, SF_FORMAT_WAV, 16, {source});
   for (const Row& row : rows) {
@@ -150,10 +151,8 @@ TEST_F(BlockEdits, CopiesReplaceOneChannelAndKeepTheOthersInStep) {
     int s, e;
     Values kept;
   };
-  const Row rows[] = {{3, 5, {3, 4, 5}},
-                      {5, 3, {3, 4, 5}},
-                      {-1, INT_MAX, Span(0, 19)},
-                      {99, 99, {19}}};
+  const Row rows[] = {
+      {3, 5, {3, 4, 5}}, {5, 3, {3, 4, 5}}, {-1, INT_MAX, Span(0, 19)}, {99, 99, {19}}};
   for (const Row& row : rows) {
     const size_t count = row.kept.size();
     for (const int target : {0, 1, -1}) {
@@ -234,10 +233,12 @@ TEST_F(BlockEdits, HandlesOfBuffersDieWithThem) {
   program("SampleCopyFrom", second, first, 0, 2);
   EXPECT_TRUE(lives(left));
   EXPECT_FALSE(lives(right));
-  const std::function<void()> edits[] = {
-      [&] { program("SampleDelete", first, 0, 1); }, [&] { program("SampleExtract", first, 0, 1); },
-      [&] { program("SampleCopyTo", first, second); }, [&] { program("SampleSize", first, 8); },
-      [&] { program("SampleBits", first, 24); }, [&] { program("SampleSize", first, 0); }};
+  const std::function<void()> edits[] = {[&] { program("SampleDelete", first, 0, 1); },
+                                         [&] { program("SampleExtract", first, 0, 1); },
+                                         [&] { program("SampleCopyTo", first, second); },
+                                         [&] { program("SampleSize", first, 8); },
+                                         [&] { program("SampleBits", first, 24); },
+                                         [&] { program("SampleSize", first, 0); }};
   for (const auto& edit : edits) {
     const int handles[] = {Handle(first, 0, positions), Handle(first, 1, positions)};
     EXPECT_TRUE(lives(handles[0]) && lives(handles[1]));

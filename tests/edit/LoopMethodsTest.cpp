@@ -90,52 +90,50 @@ TEST_F(LoopMethods, QualityIsScaledAndHeld) {
 // Against the ratings of all candidates; of equal ratings the methods may know finer differences.
 TEST_F(LoopMethods, SearchesTakeABestCandidateAndLeaveTheRestAlone) {
   std::mt19937 random(5);
+  Values noise;
+  for (int i = 0; i < 400; ++i) noise.push_back(static_cast<int>(random() % 8000) - 4000);
+  Open(16, {noise, noise});
+  SetPoints(whole, {0, 399, 100, 300});
+  program("SampleLoopFineLen", whole, 0, 123456789.0);
   struct Row {
-    int low, high, threshold;
+    const char* field;
+    const char* search;
+    int before, from, to, threshold;
+    int low, high;  // the candidates
   };
-  const Row rows[] = {{20, 250, 0},   {250, 20, 0},         {-50, 999, 0},       {300, 350, 0},
-                      {0, 100, 0},    {290, 310, INT_MIN},  {20, 250, INT_MAX},
-                      {20, 380, -2000000000}};
-  constexpr int kStart = 100, kEnd = 300;
-  for (const int bits : {8, 16, 24, 32}) {
-    Values noise;
-    for (int i = 0; i < 400; ++i) noise.push_back(static_cast<int>(random()) >> (32 - bits + 3));
-    Open(bits, {noise, noise});
-    SetPoints(whole, {0, 399, kStart, kEnd});
-    program("SampleLoopFineLen", whole, 0, 123456789.0);
-    for (const Row& row : rows) {
-      for (const bool findStart : {true, false}) {
-        SCOPED_TRACE(std::to_string(bits) + (findStart ? " start " : " end ") +
-                     std::to_string(row.low) + " to " + std::to_string(row.high));
-        const char* field = findStart ? "SampleLoopStart" : "SampleLoopEnd";
-        const int before = findStart ? kStart : kEnd;
-        const int low = std::max(std::min(row.low, row.high), findStart ? 0 : kStart);
-        const int high = std::min(std::max(row.low, row.high), findStart ? kEnd : 399);
-        std::map<int, int> ratings;
-        int best = row.threshold;
-        for (int p = low; p < high; ++p) {
-          program(field, whole, 0, p);
-          ratings[p] = program("SampleLoopQual", whole, 0).Int();
-          best = std::max(best, ratings[p]);
-        }
-        program(field, whole, 0, before);
-        Clean();
-        const char* search = findStart ? "SampleLoopFindStart" : "SampleLoopFindEnd";
-        const int found = program(search, whole, 0, row.low, row.high, row.threshold).Int();
-        if (best > row.threshold) {
-          ASSERT_EQ(ratings.count(found), 1u) << found;
-          EXPECT_EQ(ratings[found], best);
-        } else {
-          EXPECT_EQ(found, before);
-        }
-        EXPECT_EQ(program(field, first, 0).Int(), found);
-        EXPECT_EQ(program("SampleLoopFineLen", second, 0).Double(), 123456789.0);
-        EXPECT_EQ(Dirt(), "");
-        program(field, whole, 0, before);
-      }
+  const char *start = "SampleLoopStart", *findStart = "SampleLoopFindStart";
+  const char *end = "SampleLoopEnd", *findEnd = "SampleLoopFindEnd";
+  const Row rows[] = {{start, findStart, 100, 250, 20, 0, 20, 250},
+                      {start, findStart, 100, -50, 999, 0, 0, 300},
+                      {start, findStart, 100, 300, 350, INT_MIN, 0, 0},
+                      {start, findStart, 100, 20, 250, INT_MAX, 20, 250},
+                      {end, findEnd, 300, 380, 120, 0, 120, 380},
+                      {end, findEnd, 300, 0, 999, 0, 100, 399},
+                      {end, findEnd, 300, 0, 100, INT_MIN, 0, 0}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.search) + std::to_string(row.from));
+    std::map<int, int> ratings;
+    int best = row.threshold;
+    for (int p = row.low; p < row.high; ++p) {
+      program(row.field, whole, 0, p);
+      ratings[p] = program("SampleLoopQual", whole, 0).Int();
+      best = std::max(best, ratings[p]);
     }
+    program(row.field, whole, 0, row.before);
+    Clean();
+    const int found = program(row.search, whole, 0, row.from, row.to, row.threshold).Int();
+    if (best > row.threshold) {
+      ASSERT_EQ(ratings.count(found), 1u) << found;
+      EXPECT_EQ(ratings[found], best);
+    } else {
+      EXPECT_EQ(found, row.before);
+    }
+    EXPECT_EQ(program(row.field, first, 0).Int(), found);
+    EXPECT_EQ(program("SampleLoopFineLen", second, 0).Double(), 123456789.0);
+    EXPECT_EQ(Dirt(), "");
+    program(row.field, whole, 0, row.before);
   }
-  EXPECT_EQ(program("SampleLoopFindStart", whole, 9, 0, 300, 0).Int(), 0) << "a loop not in use";
+  EXPECT_EQ(program(findStart, whole, 9, 0, 300, 0).Int(), 0) << "a loop not in use";
 }
 
 }  // namespace

@@ -152,8 +152,10 @@ TEST_F(SampleFiles, AWriteKeepsUnknownChunksAndTheMaskSelectsChannels) {
     int mask;
     std::vector<Values> channels;
   };
-  const Row rows[] = {{0, {{9, 2}, {9, 4}, {9, 6}}}, {5, {{9, 2}, {9, 6}}},
-                      {2, {{9, 4}}},                 {-1, {{9, 2}, {9, 4}, {9, 6}}},
+  const Row rows[] = {{0, {{9, 2}, {9, 4}, {9, 6}}},
+                      {5, {{9, 2}, {9, 6}}},
+                      {2, {{9, 4}}},
+                      {-1, {{9, 2}, {9, 4}, {9, 6}}},
                       {4 + 8, {{9, 6}}}};
   for (const Row& row : rows) {
     for (const char* name : {"mask.wav", "mask.aif"}) {
@@ -215,8 +217,8 @@ TEST_F(SampleFiles, MergedChannelsComeInOrderPaddedAndWidened) {
   ExpectArgType(program("SampleWriteMerged"), "NewPath", kTypeString, 1);
   ExpectArgType(program("SampleWriteMerged", to, a, 0, a), "Channel", kTypeInteger, 5);
   ExpectArgType(program("SampleWriteMerged", to, a, 0, 1, 0), "Sample", kTypeObject, 4);
-  ExpectArgPType(program("SampleWriteMerged", to, program.Algo(), 0),
-                 program.Algo()->GetTypeName(), "CSample", 2);
+  ExpectArgPType(program("SampleWriteMerged", to, program.Algo(), 0), program.Algo()->GetTypeName(),
+                 "CSample", 2);
   EXPECT_EQ(Bytes(to), before);
 }
 

@@ -55,9 +55,8 @@ TEST_F(ValueEdits, RangesAreClampedOrderedAndEndWhereTheOperationSays) {
           const Outcome outcome = rows[row].edit(sample, range.s, range.e);
           EXPECT_TRUE(outcome.Ok());
           EXPECT_EQ(outcome.result, nullptr);
-          EXPECT_EQ(ReadAll(first), expected)
-              << bits << " bits, channel " << target << ", edit " << row << ", " << range.s << " "
-              << range.e;
+          EXPECT_EQ(ReadAll(first), expected) << bits << " bits, channel " << target << ", edit "
+                                              << row << ", " << range.s << " " << range.e;
         }
       }
     }
@@ -65,41 +64,35 @@ TEST_F(ValueEdits, RangesAreClampedOrderedAndEndWhereTheOperationSays) {
 }
 
 TEST_F(ValueEdits, NumbersAreReducedFirstAndThenHeldAtTheWidth) {
+  Open(16, Counting(12, 1));
+  const auto all = [&](const char* method, auto value) {
+    program(method, first, 0, 10, value);
+    const Values values = Read(first, 0);
+    for (size_t i = 1; i < 10; ++i) EXPECT_EQ(values[i], values[0]);
+    EXPECT_EQ(values[10], 10) << "the end is not part of the range";
+    return values[0];
+  };
+  EXPECT_EQ(all("SampleSetValues", 40000), -25536);
+  EXPECT_EQ(all("SampleSetValues", 32000), 32000);
+  EXPECT_EQ(all("SampleOffsetValues", 1000), 32767);
+  EXPECT_EQ(all("SampleOffsetValues", INT_MIN), -32768);
+  EXPECT_EQ(all("SampleMultiplyValues", -1.0), 32767);
+  EXPECT_EQ(all("SampleMultiplyValues", 0.99), 32439);
+  EXPECT_EQ(all("SampleMultiplyValues", -1e30), -32768);
+  EXPECT_EQ(all("SampleMultiplyValues", std::nan("")), 0);
   for (const int bits : {8, 16, 24, 32}) {
-    SCOPED_TRACE(bits);
     const int high = static_cast<int>((int64_t{1} << (bits - 1)) - 1);
-    const int low = -high - 1;
-    const auto held = [&](double value) {
-      return static_cast<int>(std::min<double>(high, std::max<double>(low, value)));
-    };
     Open(bits, Counting(12, 1));
-    const auto all = [&](const char* method, auto value) {
-      program(method, first, 0, 10, value);
-      const Values values = Read(first, 0);
-      for (size_t i = 1; i < 10; ++i) EXPECT_EQ(values[i], values[0]);
-      EXPECT_EQ(values[10], 10) << "the end is not part of the range";
-      return values[0];
-    };
-    EXPECT_EQ(all("SampleSetValues", 40000), held(-25536));
-    EXPECT_EQ(all("SampleSetValues", 65536 + 100), 100);
-    EXPECT_EQ(all("SampleSetValues", 32000), held(32000));
-    EXPECT_EQ(all("SampleOffsetValues", 1000), held(held(32000) + 1000.0));
-    EXPECT_EQ(all("SampleOffsetValues", INT_MAX), high);
-    EXPECT_EQ(all("SampleOffsetValues", INT_MIN), held(0.0 + high + INT_MIN));
-    EXPECT_EQ(all("SampleSetValues", -100), -100);
-    EXPECT_EQ(all("SampleMultiplyValues", 0.999), -99);
-    EXPECT_EQ(all("SampleMultiplyValues", 1e30), low);
-    EXPECT_EQ(all("SampleMultiplyValues", -1.5), held(-1.5 * low));
-    EXPECT_EQ(all("SampleMultiplyValues", std::nan("")), 0);
     for (const int value : {INT_MAX, INT_MIN, 40000, -1}) {
       EXPECT_EQ(program("SampleValue", first, 3, value).Int(), Read(first, 0)[3]);
-      EXPECT_EQ(program("SampleValue", first, 3).Int(), held(value));
+      EXPECT_EQ(program("SampleValue", first, 3).Int(), std::clamp(value, -high - 1, high));
     }
     program("SampleValue", first, -5, 1);
     program("SampleValue", first, 12, 2);
     EXPECT_EQ(Read(first, 0)[0], 1);
     EXPECT_EQ(Read(first, 0)[11], 2);
-    EXPECT_EQ(program("SampleValue", first, INT_MAX).Int(), 2);
+    program("SampleMultiplyValues", first, 0, 12, 1e30);
+    EXPECT_EQ(Read(first, 0)[1], high);
   }
 }
 
@@ -147,10 +140,17 @@ TEST_F(ValueEdits, DirtyMarksAreSetAsEachMethodSaysAlsoWhenItFails) {
       {"MultiplyValues", [&](auto* o) { program("SampleMultiplyValues", o, 0, 9, 1.0); }, "R", "R"},
       {"OffsetValues", [&](auto* o) { program("SampleOffsetValues", o, 0, 9, 0); }, "R", "R"},
       {"ReverseValues", [&](auto* o) { program("SampleReverseValues", o, 3, 3); }, "R", "R"},
-      {"Extract", [&](auto* o) { EXPECT_EQ(program("SampleExtract", o, 0, 99).Bool(),
-                                           program("SampleGetSize", o).Int() > 0); }, "PR", "PR"},
-      {"Delete", [&](auto* o) { EXPECT_EQ(program("SampleDelete", o, 3, 3).Bool(),
-                                          program("SampleGetSize", o).Int() > 0); }, "PR", "PR"},
+      {"Extract",
+       [&](auto* o) {
+         EXPECT_EQ(program("SampleExtract", o, 0, 99).Bool(),
+                   program("SampleGetSize", o).Int() > 0);
+       },
+       "PR", "PR"},
+      {"Delete",
+       [&](auto* o) {
+         EXPECT_EQ(program("SampleDelete", o, 3, 3).Bool(), program("SampleGetSize", o).Int() > 0);
+       },
+       "PR", "PR"},
       {"CopyTo", [&](auto* o) { EXPECT_TRUE(program("SampleCopyTo", o, other()).Bool()); }, "", ""},
       {"CopyFrom", [&](auto* o) { EXPECT_TRUE(program("SampleCopyFrom", o, other()).Bool()); }, "",
        ""},
@@ -183,7 +183,8 @@ TEST_F(ValueEdits, WhatIsOutOfRangeIsAnErrorOfThatArgumentAndChangesNothing) {
   Open(16, Counting(10, 2));
   SetPoints(whole, {0, 9, 2, 8});
   Clean();
-  for (const int size : {-1, INT_MIN}) ExpectArgValue(program("SampleSize", whole, size), "NewSize", 2);
+  for (const int size : {-1, INT_MIN})
+    ExpectArgValue(program("SampleSize", whole, size), "NewSize", 2);
   for (const int bits : {0, 33, -16, 65536}) {
     ExpectArgValue(program("SampleBits", whole, bits), "NewValue", 2);
   }

@@ -126,7 +126,8 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
     EXPECT_GE(program("PitchDataProgressRatio").Int(), 0);
     EXPECT_GE(program("PitchDataTimeLeft").Int(), 0);
     const std::shared_ptr<ROCParam> names(ROCParam::NewArray(0), deleteROCParam);
-    EXPECT_EQ(program("PitchDataCalcSamples", names.get()).Int(), names->ElementCount());
+    const int count = program("PitchDataCalcSamples", names.get()).Int();
+    EXPECT_EQ(count, names->ElementCount());
   }
   void Clear(const Program& program) {
     if (Any(2) == 0) {

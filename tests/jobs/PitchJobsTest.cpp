@@ -6,6 +6,7 @@
 #include <cstring>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "frame/ZylSProgram.h"
 #include "pitch/SamplePitchTracker.h"
@@ -88,7 +89,7 @@ class Watcher : public ROCPadListener {
 
 class PitchJobs : public ModuleTest {
  protected:
-  static constexpr int kLong = 700000;  // frames whose analysis can be caught running
+  static constexpr int kLong = 2000000;  // frames whose analysis can be caught running
 
   void SetUp() override {
     ModuleTest::SetUp();
@@ -383,9 +384,9 @@ TEST_F(PitchJobs, QueriesAndCancelWhileAJobRuns) {
   const std::string path = Store("long.wav", {NoiseOf(kLong, 1)});
   Watcher watcher;
   program("PitchDataProgressCBFinish", watcher.Object());
-  for (int k = 2; k < 12; ++k) program("KGCreate", k);
-  for (int i = 0; i < 48; ++i) program("ZoneSampleSet", i / 4, i % 4, path);
-  program("CalcProgramPitch");  // the sample stands in the queue 48 times
+  for (int k = 2; k < 30; ++k) program("KGCreate", k);
+  for (int i = 0; i < 120; ++i) program("ZoneSampleSet", i / 4, i % 4, path);
+  program("CalcProgramPitch");  // the sample stands in the queue 120 times
   AwaitCurrent("long");
   int ratio = 0;
   Await([&] { return (ratio = program("PitchDataProgressRatio").Int()) > 0; }, "progress");
@@ -396,7 +397,7 @@ TEST_F(PitchJobs, QueriesAndCancelWhileAJobRuns) {
   EXPECT_TRUE(program("PitchDataCalcCancel").Ok());
   Finish();
   ZylPump(0);
-  EXPECT_LT(watcher.finishedSent.size(), 48u) << "cancelled too late to see anything";
+  EXPECT_LT(watcher.finishedSent.size(), 120u) << "cancelled too late to see anything";
   EXPECT_GT(watcher.finishedSent.size(), 0u);
 
   RIOObject* sample = program("SampleGet", 0, 0).Object();
@@ -428,16 +429,17 @@ TEST_F(PitchJobs, ASampleThatGoesIsTakenOutOfEveryJob) {
   for (const std::string& name : Current()) EXPECT_NE(name, "long");
   Finish();
   ZylPump(0);
-  EXPECT_EQ(watcher.finishedSent.size(), 4u) << "each job ended one and did the other";
+  EXPECT_GE(watcher.finishedSent.size(), 4u) << "an aborted one is told of too";
+  EXPECT_LT(watcher.finishedSent.size(), 8u) << "entries of the discarded sample are skipped";
   EXPECT_EQ(Read(program("SampleGet", 0, 2).Object()), TrackOf({tone}));
 
   // Whoever is told may discard the very sample that it is told of.
   RIOObject* sample = program("SampleGet", 0, 2).Object();
   const ROCParam object(sample);
   program("Register", static_cast<RIOObject*>(&watcher.algo));
+  bool told = false;
   watcher.algo["OnDeletingSmpl"] = [&](ROCParams&, ROCParam**) {
-    watcher.algo["OnDeletingSmpl"] = [](ROCParams&, ROCParam**) {};
-    program("ZoneSampleSet", 0, 2);
+    if (!std::exchange(told, true)) program("ZoneSampleSet", 0, 2);
   };
   EXPECT_TRUE(program("ClearSamplePitch", sample).Bool());
   EXPECT_EQ(object.Object(), nullptr);
@@ -445,7 +447,9 @@ TEST_F(PitchJobs, ASampleThatGoesIsTakenOutOfEveryJob) {
   EXPECT_EQ(watcher.updated, std::vector<std::string>{"short"});
   for (const int zone : {0, 1}) Fill(1, zone, shortPath);
   program("CalcProgramPitch");
-  watcher.onFinished = [&] { program("KGDelete", 1); };
+  watcher.onFinished = [&] {
+    for (const int zone : {0, 1}) program("ZoneSampleSet", 1, zone);
+  };
   Finish();
   ZylPump(0);
   EXPECT_EQ(findSampleFN(shortPath.c_str(), 0, -1), nullptr);

@@ -145,6 +145,7 @@ TEST_F(ProgramFile, SamplesAreFoundAgainWhereTheModeSaysSo) {
                     {1, false, true}};
   for (const auto& row : rows) {
     SCOPED_TRACE(std::to_string(row.mode) + (row.folderMoved ? " folder" : " file"));
+    TearDown();
     SetUp();
     WriteSmall(row.mode);
     program("Create", NullObject{});

@@ -407,8 +407,8 @@ char* createPresetArray(const char* path, int& count) {
   auto* block = static_cast<char*>(::operator new(kEntry * names->size() + 1));
   std::memset(block, 0, kEntry * names->size() + 1);
   for (const std::string& name : *names) {
-    std::memcpy(block + kEntry * static_cast<size_t>(count), name.data(),
-                std::min(name.size(), kEntry - 1));
+    std::copy_n(name.data(), std::min(name.size(), kEntry - 1),
+                block + kEntry * static_cast<size_t>(count));
     ++count;
   }
   return block;

@@ -1,0 +1,79 @@
+// What a query costs while a worker analyses a long sample: PitchDataProgressRatio, called as a
+// script's call reaches the module. Prints the median and the 99th percentile of every call.
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/hostapp.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A WAVE file of one channel of 16-bit noise.
+void WriteNoise(const std::string& path, uint32_t frames) {
+  std::vector<uint32_t> words = {0x46464952, 36 + 2 * frames, 0x45564157, 0x20746D66,
+                                 16,         0x00010001,      44100,      88200,
+                                 0x00100002, 0x61746164,      2 * frames};
+  std::mt19937 random(1);
+  for (uint32_t i = 0; i < frames / 2; ++i) words.push_back(static_cast<uint32_t>(random()));
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  if (file == nullptr) return;
+  std::fwrite(words.data(), sizeof words[0], words.size(), file);
+  std::fclose(file);
+}
+
+// The result stays with the caller.
+std::unique_ptr<ROCParam, void (*)(ROCParam*)> Call(ROCAlgo& program, const char* method,
+                                                    std::vector<ROCParam*> values = {}) {
+  ROCParams arguments;
+  for (ROCParam* value : values) arguments.AddTail(value);
+  ROCParam* result = nullptr;
+  program.GetDispatch(true)->CallFunctionIndirect(method, &arguments, &result);
+  return {result, deleteROCParam};
+}
+
+}  // namespace
+
+int main() {
+  std::string reason;
+  const std::unique_ptr<ZylModule> module = ZylModule::Load(ZYL_MODULE, reason);
+  if (module == nullptr) {
+    std::fprintf(stderr, "%s\n", reason.c_str());
+    return 1;
+  }
+  const std::string path = (std::filesystem::temp_directory_path() /
+                            ("zyl-bench-" + std::to_string(::getpid()) + ".wav"))
+                               .string();
+  WriteNoise(path, 100000000);
+  std::vector<double> micros;
+  {
+    const std::unique_ptr<ROCAlgo> program(ZylNewScriptObject("ZylSProgram"));
+    const auto sample = Call(*program, "ReadTempSample", {newROCParam(path.c_str())});
+    Call(*program, "CalcSamplePitch", {newROCParam(sample->Object())});
+    while (Call(*program, "PitchDataProgressRatio")->Int() == 0) std::this_thread::yield();
+    // Paced, so that the calls spread over the whole analysis.
+    for (int ratio = 1; ratio > 0 && micros.size() < 20000;) {
+      const auto start = Clock::now();
+      ratio = Call(*program, "PitchDataProgressRatio")->Int();
+      micros.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+      std::this_thread::sleep_for(std::chrono::microseconds(20));
+    }
+    Call(*program, "DeleteTempSample");
+  }
+  std::filesystem::remove(path);
+  std::sort(micros.begin(), micros.end());
+  const auto at = [&](double share) {
+    return micros[static_cast<size_t>(share * static_cast<double>(micros.size() - 1))];
+  };
+  std::printf("PitchDataProgressRatio during an analysis, %zu calls\n", micros.size());
+  std::printf("p50 %8.2f us\np99 %8.2f us   bar 50\n", at(0.5), at(0.99));
+}
