@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Script.h"
 #include "host/hostapp.h"
 #include "zyl/ScriptHost.h"
 
@@ -41,12 +42,7 @@ print(("PRGpoly(n)         %6.1f ns   ratio %.2f"):format(set / calls * 1e9, set
 }  // namespace
 
 int main() {
-  std::string reason;
-  const std::unique_ptr<ZylModule> module = ZylModule::Load(ZYL_MODULE, reason);
-  if (module == nullptr) {
-    std::fprintf(stderr, "%s\n", reason.c_str());
-    return 1;
-  }
+  const auto module = bench::LoadModule();
   zyl::ScriptHost script;
   lua_register(script.State(), "empty", Empty);
   return script.RunText(kScript, {"bench"});

@@ -21,14 +21,15 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
 #include "PlainLoopRule.h"
+#include "Script.h"
 #include "host/akai.h"
 #include "host/hostapp.h"
 #include "sample/CSample.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Access = zyl::ValueAccess<2>;
 
 constexpr int32_t kPositions = 10'000'000;
@@ -42,17 +43,6 @@ void Report(const std::string& name, double ratio, double bar, bool holds) {
   std::printf("%-40s %8.2f  %5.2f%s\n", name.c_str(), ratio, bar, holds ? "" : "  missed");
 }
 
-double Seconds(const std::function<void()>& run) {
-  const auto begin = Clock::now();
-  run();
-  return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-double Median(std::vector<double> times) {
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
-}
-
 // A program whose keygroup 0 holds the samples, and its methods by name.
 class Script {
  public:
@@ -61,13 +51,9 @@ class Script {
   }
   template <class... Args>
   int32_t operator()(const char* method, Args... args) const {
-    ROCParams arguments;
-    (arguments.AddTail(newROCParam(args)), ...);
-    ROCParam* result = nullptr;
-    program_->GetDispatch(true)->CallFunctionIndirect(method, &arguments, &result);
+    const auto result = bench::Call(*program_, method, args...);
     const int32_t answer = result != nullptr && result->Type() == kTypeInteger ? result->Int() : 0;
     object_ = result != nullptr && result->Type() == kTypeObject ? result->Object() : nullptr;
-    deleteROCParam(result);
     return answer;
   }
   // A new mono sample of 16 bits in a zone of its own.
@@ -131,10 +117,10 @@ void BenchInPlace(const Script& script, RIOObject* sample) {
   for (const Edit& edit : edits) {
     std::vector<double> editTimes, copyTimes;
     for (int i = 0; i < kRounds; ++i) {
-      editTimes.push_back(Seconds(edit.run));
-      copyTimes.push_back(Seconds([&] { std::memcpy(to.data(), from.data(), kBytes); }));
+      editTimes.push_back(bench::Seconds(edit.run));
+      copyTimes.push_back(bench::Seconds([&] { std::memcpy(to.data(), from.data(), kBytes); }));
     }
-    const double ratio = Median(editTimes) / Median(copyTimes);
+    const double ratio = bench::Median(editTimes) / bench::Median(copyTimes);
     Report(edit.name, ratio, edit.bar, ratio <= edit.bar);
   }
   for (const Edit& edit : edits) BenchMemory(edit, 0.05);
@@ -159,17 +145,17 @@ void BenchBlocks(const Script& script, RIOObject* sample, RIOObject* whole, RIOO
     std::vector<double> editTimes, freshTimes, warmTimes;
     for (int i = 0; i < kRounds; ++i) {
       edit.prepare();
-      editTimes.push_back(Seconds(edit.run));
-      freshTimes.push_back(Seconds([&] {
+      editTimes.push_back(bench::Seconds(edit.run));
+      freshTimes.push_back(bench::Seconds([&] {
         std::unique_ptr<std::byte[]> fresh(new std::byte[kBytes]);
         std::memcpy(fresh.get(), from.data(), kBytes);
         held = std::move(fresh);
       }));
-      warmTimes.push_back(Seconds([&] { std::memcpy(warm.data(), from.data(), kBytes); }));
+      warmTimes.push_back(bench::Seconds([&] { std::memcpy(warm.data(), from.data(), kBytes); }));
     }
-    const double fresh = Median(editTimes) / Median(freshTimes);
+    const double fresh = bench::Median(editTimes) / bench::Median(freshTimes);
     Report(edit.name, fresh, edit.bar, fresh <= edit.bar);
-    const double ratio = Median(editTimes) / Median(warmTimes);
+    const double ratio = bench::Median(editTimes) / bench::Median(warmTimes);
     Report(std::string(edit.name) + " (warm)", ratio, edit.bar, ratio <= edit.bar);
   }
   for (const Edit& edit : edits) BenchMemory(edit, 1.15);
@@ -190,11 +176,12 @@ void BenchSearch(Script& script, const char* name, const std::function<int32_t(i
     for (int i = 0; i < 15; ++i) {
       script("SampleLoopStart", sample, 0, loop.start);
       script("SampleLoopEnd", sample, 0, loop.end);
-      plainTimes.push_back(
-          Seconds([&] { plain = PlainFind<Access>(findStart, view, loop, kLow, kHigh, 0); }));
-      fastTimes.push_back(Seconds([&] { fast = script(method, sample, 0, kLow, kHigh, 0); }));
+      plainTimes.push_back(bench::Seconds(
+          [&] { plain = PlainFind<Access>(findStart, view, loop, kLow, kHigh, 0); }));
+      fastTimes.push_back(
+          bench::Seconds([&] { fast = script(method, sample, 0, kLow, kHigh, 0); }));
     }
-    const double ratio = Median(plainTimes) / Median(fastTimes);
+    const double ratio = bench::Median(plainTimes) / bench::Median(fastTimes);
     const double bar = findStart ? 40.0 : 20.0;
     Report(std::string(method) + ", " + name, ratio, bar, ratio >= bar && fast == plain);
     if (fast != plain) std::printf("  answers differ: %d, by the rule %d\n", fast, plain);
@@ -204,12 +191,7 @@ void BenchSearch(Script& script, const char* name, const std::function<int32_t(i
 }  // namespace
 
 int main() {
-  std::string reason;
-  const std::unique_ptr<ZylModule> module = ZylModule::Load(ZYL_MODULE, reason);
-  if (module == nullptr) {
-    std::fprintf(stderr, "%s\n", reason.c_str());
-    return 1;
-  }
+  const auto module = bench::LoadModule();
   std::printf(
       "bars of edits: memcpy of the same bytes; of new blocks: into a block allocated for it\n"
       "while the one before is freed, then (warm) into one that is there\n");

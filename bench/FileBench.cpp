@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
 #include "host/riff.h"
 
 namespace {
@@ -23,17 +24,6 @@ namespace {
 constexpr size_t kFileBytes = 100u * 1000 * 1000;
 constexpr int kRepetitions = 9;
 constexpr double kBar = 2.0;
-
-double SecondsOf(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
 
 bool StoreFile(const std::string& path, unsigned channels) {
   const size_t frames = kFileBytes / 2 / channels;
@@ -94,21 +84,21 @@ int main() {
     std::vector<double> peer;
     std::vector<double> blocks;
     for (int i = 0; i <= kRepetitions; ++i) {
-      const double ownSeconds = SecondsOf([&] { ReadOwn(path); });
-      const double peerSeconds = SecondsOf([&] { ReadPeer(path); });
-      const double blockSeconds = SecondsOf([&] { ReadPeerBlocks(path); });
+      const double ownSeconds = bench::Seconds([&] { ReadOwn(path); });
+      const double peerSeconds = bench::Seconds([&] { ReadPeer(path); });
+      const double blockSeconds = bench::Seconds([&] { ReadPeerBlocks(path); });
       if (i == 0) continue;  // fills the file cache
       own.push_back(ownSeconds);
       peer.push_back(peerSeconds);
       blocks.push_back(blockSeconds);
     }
-    const double ratio = Median(own) / Median(peer);
+    const double ratio = bench::Median(own) / bench::Median(peer);
     std::printf("read-wav-100MB-%uch  %.2f  %.2f\n", channels, ratio, kBar);
     std::printf(
         "read-wav-100MB-%uch-against-blocks  %.2f  %.2f  (%.1f ms own, %.1f ms peer, %.1f ms "
         "blocks)\n",
-        channels, Median(own) / Median(blocks), kBar, 1e3 * Median(own), 1e3 * Median(peer),
-        1e3 * Median(blocks));
+        channels, bench::Median(own) / bench::Median(blocks), kBar, 1e3 * bench::Median(own),
+        1e3 * bench::Median(peer), 1e3 * bench::Median(blocks));
     good = good && ratio <= kBar;
   }
   std::filesystem::remove_all(folder);

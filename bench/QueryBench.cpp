@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/hostapp.h"
+#include "Script.h"
 
 namespace {
 
@@ -31,25 +31,10 @@ void WriteNoise(const std::string& path, uint32_t frames) {
   std::fclose(file);
 }
 
-// The result stays with the caller.
-std::unique_ptr<ROCParam, void (*)(ROCParam*)> Call(ROCAlgo& program, const char* method,
-                                                    std::vector<ROCParam*> values = {}) {
-  ROCParams arguments;
-  for (ROCParam* value : values) arguments.AddTail(value);
-  ROCParam* result = nullptr;
-  program.GetDispatch(true)->CallFunctionIndirect(method, &arguments, &result);
-  return {result, deleteROCParam};
-}
-
 }  // namespace
 
 int main() {
-  std::string reason;
-  const std::unique_ptr<ZylModule> module = ZylModule::Load(ZYL_MODULE, reason);
-  if (module == nullptr) {
-    std::fprintf(stderr, "%s\n", reason.c_str());
-    return 1;
-  }
+  const auto module = bench::LoadModule();
   const std::string path = (std::filesystem::temp_directory_path() /
                             ("zyl-bench-" + std::to_string(::getpid()) + ".wav"))
                                .string();
@@ -57,17 +42,17 @@ int main() {
   std::vector<double> micros;
   {
     const std::unique_ptr<ROCAlgo> program(ZylNewScriptObject("ZylSProgram"));
-    const auto sample = Call(*program, "ReadTempSample", {newROCParam(path.c_str())});
-    Call(*program, "CalcSamplePitch", {newROCParam(sample->Object())});
-    while (Call(*program, "PitchDataProgressRatio")->Int() == 0) std::this_thread::yield();
+    const auto sample = bench::Call(*program, "ReadTempSample", path.c_str());
+    bench::Call(*program, "CalcSamplePitch", sample->Object());
+    while (bench::Call(*program, "PitchDataProgressRatio")->Int() == 0) std::this_thread::yield();
     // Paced, so that the calls spread over the whole analysis.
     for (int ratio = 1; ratio > 0 && micros.size() < 20000;) {
       const auto start = Clock::now();
-      ratio = Call(*program, "PitchDataProgressRatio")->Int();
+      ratio = bench::Call(*program, "PitchDataProgressRatio")->Int();
       micros.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
       std::this_thread::sleep_for(std::chrono::microseconds(20));
     }
-    Call(*program, "DeleteTempSample");
+    bench::Call(*program, "DeleteTempSample");
   }
   std::filesystem::remove(path);
   std::sort(micros.begin(), micros.end());

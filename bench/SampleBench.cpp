@@ -15,25 +15,13 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
 #include "PlainLoopRule.h"
 #include "sample/LoopSearch.h"
 #include "sample/ValueRanges.h"
 #include "util/ValueAccess.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double Seconds(const std::function<void()>& run) {
-  const auto begin = Clock::now();
-  run();
-  return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-double Median(std::vector<double> times) {
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
-}
 
 struct Medians {
   double first;
@@ -44,10 +32,10 @@ Medians InTurn(int rounds, const std::function<void()>& first,
                const std::function<void()>& second) {
   std::vector<double> firstTimes, secondTimes;
   for (int i = 0; i < rounds; ++i) {
-    firstTimes.push_back(Seconds(first));
-    secondTimes.push_back(Seconds(second));
+    firstTimes.push_back(bench::Seconds(first));
+    secondTimes.push_back(bench::Seconds(second));
   }
-  return {Median(firstTimes), Median(secondTimes)};
+  return {bench::Median(firstTimes), bench::Median(secondTimes)};
 }
 
 bool allHold = true;

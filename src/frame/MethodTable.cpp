@@ -26,8 +26,7 @@ ZylHandler HandlerOf() {
 }
 
 // NOLINTBEGIN(bugprone-macro-parentheses): names are pasted and quoted here
-#define ROW(name, body) \
-  {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
+#define ROW(name, body) {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
 #define METHOD(name) ROW(name, &name)
 #define FIELD(name) ROW(name, &FieldMethod<#name>)
 #define LATER(name) ROW(name, &NotAvailable)

@@ -84,8 +84,8 @@ class ZYLHOST_API genericSample {
   int32_t channel = 0;    // -1 for a whole sample
   const char* filePath = nullptr;
   const char* name = nullptr;
-  std::byte* buffer = nullptr;  // of this channel; of channel 0 for a whole sample
-  uint32_t sourceId = 0;        // the same in all records of a file
+  std::byte* buffer = nullptr;              // of this channel; of channel 0 for a whole sample
+  uint32_t sourceId = 0;                    // the same in all records of a file
   const int32_t recordId = NextRecordId();  // of this record alone, never 0
   genericSample* prevChannel = nullptr;
   genericSample* nextChannel = nullptr;

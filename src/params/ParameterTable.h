@@ -10,14 +10,20 @@ constexpr Parameter Row(std::string_view method, Record record, size_t place, in
                         Store store = Store::kField) {
   // An array element belongs to each zone; a zone's own field repeats with the zone record.
   const bool array = record == Record::kKeygroupZones || record == Record::kExtensionZones;
-  const size_t stride = array ? sizeof(std::remove_all_extents_t<T>)
-                              : record == Record::kZone ? sizeof(akaiZone) : 0;
+  const size_t stride = array                     ? sizeof(std::remove_all_extents_t<T>)
+                        : record == Record::kZone ? sizeof(akaiZone)
+                                                  : 0;
   const size_t base = record == Record::kZone ? offsetof(akaiKeyGroup, zones) : 0;
-  return {method, record, FieldTypeOf<T>(), static_cast<uint16_t>(base + place),
-          static_cast<uint16_t>(stride), static_cast<int16_t>(number), store};
+  return {method,
+          record,
+          FieldTypeOf<T>(),
+          static_cast<uint16_t>(base + place),
+          static_cast<uint16_t>(stride),
+          static_cast<int16_t>(number),
+          store};
 }
 
-#define ZYL_ROW(prefix, record, structure, field, number, ...)                        \
+#define ZYL_ROW(prefix, record, structure, field, number, ...)                       \
   Row<decltype(structure::field)>(prefix #field, record, offsetof(structure, field), \
                                   number __VA_OPT__(, ) __VA_ARGS__)
 #define PRG(field, number) ZYL_ROW("PRG", Record::kProgram, akaiProgramHdr, field, number)

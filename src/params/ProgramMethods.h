@@ -11,8 +11,7 @@ int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram program,
                        Opt<int32_t, "NewValue"> newValue);
 int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
                       Opt<int32_t, "NewValue"> newValue);
-int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
-                     Opt<int32_t, "NewValue"> newValue);
+int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "NewValue"> newValue);
 bool PRGmasterDetune(Call& call);
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,

@@ -14,8 +14,8 @@ void MarkDirty(ZylSProgram& object, const SampleArg& sample) {
 }
 
 // A new play position: stored as it is; both are dirty when it differs.
-int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample,
-                     int32_t SampleParameters::*field, const Opt<int32_t, "NewValue">& newValue) {
+int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample, int32_t SampleParameters::*field,
+                     const Opt<int32_t, "NewValue">& newValue) {
   SampleParameters& parameters = sample->shared();
   const int32_t before = parameters.*field;
   if (newValue) {
@@ -161,7 +161,7 @@ bool ChannelOfZone(Call& call) {
 bool SampleChannel(Call& call) {
   const ROCParam* first = call.Argument(1);
   return first != nullptr && first->Type() == kTypeObject ? ChannelOfObject(call)
-                                                           : ChannelOfZone(call);
+                                                          : ChannelOfZone(call);
 }
 
 int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index"> index,

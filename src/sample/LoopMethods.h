@@ -11,5 +11,5 @@ bool SampleLoopTimes(Call& call);
 bool SampleLoopQual(Call& call);
 bool SampleLoopFindStart(Call& call);
 bool SampleLoopFindEnd(Call& call);
-int32_t SampleGetDCOffset(ZylSProgram& object, SampleArg sample,
-                          Arg<int32_t, "StartIndex"> start, Arg<int32_t, "EndIndex"> end);
+int32_t SampleGetDCOffset(ZylSProgram& object, SampleArg sample, Arg<int32_t, "StartIndex"> start,
+                          Arg<int32_t, "EndIndex"> end);

@@ -93,8 +93,9 @@ bool ExtractRange(genericSample& sample, int32_t s, int32_t e) {
   if (!zyl::ClampRange(parameters.frameCount, s, e)) return false;
   const int32_t n = e - s + 1;
   const int bytes = sample.getChannelBytesPS(-1);
-  sample.setBuffers(NewBlocks(sample, [&](int c) { return Joined({PieceOf(sample, c, s, n)}, bytes); }),
-                    bytes, n);
+  sample.setBuffers(
+      NewBlocks(sample, [&](int c) { return Joined({PieceOf(sample, c, s, n)}, bytes); }), bytes,
+      n);
   if (parameters.end >= n) parameters.end = n - 1;
   if (parameters.start >= parameters.end) parameters.start = std::max(parameters.end, 1) - 1;
   MoveLoopPoints(parameters, [&](genericLoop& loop) {

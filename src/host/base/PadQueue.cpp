@@ -8,6 +8,7 @@
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -91,10 +92,15 @@ void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink) {
 }
 
 void ZylDiagnostic(std::string_view line) {
-  const std::lock_guard<std::mutex> hold(sinkMutex);
-  if (diagnosticSink) {
-    diagnosticSink(line);
+  std::function<void(std::string_view)> sink;
+  {
+    // A sink may have something to say itself, so it is called without the lock.
+    const std::lock_guard<std::mutex> hold(sinkMutex);
+    sink = diagnosticSink;
+  }
+  if (sink) {
+    sink(line);
   } else {
-    std::cerr << "zylhost: " << line << '\n';
+    std::cerr << "zylhost: " + std::string(line) + "\n";
   }
 }

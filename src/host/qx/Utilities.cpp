@@ -11,7 +11,7 @@
 #include "../qx.h"
 
 qxPlex* qxPlex::Create(qxPlex*& chain, unsigned count, unsigned nodeSize) {
-  void* memory = ::operator new(sizeof(qxPlex) + size_t{count} * nodeSize);
+  void* memory = ::operator new (sizeof(qxPlex) + size_t{count} * nodeSize);
   auto* block = new (memory) qxPlex{chain};
   chain = block;
   return block;
@@ -83,7 +83,8 @@ std::string_view Trimmed(std::string_view text) {
 
 bool SameWord(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+    return std::tolower(static_cast<unsigned char>(x)) ==
+           std::tolower(static_cast<unsigned char>(y));
   });
 }
 

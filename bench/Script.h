@@ -1,0 +1,35 @@
+// The built module for benchmarks that call it as a script does.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "host/hostapp.h"
+
+namespace bench {
+
+// The module, or the end of the program with the reason.
+inline std::unique_ptr<ZylModule> LoadModule() {
+  std::string reason;
+  auto module = ZylModule::Load(ZYL_MODULE, reason);
+  if (module == nullptr) {
+    std::fprintf(stderr, "%s\n", reason.c_str());
+    std::exit(1);
+  }
+  return module;
+}
+
+// Calls a method of a script object; the result may be null.
+template <class... Args>
+std::unique_ptr<ROCParam, void (*)(ROCParam*)> Call(ROCAlgo& object, const char* method,
+                                                    Args... args) {
+  ROCParams arguments;
+  (arguments.AddTail(newROCParam(args)), ...);
+  ROCParam* result = nullptr;
+  object.GetDispatch(true)->CallFunctionIndirect(method, &arguments, &result);
+  return {result, deleteROCParam};
+}
+
+}  // namespace bench
