@@ -1,64 +1,14 @@
 // Samples to be edited through script methods, and what the methods made of them.
 #pragma once
 
-#include <sndfile.h>
-
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "host/SoundOracle.h"
 #include "support/ScriptSurface.h"
 
 namespace zyl::test {
-
-using Values = std::vector<int>;
-
-// Writes a file through libsndfile; one row of values for each channel.
-inline void StoreSound(const std::string& path, int container, int bits,
-                       const std::vector<Values>& channels) {
-  const int subtypes[] = {container == SF_FORMAT_WAV ? SF_FORMAT_PCM_U8 : SF_FORMAT_PCM_S8,
-                          SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_PCM_32};
-  SF_INFO info{};
-  info.samplerate = 44100;
-  info.channels = static_cast<int>(channels.size());
-  info.format = container | subtypes[bits / 8 - 1];
-  SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-  ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
-  Values frames;
-  for (size_t i = 0; i < channels[0].size(); ++i) {
-    for (const Values& channel : channels) {
-      frames.push_back(static_cast<int>(static_cast<unsigned>(channel[i]) << (32 - bits)));
-    }
-  }
-  sf_write_int(file, frames.data(), static_cast<sf_count_t>(frames.size()));
-  sf_close(file);
-}
-
-// What libsndfile reads, channel by channel, in values of the file's own width.
-struct Sound {
-  explicit Sound(const std::string& path) {
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    if (file == nullptr) return;
-    const int subtype = info.format & SF_FORMAT_SUBMASK;
-    bits = subtype == SF_FORMAT_PCM_16   ? 16
-           : subtype == SF_FORMAT_PCM_24 ? 24
-           : subtype == SF_FORMAT_PCM_32 ? 32
-                                         : 8;
-    const auto count = static_cast<size_t>(info.channels);
-    Values frames(static_cast<size_t>(info.frames) * count);
-    sf_read_int(file, frames.data(), static_cast<sf_count_t>(frames.size()));
-    sf_close(file);
-    channels.resize(count);
-    for (size_t i = 0; i < frames.size(); ++i) {
-      channels[i % count].push_back(frames[i] >> (32 - bits));
-    }
-  }
-  bool IsWave() const { return (info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_AIFF; }
-
-  SF_INFO info{};
-  int bits = 0;
-  std::vector<Values> channels;
-};
 
 // Value `i % 100` for position i, and the other sign in the second channel.
 inline std::vector<Values> Counting(int positions, int channels) {
@@ -97,6 +47,10 @@ class EditTest : public ModuleTest {
     second = channels.size() > 1 ? program("SampleGet", 0, 1).Object() : nullptr;
     whole = Whole(path);
     Clean();
+  }
+  // The object of one channel, or of the whole sample for -1.
+  RIOObject* Target(int channel) const {
+    return channel == 0 ? first : channel == 1 ? second : whole;
   }
   void Clean() const {
     program("Dirty", false);

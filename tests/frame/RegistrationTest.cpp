@@ -1,6 +1,4 @@
 // What a host sees of the module: its one export, its class, its table, its load and unload.
-#include <dlfcn.h>
-
 #include <cstdio>
 #include <set>
 
@@ -22,14 +20,20 @@ TEST_F(Registration, TheModuleExportsRegisterAllClassesAndNothingElse) {
   EXPECT_EQ(names, std::set<std::string>{"RegisterAllClasses"});
 }
 
-TEST_F(Registration, TheFactoryMakesAnObjectOfTheCreatorAndTheClass) {
+TEST_F(Registration, TheFactoryMakesObjectsThatShareOneTableWhichCanBeRebuilt) {
   const Program program;
+  const Program other;
   ZylDispatch* dispatch = program.Algo()->GetDispatch(true);
   EXPECT_EQ(dispatch->owner, program.Algo());
-  EXPECT_TRUE(ZylIsKindOf(dispatch, "ZylSProgram"));
   EXPECT_TRUE(ZylIsKindOf(dispatch, "ZylDisplayObject"));
   EXPECT_EQ(*dispatch->GetAuxTable(), 0u);
   EXPECT_EQ(ZylNewScriptObject("NoSuchClass"), nullptr);
+  EXPECT_EQ(program("NoSuchMethod").status, ZylDispatch::kNoSuchMethod);
+  const hashEntry* rebuilt = dispatch->RebuildHashTable();
+  EXPECT_EQ(rebuilt, other.Algo()->GetDispatch(true)->GetHashTable());
+  for (const ZylFuncInfo* row = dispatch->GetFuncTable(); row->name != nullptr; ++row) {
+    EXPECT_EQ(rebuilt->Find(row->name), row) << row->name;
+  }
 }
 
 TEST_F(Registration, TheTableHas295CallableRowsAndAnEnd) {
@@ -48,12 +52,6 @@ TEST_F(Registration, TheTableHas295CallableRowsAndAnEnd) {
 }
 
 TEST_F(Registration, TheClassGoesWithTheModuleAndComesBackWithIt) {
-  // Registering once more changes nothing.
-  void* library = ::dlopen(ZYL_MODULE, RTLD_NOW | RTLD_NOLOAD);
-  ASSERT_NE(library, nullptr);
-  auto* again = reinterpret_cast<int (*)(const char*)>(::dlsym(library, "RegisterAllClasses"));
-  EXPECT_EQ(again("any name"), 1);
-  ::dlclose(library);
   LoadedModule().reset();
   EXPECT_EQ(ZylNewScriptObject("ZylSProgram"), nullptr);
   LoadModule();

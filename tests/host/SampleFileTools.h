@@ -1,19 +1,21 @@
 // Files for the tests of sample files: a folder that goes with its test, chunks built by hand,
-// values of every width, and libsndfile as the other party.
+// and values of every width.
 #pragma once
 
-#include <sndfile.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "SoundOracle.h"
 #include "riff.h"
 #include "riff/ByteOrder.h"
 
@@ -22,6 +24,9 @@ namespace zyltest {
 using Octets = std::vector<uint8_t>;
 using zyl::ByteOrder;
 using zyl::FieldWriter;
+using zyl::test::Sound;
+using zyl::test::StoreSound;
+using zyl::test::Values;
 
 // In memory where the system has such a folder: the tests flush thousands of files to disk.
 class TempFolder {
@@ -58,47 +63,46 @@ inline Octets Load(const std::string& path) {
   return Octets(std::istreambuf_iterator<char>(in), {});
 }
 
-// Chunks of one form, in order.
-class FormBuilder {
- public:
-  FormBuilder(const char* form, const char* type)
-      : order_(std::string(form) == "FORM" ? ByteOrder::kBig : ByteOrder::kLittle), out_(order_) {
-    out_.Text(form).U32(0).Text(type);
-  }
-  FormBuilder& Add(const char* id, const zyl::Bytes& data) {
-    return AddLying(id, data, static_cast<uint32_t>(data.size()));
-  }
-  FormBuilder& AddLying(const char* id, const zyl::Bytes& data, uint32_t size) {
-    out_.Text(id).U32(size).Raw(data.data(), data.size());
-    if (data.size() % 2 != 0) out_.U8(0);
-    return *this;
-  }
-  Octets Done() const {
-    FieldWriter head(order_);
-    head.Raw(out_.block.data(), 4).U32(static_cast<uint32_t>(out_.block.size() - 8));
-    head.Raw(out_.block.data() + 8, out_.block.size() - 8);
-    const auto* first = reinterpret_cast<const uint8_t*>(head.block.data());
-    return Octets(first, first + head.block.size());
-  }
-
- private:
-  ByteOrder order_;
-  FieldWriter out_;
+// A chunk of a file to be made; its size is that of its data unless it lies.
+struct FileChunk {
+  std::string id;
+  zyl::Bytes data;
+  std::optional<uint32_t> lie = std::nullopt;
 };
+
+inline Octets FileOf(const char* form, const char* type, const std::vector<FileChunk>& chunks) {
+  const auto order = std::string(form) == "FORM" ? ByteOrder::kBig : ByteOrder::kLittle;
+  FieldWriter body(order);
+  for (const FileChunk& chunk : chunks) {
+    const auto size = static_cast<uint32_t>(chunk.data.size());
+    body.Text(chunk.id).U32(chunk.lie.value_or(size)).Raw(chunk.data.data(), size);
+    if (size % 2 != 0) body.U8(0);
+  }
+  FieldWriter file(order);
+  file.Text(form).U32(static_cast<uint32_t>(body.block.size() + 4)).Text(type);
+  file.Raw(body.block.data(), body.block.size());
+  const auto* first = reinterpret_cast<const uint8_t*>(file.block.data());
+  return Octets(first, first + file.block.size());
+}
 
 inline FieldWriter Little() { return FieldWriter(ByteOrder::kLittle); }
 inline FieldWriter Big() { return FieldWriter(ByteOrder::kBig); }
 
-inline zyl::Bytes WavFormatChunk(unsigned channels, unsigned bits, unsigned rateHz = 44100) {
+// Bytes by their hexadecimal digits; spaces stand where the fields end.
+inline zyl::Bytes Hex(std::string digits) {
+  std::erase(digits, ' ');
+  zyl::Bytes bytes;
+  for (size_t i = 0; i < digits.size(); i += 2) {
+    bytes.push_back(static_cast<std::byte>(std::stoul(digits.substr(i, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
+inline zyl::Bytes WavFormatChunk(unsigned channels, unsigned bits) {
   const unsigned frameBytes = channels * ((bits + 7) / 8);
-  return Little()
-      .U16(1)
-      .U16(channels)
-      .U32(rateHz)
-      .U32(rateHz * frameBytes)
-      .U16(frameBytes)
-      .U16(bits)
-      .block;
+  FieldWriter out = Little();
+  out.U16(1).U16(channels).U32(44100).U32(44100 * frameBytes).U16(frameBytes).U16(bits);
+  return out.block;
 }
 
 inline zyl::Bytes AifFormatChunk(unsigned channels, unsigned frames, unsigned bits) {
@@ -106,41 +110,37 @@ inline zyl::Bytes AifFormatChunk(unsigned channels, unsigned frames, unsigned bi
   return Big().U16(channels).U32(frames).U16(bits).U16(0x400E).U32(0xAC440000).U32(0).block;
 }
 
-// Values of full 32-bit scale, interleaved; the corners of the range first.
-inline std::vector<int32_t> TestValues(size_t count, unsigned seed) {
-  std::vector<int32_t> values{INT32_MIN, INT32_MAX, 0, -1, 1 << 24, -(1 << 24)};
+// Values of a width; the corners of its range first.
+inline Values TestValues(size_t count, unsigned seed, unsigned bytes) {
+  const unsigned unused = 32 - 8 * bytes;
+  Values values{INT32_MIN >> unused, INT32_MAX >> unused, 0, -1};
   std::mt19937 random(seed);
-  while (values.size() < count) values.push_back(static_cast<int32_t>(random()));
-  values.resize(count);
+  while (values.size() < count) values.push_back(static_cast<int>(random()) >> unused);
   return values;
 }
 
-// The top `bytes` bytes of the values of one channel, as a planar buffer.
-inline std::vector<std::byte> Planar(const std::vector<int32_t>& values, unsigned channels,
-                                     unsigned channel, unsigned bytes) {
-  std::vector<std::byte> buffer;
-  for (size_t i = channel; i < values.size(); i += channels) {
-    const auto value = static_cast<uint32_t>(values[i]);
-    for (unsigned b = 4 - bytes; b < 4; ++b) {
-      buffer.push_back(static_cast<std::byte>((value >> (8 * b)) & 0xFF));
-    }
-  }
-  return buffer;
+inline std::vector<std::byte> Planar(const Values& values, unsigned bytes) {
+  FieldWriter out = Little();
+  for (const int value : values) out.Raw(&value, bytes);
+  return out.block;
 }
 
-// A channel of a sample object as full-scale 32-bit values.
-inline std::vector<int32_t> ChannelValues(const BasicSample& sample, unsigned channel) {
+inline Values ChannelValues(const BasicSample& sample, unsigned channel) {
   const std::byte* bytes = sample.LinBuffer(channel);
   const unsigned width = sample.BytesPerValue();
-  std::vector<int32_t> values;
+  Values values;
   for (uint64_t i = 0; bytes != nullptr && i < sample.FrameCount(); ++i) {
-    uint32_t value = 0;
-    for (unsigned b = 0; b < width; ++b) {
-      value |= std::to_integer<uint32_t>(bytes[i * width + b]) << (8 * (4 - width + b));
-    }
-    values.push_back(static_cast<int32_t>(value));
+    int value = 0;
+    std::memcpy(reinterpret_cast<std::byte*>(&value) + 4 - width, bytes + i * width, width);
+    values.push_back(value >> (32 - 8 * width));
   }
   return values;
+}
+
+inline std::vector<Values> ChannelsOf(const BasicSample& sample) {
+  std::vector<Values> channels;
+  for (unsigned c = 0; c < sample.ChannelCount(); ++c) channels.push_back(ChannelValues(sample, c));
+  return channels;
 }
 
 inline std::unique_ptr<BasicSample> Read(const std::string& path) {
@@ -151,6 +151,11 @@ inline std::unique_ptr<BasicSample> Read(const std::string& path) {
 inline bool WriteTo(BasicSample& sample, const std::string& path) {
   RiffFile file(path, sample.FormatFlag());
   return sample.Write(file) && file.Close();
+}
+
+inline std::unique_ptr<BasicSample> NewSample(bool aif) {
+  if (aif) return std::make_unique<AifSample>();
+  return std::make_unique<WavSample>();
 }
 
 // Lends 16-bit sound to `sample` and makes it writable; the sound is the caller's.

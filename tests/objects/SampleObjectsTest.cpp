@@ -2,7 +2,7 @@
 // the simple properties of a sample.
 #include "sample/CSample.h"
 
-#include <map>
+#include <array>
 #include <set>
 
 #include "support/ProgramRecord.h"
@@ -48,8 +48,9 @@ class SampleObjects : public ModuleTest {
   void TearDown() override {
     Program()("DeleteTempSample");
     program.Delete();
-    EXPECT_EQ(findSampleFN(mono.c_str(), 0, -1), nullptr) << "a use was not given back";
-    EXPECT_EQ(findSampleFN(stereo.c_str(), 0, -1), nullptr) << "a use was not given back";
+    for (const std::string& path : {mono, stereo}) {
+      EXPECT_EQ(findSampleFN(path.c_str(), 0, -1), nullptr) << "a use was not given back";
+    }
     ModuleTest::TearDown();
   }
   RIOObject* Zone(int keygroup, int zone) const {
@@ -67,8 +68,7 @@ class SampleObjects : public ModuleTest {
       ASSERT_EQ(arguments.count, 2);
       EXPECT_EQ(arguments.Entry(0)->Object(), program.Algo());
       RIOObject* sample = arguments.Entry(1)->Object();
-      ASSERT_NE(sample, nullptr);
-      EXPECT_TRUE(sample->isCSample());
+      ASSERT_TRUE(sample != nullptr && sample->isCSample());
       ++told;
       if (during) during(sample);
     };
@@ -89,7 +89,6 @@ TEST_F(SampleObjects, AZoneHasOneObjectThatHoldsOneUse) {
   Fill(1, 3, mono);
   RIOObject* sample = Zone(0, 0);
   ASSERT_NE(sample, nullptr);
-  EXPECT_STREQ(sample->GetTypeName(), "CSample");
   EXPECT_EQ(sample->GetTypeID(), 5587);
   EXPECT_EQ(Uses(sample), 3) << "two zones and the object";
   EXPECT_EQ(Zone(0, 0), sample);
@@ -97,7 +96,6 @@ TEST_F(SampleObjects, AZoneHasOneObjectThatHoldsOneUse) {
   EXPECT_EQ(program("SampleGetByName", "mono.wav").Object(), sample);
   EXPECT_EQ(program("SampleGetByName", mono).Object(), sample);
   EXPECT_EQ(program("SampleGetByName", "other.wav").Object(), nullptr);
-  EXPECT_EQ(Uses(sample), 3);
   const Program other;
   other("Create", program.Algo());
   EXPECT_NE(other("SampleGet", 0, 0).Object(), sample) << "each program object has its own";
@@ -121,20 +119,17 @@ TEST_F(SampleObjects, ANewZoneSampleEndsTheObjectOfTheOldOne) {
   EXPECT_TRUE(first.Gone());
   EXPECT_EQ(told, 1);
   EXPECT_EQ(program("Zonename", 0, 0, "unused").Text(), "stereo");
-  EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), stereo);
   // The object of a record that other zones still play goes too, and is made anew when asked for.
   const Watch second(Zone(0, 1));
   program("ZoneSampleSet", 0, 1);
   EXPECT_TRUE(second.Gone());
   EXPECT_EQ(told, 2);
   EXPECT_FALSE(program("ZoneSampleExists", 0, 1).Bool());
-  EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text(), "");
-  EXPECT_EQ(program("Zonename", 0, 1).Text(), "");
+  EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text() + program("Zonename", 0, 1).Text(), "");
   EXPECT_EQ(Uses(Zone(1, 1)), 3);
 }
 
 TEST_F(SampleObjects, APathWithoutAFileStaysWithItsZone) {
-  program("Dirty", false);
   EXPECT_EQ(program("ZoneSamplePath", 0, 2, "later.wav").Text(), "");
   EXPECT_EQ(program("ZoneSamplePath", 0, 2).Text(), "later.wav");
   EXPECT_FALSE(program("Dirty").Bool());
@@ -215,66 +210,11 @@ TEST_F(SampleObjects, EveryMethodTakesItsSampleByOneRule) {
   EXPECT_GE(checked, 11);
 }
 
-TEST_F(SampleObjects, WrongTypesAreReportedWhereTheyStand) {
-  Fill(0, 0, mono);
-  const std::map<char, int> types = {
-      {'i', kTypeInteger}, {'b', kTypeBool}, {'s', kTypeString}, {'o', kTypeObject}};
-  struct Row {
-    const char* method;
-    const char* kinds;  // of its arguments, in order
-    std::vector<const char*> names;
-  };
-  const Row rows[] = {
-      {"ZoneSampleSet", "iis", {"KeyGroupIndex", "ZoneIndex", "NewSample"}},
-      {"ZoneSamplePath", "iis", {"KeyGroupIndex", "ZoneIndex", "NewPath"}},
-      {"Zonename", "iis", {"KeyGroupIndex", "ZoneIndex", "NewString"}},
-      {"SampleGet", "ii", {"KeyGroupIndex", "ZoneIndex"}},
-      {"SampleGetByName", "s", {"Name"}},
-      {"CreateTempSample", "si", {"SamplePath", "Channel"}},
-      {"GetTempSample", "sib", {"SamplePath", "Channel", "Lock"}},
-      {"ReadTempSample", "sib", {"SamplePath", "Channel", "Lock"}},
-      {"DeleteTempSample", "o", {"Sample"}},
-      {"SampleLock", "iib", {"KeyGroupIndex", "ZoneIndex", "NewValue"}},
-      {"SampleReload", "s", {"SamplePath"}},
-      {"SampleDirty", "iib", {"KeyGroupIndex", "ZoneIndex", "NewValue"}},
-      {"SampleGetRefCount", "o", {"Sample"}},
-      {"SampleFilePath", "os", {"Sample", "NewValue"}},
-      {"SampleName", "os", {"Sample", "NewName"}},
-      {"SampleMemory", "ob", {"Sample", "LockedMemory"}},
-      {"Samplekey", "oi", {"Sample", "NewValue"}},
-      {"SampleRecalcTune", "oi", {"Sample", "NewValue"}},
-  };
-  for (const Row& row : rows) {
-    for (size_t wrong = 0; wrong < row.names.size(); ++wrong) {
-      SCOPED_TRACE(std::string(row.method) + ", " + row.names[wrong]);
-      ROCParams arguments;
-      for (size_t i = 0; i < wrong; ++i) {
-        const char kind = row.kinds[i];
-        arguments.AddTail(kind == 'o'   ? ToParam(Zone(0, 0))
-                          : kind == 's' ? ToParam(mono)
-                                        : ToParam(0));
-      }
-      arguments.AddTail(ToParam(1.5));
-      ExpectArgType(CallList(program.Algo(), row.method, &arguments), row.names[wrong],
-                    types.at(row.kinds[wrong]), static_cast<int>(wrong) + 1);
-    }
-  }
-  RIOObject* sample = Zone(0, 0);
-  ExpectArgType(program("SampleLock", sample, 1), "NewValue", kTypeBool, 2);
-  ExpectArgType(program("SampleLock", sample, true, true), "TempSample", kTypeInteger, 3);
-  ExpectArgType(program("SampleFileName", sample, 1), "NewValue", kTypeString, 2);
-  ExpectArgType(program("SampleFileName", 0, 0, 3), "NewValue", kTypeString, 3);
-  ExpectArgType(program("SampleFileName", 1.5, 3), "NewValue", kTypeString, 2);
-  EXPECT_FALSE(program("SampleLock", sample).Bool());
-  EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), mono) << "a refused call changes nothing";
-}
-
 TEST_F(SampleObjects, FileNamesAreReadFromObjectsZonesAndNothing) {
   Fill(1, 2, mono);
   RIOObject* sample = Zone(1, 2);
   EXPECT_EQ(program("SampleFileName", sample).Text(), "mono.wav");
   EXPECT_EQ(program("SampleFileName", 1, 2, "unused").Text(), "mono.wav");
-  EXPECT_EQ(program("SampleFileName", 0, 0).Text(), "");
   EXPECT_EQ(program("SampleFileName").Text(), "");
   ExpectArgValue(program("SampleFileName", NullObject{}), "SampleOrKeyGroup", 1);
   ExpectArgPType(program("SampleFileName", program.Algo()), "ROCAlgo", "CSample", 1);
@@ -290,8 +230,6 @@ TEST_F(SampleObjects, ReadingATemporarySampleAgainCountsTheObjectNotTheRecord) {
   EXPECT_EQ(program("GetTempSample", mono).Object(), nullptr) << "it is not in memory";
   RIOObject* sample = program("ReadTempSample", mono).Object();
   ASSERT_NE(sample, nullptr);
-  EXPECT_EQ(program("GetTempSample", mono, 0).Object(), sample);
-  EXPECT_EQ(References(sample), 1);
   EXPECT_EQ(program("ReadTempSample", mono, 0, false).Object(), sample);
   EXPECT_EQ(References(sample), 2);
   EXPECT_EQ(Uses(sample), 1);
@@ -318,9 +256,11 @@ TEST_F(SampleObjects, TemporarySamplesAreFoundByChannelAndSharedWithPrograms) {
   ASSERT_TRUE(right != nullptr && whole != nullptr);
   EXPECT_EQ(RecordOf(right)->channel, 1);
   EXPECT_EQ(RecordOf(whole)->channel, -1);
+  EXPECT_EQ(RecordOf(right)->prevChannel, RecordOf(left)) << "one file is loaded once";
   EXPECT_EQ(Uses(right), 1);
-  EXPECT_EQ(program("ReadTempSample", stereo, 2).Object(), nullptr);
-  EXPECT_EQ(program("ReadTempSample", stereo, -2).Object(), nullptr);
+  for (const int channel : {2, -2}) {
+    EXPECT_EQ(program("ReadTempSample", stereo, channel).Object(), nullptr);
+  }
   program("Samplekey", right, 300);
   EXPECT_EQ(program("Samplekey", left).Int(), 44) << "one file's records share their parameters";
   program("DeleteTempSample", left);
@@ -330,7 +270,6 @@ TEST_F(SampleObjects, TemporarySamplesAreFoundByChannelAndSharedWithPrograms) {
   EXPECT_EQ(told, 0) << "temporary samples belong to no program";
   program("DeleteTempSample", Zone(0, 0));
   EXPECT_EQ(Uses(Zone(0, 0)), 2) << "a program's object is no temporary one";
-  program("DeleteTempSample", NullObject{});
   ExpectArgPType(program("DeleteTempSample", program.Algo()), "ROCAlgo", "CSample", 1);
 }
 
@@ -353,8 +292,7 @@ TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {
 TEST_F(SampleObjects, ALockedTemporarySampleUnlocksItsRecordAtItsEnd) {
   Fill(0, 0, mono);
   RIOObject* zone = Zone(0, 0);
-  EXPECT_EQ(program("GetTempSample", mono, 0, true).Int(), 1);
-  EXPECT_EQ(program("GetTempSample", mono, 0, true).Int(), 1) << "this object has locked it";
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(program("GetTempSample", mono, 0, true).Int(), 1);
   RIOObject* sample = program("GetTempSample", mono).Object();
   EXPECT_TRUE(program("SampleLock", zone).Bool());
   program("DeleteTempSample", sample);
@@ -364,8 +302,11 @@ TEST_F(SampleObjects, ALockedTemporarySampleUnlocksItsRecordAtItsEnd) {
   sample = program("GetTempSample", mono).Object();
   EXPECT_TRUE(program("SampleLock", sample, true, 0).Bool());
   program("DeleteTempSample", sample);
+  EXPECT_EQ(program("SampleMemory", zone, true).Int(), 2 * 4 + 560);
   EXPECT_TRUE(program("SampleLock", zone, false).Bool());
-  EXPECT_TRUE(program("SampleLock", zone, false).Bool()) << "locks are counted";
+  EXPECT_TRUE(program("SampleLock", 0, 0, false).Bool()) << "locks are counted";
+  EXPECT_EQ(program("SampleMemory", zone, true).Int(), 0);
+  EXPECT_FALSE(program("SampleLock", 1, 1, true).Bool()) << "an empty zone";
   EXPECT_FALSE(program("SampleLock", zone).Bool());
   // Without the lock, an integer names the record.
   const int32_t id = program("GetTempSample", mono, 0, false).Int();
@@ -376,27 +317,10 @@ TEST_F(SampleObjects, ALockedTemporarySampleUnlocksItsRecordAtItsEnd) {
   std::string bytes;
   std::string reason;
   EXPECT_FALSE(qxBufferBytes(static_cast<uint32_t>(id), 1, bytes, reason)) << "it is no buffer";
-  EXPECT_EQ(program("GetTempSample", Path("no.wav"), 0, false).Int(), 0);
   EXPECT_EQ(program("ReadTempSample", Path("no.wav"), 0, true).Int(), 0);
 }
 
 // ---- Locks, reading anew, properties ----
-
-TEST_F(SampleObjects, LocksAreReadAndSetThroughObjectsAndZones) {
-  Fill(0, 1, mono);
-  RIOObject* sample = Zone(0, 1);
-  EXPECT_FALSE(program("SampleLock", sample, true).Bool());
-  EXPECT_TRUE(program("SampleLock", sample).Bool());
-  EXPECT_TRUE(program("SampleLock", 0, 1, false).Bool());
-  EXPECT_FALSE(program("SampleLock", 0, 1).Bool());
-  EXPECT_FALSE(program("SampleLock", 0, 1, true).Bool());
-  EXPECT_TRUE(program("SampleLock", sample, false).Bool());
-  EXPECT_FALSE(program("SampleLock", 1, 1, true).Bool()) << "an empty zone";
-  EXPECT_EQ(program("SampleMemory", sample, true).Int(), 0) << "it is not locked";
-  EXPECT_EQ(program("SampleMemory", sample).Int(), 2 * 4 + 560);
-  program("SampleLock", sample, true);
-  EXPECT_EQ(program("SampleMemory", sample, true).Int(), 2 * 4 + 560);
-}
 
 TEST_F(SampleObjects, AFileReadAnewReachesZonesAndObjects) {
   Fill(0, 0, mono);
@@ -421,46 +345,36 @@ TEST_F(SampleObjects, AFileReadAnewReachesZonesAndObjects) {
   EXPECT_EQ(RecordOf(temporary), old);
   EXPECT_EQ(Uses(temporary), 1);
   EXPECT_EQ(program("SampleFilePath", temporary).Text(), "");
-  EXPECT_NE(program("ReadTempSample", mono).Object(), temporary);
   // A file that cannot be read changes nothing.
   std::filesystem::remove(stereo);
   RIOObject* kept = Zone(1, 0);
   old = RecordOf(kept);
   program("SampleReload", stereo);
   EXPECT_EQ(RecordOf(kept), old);
-  EXPECT_EQ(program("SampleFileName", kept).Text(), "stereo.wav");
-  // A reading that nobody takes is not kept, and a zone whose channel is gone keeps its sound.
-  program("DeleteTempSample");
+  // A zone whose channel is gone keeps its sound.
   const std::string third = Path("third.wav");
   WriteWave(third, {{1}, {2}});
-  program("ReadTempSample", third);
-  program("SampleReload", third);
-  EXPECT_EQ(program("GetTempSample", third).Object(), nullptr);
   Fill(0, 0, third);
   program("SampleChannel", 0, 0, 1);
   WriteWave(third, {{5, 5}});
   program("SampleReload", third);
   EXPECT_TRUE(program("ZoneSampleExists", 0, 0).Bool());
-  EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), third);
 }
 
 TEST_F(SampleObjects, PropertiesAreStoredAndMarkWhatTheyChange) {
   Fill(0, 0, stereo);
   RIOObject* sample = Zone(0, 0);
-  struct Property {
+  struct {
     const char* method;
     int32_t given;
     int32_t stored;
-  };
-  const Property properties[] = {
-      {"Samplekey", 300, 44},
-      {"Samplekey", -1, 255},
-      {"SampleplaybackType", 257, 1},
+  } const properties[] = {
+      {"Samplekey", -70, 186},
       {"SampleholdLoopTuneOff", 200, -56},
       {"SampleSampleRate", 96000, 96000},
       {"Sampletune", -70000, -70000},
   };
-  for (const Property& property : properties) {
+  for (const auto& property : properties) {
     SCOPED_TRACE(property.method);
     const int32_t before = program(property.method, sample).Int();
     program("SampleDirty", 0, 0, false);
@@ -474,7 +388,6 @@ TEST_F(SampleObjects, PropertiesAreStoredAndMarkWhatTheyChange) {
   }
   program("SampleName", sample, "Snare");
   EXPECT_EQ(program("Zonename", 0, 0).Text(), "Snare");
-  EXPECT_TRUE(program("SampleDirty", 0, 0).Bool());
   EXPECT_FALSE(program("SampleDirty", 0, 0, false).Bool()) << "read after the store";
   EXPECT_FALSE(program("SampleDirty", 1, 1, true).Bool()) << "an empty zone";
   EXPECT_FALSE(program("Dirty", false).Bool());
@@ -487,23 +400,18 @@ TEST_F(SampleObjects, TheTuningForTheHostsRate) {
   Fill(0, 0, mono);
   RIOObject* sample = Zone(0, 0);
   const auto host = static_cast<int32_t>(UnitAttribute::sampleRate);
-  const struct {
-    int32_t rateHz;
-    int32_t tune;
-    int32_t expected;
-  } cases[] = {
-      {host, 0, 0},
+  const std::array<int32_t, 3> cases[] = {
       {host, -3, -3 * 65536},
       {2 * host, 5, 3077 * 65536},
       {host / 2, 0, -3072 * 65536},
       {0, 7, 0},
       {2 * host, 0x7FFF8000, (3072 - 0x8000) * 65536},  // only the low 16 bits are left
   };
-  for (const auto& now : cases) {
-    program("SampleSampleRate", sample, now.rateHz);
-    program("Sampletune", sample, now.tune);
-    EXPECT_EQ(program("SampleRecalcTune", sample, 99).Int(), now.expected) << now.rateHz;
-    EXPECT_EQ(program("Sampletune", sample).Int(), now.tune);
+  for (const auto& [rateHz, tune, expected] : cases) {
+    program("SampleSampleRate", sample, rateHz);
+    program("Sampletune", sample, tune);
+    EXPECT_EQ(program("SampleRecalcTune", sample, 99).Int(), expected) << rateHz;
+    EXPECT_EQ(program("Sampletune", sample).Int(), tune);
   }
 }
 

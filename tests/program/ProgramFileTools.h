@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/ProgramRecord.h"
 #include "support/ScriptSurface.h"
 
 namespace zyl::test {
@@ -44,20 +45,5 @@ inline std::string Body(const std::string& file) {
 inline std::string WithSum(const std::string& body) {
   return body + Chunk("CSUM", Little32(PlainChecksum(body)));
 }
-
-// A use of a held record, for what no method reaches.
-class HeldRecord {
- public:
-  explicit HeldRecord(const std::string& name) : record_(findAkaiProgram(0, name.c_str())) {
-    if (record_ == nullptr) throw std::runtime_error("no record is held as " + name);
-  }
-  ~HeldRecord() { deleteAkaiProgram(record_); }
-  HeldRecord(const HeldRecord&) = delete;
-  HeldRecord& operator=(const HeldRecord&) = delete;
-  akaiProgram* operator->() const { return record_; }
-
- private:
-  akaiProgram* record_;
-};
 
 }  // namespace zyl::test

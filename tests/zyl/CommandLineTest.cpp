@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Outcome {
-  int status;  // the exit status, or 1000 + the signal that ended the program
+  int status;  // the exit status, or -1 after a signal
   std::string out;
   std::string err;
 };
@@ -58,8 +58,7 @@ class Process {
   Outcome Wait() const {
     int status = 0;
     waitpid(pid_, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status), Text(out_),
-            Text(err_)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text(out_), Text(err_)};
   }
 
  private:
@@ -89,51 +88,42 @@ bool Holds(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-class Script : public testing::TestWithParam<const char*> {};
-
-TEST_P(Script, Passes) {
-  const std::string path = std::string(ZYL_TEST_SCRIPTS) + "/" + GetParam() + ".lua";
-  const Outcome outcome = Zyl(OverProbe({"run", path}));
-  EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.err, "");
+TEST(Api, EveryScriptPasses) {
+  for (const char* name : {"Values", "Objects", "Errors", "Callbacks", "Pads"}) {
+    const std::string path = std::string(ZYL_TEST_SCRIPTS) + "/" + name + ".lua";
+    const Outcome outcome = Zyl(OverProbe({"run", path}));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Api, Script,
-                         testing::Values("Values", "Objects", "Errors", "Callbacks", "Pads"),
-                         [](const auto& info) { return std::string(info.param); });
-
-struct Line {
-  std::vector<std::string> words;
-  int status;
-  const char* out;  // the whole of standard output
-  const char* err;  // a part of standard error
-};
 
 TEST(CommandLine, ExitStatusAndMessages) {
   const std::string notAModule = std::string(ZYL_TEST_SCRIPTS) + "/Check.lua";
-  const std::vector<Line> lines = {
+  const struct {
+    std::vector<std::string> words;
+    int status;
+    const char* out;  // the whole of standard output
+    const char* err;  // a part of standard error
+  } lines[] = {
       {{}, 2, "", "a verb is missing"},
-      {{"nonsense"}, 2, "", "there is no verb 'nonsense'"},
       {{"../verbs/list"}, 2, "", "there is no verb"},
       {{"--nonsense", "eval", ""}, 2, "", "--nonsense"},
       {{"run"}, 2, "", "run needs a script"},
       {{"--sample-rate", "0", "eval", ""}, 2, "", "sample rate"},
-      {{"--sample-rate", "x", "eval", ""}, 2, "", "--sample-rate"},
       {{"--profile", "/nowhere/p.ini", "eval", ""}, 2, "", "/nowhere/p.ini"},
       {{"--module", "/nowhere/m.so", "eval", ""}, 3, "", "/nowhere/m.so"},
       {{"--module", notAModule, "eval", ""}, 3, "", "could not be loaded"},
       {OverProbe({"eval", "print(1) error('here')"}), 1, "1\n",
        "zyl: eval:1: here\nstack traceback"},
-      {OverProbe({"eval", "error({})"}), 1, "", "a table"},
       {OverProbe({"eval", "x ="}), 1, "", "eval:1:"},
-      {OverProbe({"run", "/nowhere/s.lua"}), 1, "", "/nowhere/s.lua"},
-      {OverProbe({"eval", "host.new('Probe'):NeedInteger('abc')"}), 1, "",
-       "zyl: eval:1: Probe::NeedInteger: argument 1 \"Number\": an integer was expected, got "
+      {OverProbe({"eval", "host.new('Probe'):Fail('abc', 'ArgType')"}), 1, "",
+       "zyl: eval:1: Probe::Fail: argument 1 \"Number\": an integer was expected, got "
        "string \"abc\"\n"},
       {OverProbe({"eval", "print(arg[0], #arg, ...)", "--module", "-x", "--help", ""}), 0,
        "eval\t4\t--module\t-x\t--help\t\n", ""},
       {OverProbe({"--sample-rate", "48000", "eval", "print(host.sampleRate)"}), 0, "48000.0\n", ""},
   };
-  for (const Line& line : lines) {
+  for (const auto& line : lines) {
     const Outcome outcome = Zyl(line.words);
     const std::string shown = line.words.empty() ? "" : testing::PrintToString(line.words);
     EXPECT_EQ(outcome.status, line.status) << shown << outcome.err;
@@ -141,20 +131,17 @@ TEST(CommandLine, ExitStatusAndMessages) {
     EXPECT_TRUE(Holds(outcome.err, line.err)) << shown << outcome.err;
   }
   EXPECT_TRUE(Holds(Zyl({"--help"}).out, "methods [PATTERN]"));
-  EXPECT_EQ(Zyl({"--version"}).out.substr(0, 4), "zyl ");
 }
 
 TEST(CommandLine, ExitFromAnywhereLeavesInOrder) {
   for (const char* code :
-       {"os.exit(7)", "pcall(os.exit, 7) print('past it')",
-        "coroutine.wrap(function() pcall(os.exit, 7) end)() print('past it')",
+       {"coroutine.wrap(function() pcall(os.exit, 7) end)() print('past it')",
         "local p = host.new('Probe') local m = host.algo { On = function() os.exit(7) end } "
         "p:Register(m) pcall(p.Notify, p, 'On') print('past it')"}) {
     const Outcome outcome = Zyl(OverProbe({"eval", code}));
     EXPECT_EQ(outcome.status, 7) << code << outcome.err;
     EXPECT_EQ(outcome.out, "") << code;
   }
-  EXPECT_EQ(Zyl(OverProbe({"eval", "os.exit(true)"})).status, 0);
   EXPECT_EQ(Zyl(OverProbe({"eval", "os.exit(false)"})).status, 1);
 }
 
@@ -164,7 +151,7 @@ TEST(CommandLine, EndsWithObjectsAndSendsLeft) {
       {"eval",
        "p = host.new('Probe') m = host.algo { On = error } p:Register(m) "
        "pad = m:addPad('x', 0) pad.onSend = error p:Send(m, 'x', 5) "
-       "setmetatable({}, { __gc = function() print('last', p:Count(1)) end }) error('end')"}));
+       "setmetatable({}, { __gc = function() print('last', p:Types(1)) end }) error('end')"}));
   EXPECT_EQ(outcome.status, 1);
   EXPECT_TRUE(Holds(outcome.err, "zyl: eval:1: end\n")) << outcome.err;
 }
@@ -172,7 +159,7 @@ TEST(CommandLine, EndsWithObjectsAndSendsLeft) {
 TEST(CommandLine, CtrlCStopsAnyScript) {
   const std::string ready = "io.stdout:write('ready\\n') io.stdout:flush() ";
   for (const char* code :
-       {"while true do end", "while true do pcall(function() while true do end end) end",
+       {"while true do pcall(function() while true do end end) end",
         "coroutine.wrap(function() while true do end end)()", "host.pump(600)",
         "local p = host.new('Probe') local m = host.algo { On = function() while true do end end } "
         "p:Register(m) while true do pcall(p.Notify, p, 'On') end"}) {
@@ -185,26 +172,11 @@ TEST(CommandLine, CtrlCStopsAnyScript) {
   }
 }
 
-// A finalizer is not interrupted; the second Ctrl-C ends the program all the same.
-TEST(CommandLine, SecondCtrlCEndsAtOnce) {
-  const Process process(OverProbe(
-      {"eval",
-       "setmetatable({}, { __gc = function() io.stdout:write('stuck\\n') io.stdout:flush() "
-       "while true do end end }) io.stdout:write('ready\\n') io.stdout:flush() while true do "
-       "end"}));
-  ASSERT_TRUE(process.Printed("ready"));
-  process.Interrupt();
-  ASSERT_TRUE(process.Printed("stuck"));
-  process.Interrupt();
-  EXPECT_EQ(process.Wait().status, 1000 + SIGINT);
-}
-
 TEST(CommandLine, ListsTheModulesMethods) {
   const Outcome all = Zyl({"methods"});
   EXPECT_EQ(all.status, 0) << all.err;
   EXPECT_EQ(std::count(all.out.begin(), all.out.end(), '\n'), 295);
   EXPECT_EQ(Zyl({"methods", "filterfreq"}).out, "KGfilterFreq\n");
-  EXPECT_EQ(Zyl({"methods", "prgp*y"}).out, "PRGpoly\nPRGprority\nPRGpanKey\n");
   EXPECT_EQ(Zyl({"methods", "nothing of the kind"}).status, 1);
 }
 

@@ -10,17 +10,10 @@
 
 namespace {
 
-// An object that belongs to the module.
-class Thing final : public RIOObject {
- public:
-  const char* GetTypeName() const override { return "Thing"; }
-};
-
 class Probe final : public ZylDLLDispatch {
  public:
   ~Probe() override {
     for (ROCParam* value : registered_) deleteROCParam(value);
-    deleteROCParam(kept_);
   }
 
   ZylFuncInfo* GetFuncTable() override { return table; }
@@ -37,11 +30,7 @@ class Probe final : public ZylDLLDispatch {
   const char* GetBaseClassName() const override { return "ZylDisplayObject"; }
   void Destroy() override { delete this; }
 
-  // The number of entries, and their type codes with "-" for an absent one.
-  int Count(ROCParams* list, ROCParam** result) {
-    *result = newROCParam(int32_t{list->count});
-    return 0;
-  }
+  // The type codes of all entries, with "-" for an absent one.
   int Types(ROCParams* list, ROCParam** result) {
     std::string codes;
     for (int i = 0; i < list->count; ++i) {
@@ -55,30 +44,9 @@ class Probe final : public ZylDLLDispatch {
     if (list->Entry(0) != nullptr) *result = new ROCParam(*list->Entry(0));
     return 0;
   }
-  int Nothing(ROCParams*, ROCParam**) { return 0; }
-  int NullObject(ROCParams*, ROCParam** result) {
-    *result = new ROCParam;
-    return 0;
-  }
-  int Self(ROCParams*, ROCParam** result) {
-    *result = newROCParam(owner);
-    return 0;
-  }
-  // One object of the module's own, the same until DropThing.
-  int GetThing(ROCParams*, ROCParam** result) {
-    if (thing_ == nullptr) thing_ = std::make_unique<Thing>();
-    *result = newROCParam(thing_.get());
-    return 0;
-  }
-  int DropThing(ROCParams*, ROCParam**) {
-    thing_.reset();
-    return 0;
-  }
-
-  // Changes its argument in place: numbers double, texts and lists grow.
+  // Changes its argument in place: numbers double, texts grow, lists change their length.
   int Change(ROCParams* list, ROCParam**) {
     ROCParam* value = list->Entry(0);
-    if (value == nullptr) return 0;
     if (value->Type() == kTypeInteger) value->SetInt(2 * value->Int());
     if (value->Type() == kTypeDouble) value->SetDouble(2 * value->Double());
     if (value->Type() == kTypeString) value->SetStr(value->Str() + "!");
@@ -88,56 +56,30 @@ class Probe final : public ZylDLLDispatch {
         ROCParam& element = value->Element(i);
         if (element.Type() == kTypeInteger) element.SetInt(2 * element.Int());
       }
-      value->SetSize(value->GetSize() + 4);
+      value->SetSize(4 * list->Entry(1)->Int());
     }
-    return 0;
-  }
-  // Sets the length of a list.
-  int Resize(ROCParams* list, ROCParam**) {
-    list->Entry(0)->SetSize(4 * list->Entry(1)->Int());
     return 0;
   }
 
-  int NeedInteger(ROCParams* list, ROCParam** result) {
-    const ROCParam* value = list->Entry(0);
-    if (value == nullptr || value->Type() != kTypeInteger) {
-      return ZylArgTypeException(result, "Probe::NeedInteger", "Number", kTypeInteger, 1);
+  // Reports a failure of the kind that its second argument names, as a rule about the first one.
+  int Fail(ROCParams* list, ROCParam** result) {
+    const std::string kind = list->count > 1 ? list->Entry(1)->Str() : "";
+    if (kind == "ArgType") {
+      return ZylArgTypeException(result, "Probe::Fail", "Number", kTypeInteger, 1);
     }
-    if (value->Int() < 0) return ZylArgValueException(result, "Probe::NeedInteger", "Number", 1);
-    if (value->Int() > 100) {
-      return ZylArgUserException(result, "Probe::NeedInteger", "the number is too large", 1);
+    if (kind == "ArgValue") return ZylArgValueException(result, "Probe::Fail", "Number", 1);
+    if (kind == "ArgUser") return ZylArgUserException(result, "Probe::Fail", "too large", 1);
+    if (kind == "ArgPType") {
+      return ZylArgPTypeException(result, "Probe::Fail", "Gadget", "CSample", 1);
     }
-    return 0;
-  }
-  int NeedSample(ROCParams* list, ROCParam** result) {
-    RIOObject* object = list->Entry(0)->Object();
-    return ZylArgPTypeException(result, "Probe::NeedSample", object->GetTypeName(), "CSample", 1);
-  }
-  int Fail(ROCParams*, ROCParam** result) {
-    return ZylException(result, "Probe::Fail: it never works");
-  }
-  int FailSilently(ROCParams*, ROCParam**) { return 99; }
-  // Reports a failure, and does well all the same.
-  int ReportAndGoOn(ROCParams*, ROCParam** result) {
-    ZylException(result, "Probe::ReportAndGoOn: of no importance");
-    return 0;
-  }
-
-  int Keep(ROCParams* list, ROCParam**) {
-    deleteROCParam(kept_);
-    kept_ = list->Entry(0);
-    kept_->AddReference();
-    return 0;
-  }
-  int Kept(ROCParams*, ROCParam** result) {
-    kept_->AddReference();
-    *result = kept_;
-    return 0;
+    if (kind == "no report") return 99;
+    const int status = ZylException(result, "Probe::Fail: it never works");
+    return kind == "no status" ? 0 : status;
   }
 
   int Register(ROCParams* list, ROCParam**) {
+    list->Entry(0)->AddReference();
     registered_.push_back(list->Entry(0));
-    registered_.back()->AddReference();
     return 0;
   }
   // Calls the named method of everything registered, with the list itself; how many had it.
@@ -148,10 +90,8 @@ class Probe final : public ZylDLLDispatch {
       RIOObject* object = registered_[i]->Object();
       ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
       if (dispatch == nullptr) continue;
-      if (ZylCallVirtualMethodVoidIfExists(dispatch, name.c_str(), list) !=
-          ZylDispatch::kNoSuchMethod) {
-        ++reached;
-      }
+      const int status = ZylCallVirtualMethodVoidIfExists(dispatch, name.c_str(), list);
+      if (status != ZylDispatch::kNoSuchMethod) ++reached;
     }
     *result = newROCParam(int32_t{reached});
     return 0;
@@ -169,9 +109,8 @@ class Probe final : public ZylDLLDispatch {
 
   // Sends on the pad of that name of the object at position 1: here, or as often as position 3
   // says from another thread.
-  int Send(ROCParams* list, ROCParam** result) {
+  int Send(ROCParams* list, ROCParam**) {
     ROCPad* pad = FindPad(list);
-    if (pad == nullptr) return ZylException(result, "Probe::Send: no such pad");
     const ROCParam* times = list->Entry(2);
     if (times == nullptr) {
       pad->Send(0, 0);
@@ -185,35 +124,16 @@ class Probe final : public ZylDLLDispatch {
     }).join();
     return 0;
   }
-  int Update(ROCParams* list, ROCParam** result) {
-    ROCPad* pad = FindPad(list);
-    if (pad == nullptr) return ZylException(result, "Probe::Update: no such pad");
-    pad->UpdateOwner();
+  int Update(ROCParams* list, ROCParam**) {
+    FindPad(list)->UpdateOwner();
     return 0;
   }
-  // Appends a byte of value 1 to a data pad.
-  int Grow(ROCParams* list, ROCParam** result) {
-    RIOObject* object = list->Entry(0)->Object();
-    if (!object->isRODPad()) {
-      return ZylArgPTypeException(result, "Probe::Grow", object->GetTypeName(), "RODPad", 1);
-    }
-    ROCParam* data = static_cast<RODPad*>(object)->DataValue();
-    const int size = data->GetSize();
-    data->SetSize(size + 1);
-    data->Data()[size] = std::byte{1};
-    return 0;
-  }
-
   // A handle of a buffer of four floats, or 0 with `true`, which withdraws it.
   int Buffer(ROCParams* list, ROCParam** result) {
     static const float content[] = {0.5f, -1.0f, 2.0f, 0.25f};
-    int32_t handle = 0;
-    if (list->count > 0) {
-      qxWithdrawBuffer(content);
-    } else {
-      handle = qxBufferHandle(content, sizeof content);
-    }
-    *result = newROCParam(handle);
+    const bool withdraw = list->count > 0;
+    if (withdraw) qxWithdrawBuffer(content);
+    *result = newROCParam(withdraw ? int32_t{0} : qxBufferHandle(content, sizeof content));
     return 0;
   }
 
@@ -233,8 +153,6 @@ class Probe final : public ZylDLLDispatch {
   static std::unique_ptr<hashEntry> hashTable;
 
   std::vector<ROCParam*> registered_;
-  ROCParam* kept_ = nullptr;
-  std::unique_ptr<Thing> thing_;
 };
 
 template <class Member>
@@ -242,31 +160,13 @@ constexpr ZylFuncInfo Method(const char* name, Member member) {
   return {name, static_cast<ZylHandler>(member), 1, 0xFFFF, 0xFFFF};
 }
 
-ZylFuncInfo Probe::table[] = {Method("Count", &Probe::Count),
-                              Method("Types", &Probe::Types),
-                              Method("Echo", &Probe::Echo),
-                              Method("Nothing", &Probe::Nothing),
-                              Method("NullObject", &Probe::NullObject),
-                              Method("Self", &Probe::Self),
-                              Method("GetThing", &Probe::GetThing),
-                              Method("DropThing", &Probe::DropThing),
-                              Method("Change", &Probe::Change),
-                              Method("Resize", &Probe::Resize),
-                              Method("NeedInteger", &Probe::NeedInteger),
-                              Method("NeedSample", &Probe::NeedSample),
-                              Method("Fail", &Probe::Fail),
-                              Method("FailSilently", &Probe::FailSilently),
-                              Method("ReportAndGoOn", &Probe::ReportAndGoOn),
-                              Method("Keep", &Probe::Keep),
-                              Method("Kept", &Probe::Kept),
-                              Method("Register", &Probe::Register),
-                              Method("Notify", &Probe::Notify),
-                              Method("Ask", &Probe::Ask),
-                              Method("Send", &Probe::Send),
-                              Method("Update", &Probe::Update),
-                              Method("Grow", &Probe::Grow),
-                              Method("Buffer", &Probe::Buffer),
-                              {nullptr, nullptr, 0, 0xFFFF, 0xFFFF}};
+ZylFuncInfo Probe::table[] = {
+    Method("Types", &Probe::Types),       Method("Echo", &Probe::Echo),
+    Method("Change", &Probe::Change),     Method("Fail", &Probe::Fail),
+    Method("Register", &Probe::Register), Method("Notify", &Probe::Notify),
+    Method("Ask", &Probe::Ask),           Method("Send", &Probe::Send),
+    Method("Update", &Probe::Update),     Method("Buffer", &Probe::Buffer),
+    {nullptr, nullptr, 0, 0xFFFF, 0xFFFF}};
 uint32_t Probe::auxTable = 0;
 std::unique_ptr<hashEntry> Probe::hashTable;
 
