@@ -160,7 +160,9 @@ TEST(CommandLine, CtrlCStopsAnyScript) {
   const std::string ready = "io.stdout:write('ready\\n') io.stdout:flush() ";
   for (const char* code :
        {"while true do pcall(function() while true do end end) end",
-        "coroutine.wrap(function() while true do end end)()", "host.pump(600)",
+        "coroutine.wrap(function() while true do end end)()",
+        "while true do pcall(coroutine.wrap(function() while true do end end)) end",
+        "host.pump(600)",
         "local p = host.new('Probe') local m = host.algo { On = function() while true do end end } "
         "p:Register(m) while true do pcall(p.Notify, p, 'On') end"}) {
     const Process process(OverProbe({"eval", ready + code}));

@@ -43,7 +43,11 @@ class Running {
     // A stop that came in between has marked the outer one only.
     if (stop != Stop::kNone) StopState(state);
   }
-  ~Running() { running = outer_; }
+  // Also when an error ends the coroutine: whoever catches it must not get past the stop.
+  ~Running() {
+    running = outer_;
+    if (stop != Stop::kNone && outer_ != nullptr) StopState(outer_);
+  }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
 
