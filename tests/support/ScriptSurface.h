@@ -46,9 +46,7 @@ inline ROCParam* ToParam(int value) { return newROCParam(int32_t{value}); }
 inline ROCParam* ToParam(bool value) { return newROCParam(value); }
 inline ROCParam* ToParam(double value) { return newROCParam(value); }
 inline ROCParam* ToParam(const char* value) { return newROCParam(value); }
-inline ROCParam* ToParam(const std::string& value) {
-  return newROCParam(std::string_view(value));
-}
+inline ROCParam* ToParam(const std::string& value) { return newROCParam(std::string_view(value)); }
 inline ROCParam* ToParam(RIOObject* value) { return newROCParam(value); }
 inline ROCParam* ToParam(NullObject) { return newROCParam(static_cast<RIOObject*>(nullptr)); }
 inline ROCParam* ToParam(NullEntry) { return nullptr; }
@@ -75,7 +73,8 @@ struct Outcome {
  private:
   bool Is(int type) const {
     EXPECT_TRUE(Ok()) << Message();
-    EXPECT_TRUE(result != nullptr && result->Type() == type) << "result is no " << ZylTypeName(type);
+    EXPECT_TRUE(result != nullptr && result->Type() == type)
+        << "result is no " << ZylTypeName(type);
     return result != nullptr && result->Type() == type;
   }
 };
@@ -165,7 +164,8 @@ class ModuleTest : public testing::Test {
     folder_ = std::filesystem::temp_directory_path() /
               ("zyl-test-" + std::to_string(::getpid()) + "-" + std::to_string(++last_));
     std::filesystem::create_directories(folder_);
-    ZylSetDiagnosticSink([this](std::string_view line) { diagnostics += std::string(line) + "\n"; });
+    ZylSetDiagnosticSink(
+        [this](std::string_view line) { diagnostics += std::string(line) + "\n"; });
   }
   void TearDown() override {
     ZylSetDiagnosticSink({});

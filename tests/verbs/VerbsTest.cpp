@@ -1,0 +1,124 @@
+// The shipped verbs, run as a user runs them.
+#include <sys/wait.h>
+
+#include <cmath>
+#include <cstdio>
+#include <numbers>
+#include <sstream>
+
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+struct Finished {
+  int status = -1;
+  std::string out;
+};
+
+// Messages go with the output when `merged`, else nowhere.
+Finished Zyl(const std::string& arguments, bool merged = false) {
+  const std::string command =
+      std::string(ZYL_PROGRAM) + " " + arguments + (merged ? " 2>&1" : " 2>/dev/null");
+  Finished run;
+  std::FILE* pipe = popen(command.c_str(), "r");
+  char block[4096];
+  while (const size_t count = std::fread(block, 1, sizeof(block), pipe)) {
+    run.out.append(block, count);
+  }
+  run.status = WEXITSTATUS(pclose(pipe));
+  return run;
+}
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// The number behind a name in JSON.
+double Number(const std::string& json, const std::string& name) {
+  const size_t at = json.find('"' + name + '"');
+  return at == std::string::npos ? NAN : std::atof(json.c_str() + json.find(':', at) + 1);
+}
+
+std::string FileBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::stringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+class Verbs : public ModuleTest {
+ protected:
+  // A tone of one second with two partials, in a file whose name needs care.
+  std::string Tone(const std::string& name, double hertz) const {
+    std::vector<int16_t> values(44100);
+    for (size_t i = 0; i < values.size(); ++i) {
+      const double phase = 2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100;
+      values[i] = static_cast<int16_t>(9000 * std::sin(phase) + 4000 * std::sin(2 * phase));
+    }
+    WriteWave(Path(name), {values});
+    return "'" + Path(name) + "'";
+  }
+};
+
+TEST_F(Verbs, PitchPrintsAndStoresKeyAndTuning) {
+  const double hertz = 440 * std::exp2((57 - 69 + 0.2) / 12);  // 20 cents above key 57
+  const std::string file = Tone("a tone é.wav", hertz);
+  const Finished shown = Zyl("pitch --json " + file);
+  EXPECT_EQ(shown.status, 0);
+  EXPECT_EQ(Number(shown.out, "key"), 57) << shown.out;
+  EXPECT_NEAR(Number(shown.out, "cents"), 20, 2);
+  const std::string before = FileBytes(Path("a tone é.wav"));
+  EXPECT_EQ(Zyl("pitch " + file).status, 0);
+  EXPECT_EQ(FileBytes(Path("a tone é.wav")), before);
+  EXPECT_EQ(Zyl("pitch --set " + file).status, 0);
+  const Finished stored = Zyl("sample --json " + file);
+  EXPECT_EQ(Number(stored.out, "key"), 57) << stored.out;
+  EXPECT_NEAR(Number(stored.out, "cents"), 20, 2) << stored.out;
+}
+
+TEST_F(Verbs, OneBadFileDoesNotEndTheBatch) {
+  const std::string good = Tone("good.wav", 220);
+  std::ofstream(Path("bad.wav")) << "no sound";
+  const std::string both = "'" + Path("bad.wav") + "' " + good;
+  for (const char* verb : {"pitch ", "loops ", "sample "}) {
+    const Finished run = Zyl(verb + both);
+    EXPECT_EQ(run.status, 4) << verb;
+    EXPECT_TRUE(Has(run.out, "good.wav")) << verb << run.out;
+    EXPECT_TRUE(Has(Zyl(verb + both, true).out, "bad.wav: ")) << verb;
+  }
+}
+
+TEST_F(Verbs, LoopsFindsAPerfectJoinAndStoresIt) {
+  const std::string file = Tone("loop.wav", 441);  // a period of 100 frames exactly
+  const Finished found = Zyl("loops --json --min-quality 0.99 " + file);
+  EXPECT_EQ(found.status, 0);
+  EXPECT_GT(Number(found.out, "quality"), 0.99) << found.out;
+  EXPECT_EQ(std::fmod(Number(found.out, "length"), 100), 0) << found.out;
+  EXPECT_EQ(Zyl("loops --write --min-quality 0.99 " + file).status, 0);
+  const std::string shown = Zyl("sample --json " + file).out;
+  const std::string loops = shown.substr(shown.find("\"loops\""));
+  EXPECT_EQ(Number(loops, "start"), Number(found.out, "start")) << shown;
+  EXPECT_EQ(Number(loops, "end"), Number(found.out, "end"));
+}
+
+TEST_F(Verbs, PitchPlotsPictures) {
+  const std::string file = Tone("plot.wav", 330);
+  EXPECT_EQ(Zyl("pitch --plot '" + Path("p.png") + "' " + file).status, 0);
+  EXPECT_EQ(Zyl("pitch --plot '" + Path("p.svg") + "' " + file).status, 0);
+  const std::string png = FileBytes(Path("p.png"));
+  EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
+  EXPECT_EQ(png.substr(png.size() - 8, 4), "IEND");
+  const std::string svg = FileBytes(Path("p.svg"));
+  EXPECT_TRUE(Has(svg, "<svg") && Has(svg, "</svg>"));
+}
+
+TEST_F(Verbs, AWrongCommandLineSaysSo) {
+  for (const char* line : {"pitch", "loops --top none x.wav", "sample --no-such-option x.wav"}) {
+    EXPECT_EQ(Zyl(line).status, 2) << line;
+  }
+  EXPECT_EQ(Zyl("pitch --help").status, 0);
+}
+
+}  // namespace
+}  // namespace zyl::test
