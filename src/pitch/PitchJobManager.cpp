@@ -48,7 +48,7 @@ void PitchJobManager::Start(std::unique_ptr<PitchJobThread> thread) {
   threads_.AddTail(thread.get());
   ++listed_;
   if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) {
-    thread.release();  // it destroys itself, not before it is reaped
+    static_cast<void>(thread.release());  // it destroys itself, not before it is reaped
     return;
   }
   // The system gives no thread: nothing of the request is left behind.

@@ -46,6 +46,7 @@ void PitchJobThread::Analyze(Job& job) {
   const std::vector<SampleBlock> sound = std::move(job.sound);
   if (cancel_) return;
   std::vector<const std::byte*> channels;
+  channels.reserve(sound.size());
   for (const SampleBlock& block : sound) channels.push_back(block.get());
   zyl::PitchSource source;
   source.channelBuffers = channels.data();

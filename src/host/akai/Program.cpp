@@ -91,7 +91,7 @@ void akaiProgram::Lock() {
   zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
   zyl::HoldResident(keyGroupArray, keyGroupStore_.size() * sizeof(akaiKeyGroup));
   zyl::HoldResident(keyGroupExtensions, extensionStore_.size() * sizeof(vendlKeyGroup));
-  zyl::HoldResident(sampleTable, sampleStore_.size() * sizeof(sampleStore_[0]));
+  zyl::HoldResident(sampleTable, sampleStore_.size() * sizeof(void*));
 }
 
 bool akaiProgram::Reaches(int keygroup, int zone) const {
@@ -291,7 +291,7 @@ int64_t akaiProgram::RecordMemory() const {
   return static_cast<int64_t>(
       sizeof(akaiProgram) + (tolmoChunk == nullptr ? 0 : sizeof(TolmoChunk)) +
       keyGroupStore_.size() * (sizeof(akaiKeyGroup) + sizeof(vendlKeyGroup)) +
-      sampleStore_.size() * sizeof(sampleStore_[0]));
+      sampleStore_.size() * sizeof(void*));
 }
 
 namespace {

@@ -4,6 +4,7 @@
 // why. After true it says what was mended, or nothing.
 #pragma once
 
+#include <cmath>
 #include <memory>
 #include <string>
 
@@ -39,7 +40,7 @@ inline bool ChannelsFit(unsigned channels, std::string& reason) {
 }
 
 inline int32_t SettleRate(double rateHz, std::string& reason) {
-  if (rateHz >= 1 && rateHz <= INT32_MAX) return static_cast<int32_t>(rateHz + 0.5);
+  if (rateHz >= 1 && rateHz <= INT32_MAX) return static_cast<int32_t>(std::lround(rateHz));
   AddReason(reason, "the sample rate makes no sense and is taken as 44100 Hz");
   return 44100;
 }
