@@ -108,20 +108,15 @@ int32_t Held(double value) { return static_cast<int32_t>(std::clamp(value, 0.0, 
 }  // namespace
 
 int32_t PitchJobManager::TimeLeft() {
-  ReapFinished();
-  double sum = 0;
-  for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
-    const PitchJobThread& thread = *node->item;
-    const uint32_t done = thread.DoneFrames();
-    if (done == 0) continue;
-    const uint32_t left = thread.TotalFrames() - done;
-    const auto elapsed = static_cast<double>(wxGetUTCTime() - thread.StartTime());
-    sum += std::trunc(static_cast<double>(left) / done * elapsed);
-  }
-  return Held(sum);
+  return SecondsFor([](uint32_t total, uint32_t done) { return total - done; });
 }
 
 int32_t PitchJobManager::TimeTotal() {
+  return SecondsFor([](uint32_t total, uint32_t) { return total; });
+}
+
+// Each worker's seconds for as many frames as `frames` says, by its speed so far.
+int32_t PitchJobManager::SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done)) {
   ReapFinished();
   double sum = 0;
   for (auto* node = threads_.Head(); node != nullptr; node = node->next) {
@@ -129,7 +124,7 @@ int32_t PitchJobManager::TimeTotal() {
     const uint32_t done = thread.DoneFrames();
     if (done == 0) continue;
     const auto elapsed = static_cast<double>(wxGetUTCTime() - thread.StartTime());
-    sum += std::trunc(static_cast<double>(thread.TotalFrames()) / done * elapsed);
+    sum += std::trunc(static_cast<double>(frames(thread.TotalFrames(), done)) / done * elapsed);
   }
   return Held(sum);
 }

@@ -58,6 +58,7 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void ThreadEnded();
 
  private:
+  int32_t SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done));
   void QueueKeygroup(PitchJobThread& thread, const akaiProgram& program, int keygroup);
   void Start(std::unique_ptr<PitchJobThread> thread);
   ROCParam PadOf(const ROCParam& pad) const;

@@ -23,16 +23,16 @@ local function shown(option)
   return "--" .. option.name .. (option.value and " " .. option.value or "")
 end
 
-local function help(spec)
-  io.write("zyl ", spec.verb, " [OPTION…] FILE…\n\n", spec.about, "\n\n")
+local function help(form)
+  io.write("zyl ", form.verb, " [OPTION…] FILE…\n\n", form.about, "\n\n")
   local rows, width = {}, 0
-  for _, option in ipairs(spec.options) do width = math.max(width, #shown(option)) end
-  for _, option in ipairs(spec.options) do
+  for _, option in ipairs(form.options) do width = math.max(width, #shown(option)) end
+  for _, option in ipairs(form.options) do
     local text = option.help:gsub("\n", "\n" .. (" "):rep(width + 4))
     rows[#rows + 1] = ("  %-" .. width .. "s  %s"):format(shown(option), text)
   end
   io.write(table.concat(rows, "\n"), "\n")
-  if spec.more then io.write("\n", spec.more, "\n") end
+  if form.more then io.write("\n", form.more, "\n") end
   io.write("\nExit status: 0 done, 2 wrong command line, 4 some files failed, 130 Ctrl-C.\n")
 end
 
@@ -54,14 +54,14 @@ local function valueOf(option, text)
 end
 
 -- Reads the global `arg` and answers the options by name and the list of files, each one once.
--- spec: verb, about, options; an option: name, help, and but for flags a kind ("integer",
+-- form: verb, about, options; an option: name, help, and but for flags a kind ("integer",
 -- "number", "text"), the value's name in help, low and high, default. Ends the script after
 -- --help and on a wrong command line.
-function cli.parse(spec)
-  verb = spec.verb
+function cli.parse(form)
+  verb = form.verb
   local byName, options, files, seen = {}, {}, {}, {}
-  table.insert(spec.options, { name = "help", help = "print this" })
-  for _, option in ipairs(spec.options) do
+  table.insert(form.options, { name = "help", help = "print this" })
+  for _, option in ipairs(form.options) do
     byName[option.name] = option
     options[option.name] = option.default
   end
@@ -91,7 +91,7 @@ function cli.parse(spec)
     i = i + 1
   end
   if options.help then
-    help(spec)
+    help(form)
     os.exit(0, true)
   end
   if #files == 0 then usage("no FILE given") end
