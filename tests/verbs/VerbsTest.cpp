@@ -113,6 +113,17 @@ TEST_F(Verbs, PitchPlotsPictures) {
   EXPECT_TRUE(Has(svg, "<svg") && Has(svg, "</svg>"));
 }
 
+TEST_F(Verbs, TheExampleReadsBackWhatItWrote) {
+  Tone("one.wav", 220);
+  Tone("two.wav", 440);
+  const std::string folder = Path("");
+  const Finished run = Zyl("run " ZYL_SOURCE "/examples/first-program.lua '" + folder + "' '" +
+                           Path("out.zprg") + "'");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_TRUE(Has(run.out, "2 keygroups")) << run.out;
+  EXPECT_TRUE(Has(run.out, "read back unchanged")) << run.out;
+}
+
 TEST_F(Verbs, AWrongCommandLineSaysSo) {
   for (const char* line : {"pitch", "loops --top none x.wav", "sample --no-such-option x.wav"}) {
     EXPECT_EQ(Zyl(line).status, 2) << line;
