@@ -1,0 +1,56 @@
+// Parameters by number: what the methods by number, the pad slots and the editor's lists share.
+//
+// A number is looked up among the parameter rows; the few that are no plain field (a channel, an
+// output, a figure, a sample's property) have an operation of their own. Numbers that name nothing
+// answer -1, texts that they do not have are "". A negative keygroup index stands for all
+// keygroups, -2 for the selected ones; the answer is then that of the last one visited.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "frame/Arguments.h"
+
+// A typed text, replaced in place by the text of what it stored. Null: only read.
+using TypedText = ROCParam*;
+
+// ---- Operations of the program object, a record must be attached. ----
+
+// The value before the change. A new value that differs marks the program dirty and notifies;
+// `number` and `newValue` are the script's own values, which the notification carries.
+int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
+
+int32_t KeyGroupParamValue(ZylSProgram& object, int32_t number, int32_t keygroup,
+                           std::optional<int32_t> newValue = {});
+int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, int zone,
+                       std::optional<int32_t> newValue = {});
+std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup, int zone,
+                          TypedText newText = nullptr);
+// A new value that is limited before it is stored is limited in place.
+int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int zone,
+                         ROCParam* newValue = nullptr);
+std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, int zone,
+                            TypedText newText = nullptr);
+
+// ---- Script methods. ----
+
+int32_t PRGIntValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
+                    Opt<int32_t, "NewValue"> newValue);
+std::string PRGStringValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
+                           Opt<std::string, "NewString"> newText);
+int32_t KGIntValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+                   Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue);
+std::string KGStringValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+                          Arg<int32_t, "Index"> number, Opt<std::string, "NewString"> newText);
+bool ZoneIntValue(Call& call);
+std::string ZoneStringValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+                            OneZone zone, Arg<int32_t, "Index"> number,
+                            Opt<std::string, "NewString"> newText);
+int32_t SampleIntValue(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                       OneZone zone, Arg<int32_t, "Index"> number,
+                       Opt<int32_t, "NewValue"> newValue);
+std::string SampleStringValue(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                              OneZone zone, Arg<int32_t, "Index"> number,
+                              Opt<std::string, "NewString"> newText);
+bool ModulationSource(Call& call);
