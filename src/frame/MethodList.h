@@ -264,15 +264,15 @@
   METHOD(SampleBits) \
   METHOD(SampleName) \
   METHOD(SampleMemory) \
-  LATER(PRGIntValue) \
-  LATER(KGIntValue) \
-  LATER(ZoneIntValue) \
-  LATER(SampleIntValue) \
-  LATER(PRGStringValue) \
-  LATER(KGStringValue) \
-  LATER(ZoneStringValue) \
-  LATER(SampleStringValue) \
-  LATER(ModulationSource) \
+  METHOD(PRGIntValue) \
+  METHOD(KGIntValue) \
+  METHOD(ZoneIntValue) \
+  METHOD(SampleIntValue) \
+  METHOD(PRGStringValue) \
+  METHOD(KGStringValue) \
+  METHOD(ZoneStringValue) \
+  METHOD(SampleStringValue) \
+  METHOD(ModulationSource) \
   METHOD(CalcSamplePitch) \
   METHOD(CalcKeygroupPitch) \
   METHOD(CalcProgramPitch) \

@@ -5,6 +5,7 @@
 #include "frame/MethodList.h"
 #include "frame/Module.h"
 #include "frame/NotAvailable.h"
+#include "params/ByNumber.h"
 #include "params/FieldMethods.h"
 #include "params/ProgramMethods.h"
 #include "pitch/PitchMethods.h"

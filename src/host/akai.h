@@ -127,7 +127,8 @@ class ZYLHOST_API genericSample {
   void setBuffer(SampleBlock block, int bytesPerValue, int positions);
   // Replaces the sound of every channel; an empty entry keeps that channel, made to fit.
   void setBuffers(std::vector<SampleBlock> blocks, int bytesPerValue, int positions);
-  // Converts the values: fewer bits drop the lowest, more bits add zeros. 1 to 32 bits.
+  // Converts the values: fewer bits drop the lowest, more bits add zeros. 1 to 32 bits;
+  // other numbers change nothing.
   void setBitsPerSample(int bits);
 
   // A reader and a writer of single values, by the width of the record.

@@ -44,7 +44,7 @@ inline void StoreBesideField(akaiProgram& record, Store store, int keygroup, int
     case Store::kTolmo:
       record.keyGroupExtensions[keygroup].EnableTolmoChunk();
       break;
-    case Store::kField:
+    default:
       break;
   }
 }

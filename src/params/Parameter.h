@@ -6,12 +6,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "host/akai.h"
 
-enum class FieldType : uint8_t { kU8, kI8, kU16, kI16, kI32 };
+enum class FieldType : uint8_t { kU8, kI8, kU16, kI16, kI32, kText };
+
+// A text field is this long, filled up with NULs; one of full length has no end mark.
+inline constexpr size_t kTextFieldBytes = sizeof(akaiProgramHdr::name);
 
 enum class Record : uint8_t {
   kProgram,
@@ -23,12 +27,32 @@ enum class Record : uint8_t {
   kExtensionZones,
 };
 
-// How a keygroup's new value is stored.
+// How a new value is stored.
 enum class Store : uint8_t {
   kField,          // in place, the program is dirty
+  kMidiChannel,    // by the program object, whose value it is
+  kIndyOutput,     // in place, and the modules hear of the zones' outputs too
+  kKeyGroups,      // in place, and in the byte that older readers know
   kByteResonance,  // by the program library, which keeps its own account
   kShortResonance,
   kTolmo,  // in place, and the keygroup's organ extension is switched on
+};
+
+// How a value is shown and typed; what each form means stands in ParameterTexts.cpp.
+enum class TextForm : uint8_t {
+  kNone,
+  kPriority,
+  kReassignment,
+  kPitchBendMode,
+  kWaveform,
+  kModSource,
+  kPlaybackType,
+  kFilterType,
+  kOnOff,
+  kConstantPitch,
+  kPitchPlay,
+  kVoices,
+  kMuteGroup,
 };
 
 struct Parameter {
@@ -39,6 +63,7 @@ struct Parameter {
   uint16_t zoneStride = 0;
   int16_t number = 0;  // 0: reached by name alone
   Store store = Store::kField;
+  TextForm text = TextForm::kNone;
 };
 
 template <class T>
@@ -85,6 +110,17 @@ inline void StoreField(std::byte* field, FieldType type, int32_t newValue) {
 inline int32_t AsStored(FieldType type, int32_t newValue) {
   return VisitFieldType(
       type, [&](auto value) -> int32_t { return static_cast<decltype(value)>(newValue); });
+}
+
+// A text field's text, and a text stored into one: what is beyond its length is left off.
+inline std::string LoadText(const std::byte* field) {
+  const char* text = reinterpret_cast<const char*>(field);
+  return {text, strnlen(text, kTextFieldBytes)};
+}
+inline void StoreText(std::byte* field, const char* text) {
+  const size_t length = strnlen(text, kTextFieldBytes);
+  std::memset(field, 0, kTextFieldBytes);
+  std::memcpy(field, text, length);
 }
 
 // The bytes of a field. The record and the keygroup must be there: `keygroup` and `zone` are taken

@@ -1,13 +1,15 @@
 // The rows. A new parameter is one line here.
 #pragma once
 
+#include <array>
+
 #include "params/Parameter.h"
 
 namespace parameter_rows {
 
 template <class T>
 constexpr Parameter Row(std::string_view method, Record record, size_t place, int number,
-                        Store store = Store::kField) {
+                        TextForm text = TextForm::kNone, Store store = Store::kField) {
   // An array element belongs to each zone; a zone's own field repeats with the zone record.
   const bool array = record == Record::kKeygroupZones || record == Record::kExtensionZones;
   const size_t stride = array                     ? sizeof(std::remove_all_extents_t<T>)
@@ -20,34 +22,51 @@ constexpr Parameter Row(std::string_view method, Record record, size_t place, in
           static_cast<uint16_t>(base + place),
           static_cast<uint16_t>(stride),
           static_cast<int16_t>(number),
-          store};
+          store,
+          text};
+}
+template <class T>
+constexpr Parameter Row(std::string_view method, Record record, size_t place, int number,
+                        Store store) {
+  return Row<T>(method, record, place, number, TextForm::kNone, store);
+}
+constexpr Parameter TextRow(std::string_view method, size_t place, int number) {
+  return {method,
+          Record::kProgram,
+          FieldType::kText,
+          static_cast<uint16_t>(place),
+          0,
+          static_cast<int16_t>(number)};
 }
 
 #define ZYL_ROW(prefix, record, structure, field, number, ...)                       \
   Row<decltype(structure::field)>(prefix #field, record, offsetof(structure, field), \
                                   number __VA_OPT__(, ) __VA_ARGS__)
-#define PRG(field, number) ZYL_ROW("PRG", Record::kProgram, akaiProgramHdr, field, number)
+#define PRG(field, ...) ZYL_ROW("PRG", Record::kProgram, akaiProgramHdr, field, __VA_ARGS__)
+#define PRG_TEXT(field, number) TextRow("PRG" #field, offsetof(akaiProgramHdr, field), number)
 #define TOLMO(field) ZYL_ROW("TolmoPRG", Record::kTolmo, TolmoChunk, field, 0)
 #define KG(field, ...) ZYL_ROW("KG", Record::kKeygroup, akaiKeyGroup, field, __VA_ARGS__)
 #define EXT(field, ...) ZYL_ROW("KG", Record::kExtension, vendlKeyGroupImage, field, __VA_ARGS__)
 #define TOLMO_KG(field, number) \
   ZYL_ROW("TolmoKG", Record::kExtension, vendlKeyGroupImage, field, number, Store::kTolmo)
-#define ZONE(field, number) ZYL_ROW("Zone", Record::kZone, akaiZone, field, number)
-#define KG_ZONES(field, number) ZYL_ROW("Zone", Record::kKeygroupZones, akaiKeyGroup, field, number)
-#define EXT_ZONES(field, number) \
-  ZYL_ROW("Zone", Record::kExtensionZones, vendlKeyGroupImage, field, number)
+#define ZONE(field, ...) ZYL_ROW("Zone", Record::kZone, akaiZone, field, __VA_ARGS__)
+#define KG_ZONES(field, ...) \
+  ZYL_ROW("Zone", Record::kKeygroupZones, akaiKeyGroup, field, __VA_ARGS__)
+#define EXT_ZONES(field, ...) \
+  ZYL_ROW("Zone", Record::kExtensionZones, vendlKeyGroupImage, field, __VA_ARGS__)
 
 inline constexpr Parameter kRows[] = {
     // Program header and program-level fields.
+    PRG_TEXT(name, 1),
     PRG(midiProg, 2),
-    PRG(midiChannel, 3),
-    PRG(poly, 4),
-    PRG(prority, 5),
-    PRG(reassignment, 6),
+    PRG(midiChannel, 3, Store::kMidiChannel),
+    PRG(poly, 4, TextForm::kVoices),
+    PRG(prority, 5, TextForm::kPriority),
+    PRG(reassignment, 6, TextForm::kReassignment),
     PRG(lowKey, 7),
     PRG(highKey, 8),
     PRG(playOctave, 9),
-    PRG(indyOutput, 10),
+    PRG(indyOutput, 10, Store::kIndyOutput),
     PRG(indyOutGain, 11),
     PRG(stereoLevel, 12),
     PRG(stereoPan, 13),
@@ -58,12 +77,12 @@ inline constexpr Parameter kRows[] = {
     PRG(tune, 18),
     PRG(monoLegato, 19),
     PRG(keyGrpCrossFade, 20),
-    PRG(keyGroups, 21),
+    PRG(keyGroups, 21, Store::kKeyGroups),
     PRG(bendRangeUp, 22),
     PRG(pitchBendDown, 23),
-    PRG(pitchBendMode, 24),
+    PRG(pitchBendMode, 24, TextForm::kPitchBendMode),
     PRG(pressurePitchBend, 25),
-    PRG(LFOwaveform, 26),
+    PRG(LFOwaveform, 26, TextForm::kWaveform),
     PRG(LFOspeed, 27),
     PRG(LFOdepth, 28),
     PRG(LFOdelay, 29),
@@ -73,35 +92,36 @@ inline constexpr Parameter kRows[] = {
     PRG(LFOSpeedModGain, 33),
     PRG(LFODepthModGain, 34),
     PRG(LFODelayModGain, 35),
-    PRG(LFO1SpeedModSel, 36),
-    PRG(LFO1DepthModSel, 37),
-    PRG(LFO1DelayModSel, 38),
+    PRG(LFO1SpeedModSel, 36, TextForm::kModSource),
+    PRG(LFO1DepthModSel, 37, TextForm::kModSource),
+    PRG(LFO1DelayModSel, 38, TextForm::kModSource),
     PRG(LFOdesync, 39),
     PRG(LFO2speed, 40),
     PRG(LFO2depth, 41),
     PRG(LFO2delay, 42),
-    PRG(LFO2waveform, 43),
+    PRG(LFO2waveform, 43, TextForm::kWaveform),
     PRG(panKey, 44),
+    PRG_TEXT(masterDetune, 45),  // its first 12 bytes
     PRG(panModWheel, 46),
     PRG(softPedalLoudness, 47),
     PRG(softPedalAttack, 48),
     PRG(softPedalFilter, 49),
     PRG(stereoOutSpace, 50),
-    PRG(filterModSel1, 51),
-    PRG(filterModSel2, 52),
-    PRG(filterModSel3, 53),
-    PRG(pitchModSel, 54),
+    PRG(filterModSel1, 51, TextForm::kModSource),
+    PRG(filterModSel2, 52, TextForm::kModSource),
+    PRG(filterModSel3, 53, TextForm::kModSource),
+    PRG(pitchModSel, 54, TextForm::kModSource),
     PRG(panModGain1, 55),
     PRG(panModGain2, 56),
     PRG(panModGain3, 57),
-    PRG(panModSel1, 58),
-    PRG(panModSel2, 59),
-    PRG(panModSel3, 60),
+    PRG(panModSel1, 58, TextForm::kModSource),
+    PRG(panModSel2, 59, TextForm::kModSource),
+    PRG(panModSel3, 60, TextForm::kModSource),
     PRG(ampModGain2, 61),
     PRG(ampModGain3, 62),
-    PRG(ampModSel, 63),
-    PRG(ampModSel2, 64),
-    PRG(ampModSel3, 65),
+    PRG(ampModSel, 63, TextForm::kModSource),
+    PRG(ampModSel2, 64, TextForm::kModSource),
+    PRG(ampModSel3, 65, TextForm::kModSource),
     PRG(LFO2retrigger, 66),
     PRG(LFO1Sync2MIDIClk, 67),
     PRG(LFO1MIDIClkMul, 68),
@@ -161,9 +181,9 @@ inline constexpr Parameter kRows[] = {
     KG(env2KeyModRate34, 123),
     KG(velFilterEnv, 124),
     KG(envPitch, 125),
-    KG(velZoneCrossFade, 126),
+    KG(velZoneCrossFade, 126, TextForm::kOnOff),
     KG(fixedRateDetune, 127),
-    KG(attackHoldUntilLoop, 128),
+    KG(attackHoldUntilLoop, 128, TextForm::kOnOff),
     KG(velVolume, 129),
     KG(resonance, 130, Store::kByteResonance),
     KG(pitchModLFO1, 131),
@@ -176,7 +196,7 @@ inline constexpr Parameter kRows[] = {
     KG(env2Rate2, 138),
     KG(env2Level2, 139),
     KG(env2Level4, 140),
-    KG(muteGroup, 141),
+    KG(muteGroup, 141, TextForm::kMuteGroup),
     // Keygroup extension.
     EXT(env3Level1, 152),
     EXT(env3Level2, 154),
@@ -202,7 +222,7 @@ inline constexpr Parameter kRows[] = {
     EXT(formantModGain1, 165),
     EXT(formantModGain2, 166),
     EXT(formantModGain3, 167),
-    EXT(filterType, 168),
+    EXT(filterType, 168, TextForm::kFilterType),
     EXT(filterResonanceModSel, 0),
     EXT(filterResonanceModGain, 0),
     EXT(env3VelFilter, 172),
@@ -216,17 +236,18 @@ inline constexpr Parameter kRows[] = {
     ZONE(loudnessOffset, 207),
     ZONE(filterOffset, 208),
     ZONE(panOffset, 209),
-    ZONE(playbacktype, 210),
-    KG_ZONES(constantPitch, 200),
+    ZONE(playbacktype, 210, TextForm::kPlaybackType),
+    KG_ZONES(constantPitch, 200, TextForm::kConstantPitch),
     KG_ZONES(outOffset, 201),
     KG_ZONES(velStart, 202),
-    EXT_ZONES(PitchPlay, 221),
+    EXT_ZONES(PitchPlay, 221, TextForm::kPitchPlay),
     EXT_ZONES(FormantOffset, 223),
     EXT_ZONES(TimeStretchOffset, 222),
 };
 
 #undef ZYL_ROW
 #undef PRG
+#undef PRG_TEXT
 #undef TOLMO
 #undef KG
 #undef EXT
@@ -236,6 +257,22 @@ inline constexpr Parameter kRows[] = {
 #undef EXT_ZONES
 
 }  // namespace parameter_rows
+
+// The row of a parameter number between `first` and `last`, null when the number names no field
+// there.
+inline const Parameter* RowOfNumber(int32_t number, int32_t first, int32_t last) {
+  static constexpr auto kRowOf = [] {
+    std::array<const Parameter*, 300> rows{};
+    for (const Parameter& row : parameter_rows::kRows) {
+      const auto at = static_cast<size_t>(row.number);
+      if (at == 0) continue;
+      if (rows[at] != nullptr) throw "two parameters have one number";
+      rows[at] = &row;
+    }
+    return rows;
+  }();
+  return number < first || number > last ? nullptr : kRowOf[static_cast<size_t>(number)];
+}
 
 // The row of a field method; a name without a row does not compile.
 consteval const Parameter& ParameterOf(std::string_view method) {

@@ -3,27 +3,16 @@
 #include <algorithm>
 #include <cstring>
 
-namespace {
-
-constexpr int32_t kNumberMidiChannel = 3;
-constexpr int32_t kNumberIndyOutput = 10;
-constexpr int32_t kNumberKeyGroups = 21;
-constexpr int32_t kNumberZoneOutput = 230;
-
-constexpr size_t kNameLength = sizeof(akaiProgramHdr::name);
-
-}  // namespace
+#include "params/ParameterNumbers.h"
+#include "params/ParameterTable.h"
 
 std::string PRGname(ZylSProgram& object, LoadedProgram program,
                     Opt<std::string, "NewString"> newName) {
-  char* name = program->name;
-  std::string before(name, strnlen(name, kNameLength));
-  if (newName && std::strncmp(name, newName.Text(), kNameLength) != 0) {
+  std::byte* name = ProgramField(*program.record, ParameterOf("PRGname"));
+  std::string before = LoadText(name);
+  if (newName && std::strncmp(program->name, newName.Text(), kTextFieldBytes) != 0) {
     object.dirty = true;
-    // A shorter name is padded with NULs; a name of 12 characters has no end mark.
-    const size_t length = strnlen(newName.Text(), kNameLength);
-    std::memset(name, 0, kNameLength);
-    std::memcpy(name, newName.Text(), length);
+    StoreText(name, newName.Text());
   }
   return before;
 }
@@ -32,7 +21,7 @@ int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram, Opt<int32_t, "NewValu
   const int32_t before = object.GetMidiChannel();
   if (newValue) {
     object.SetMidiChannel(*newValue);
-    object.NotifyParameterChanged(kNumberMidiChannel, newValue.param);
+    object.NotifyParameterChanged(ParameterOf("PRGmidiChannel").number, newValue.param);
   }
   return before;
 }
@@ -40,8 +29,8 @@ int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram, Opt<int32_t, "NewValu
 void SetIndyOutput(ZylSProgram& object, int32_t output) {
   object.program->indyOutput = static_cast<int8_t>(output);
   ROCParam* value = newROCParam(int32_t{object.program->indyOutput});
-  object.NotifyParameterChanged(kNumberIndyOutput, value);
-  object.NotifyParameterChanged(kNumberZoneOutput, value);
+  object.NotifyParameterChanged(ParameterOf("PRGindyOutput").number, value);
+  object.NotifyParameterChanged(number::kZoneOutput, value);
   deleteROCParam(value);
 }
 
@@ -52,14 +41,18 @@ int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
   return before;
 }
 
+void StoreKeyGroups(akaiProgram& record, int32_t count) {
+  record.keyGroups = count;
+  record.keyGroupsByte = static_cast<uint8_t>(std::min(count, 255));
+}
+
 int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
                      Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = program->keyGroups;
   if (newValue && *newValue != before) {
     object.dirty = true;
-    program->keyGroups = *newValue;
-    program->keyGroupsByte = static_cast<uint8_t>(std::min(*newValue, 255));
-    object.NotifyParameterChanged(kNumberKeyGroups, newValue.param);
+    StoreKeyGroups(*program.record, *newValue);
+    object.NotifyParameterChanged(ParameterOf("PRGkeyGroups").number, newValue.param);
   }
   return before;
 }

@@ -26,6 +26,9 @@ bool ZoneSampleExists(ZylSProgram& object, LoadedProgram program, OneKeyGroup ke
 // Stores the program's first individual output and tells the modules of it, and of the outputs of
 // the zones, which count from it.
 void SetIndyOutput(ZylSProgram& object, int32_t output);
+inline int32_t GetIndyOutput(const akaiProgram& record) { return record.indyOutput; }
+// The count of keygroups that scripts see; the records stay as many as they are.
+void StoreKeyGroups(akaiProgram& record, int32_t count);
 
 // The sample record of a zone, null for none.
 inline genericSample* ZoneSample(const LoadedProgram& program, const OneKeyGroup& keygroup,

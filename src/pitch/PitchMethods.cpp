@@ -1,7 +1,7 @@
 #include "pitch/PitchMethods.h"
 
 #include "frame/Module.h"
-#include "host/qx.h"
+#include "sample/SampleAccess.h"
 
 namespace {
 
@@ -61,12 +61,11 @@ bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg m
 bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
   genericSample* record = sample.Record();
   if (record == nullptr) return false;
-  // A module that is told may discard the object and its record: this use keeps the record whole.
-  ++record->useCount;
+  // A module that is told may discard the object and its record.
+  const HeldSample held(*record);
   sample.object->NotifyDeleting();
   record->clearPitchData();
   Jobs().NotifyCleared(record->name);
-  record->deleteSample();
   return true;
 }
 

@@ -3,14 +3,12 @@
 #include <cmath>
 #include <cstdint>
 
+#include "params/ParameterNumbers.h"
 #include "sample/LoopSearch.h"
 #include "sample/SampleAccess.h"
 
 namespace {
 
-constexpr int32_t kNumberLoopStart = 302;
-constexpr int32_t kNumberLoopEnd = 303;
-constexpr int32_t kNumberLoopFineLen = 308;
 constexpr int32_t kTimedLoops = 8;  // only the first loops have a repeat count for scripts
 
 bool ReadLoopIndex(Call& call, Arg<int32_t, "LoopIndex">& index, int32_t count) {
@@ -95,10 +93,10 @@ bool SampleLoopCount(Call& call) {
 }
 
 bool SampleLoopStart(Call& call) {
-  return LoopField(call, &genericLoop::loopStart, kMaxLoops, kNumberLoopStart);
+  return LoopField(call, &genericLoop::loopStart, kMaxLoops, number::kLoopStart);
 }
 bool SampleLoopEnd(Call& call) {
-  return LoopField(call, &genericLoop::loopEnd, kMaxLoops, kNumberLoopEnd);
+  return LoopField(call, &genericLoop::loopEnd, kMaxLoops, number::kLoopEnd);
 }
 bool SampleLoopTimes(Call& call) {
   return LoopField(call, &genericLoop::loopTimes, kTimedLoops, 0);
@@ -126,7 +124,7 @@ bool SampleLoopFineLen(Call& call) {
   fineLen = static_cast<uint32_t>(*newValue);
   Changed(call, sample);
   ROCParam* stored = newROCParam(static_cast<int32_t>(fineLen));
-  call.program.NotifyParameterChanged(kNumberLoopFineLen, stored);
+  call.program.NotifyParameterChanged(number::kLoopFineLen, stored);
   deleteROCParam(stored);
   return true;
 }

@@ -298,11 +298,11 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
 }
 
 void SampleFile::SetBits(int bits) {
-  const int held = std::clamp(bits, 1, 32);
-  const bool fewer = held < parameters.bits;
-  SetBlocks({}, (held + 7) / 8, parameters.frameCount);
-  parameters.bits = static_cast<uint16_t>(held);
-  const int unusedBits = 8 * BytesPerValue() - held;
+  if (bits < 1 || bits > 32) return;  // nothing that sound could be kept in
+  const bool fewer = bits < parameters.bits;
+  SetBlocks({}, (bits + 7) / 8, parameters.frameCount);
+  parameters.bits = static_cast<uint16_t>(bits);
+  const int unusedBits = 8 * BytesPerValue() - bits;
   if (!fewer || unusedBits == 0) return;
   for (int c = 0; c < ChannelCount(); ++c) {
     std::byte* values = Writable(c);

@@ -1,0 +1,213 @@
+// The parameters of keygroups and of their zones, by number.
+#include "params/ByNumber.h"
+#include "params/Keygroups.h"
+#include "params/ParameterNumbers.h"
+#include "params/ParameterTable.h"
+#include "params/ParameterTexts.h"
+#include "params/ProgramMethods.h"
+
+namespace {
+
+constexpr int32_t kLastKeygroup = number::kFirstZone - 1;
+constexpr int32_t kLastZone = number::kFirstSample - 1;
+
+// By number, -2 alone stands for the selected keygroups; every other negative index for all.
+KeygroupRange AddressedByNumber(const akaiProgram& record, int32_t index) {
+  return index >= 0 ? Addressed(record, index) : Addressed(record, index == -2 ? -2 : -1);
+}
+
+// Visits the addressed keygroups. A visit may end in a script that changes the program: the walk
+// ends with the record that it began with.
+template <class Visit>
+void ForEachByNumber(ZylSProgram& object, int32_t index, Visit visit) {
+  akaiProgram* record = object.program;
+  const KeygroupRange range = AddressedByNumber(*record, index);
+  for (int k = range.first; k < range.end; ++k) {
+    if (object.program != record || k >= record->KeyGroupCount()) return;
+    if (range.selectedOnly && record->keyGroupExtensions[k].selected == 0) continue;
+    visit(*record, k);
+  }
+}
+
+void StoreKeygroupValue(akaiProgram& record, const Parameter& row, int keygroup, int32_t value) {
+  const bool libraryStores =
+      row.store == Store::kByteResonance || row.store == Store::kShortResonance;
+  if (!libraryStores) StoreField(KeygroupField(record, row, keygroup), row.type, value);
+  StoreBesideField(record, row.store, keygroup, value);
+}
+
+// What a typed text means, worked out at the first keygroup that needs it: the text is replaced
+// then, and the replacement may stand for another value.
+class TypedValue {
+ public:
+  explicit TypedValue(TypedText typed) : typed_(typed) {}
+  template <class FromText>
+  int32_t Value(FromText fromText) {
+    if (typed_ == nullptr) return kNoValue;
+    if (!known_) value_ = fromText(*typed_);
+    known_ = true;
+    return value_;
+  }
+
+ private:
+  TypedText typed_;
+  bool known_ = false;
+  int32_t value_ = kNoValue;
+};
+
+int32_t GetZoneOutput(const ZylSProgram& object, int keygroup, int zone) {
+  const akaiProgram& record = *object.program;
+  const auto output =
+      static_cast<int8_t>(record.keyGroupArray[keygroup].outOffset[zone] + GetIndyOutput(record));
+  return output >= object.maxIndyOut ? -1 : output;
+}
+
+void SetZoneOutput(ZylSProgram& object, int keygroup, int zone, int32_t output) {
+  akaiProgram& record = *object.program;
+  record.keyGroupArray[keygroup].outOffset[zone] = static_cast<uint8_t>(
+      static_cast<uint32_t>(output) - static_cast<uint32_t>(GetIndyOutput(record)));
+  ROCParam* value = newROCParam(output);
+  object.NotifyParameterChanged(number::kOutOffset, value);
+  object.NotifyParameterChanged(number::kZoneOutput, value);
+  deleteROCParam(value);
+}
+
+}  // namespace
+
+int32_t KeyGroupParamValue(ZylSProgram& object, int32_t number, int32_t keygroup,
+                           std::optional<int32_t> newValue) {
+  const Parameter* row = RowOfNumber(number, number::kFirstKeygroup, kLastKeygroup);
+  int32_t value = -1;
+  ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
+    if (row != nullptr) {
+      value = LoadField(KeygroupField(record, *row, k), row->type);
+      if (newValue) StoreKeygroupValue(record, *row, k, *newValue);
+    } else if (number == number::kKeygroupNumber) {
+      value = k + 1;
+    } else if (number == number::kKeygroupIndex) {
+      value = k;
+    }
+  });
+  return value;
+}
+
+int32_t KGIntValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
+                   Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue) {
+  std::optional<int32_t> stored;
+  if (newValue) stored = *newValue;
+  const int32_t value = KeyGroupParamValue(object, *number, *keygroup, stored);
+  if (newValue && *newValue != value) {
+    object.dirty = true;
+    object.NotifyParameterChanged(number.param, newValue.param, keygroup.param, nullptr);
+  }
+  return value;
+}
+
+std::string KGStringValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
+                          Arg<int32_t, "Index"> number, Opt<std::string, "NewString"> newText) {
+  const Parameter* row = RowOfNumber(*number, number::kFirstKeygroup, kLastKeygroup);
+  std::string text;
+  if (row == nullptr || row->text == TextForm::kNone) return text;
+  TypedValue typed(newText.param);
+  ForEachByNumber(object, *keygroup, [&](akaiProgram& record, int k) {
+    std::byte* field = KeygroupField(record, *row, k);
+    text = ValueText(row->text, LoadField(field, row->type));
+    const int32_t value =
+        typed.Value([&](ROCParam& given) { return ValueFromText(row->text, given); });
+    if (value != kNoValue) StoreField(field, row->type, value);
+  });
+  return text;
+}
+
+int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, int zone,
+                       std::optional<int32_t> newValue) {
+  const Parameter* row = RowOfNumber(number, number::kFirstZone, kLastZone);
+  int32_t value = -1;
+  ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
+    if (row != nullptr) {
+      std::byte* field = ZoneField(record, *row, k, zone);
+      value = LoadField(field, row->type);
+      if (newValue) StoreField(field, row->type, *newValue);
+    } else if (number == number::kZoneOutput) {
+      value = GetZoneOutput(object, k, zone);
+      if (newValue) SetZoneOutput(object, k, zone, *newValue);
+    } else if (number == number::kZoneNumber) {
+      value = zone + 1;
+    }
+  });
+  return value;
+}
+
+std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup, int zone,
+                          TypedText newText) {
+  const Parameter* row = RowOfNumber(number, number::kFirstZone, kLastZone);
+  std::string text;
+  TypedValue typed(newText);
+  ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
+    if (row != nullptr && row->text != TextForm::kNone) {
+      std::byte* field = ZoneField(record, *row, k, zone);
+      text = ValueText(row->text, LoadField(field, row->type));
+      const int32_t value =
+          typed.Value([&](ROCParam& given) { return ValueFromText(row->text, given); });
+      if (value != kNoValue) StoreField(field, row->type, value);
+    } else if (number == number::kZoneOutput) {
+      text = OutputText(GetZoneOutput(object, k, zone));
+      const int32_t output =
+          typed.Value([&](ROCParam& given) { return OutputFromText(given, object.maxIndyOut); });
+      if (output != kNoValue) SetZoneOutput(object, k, zone, output);
+    }
+  });
+  return text;
+}
+
+namespace {
+
+// Tells of a zone's new value: once for one keygroup, for each of several.
+void NotifyZone(ZylSProgram& object, ROCParam* number, ROCParam* newValue, int32_t keygroup,
+                ROCParam* zone) {
+  const auto notify = [&](int k) {
+    ROCParam* index = newROCParam(int32_t{k});
+    object.NotifyParameterChanged(number, newValue, index, zone);
+    deleteROCParam(index);
+  };
+  if (keygroup >= 0) {
+    notify(keygroup);
+  } else {
+    ForEachByNumber(object, keygroup, [&](const akaiProgram&, int k) { notify(k); });
+  }
+}
+
+}  // namespace
+
+bool ZoneIntValue(Call& call) {
+  LoadedProgram program;
+  KeyGroupIndex keygroup;
+  OneZone zone;
+  Arg<int32_t, "Index"> number;
+  Opt<int32_t, "NewValue"> newValue;
+  if (!LoadedProgram::Read(call, program) || !KeyGroupIndex::Read(call, keygroup) ||
+      !OneZone::Read(call, zone) || !number.Read(call, number) || !newValue.Read(call, newValue)) {
+    return false;
+  }
+  ZylSProgram& object = call.program;
+  std::optional<int32_t> stored;
+  if (newValue) stored = *newValue;
+  // The output of a zone would tell of itself; here the value is told of as every other.
+  object.enableRegisterCall = false;
+  const int32_t value = ZoneParamValue(object, *number, *keygroup, *zone, stored);
+  object.enableRegisterCall = true;
+  if (newValue && *newValue != value) {
+    object.dirty = true;
+    Opt<int32_t, "UpdateKG"> updated;
+    if (!updated.Read(call, updated)) return false;
+    NotifyZone(object, number.param, newValue.param, updated ? *updated : *keygroup, zone.param);
+  }
+  call.Return(newROCParam(value));
+  return true;
+}
+
+std::string ZoneStringValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
+                            OneZone zone, Arg<int32_t, "Index"> number,
+                            Opt<std::string, "NewString"> newText) {
+  return ZoneParamText(object, *number, *keygroup, *zone, newText.param);
+}

@@ -1,0 +1,56 @@
+// The texts in which parameter values are shown and typed.
+//
+// A shown text is "" where a value has none. A typed text is a script's own value: it is replaced
+// by the text of what it stands for, so that the caller sees it as the editor will show it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "host/base.h"
+#include "params/Parameter.h"
+
+// What a typed text means that stands for no value: nothing is stored then.
+inline constexpr int32_t kNoValue = INT32_MIN;
+
+// The index of the name that a typed text stands for, -1 for an empty text. Letter by letter, names
+// that differ from the text are given up, as long as two are left; the first one that is left is
+// meant, and replaces the text. So every text stands for some name.
+int32_t MatchText(std::span<const char* const> names, ROCParam& typed);
+
+std::string PlaybackTypeText(int32_t value);
+std::string FilterTypeText(int32_t value);
+std::string PriorityText(int32_t value);
+std::string WaveformText(int32_t value);
+std::string ModSourceText(int32_t value);
+int32_t PlaybackTypeFromText(ROCParam& typed);
+int32_t FilterTypeFromText(ROCParam& typed);
+int32_t PriorityFromText(ROCParam& typed);
+int32_t WaveformFromText(ROCParam& typed);
+int32_t ModSourceFromText(ROCParam& typed);
+int32_t ChannelFromText(ROCParam& typed);
+inline constexpr int32_t kModSources = 24;
+
+// The text of a value in a row's form, and the value that a typed text has in it (kNoValue: none).
+std::string ValueText(TextForm form, int32_t value);
+int32_t ValueFromText(TextForm form, ROCParam& typed);
+
+// An individual output, counted from 0 and shown from 1; below 0 is "Off". A typed output beyond
+// `outputs` is the last one.
+std::string OutputText(int32_t output);
+int32_t OutputFromText(ROCParam& typed, int32_t outputs);
+
+// The name of a channel of a sample with this many channels, "" when it has none.
+std::string_view ChannelText(int32_t channel, int32_t channels);
+// The channel that a typed name means: the one that is shown so, whole or by its beginning, and
+// only then the name's place in the table of channel names.
+int32_t TypedChannel(ROCParam& typed, int32_t channels);
+
+// A number of bytes, in the unit that suits it.
+std::string MemoryText(int32_t bytes);
+std::string PercentText(double percent);
+
+// The decimal number with which a text begins, after blanks; 0 for none. Held to 32 bits.
+int32_t DecimalValue(const std::string& text);

@@ -1,0 +1,144 @@
+// The program's parameters by number, and modulation sources by name.
+#include <cmath>
+
+#include "host/qx.h"
+#include "params/ByNumber.h"
+#include "params/ParameterNumbers.h"
+#include "params/ParameterTable.h"
+#include "params/ParameterTexts.h"
+#include "params/ProgramMethods.h"
+
+namespace {
+
+constexpr int32_t kLastProgram = number::kFirstKeygroup - 1;
+
+bool IsMemory(int32_t number) {
+  return number >= number::kLockedMemory && number <= number::kLastMemory;
+}
+
+// A memory figure: a number of bytes, or what these are in percent of a whole.
+struct MemoryFigure {
+  int32_t bytes;
+  bool isPercentage;
+  double percent;  // -1 when there is no whole
+};
+MemoryFigure MemoryOf(const akaiProgram& record, int32_t number) {
+  const bool locked = number < number::kTotalMemory;
+  const int32_t bytes = locked ? record.getTotalLockedMem(true) : record.getTotalMem(true);
+  const int32_t part = number - (locked ? number::kLockedMemory : number::kTotalMemory);
+  if (part == 0) return {bytes, false, 0};
+  const int32_t ofAll = locked ? getTotalLockedMem() : getTotalMem();
+  const int32_t whole = part == 1 ? ofAll : qxGetTotalPhysicalMemory();
+  return {bytes, true, whole == 0 ? -1.0 : static_cast<double>(bytes) / whole * 100.0};
+}
+
+int32_t LoadProgramValue(ZylSProgram& object, const Parameter& row) {
+  if (row.store == Store::kMidiChannel) return object.GetMidiChannel();
+  return LoadField(ProgramField(*object.program, row), row.type);
+}
+
+void StoreProgramValue(ZylSProgram& object, const Parameter& row, int32_t value) {
+  switch (row.store) {
+    case Store::kMidiChannel:
+      object.SetMidiChannel(value);
+      break;
+    case Store::kIndyOutput:
+      SetIndyOutput(object, value);
+      break;
+    case Store::kKeyGroups:
+      StoreKeyGroups(*object.program, value);
+      break;
+    default:
+      StoreField(ProgramField(*object.program, row), row.type, value);
+  }
+}
+
+// The text of a row's value before, and what a typed one does. Only modulation sources are stored
+// as by number, with mark and notification.
+std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* number,
+                      TypedText typed) {
+  std::byte* field = ProgramField(*object.program, row);
+  std::string text = ValueText(row.text, LoadField(field, row.type));
+  if (typed == nullptr) return text;
+  const int32_t value = ValueFromText(row.text, *typed);
+  if (value == kNoValue) return text;
+  if (row.text == TextForm::kModSource) {
+    ROCParam newValue(value);
+    ProgramParamValue(object, number, &newValue);
+  } else {
+    StoreField(field, row.type, value);
+  }
+  return text;
+}
+
+std::string ProgramText(ZylSProgram& object, ROCParam* number, TypedText typed) {
+  const akaiProgram& record = *object.program;
+  if (IsMemory(number->Int())) {
+    const MemoryFigure figure = MemoryOf(record, number->Int());
+    return figure.isPercentage ? PercentText(figure.percent) : MemoryText(figure.bytes);
+  }
+  const Parameter* row = RowOfNumber(number->Int(), 1, kLastProgram);
+  if (row == nullptr) return {};
+  if (row->store == Store::kMidiChannel) {
+    wxString text;
+    object.GetMidiChannelText(text);
+    if (typed != nullptr) object.SetMidiChannelText(typed);
+    return text.utf8_string();
+  }
+  if (row->store == Store::kIndyOutput) {
+    std::string text = OutputText(GetIndyOutput(record));
+    if (typed != nullptr) SetIndyOutput(object, OutputFromText(*typed, object.maxIndyOut));
+    return text;
+  }
+  if (row->type != FieldType::kText) return FieldText(object, *row, number, typed);
+  std::byte* field = ProgramField(*object.program, *row);
+  std::string text = LoadText(field);
+  if (typed == nullptr) return text;
+  StoreText(field, typed->Str().c_str());
+  // The name is shown again as it was stored.
+  if (row == &ParameterOf("PRGname")) typed->SetStr(LoadText(field));
+  return text;
+}
+
+}  // namespace
+
+int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newValue) {
+  int32_t value = -1;
+  const Parameter* row = RowOfNumber(number->Int(), 1, kLastProgram);
+  if (row != nullptr && row->type != FieldType::kText) {
+    value = LoadProgramValue(object, *row);
+    if (newValue != nullptr) StoreProgramValue(object, *row, newValue->Int());
+  } else if (IsMemory(number->Int())) {
+    const MemoryFigure figure = MemoryOf(*object.program, number->Int());
+    value = figure.isPercentage ? static_cast<int32_t>(figure.percent) : figure.bytes;
+  }
+  if (newValue != nullptr && newValue->Int() != value) {
+    object.dirty = true;
+    object.NotifyParameterChanged(number, newValue, nullptr, nullptr);
+  }
+  return value;
+}
+
+int32_t PRGIntValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> number,
+                    Opt<int32_t, "NewValue"> newValue) {
+  return ProgramParamValue(object, number.param, newValue.param);
+}
+
+std::string PRGStringValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> number,
+                           Opt<std::string, "NewString"> newText) {
+  return ProgramText(object, number.param, newText.param);
+}
+
+bool ModulationSource(Call& call) {
+  ROCParam* value = call.Argument(1);
+  if (value != nullptr && value->Type() == kTypeString) {
+    call.Return(newROCParam(ModSourceFromText(*value)));
+    return true;
+  }
+  if (value == nullptr || value->Type() != kTypeInteger) {
+    return call.UserError("Expecting InValue (string) or (int) as first argument", 1);
+  }
+  if (value->Int() < 0 || value->Int() >= kModSources) return call.ValueError("InValue", 1);
+  call.Return(newROCParam(std::string_view(ModSourceText(value->Int()))));
+  return true;
+}

@@ -1,0 +1,265 @@
+// The parameters of a zone's sample by number: a row for each number, how it is read and how a new
+// value is stored.
+#include <algorithm>
+#include <iterator>
+
+#include "frame/Module.h"
+#include "params/ByNumber.h"
+#include "params/ParameterNumbers.h"
+#include "params/ParameterTexts.h"
+#include "params/ProgramMethods.h"
+#include "sample/SampleAccess.h"
+
+namespace {
+
+// A zone, and the sample that it has now.
+class SampleZone {
+ public:
+  SampleZone(ZylSProgram& object, int keygroup, int zone)
+      : object(object), record_(object.program), keygroup_(keygroup), zone_(zone) {}
+
+  // Null when there is none; also when a script that was called has changed the program so far.
+  genericSample* Sample() const {
+    const bool there = object.program == record_ && keygroup_ < record_->KeyGroupCount();
+    return there ? record_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
+  }
+
+  // The zone plays this channel of the file from now on; a channel that the file has not changes
+  // nothing.
+  void Reattach(int32_t channel) {
+    genericSample* sample = Sample();
+    if (channel < 0 || channel >= sample->getChannelCount()) return;
+    // The loaded file is taken, never read again: what was edited in it stays.
+    record_->setSample(sample->createChannelRef(channel), keygroup_, zone_);
+    object.PurgeSampleObjects();
+  }
+
+  // Tells the modules that the sample's sound or track is about to change.
+  void NotifyDeleting(const genericSample& sample) {
+    if (CSample* known = object.sampleObjects.FindBySample(&sample)) known->NotifyDeleting();
+  }
+  void SetBits(genericSample& sample, int32_t bits) {
+    const HeldSample held(sample);
+    NotifyDeleting(sample);
+    sample.setBitsPerSample(bits);
+  }
+
+  ZylSProgram& object;
+
+ private:
+  akaiProgram* record_;
+  int keygroup_;
+  int zone_;
+};
+
+int32_t BytesPerValue(const genericSample& sample) { return (sample.shared().bits + 7) / 8; }
+
+// A position that must not lie behind `last`, nor before the sample.
+int32_t HeldBefore(int32_t position, int32_t last) {
+  return position > last ? last : std::max(position, 0);
+}
+// A position that must not lie before `first`, nor behind the sample.
+int32_t HeldAfter(int32_t position, int32_t first, int32_t frameCount) {
+  if (position < first) return first;
+  return position >= frameCount ? frameCount - 1 : position;
+}
+
+template <auto kField>
+int32_t Read(const genericSample& sample) {
+  return static_cast<int32_t>(sample.shared().*kField);
+}
+template <auto kField>
+int32_t ReadLoop(const genericSample& sample) {
+  const SampleParameters& parameters = sample.shared();
+  return parameters.loopCount > 0 ? static_cast<int32_t>(parameters.loops[0].*kField) : 0;
+}
+
+template <auto kField>
+void WriteByte(SampleZone&, genericSample& sample, ROCParam& value) {
+  sample.shared().*kField = static_cast<uint8_t>(value.Int());
+}
+
+void WriteLoopStart(SampleZone&, genericSample& sample, ROCParam& value) {
+  SampleParameters& parameters = sample.shared();
+  parameters.loopCount = std::max(parameters.loopCount, 1u);
+  genericLoop& loop = parameters.loops[0];
+  loop.loopStart = HeldBefore(value.Int(), loop.loopEnd);
+}
+void WriteLoopEnd(SampleZone&, genericSample& sample, ROCParam& value) {
+  SampleParameters& parameters = sample.shared();
+  if (value.Int() > parameters.start) parameters.loopCount = std::max(parameters.loopCount, 1u);
+  genericLoop& loop = parameters.loops[0];
+  loop.loopEnd = HeldAfter(value.Int(), loop.loopStart, parameters.frameCount);
+}
+
+void WriteBytesPerValue(SampleZone& zone, genericSample& sample, ROCParam& value) {
+  value.SetInt(std::clamp(value.Int(), 1, 4));
+  zone.SetBits(sample, 8 * value.Int());
+}
+
+void WritePitchData(SampleZone& zone, genericSample& sample, ROCParam& value) {
+  const ScreenCursor busy(9);
+  const HeldSample held(sample);
+  zone.NotifyDeleting(sample);
+  sample.clearPitchData();
+  if (value.Int() == 0) return;
+  const ZylSProgram& object = zone.object;
+  ModuleState::Get().pitchJobs.StartSampleJob(
+      &sample, {object.minPeriod, object.maxPeriod, object.smoothLength, object.findPitchLen,
+                object.rmsThres});
+}
+
+struct SampleRow {
+  int32_t (*read)(const genericSample& sample);  // null: the number has no value
+  void (*write)(SampleZone& zone, genericSample& sample, ROCParam& value);
+};
+
+using P = SampleParameters;
+using L = genericLoop;
+constexpr SampleRow kNoRow = {nullptr, nullptr};
+
+// From the first sample number on.
+constexpr SampleRow kRows[] = {
+    {Read<&P::key>, WriteByte<&P::key>},
+    {Read<&P::playbackType>, WriteByte<&P::playbackType>},
+    {ReadLoop<&L::loopStart>, WriteLoopStart},
+    {ReadLoop<&L::loopEnd>, WriteLoopEnd},
+    {Read<&P::holdLoopTuneOff>,
+     [](SampleZone&, genericSample& sample, ROCParam& value) {
+       sample.shared().holdLoopTuneOff = static_cast<int8_t>(value.Int());
+     }},
+    {Read<&P::tune>,
+     [](SampleZone&, genericSample& sample, ROCParam& value) {
+       sample.shared().tune = static_cast<int16_t>(value.Int());
+     }},
+    {[](const genericSample& sample) { return sample.channel; },
+     [](SampleZone& zone, genericSample&, ROCParam& value) { zone.Reattach(value.Int()); }},
+    kNoRow,  // the file's name
+    {ReadLoop<&L::loopFineLen>,
+     [](SampleZone&, genericSample& sample, ROCParam& value) {
+       sample.shared().loops[0].loopFineLen = static_cast<uint32_t>(value.Int());
+     }},
+    {Read<&P::start>,
+     [](SampleZone&, genericSample& sample, ROCParam& value) {
+       sample.shared().start = HeldBefore(value.Int(), sample.shared().end);
+     }},
+    {Read<&P::end>,
+     [](SampleZone&, genericSample& sample, ROCParam& value) {
+       P& parameters = sample.shared();
+       parameters.end = HeldAfter(value.Int(), parameters.start, parameters.frameCount);
+     }},
+    {Read<&P::sampleRate>, [](SampleZone&, genericSample& sample,
+                              ROCParam& value) { sample.shared().sampleRate = value.Int(); }},
+    kNoRow,  // the file's path
+    {Read<&P::bits>,
+     [](SampleZone& zone, genericSample& sample, ROCParam& value) {
+       zone.SetBits(sample, static_cast<uint16_t>(value.Int()));
+     }},
+    {BytesPerValue, WriteBytesPerValue},
+    {[](const genericSample& sample) -> int32_t { return sample.hasPitchData(); }, WritePitchData},
+};
+
+void MarkDirty(const SampleZone& zone) {
+  zone.object.dirty = true;
+  if (genericSample* sample = zone.Sample()) sample->shared().dirty = true;
+}
+
+std::string PlaybackText(const SampleZone& zone, genericSample& sample, TypedText typed) {
+  SampleParameters& parameters = sample.shared();
+  const int32_t before = parameters.playbackType;
+  if (typed != nullptr) {
+    parameters.playbackType = std::max(PlaybackTypeFromText(*typed) - 1, 0);
+    sample.updateChannels();
+    if (parameters.playbackType != before) MarkDirty(zone);
+  }
+  return before == INT32_MAX ? "" : PlaybackTypeText(before + 1);
+}
+
+std::string ChannelName(SampleZone& zone, const genericSample& sample, TypedText typed) {
+  const int32_t before = sample.channel;
+  const int32_t channels = sample.getChannelCount();
+  if (typed != nullptr) {
+    zone.Reattach(TypedChannel(*typed, channels));
+    const genericSample* now = zone.Sample();
+    if (now != nullptr && now->channel != before) MarkDirty(zone);
+  }
+  return std::string(ChannelText(before, channels));
+}
+
+std::string FileNameText(const genericSample& sample) {
+  std::string text = sample.filePath == nullptr ? "" : FileString(sample.filePath).FileName();
+  if (sample.copyCount >= 2) text += " (" + std::to_string(sample.copyCount) + ")";
+  return text;
+}
+
+// Both the width in bits and the one in bytes are shown and typed in bits.
+std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, TypedText typed) {
+  const HeldSample held(sample);
+  std::string text = std::to_string(sample.shared().bits);
+  if (typed == nullptr) return text;
+  int32_t bits = DecimalValue(typed->Str());
+  if (number == number::kBytesPerValue) {
+    bits = 8 * static_cast<int32_t>(std::clamp((int64_t{bits} + 7) / 8, int64_t{1}, int64_t{4}));
+  } else if (bits <= 0) {
+    return text;
+  }
+  zone.SetBits(sample, bits);
+  typed->SetStr(std::to_string(sample.shared().bits));
+  return text;
+}
+
+}  // namespace
+
+int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int zone,
+                         ROCParam* newValue) {
+  SampleZone place(object, keygroup, zone);
+  genericSample* sample = place.Sample();
+  const int64_t at = int64_t{number} - number::kFirstSample;
+  if (sample == nullptr || at < 0 || at >= std::ssize(kRows)) return -1;
+  const SampleRow& row = kRows[at];
+  if (row.read == nullptr) return -1;
+  const int32_t value = row.read(*sample);
+  if (newValue != nullptr) row.write(place, *sample, *newValue);
+  return value;
+}
+
+int32_t SampleIntValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup, OneZone zone,
+                       Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue) {
+  const SampleZone place(object, *keygroup, *zone);
+  const int32_t value = SampleParamValue(object, *number, *keygroup, *zone, newValue.param);
+  genericSample* sample = place.Sample();
+  if (newValue && *newValue != value && sample != nullptr) {
+    MarkDirty(place);
+    sample->updateChannels();
+    object.NotifyParameterChanged(number.param, newValue.param, keygroup.param, zone.param);
+  }
+  return value;
+}
+
+std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, int zone,
+                            TypedText newText) {
+  SampleZone place(object, keygroup, zone);
+  genericSample* sample = place.Sample();
+  if (sample == nullptr) return {};
+  switch (number) {
+    case number::kPlaybackType:
+      return PlaybackText(place, *sample, newText);
+    case number::kChannel:
+      return ChannelName(place, *sample, newText);
+    case number::kFileName:
+      return FileNameText(*sample);
+    case number::kFilePath:
+      return sample->filePath == nullptr ? "" : sample->filePath;
+    case number::kBits:
+    case number::kBytesPerValue:
+      return BitsText(place, *sample, number, newText);
+    default:
+      return {};
+  }
+}
+
+std::string SampleStringValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup,
+                              OneZone zone, Arg<int32_t, "Index"> number,
+                              Opt<std::string, "NewString"> newText) {
+  return SampleParamText(object, *number, *keygroup, *zone, newText.param);
+}
