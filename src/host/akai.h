@@ -80,7 +80,7 @@ class ZYLHOST_API genericSample {
   int32_t lockValue = 0;  // what lockSample returned; 0 = not locked
   int32_t memLocked = 0;
   int32_t useCount = 1;
-  int32_t copyCount = 1;  // how many loaded files have this one's name
+  int32_t copyCount = 1;  // the file's number among loaded ones of its name, from 1
   int32_t channel = 0;    // -1 for a whole sample
   const char* filePath = nullptr;
   const char* name = nullptr;

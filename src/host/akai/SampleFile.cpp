@@ -150,6 +150,7 @@ void SampleFile::RenewRecord(genericSample* record) const {
   record->nextChannel = place + 1 < mains_.size() ? mains_[place + 1] : nullptr;
   record->buffer = blocks_[place].get();
   record->sourceId = sourceId_;
+  record->copyCount = copyNumber_;
   record->pathText_ = path_;
   record->filePath = path_.empty() ? nullptr : record->pathText_.c_str();
   record->nameText_ = name_;
@@ -244,12 +245,28 @@ void SampleFile::SetPath(const std::string& path) {
   if (name_.empty() || name_ == FileString(path_).BaseName()) name_ = FileString(path).BaseName();
   path_ = path;
   absolutePath_ = path.empty() ? path : AbsolutePath(path);
+  fileName_ = FileString(path).FileName();
+  copyNumber_ = FreeCopyNumber();
   Link();
+}
+
+// The lowest number that no other file of this name has: of two files that are called alike in
+// different folders, the one that came later is the second.
+int SampleFile::FreeCopyNumber() const {
+  std::vector<int> taken;
+  for (const SampleFile* file : Files()) {
+    const bool alike = file != this && file->fileName_ == fileName_;
+    if (alike && !fileName_.empty()) taken.push_back(file->copyNumber_);
+  }
+  int number = 1;
+  while (std::find(taken.begin(), taken.end(), number) != taken.end()) ++number;
+  return number;
 }
 
 void SampleFile::ForgetPath() {
   path_.clear();
   absolutePath_.clear();
+  fileName_.clear();
   Link();
 }
 

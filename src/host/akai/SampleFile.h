@@ -86,6 +86,7 @@ class SampleFile {
   void LockChannels(const genericSample& record, int step);
   void Link();
   void RenewRecord(genericSample* record) const;
+  int FreeCopyNumber() const;
 
   std::vector<genericSample*> mains_;
   std::vector<genericSample*> others_;  // the whole sample's record and further channel records
@@ -94,8 +95,10 @@ class SampleFile {
   std::unique_ptr<BasicSample> container_;
   std::string path_;
   std::string absolutePath_;
+  std::string fileName_;
   std::string name_;
   uint32_t sourceId_ = 0;
+  int copyNumber_ = 1;
   int type_ = 0;
 };
 

@@ -1,0 +1,519 @@
+// Parameters by number and by text: the same fields as by name, with their own marks and messages.
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "support/ProgramRecord.h"
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+namespace {
+
+using Sent = std::vector<std::vector<int32_t>>;  // number, value, keygroup, zone
+
+class ByNumber : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make(3);
+    for (int k = 0; k < 3; ++k) program("KGSelect", k, k != 1);
+    program("MaxIndyOut", 8);
+    program("Register", static_cast<RIOObject*>(&listener));
+    listener["OnProgramParameterChanged"] = [this](ROCParams& arguments, ROCParam**) {
+      sent.push_back({});
+      for (int i = 1; i < arguments.count; ++i) sent.back().push_back(arguments.Entry(i)->Int());
+    };
+    program("Dirty", false);
+  }
+  bool TakeDirty() const { return program("Dirty", false).Bool(); }
+  Sent TakeSent() { return std::exchange(sent, {}); }
+
+  // A stereo sample of this many frames in keygroup 0, zone 0.
+  void GiveSample(int frames = 100) {
+    WriteWave(Path("two.wav"), {std::vector<int16_t>(static_cast<size_t>(frames), 1),
+                                std::vector<int16_t>(static_cast<size_t>(frames), 2)});
+    program("ZoneSampleSet", 0, 0, Path("two.wav"));
+    program("Dirty", false);
+  }
+  int32_t Sample(int number) const { return program("SampleIntValue", 0, 0, number).Int(); }
+
+  // What a typed text is replaced by.
+  template <class... Place>
+  std::string Type(const char* method, const std::string& text, Place... place) const {
+    ROCParam* typed = newROCParam(std::string_view(text));
+    const Outcome outcome = program(method, place..., typed);
+    EXPECT_TRUE(outcome.Ok()) << outcome.Message();
+    std::string replaced = typed->Str();
+    deleteROCParam(typed);
+    return replaced;
+  }
+
+  Program program;
+  Listener listener;
+  Sent sent;
+};
+
+// A number's value, and which of the field methods shows a change of it.
+TEST_F(ByNumber, EveryFieldThatAMethodReachesByNameHasTheSameValueByNumber) {
+  const ProgramRecord record(program);
+  struct Level {
+    int first, last;
+    const char* method;
+    std::vector<int> place;
+    std::set<int> alone;  // numbers that answer, but are no field
+  };
+  const Level levels[] = {
+      {1, 99, "PRGIntValue", {}, {3, 90, 91, 92, 93, 94, 95}},
+      {100, 199, "KGIntValue", {1}, {142, 199}},
+      {200, 299, "ZoneIntValue", {1, 2}, {230, 299}},
+  };
+  std::map<int, size_t> fields;
+  for (const Level& level : levels) {
+    for (int number = level.first; number <= level.last; ++number) {
+      SCOPED_TRACE(number);
+      const auto call = [&](std::optional<int32_t> value) {
+        ROCParams arguments;
+        for (const int index : level.place) arguments.AddTail(ToParam(index));
+        arguments.AddTail(ToParam(number));
+        if (value) arguments.AddTail(ToParam(*value));
+        return CallList(program.Algo(), level.method, &arguments).Int();
+      };
+      const int32_t old = call({});
+      call(old);
+      TakeDirty();
+      TakeSent();
+      const auto image = record.Image();
+      // A value that no field of one or two bytes keeps: all of it is told, what fits is stored.
+      const int32_t value = 0x15A5A;
+      EXPECT_EQ(call(value), old);
+      EXPECT_TRUE(TakeDirty());
+      const Sent told = TakeSent();
+      ASSERT_FALSE(told.empty());
+      EXPECT_EQ(told.back(),
+                (std::vector<int32_t>{number, value, level.place.empty() ? -1 : level.place[0],
+                                      level.place.size() < 2 ? -1 : level.place[1]}));
+      const auto changed = ProgramRecord::Changed(image, record.Image());
+      if (!changed.empty() && level.alone.count(number) == 0) {
+        fields[number] = changed.size();
+        for (const size_t byte : changed) {
+          EXPECT_EQ(record.KeygroupOf(byte), level.place.empty() ? -1 : level.place[0]);
+        }
+        call(old);
+        EXPECT_EQ(ProgramRecord::Changed(image, record.Image()), std::vector<size_t>{});
+        TakeDirty();
+        TakeSent();
+        EXPECT_EQ(call(old), old);
+        EXPECT_FALSE(TakeDirty());
+      } else if (level.alone.count(number) == 0) {
+        EXPECT_EQ(old, -1) << "what names nothing answers -1";
+      }
+    }
+  }
+  // By name and by number it is one field: the name's method sees what the number stored.
+  EXPECT_EQ(fields.size(), 76u + 71u + 13u);
+  for (const auto& [number, method] : std::map<int, const char*>{
+           {4, "PRGpoly"}, {18, "PRGtune"}, {76, "PRGextTriggerThreshold"}, {82, "PRGtmmute"}}) {
+    program("PRGIntValue", number, 100 + number);
+    EXPECT_EQ(program(method).Int(), 100 + number);
+  }
+  for (const auto& [number, method] : std::map<int, const char*>{{100, "KGlowKey"},
+                                                                 {130, "KGresonance"},
+                                                                 {169, "KGfilterResonance"},
+                                                                 {191, "TolmoKGecho"}}) {
+    program("KGIntValue", 2, number, number);
+    EXPECT_EQ(program(method, 2).Int(), number);
+  }
+  program("ZoneIntValue", 2, 3, 222, -300);
+  EXPECT_EQ(program("ZoneTimeStretchOffset", 2, 3).Int(), -300);
+}
+
+TEST_F(ByNumber, ProgramNumbersWithRulesOfTheirOwn) {
+  EXPECT_EQ(program("PRGIntValue", 3, 5).Int(), 0);
+  EXPECT_EQ(program("PRGmidiChannel").Int(), 5);
+  EXPECT_EQ(TakeSent(), (Sent{{3, 5, -1, -1}}));
+  program("PRGIntValue", 10, 4);
+  EXPECT_EQ(TakeSent(), (Sent{{10, 4, -1, -1}, {230, 4, -1, -1}, {10, 4, -1, -1}}));
+  const ProgramRecord record(program);
+  program("PRGIntValue", 21, 300);
+  EXPECT_EQ(record->keyGroups, 300);
+  EXPECT_EQ(record->keyGroupsByte, 255);
+  program("PRGIntValue", 21, 3);
+  // The modules hear of no number while they are switched off.
+  TakeSent();
+  program("EnableRegisterCall", false);
+  program("PRGIntValue", 4, 77);
+  EXPECT_EQ(TakeSent(), Sent{});
+}
+
+TEST_F(ByNumber, MemoryFiguresAreThoseOfTheMemoryMethods) {
+  GiveSample(3000);
+  const int32_t total = program("PRGIntValue", 93).Int();
+  EXPECT_GT(total, 2 * 2 * 3000);
+  EXPECT_EQ(program("PRGStringValue", 93).Text(),
+            std::to_string(total / 1024) + "." + std::to_string(total % 1024 * 10 / 1024) + " KB");
+  EXPECT_EQ(total, program("GetUsedPhysicalMemory", false).Int());
+  EXPECT_EQ(program("PRGIntValue", 94).Int(), 100);
+  EXPECT_EQ(program("PRGStringValue", 94).Text(), "100.0 %");
+  // Nothing is locked: there is no whole to take a part of.
+  EXPECT_EQ(program("PRGIntValue", 90).Int(), 0);
+  EXPECT_EQ(program("PRGStringValue", 90, "5").Text(), "0 byte");
+  EXPECT_EQ(program("PRGIntValue", 91).Int(), -1);
+  EXPECT_EQ(program("PRGStringValue", 91).Text(), "-1.0 %");
+  program("SampleLock", 0, 0, true);
+  EXPECT_GE(program("PRGIntValue", 90).Int(), 2 * 3000);
+  EXPECT_EQ(program("PRGIntValue", 91).Int(), 100);
+  EXPECT_EQ(program("PRGIntValue", 95).Int(), 0);
+}
+
+TEST_F(ByNumber, TypedTextsAreReplacedByTheTextOfWhatTheyStored) {
+  struct Case {
+    int number;
+    const char* typed;
+    const char* replaced;
+    int32_t stored;
+  };
+  const Case program_cases[] = {
+      {5, "ho", "Hold", 3},
+      {5, "h", "High", 2},
+      {5, "zz", "Hold", 3},
+      {6, "fo", "Oldest", 0},
+      {6, "Q", "Quietest", 1},
+      {6, "x", "x", 1},
+      {24, "H", "Held", 1},
+      {24, "norm", "Normal", 0},
+      {24, "x", "x", 0},
+      {26, "sq", "Square", 2},
+      {26, "x", "Random", 3},
+      {43, "TRI", "Triangle", 0},
+      {36, "pre", "Pressure", 3},
+      {36, "!b", "!Bend", 12},
+      {65, "lfo2", "LFO2", 8},
+      {65, "external1", "External1", 4},
+      {65, "External10", "External1", 4},
+      {4, "16", "16", 15},
+      {4, " 3x", " 3x", 2},
+      {4, "0", "0", 255},
+      {5, "", "", 255},
+      {10, "3", "3", 2},
+      {10, "12", "8", 7},
+      {10, "oFf", "Off", -1},
+      {10, "0", "Off", -1},
+      {10, "", "", 0},
+      {3, "omni", "Omni", -1},
+      {3, "16", "16", 15},
+  };
+  for (const Case& one : program_cases) {
+    SCOPED_TRACE(std::to_string(one.number) + " " + one.typed);
+    EXPECT_EQ(Type("PRGStringValue", one.typed, one.number), one.replaced);
+    EXPECT_EQ(program("PRGIntValue", one.number).Int(), one.stored);
+  }
+  const Case keygroup_cases[] = {
+      {126, "OFF", "Off", 0}, {128, "on", "On", 1},  {128, "x", "x", 1},
+      {141, "31", "31", 31},  {141, "no", "Off", 0}, {141, "", "", 0},
+      {168, "hp4", "HP4", 8}, {168, "b", "BP2", 10}, {168, "LP2 r", "LP2", 0},
+  };
+  for (const Case& one : keygroup_cases) {
+    SCOPED_TRACE(std::to_string(one.number) + " " + one.typed);
+    EXPECT_EQ(Type("KGStringValue", one.typed, -2, one.number), one.replaced);
+    EXPECT_EQ(program("KGIntValue", 0, one.number).Int(), one.stored);
+    EXPECT_EQ(program("KGIntValue", 2, one.number).Int(), one.stored);
+  }
+  EXPECT_EQ(program("KGIntValue", 1, 168).Int(), 0) << "not a selected one";
+  const Case zone_cases[] = {
+      {200, "STR/cnst", "Stretch", 5},  {200, "str", "Stretch", 4},
+      {200, "track", "Track", 0},       {200, "Ptch/cnst", "Ptch/cnst", 0},
+      {200, "const", "Const", 1},       {200, "pi/", "Pitch", 3},
+      {200, "pitch", "Pitch", 2},       {210, "no", "No loops", 3},
+      {210, "loop >", "Loop >Rel", 2},  {221, "rob", "Robot", 3},
+      {221, "resample", "Resample", 0}, {221, "zz", "<invalid>", 0},
+      {221, "pit", "PitchShift", 1},
+  };
+  TakeDirty();
+  TakeSent();
+  for (const Case& one : zone_cases) {
+    SCOPED_TRACE(std::to_string(one.number) + " " + one.typed);
+    EXPECT_EQ(Type("ZoneStringValue", one.typed, -1, 1, one.number), one.replaced);
+    for (int k = 0; k < 3; ++k) {
+      EXPECT_EQ(program("ZoneIntValue", k, 1, one.number).Int(), one.stored);
+    }
+  }
+  EXPECT_FALSE(TakeDirty()) << "a text neither marks nor tells";
+  EXPECT_EQ(TakeSent(), Sent{});
+}
+
+TEST_F(ByNumber, NamesAreTextsOfTwelveBytes) {
+  EXPECT_EQ(Type("PRGStringValue", "a long program name", 1), "a long progr");
+  EXPECT_EQ(program("PRGname").Text(), "a long progr");
+  EXPECT_EQ(program("PRGStringValue", 1, "x").Text(), "a long progr");
+  EXPECT_EQ(program("PRGStringValue", 1).Text(), "x");
+  // Twelve of the detune bytes are a text as well; the thirteenth is left alone.
+  program("PRGmasterDetune", 12, 9);
+  EXPECT_EQ(Type("PRGStringValue", "AB", 45), "AB");
+  EXPECT_EQ(program("PRGmasterDetune", 1).Int(), 'B');
+  EXPECT_EQ(program("PRGmasterDetune", 2).Int(), 0);
+  EXPECT_EQ(program("PRGStringValue", 45, "0123456789abcdef").Text(), "AB");
+  EXPECT_EQ(program("PRGStringValue", 45).Text(), "0123456789ab");
+  EXPECT_EQ(program("PRGmasterDetune", 12).Int(), 9);
+  EXPECT_EQ(program("PRGIntValue", 45).Int(), -1);
+}
+
+// What a person sees, typed again, stores what was there: for every value that has a text.
+TEST_F(ByNumber, ValueToTextToValue) {
+  GiveSample();
+  struct Level {
+    const char* get;
+    const char* text;
+    std::vector<int> place;
+    int first, last;
+  };
+  const Level levels[] = {{"PRGIntValue", "PRGStringValue", {}, 2, 89},
+                          {"KGIntValue", "KGStringValue", {0}, 100, 199},
+                          {"ZoneIntValue", "ZoneStringValue", {0, 0}, 200, 299},
+                          {"SampleIntValue", "SampleStringValue", {0, 0}, 300, 306}};
+  program("MaxIndyOut", 128);
+  int trips = 0;
+  for (const Level& level : levels) {
+    const auto call = [&](const char* method, int number, auto... value) {
+      ROCParams arguments;
+      for (const int index : level.place) arguments.AddTail(ToParam(index));
+      arguments.AddTail(ToParam(number));
+      (arguments.AddTail(ToParam(value)), ...);
+      return CallList(program.Algo(), method, &arguments);
+    };
+    for (int number = level.first; number <= level.last; ++number) {
+      if (call(level.text, number).Text().empty()) continue;
+      for (int value = -2; value < 256; ++value) {
+        SCOPED_TRACE(std::to_string(number) + " = " + std::to_string(value));
+        call(level.get, number, value);
+        const std::string text = call(level.text, number).Text();
+        // A pitch that follows a constant one is typed as a keyword, not as it is shown.
+        if (text.empty() || text == "<invalid>" || text == "Ptch/cnst") continue;
+        call(level.text, number, text);
+        const std::string again = call(level.text, number).Text();
+        // Where each value has a text of its own, the same text is the same value. A name that
+        // begins with an earlier one is never left alone by the matching.
+        const bool hidden = (text.ends_with(" R") && text == again + " R") ||
+                            (text == "External10" && again == "External1");
+        EXPECT_TRUE(again == text || hidden) << text << " became " << again;
+        ++trips;
+      }
+    }
+  }
+  EXPECT_GT(trips, 2000);
+}
+
+TEST_F(ByNumber, SeveralKeygroupsAnswerWithTheLastOne) {
+  for (int k = 0; k < 3; ++k) program("KGfilterType", k, 2 * k);
+  EXPECT_EQ(program("KGStringValue", -1, 168).Text(), "LP6");
+  EXPECT_EQ(program("KGIntValue", -3, 142).Int(), 3);
+  EXPECT_EQ(program("KGIntValue", 1, 199).Int(), 1);
+  EXPECT_EQ(program("ZoneIntValue", -1, 2, 299).Int(), 3);
+  program("KGIntValue", -2, 103, 9);
+  EXPECT_EQ(program("KGfilterFreq", 0).Int(), 9);
+  EXPECT_NE(program("KGfilterFreq", 1).Int(), 9);
+  for (int k = 0; k < 3; ++k) program("KGSelect", k, false);
+  EXPECT_EQ(program("KGIntValue", -2, 103, 8).Int(), -1);
+  EXPECT_EQ(program("KGStringValue", -2, 168).Text(), "");
+  EXPECT_EQ(program("KGIntValue", -1, 149).Int(), -1);
+  program("KGIntValue", -2, 190, 3);
+  program("KGSelect", 2, true);
+  program("KGIntValue", -2, 190, 3);
+  EXPECT_EQ(program("TolmoKGreverb", 2).Int(), 3);
+  EXPECT_EQ(program("TolmoKGreverb", 1).Int(), 0);
+}
+
+TEST_F(ByNumber, ZoneOutputsCountFromTheFirstOutputOfTheProgram) {
+  program("PRGindyOutput", 2);
+  program("ZoneoutOffset", 0, 1, 1);
+  TakeSent();
+  EXPECT_EQ(program("ZoneStringValue", 0, 1, 230).Text(), "4");
+  EXPECT_EQ(program("ZoneIntValue", 0, 1, 230, 7).Int(), 3);
+  EXPECT_EQ(program("ZoneoutOffset", 0, 1).Int(), 5);
+  EXPECT_EQ(TakeSent(), (Sent{{230, 7, 0, 1}})) << "told of once, as every zone value";
+  EXPECT_EQ(Type("ZoneStringValue", "12", 0, 1, 230), "8");
+  EXPECT_EQ(TakeSent(), (Sent{{201, 7, -1, -1}, {230, 7, -1, -1}}));
+  EXPECT_EQ(Type("ZoneStringValue", "off", 0, 1, 230), "Off");
+  EXPECT_EQ(program("ZoneoutOffset", 0, 1).Int(), 253);
+  program("ZoneoutOffset", 0, 1, 1);
+  program("MaxIndyOut", 3);
+  EXPECT_EQ(program("ZoneStringValue", 0, 1, 230).Text(), "Off");
+  EXPECT_EQ(program("ZoneIntValue", 0, 1, 230).Int(), -1);
+}
+
+TEST_F(ByNumber, UpdateKGSaysForWhichKeygroupsAZoneIsToldOf) {
+  program("ZoneIntValue", -1, 1, 204, 3);
+  EXPECT_EQ(TakeSent(), (Sent{{204, 3, 0, 1}, {204, 3, 1, 1}, {204, 3, 2, 1}}));
+  program("ZoneIntValue", 0, 1, 204, 4, -2);
+  EXPECT_EQ(TakeSent(), (Sent{{204, 4, 0, 1}, {204, 4, 2, 1}}));
+  ROCParam* keygroup = newROCParam(-2);
+  program("ZoneIntValue", keygroup, 1, 204, 5, 77);
+  EXPECT_EQ(TakeSent(), (Sent{{204, 5, 77, 1}}));
+  EXPECT_EQ(keygroup->Int(), -2);
+  deleteROCParam(keygroup);
+  // A wrong UpdateKG is seen only when there is something to tell; by then the value stands.
+  TakeDirty();
+  EXPECT_TRUE(program("ZoneIntValue", 0, 1, 204, 5, "x").Ok());
+  ExpectArgType(program("ZoneIntValue", 0, 1, 204, 6, "x"), "UpdateKG", kTypeInteger, 5);
+  EXPECT_EQ(program("ZonelowVel", 0, 1).Int(), 6);
+  EXPECT_TRUE(TakeDirty());
+  EXPECT_EQ(TakeSent(), Sent{});
+  // Whatever it was before, telling is switched on by a zone value.
+  program("EnableRegisterCall", false);
+  program("ZoneIntValue", 0, 1, 204);
+  EXPECT_TRUE(program("EnableRegisterCall").Bool());
+}
+
+TEST_F(ByNumber, SampleValuesAreHeldInsideTheSample) {
+  GiveSample(100);
+  struct Case {
+    int number;
+    int32_t value, now;
+  };
+  const Case cases[] = {
+      {300, 0x155, 0x55}, {301, 259, 3},     {304, 200, -56}, {305, 0x18000, -32768},
+      {303, 200, 99},     {303, 60, 60},     {302, 80, 60},   {302, -5, 0},
+      {302, 20, 20},      {303, 10, 20},     {308, 77, 77},   {309, 200, 99},
+      {309, -1, 0},       {309, 40, 40},     {310, 10, 40},   {310, 100, 99},
+      {310, 50, 50},      {311, 8000, 8000}, {306, 1, 1},     {306, 2, 1},
+      {306, -1, 1},       {313, 12, 12},     {313, 0, 12},    {313, 33, 12},
+      {314, 0, 1},        {313, 24, 24},     {314, 9, 4},     {307, 1, -1},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(std::to_string(one.number) + " = " + std::to_string(one.value));
+    const int32_t before = Sample(one.number);
+    TakeDirty();
+    program("SampleDirty", 0, 0, false);
+    TakeSent();
+    EXPECT_EQ(program("SampleIntValue", 0, 0, one.number, one.value).Int(), before);
+    EXPECT_EQ(Sample(one.number), one.now);
+    const int32_t told = one.number == 314 ? std::clamp(one.value, 1, 4) : one.value;
+    if (told == before) {
+      EXPECT_EQ(TakeSent(), Sent{});
+    } else {
+      EXPECT_EQ(TakeSent(), (Sent{{one.number, told, 0, 0}}));
+      EXPECT_TRUE(program("SampleDirty", 0, 0).Bool());
+      EXPECT_TRUE(TakeDirty());
+    }
+  }
+  // The first loop comes with its start, or with an end behind the start of the sample.
+  program("SampleIntValue", 0, 0, 309, 0);
+  RIOObject* object = program("SampleGet", 0, 0).Object();
+  program("SampleLoopCount", object, 0);
+  EXPECT_EQ(program("SampleIntValue", 0, 0, 303, 0).Int(), 0);
+  EXPECT_EQ(program("SampleLoopCount", object).Int(), 0);
+  EXPECT_EQ(program("SampleIntValue", 0, 0, 302, 50).Int(), 0);
+  EXPECT_EQ(program("SampleLoopCount", object).Int(), 1);
+  EXPECT_EQ(program("SampleIntValue", 0, 1, 300, 5).Int(), -1) << "a zone without a sample";
+}
+
+TEST_F(ByNumber, SampleTexts) {
+  GiveSample();
+  const auto text = [&](int number) { return program("SampleStringValue", 0, 0, number).Text(); };
+  EXPECT_EQ(text(307), "two.wav");
+  EXPECT_EQ(text(312), Path("two.wav"));
+  EXPECT_EQ(text(300), "");
+  EXPECT_EQ(text(306), "Left");
+  const auto type = [&](int number, const char* typed) {
+    return Type("SampleStringValue", typed, 0, 0, number);
+  };
+  TakeSent();
+  // The channel that shows the text is meant, and only then a place in the table of names.
+  EXPECT_EQ(type(306, "Right"), "Right");
+  EXPECT_EQ(Sample(306), 1);
+  EXPECT_TRUE(TakeDirty());
+  EXPECT_TRUE(program("SampleDirty", 0, 0).Bool());
+  program("SampleDirty", 0, 0, false);
+  EXPECT_EQ(type(306, "ri"), "Right");
+  EXPECT_FALSE(TakeDirty()) << "the channel was that one";
+  EXPECT_EQ(type(306, "surround"), "Surround");
+  EXPECT_EQ(Sample(306), 1) << "a stereo file has no such channel";
+  EXPECT_EQ(type(306, "left c"), "Left center");
+  EXPECT_EQ(Sample(306), 0) << "the first place in the table";
+  EXPECT_EQ(type(301, "to"), "To end");
+  EXPECT_EQ(Sample(301), 3);
+  EXPECT_EQ(text(301), "To end");
+  EXPECT_EQ(type(301, "as"), "As sample");
+  EXPECT_EQ(Sample(301), 0);
+  EXPECT_TRUE(TakeDirty());
+  EXPECT_EQ(type(313, "20 bit"), "20");
+  EXPECT_EQ(type(313, "none"), "none");
+  EXPECT_EQ(text(314), "20");
+  EXPECT_EQ(type(314, "20"), "24");
+  EXPECT_EQ(type(314, "99"), "32");
+  EXPECT_EQ(type(314, ""), "8");
+  EXPECT_EQ(TakeSent(), Sent{});
+  std::filesystem::create_directory(Path("other"));
+  WriteWave(Path("other/two.wav"), {{1, 2, 3}});
+  program("ZoneSampleSet", 1, 0, Path("other/two.wav"));
+  EXPECT_EQ(program("SampleStringValue", 1, 0, 307).Text(), "two.wav (2)");
+  EXPECT_EQ(program("SampleStringValue", 1, 0, 306).Text(), "Mono");
+  EXPECT_EQ(program("SampleStringValue", 2, 0, 307).Text(), "");
+}
+
+TEST_F(ByNumber, PitchDataIsComputedAndRemovedByNumber) {
+  GiveSample(20000);
+  EXPECT_EQ(Sample(315), 0);
+  EXPECT_EQ(program("SampleIntValue", 0, 0, 315, 1).Int(), 0);
+  for (int i = 0; i < 500 && Sample(315) == 0; ++i) ZylPump(0.01);
+  EXPECT_EQ(program("SampleIntValue", 0, 0, 315, 0).Int(), 1);
+  EXPECT_EQ(Sample(315), 0);
+}
+
+// A module that is told may take away what the call works on.
+TEST_F(ByNumber, ScriptsThatAreToldMayTakeTheProgramAway) {
+  GiveSample();
+  program("SampleGet", 0, 0);
+  const auto drop = [&](ROCParams&, ROCParam**) { program("Create", NullObject{}); };
+  listener["OnProgramParameterChanged"] = drop;
+  program("PRGStringValue", 36, "pre");
+  program.Make(3);
+  program("ZoneStringValue", -1, 0, 230, "2");
+  program.Make(3);
+  program("ZoneIntValue", -1, 0, 204, 9);
+  listener["OnProgramParameterChanged"] = {};
+  listener["OnDeletingSmpl"] = drop;
+  for (const int number : {306, 313, 314, 315}) {
+    SCOPED_TRACE(number);
+    program.Make(1);
+    GiveSample();
+    program("SampleGet", 0, 0);
+    EXPECT_TRUE(program("SampleIntValue", 0, 0, number, 1).Ok());
+    GiveSample();
+    program("SampleGet", 0, 0);
+    EXPECT_TRUE(program("SampleStringValue", 0, 0, number, "1").Ok());
+  }
+}
+
+TEST_F(ByNumber, ArgumentsAreCheckedInOrder) {
+  ExpectArgType(program("PRGIntValue"), "Index", kTypeInteger, 1);
+  ExpectArgType(program("PRGIntValue", 4, "x"), "NewValue", kTypeInteger, 2);
+  ExpectArgType(program("PRGStringValue", 4, 1), "NewString", kTypeString, 2);
+  ExpectException(program("KGIntValue", 3),
+                  "ZylSProgram::KGIntValue: Keygroup index out of range!");
+  ExpectArgType(program("KGStringValue", -1), "Index", kTypeInteger, 2);
+  ExpectException(program("ZoneStringValue", -1, 4),
+                  "ZylSProgram::ZoneStringValue: Zone index out of range!");
+  ExpectArgType(program("ZoneIntValue", -1, 0, "x"), "Index", kTypeInteger, 3);
+  ExpectException(program("SampleIntValue", -1, 0, 300),
+                  "ZylSProgram::SampleIntValue: Keygroup index out of range!");
+  ExpectArgType(program("SampleStringValue", 0, 0, 300, 1), "NewString", kTypeString, 4);
+  const Program none;
+  for (const char* method :
+       {"PRGIntValue", "PRGStringValue", "KGIntValue", "KGStringValue", "ZoneIntValue",
+        "ZoneStringValue", "SampleIntValue", "SampleStringValue"}) {
+    ExpectException(none(method), std::string("ZylSProgram::") + method +
+                                      ": No program loaded. Method can not execute!");
+  }
+  EXPECT_EQ(none("ModulationSource", 11).Text(), "!Modwheel");
+  EXPECT_EQ(none("ModulationSource", "!b").Int(), 12);
+  EXPECT_EQ(none("ModulationSource", "").Int(), -1);
+  ExpectArgValue(none("ModulationSource", 24), "InValue", 1);
+  ExpectArgValue(none("ModulationSource", -1), "InValue", 1);
+  const Outcome wrong = none("ModulationSource", 1.0);
+  ASSERT_TRUE(wrong.error);
+  EXPECT_EQ(wrong.error->message, "Expecting InValue (string) or (int) as first argument");
+}
+
+}  // namespace
+}  // namespace zyl::test
