@@ -150,8 +150,9 @@ TEST_F(ByNumber, MemoryFiguresAreThoseOfTheMemoryMethods) {
   GiveSample(3000);
   const int32_t total = program("PRGIntValue", 93).Int();
   EXPECT_GT(total, 2 * 2 * 3000);
+  const int32_t tenths = (total * 10 + 512) / 1024;
   EXPECT_EQ(program("PRGStringValue", 93).Text(),
-            std::to_string(total / 1024) + "." + std::to_string(total % 1024 * 10 / 1024) + " KB");
+            std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " KB");
   EXPECT_EQ(total, program("GetUsedPhysicalMemory", false).Int());
   EXPECT_EQ(program("PRGIntValue", 94).Int(), 100);
   EXPECT_EQ(program("PRGStringValue", 94).Text(), "100.0 %");
