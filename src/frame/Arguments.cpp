@@ -9,6 +9,11 @@ bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*&
   return param->Type() == type || call.TypeError(name, type, position);
 }
 
+bool ReadKeyGroup(Call& call, ROCParam*& param) {
+  if (!ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, param)) return false;
+  return param->Int() < call.program.program->KeyGroupCount() || call.KeygroupRange();
+}
+
 bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param) {
   const int position = call.position;
   if (!ReadTyped(call, name, kTypeObject, presence == Presence::kRequired, param)) return false;
@@ -18,11 +23,10 @@ bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, 
   return object->isROCAlgo() || call.ClassError(*object, "ROCAlgo", position);
 }
 
-bool ReadSample(Call& call, const char* name, NullObject null, CSample*& sample) {
-  const int position = call.position;
-  ROCParam* param = nullptr;
-  if (!ReadTyped(call, name, kTypeObject, true, param)) return false;
-  RIOObject* object = param->Object();
+bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& param,
+              CSample*& sample) {
+  const int position = call.position - 1;
+  RIOObject* object = param.Object();
   if (object == nullptr) return null == NullObject::kAllowed || call.ValueError(name, position);
   if (!object->isCSample()) return call.ClassError(*object, "CSample", position);
   sample = static_cast<CSample*>(object);
@@ -30,11 +34,6 @@ bool ReadSample(Call& call, const char* name, NullObject null, CSample*& sample)
 }
 
 }  // namespace argument
-
-bool KeyGroupIndex::Read(Call& call, KeyGroupIndex& self) {
-  if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
-  return *self < call.program.program->KeyGroupCount() || call.KeygroupRange();
-}
 
 bool OneKeyGroup::Read(Call& call, OneKeyGroup& self) {
   if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
@@ -49,7 +48,11 @@ bool OneZone::Read(Call& call, OneZone& self) {
 
 bool SampleArg::Read(Call& call, SampleArg& self) {
   const int position = call.position;
-  if (!argument::ReadSample(call, "Sample", NullObject::kRefused, self.object)) return false;
+  ROCParam* param = nullptr;
+  if (!argument::ReadTyped(call, "Sample", kTypeObject, true, param) ||
+      !argument::SampleOf(call, "Sample", NullObject::kRefused, *param, self.object)) {
+    return false;
+  }
   if (self.object->sample != nullptr) return true;
   call.program.ReleaseSampleObject(self.object);
   return call.ValueError("Sample", position);

@@ -4,13 +4,17 @@
 //
 //   int32_t KGFindByKey(ZylSProgram&, LoadedProgram, Arg<int32_t, "KeyToFind">,
 //                       Opt<int32_t, "StartAt">);
+//
+// A kind's `kDeclared` says the same to people; the method reference is made of it.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <type_traits>
+#include <vector>
 
 #include "frame/Call.h"
 #include "frame/ZylSProgram.h"
@@ -20,6 +24,21 @@ template <size_t N>
 struct FixedText {
   constexpr FixedText(const char (&source)[N]) { std::copy_n(source, N, text); }
   char text[N]{};
+};
+
+enum class Presence { kRequired, kOptional };
+enum class NullObject { kRefused, kAllowed };
+
+// What an argument is, in words that the method reference is made of.
+struct DeclaredArgument {
+  const char* name;
+  int type = 0;                     // its code, 0 for any
+  const char* className = nullptr;  // of an object
+  Presence presence = Presence::kRequired;
+  NullObject null = NullObject::kRefused;
+  bool changed = false;     // the caller's value is changed in place
+  const char* values = "";  // which values it takes, where its type does not say it
+  int32_t count = 0;        // not 0: takes 0 to count - 1
 };
 
 namespace argument {
@@ -50,12 +69,16 @@ decltype(auto) ValueOf(const ROCParam& param) {
 
 // Reads an argument of a plain type; false after a report.
 bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param);
+// "KeyGroupIndex" below the count of the attached record.
+bool ReadKeyGroup(Call& call, ROCParam*& param);
 
 }  // namespace argument
 
 // A required argument of a plain type.
 template <class T, FixedText Name>
 struct Arg {
+  static constexpr DeclaredArgument kDeclared{.name = Name.text, .type = argument::kTypeOf<T>};
+
   static bool Read(Call& call, Arg& self) {
     return argument::ReadTyped(call, Name.text, argument::kTypeOf<T>, true, self.param);
   }
@@ -68,6 +91,9 @@ struct Arg {
 // An optional argument of a plain type.
 template <class T, FixedText Name>
 struct Opt {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = argument::kTypeOf<T>, .presence = Presence::kOptional};
+
   static bool Read(Call& call, Opt& self) {
     return argument::ReadTyped(call, Name.text, argument::kTypeOf<T>, false, self.param);
   }
@@ -79,9 +105,44 @@ struct Opt {
   ROCParam* param = nullptr;  // null: absent
 };
 
-// A required array.
+// A required argument of a plain type whose value the method changes in place.
+template <class T, FixedText Name>
+struct VarArg : Arg<T, Name> {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = argument::kTypeOf<T>, .changed = true};
+};
+
+// An optional one.
+template <class T, FixedText Name>
+struct OptVar : Opt<T, Name> {
+  static constexpr DeclaredArgument kDeclared{.name = Name.text,
+                                              .type = argument::kTypeOf<T>,
+                                              .presence = Presence::kOptional,
+                                              .changed = true};
+};
+
+// A required integer, 0 to Count - 1.
+template <FixedText Name, int32_t Count>
+struct IndexArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = kTypeInteger, .count = Count};
+
+  static bool Read(Call& call, IndexArg& self) {
+    const int position = call.position;
+    if (!argument::ReadTyped(call, Name.text, kTypeInteger, true, self.param)) return false;
+    return (*self >= 0 && *self < Count) || call.ValueError(Name.text, position);
+  }
+  int32_t operator*() const { return param->Int(); }
+
+  ROCParam* param = nullptr;
+};
+
+// A required array, filled by the method.
 template <FixedText Name>
 struct ArrayArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = kTypeArray, .changed = true};
+
   static bool Read(Call& call, ArrayArg& self) {
     return argument::ReadTyped(call, Name.text, kTypeArray, true, self.param);
   }
@@ -99,16 +160,29 @@ struct LoadedProgram {
   akaiProgram* record = nullptr;
 };
 
-// "KeyGroupIndex" below the count; negative values stand for all or the selected keygroups.
-struct KeyGroupIndex {
-  static bool Read(Call& call, KeyGroupIndex& self);
+// "KeyGroupIndex" below the count. `Negative` says what negative values stand for.
+template <FixedText Negative>
+struct KeyGroupBelowCount {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "KeyGroupIndex", .type = kTypeInteger, .values = Negative.text};
+
+  static bool Read(Call& call, KeyGroupBelowCount& self) {
+    return argument::ReadKeyGroup(call, self.param);
+  }
   int32_t operator*() const { return param->Int(); }
 
   ROCParam* param = nullptr;
 };
+using KeyGroupIndex =
+    KeyGroupBelowCount<"0 to the count - 1; -1 all keygroups, -2 the selected ones">;
+using KeyGroupOrAll = KeyGroupBelowCount<"0 to the count - 1; a negative one all keygroups">;
+using KeyGroupOrNone = KeyGroupBelowCount<"0 to the count - 1; a negative one none">;
 
 // "KeyGroupIndex" of one keygroup, 0 to count - 1.
 struct OneKeyGroup {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "KeyGroupIndex", .type = kTypeInteger, .values = "0 to the count - 1"};
+
   static bool Read(Call& call, OneKeyGroup& self);
   int32_t operator*() const { return param->Int(); }
 
@@ -117,23 +191,28 @@ struct OneKeyGroup {
 
 // "ZoneIndex", 0 to 3.
 struct OneZone {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "ZoneIndex", .type = kTypeInteger, .count = kZones};
+
   static bool Read(Call& call, OneZone& self);
   int32_t operator*() const { return param->Int(); }
 
   ROCParam* param = nullptr;
 };
 
-enum class Presence { kRequired, kOptional };
-enum class NullObject { kRefused, kAllowed };
-
 namespace argument {
 bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param);
-bool ReadSample(Call& call, const char* name, NullObject null, CSample*& object);
+// The sample object that the last read argument holds; false after a report.
+bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& param,
+              CSample*& sample);
 }  // namespace argument
 
 // An algorithm object.
 template <FixedText Name, Presence P = Presence::kRequired, NullObject N = NullObject::kRefused>
 struct AlgoArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = kTypeObject, .className = "ROCAlgo", .presence = P, .null = N};
+
   static bool Read(Call& call, AlgoArg& self) {
     return argument::ReadAlgo(call, Name.text, P, N, self.param);
   }
@@ -145,6 +224,9 @@ struct AlgoArg {
 // The first argument "Sample": a sample object with a record. An object whose record is gone is
 // dropped from the program's list.
 struct SampleArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "Sample", .type = kTypeObject, .className = "CSample"};
+
   static bool Read(Call& call, SampleArg& self);
   genericSample* operator->() const { return object->sample; }
   genericSample* Record() const { return object->sample; }
@@ -155,10 +237,92 @@ struct SampleArg {
 // A further sample object; its record may be gone.
 template <FixedText Name, NullObject N = NullObject::kRefused>
 struct OtherSample {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = kTypeObject, .className = "CSample", .null = N};
+
   static bool Read(Call& call, OtherSample& self) {
-    return argument::ReadSample(call, Name.text, N, self.object);
+    ROCParam* param = nullptr;
+    return argument::ReadTyped(call, Name.text, kTypeObject, true, param) &&
+           argument::SampleOf(call, Name.text, N, *param, self.object);
   }
   genericSample* Record() const { return object == nullptr ? nullptr : object->sample; }
 
   CSample* object = nullptr;
+};
+
+// A sample object or nothing at all; it may be null.
+template <FixedText Name>
+struct OptionalSample {
+  static constexpr DeclaredArgument kDeclared{.name = Name.text,
+                                              .type = kTypeObject,
+                                              .className = "CSample",
+                                              .presence = Presence::kOptional,
+                                              .null = NullObject::kAllowed};
+
+  static bool Read(Call& call, OptionalSample& self) {
+    if (!argument::ReadTyped(call, Name.text, kTypeObject, false, self.param)) return false;
+    return self.param == nullptr ||
+           argument::SampleOf(call, Name.text, NullObject::kAllowed, *self.param, self.object);
+  }
+  bool IsAbsent() const { return param == nullptr; }
+
+  ROCParam* param = nullptr;
+  CSample* object = nullptr;
+};
+
+// A position whose value is not looked at.
+template <FixedText Name>
+struct Unused {
+  static constexpr DeclaredArgument kDeclared{.name = Name.text, .presence = Presence::kOptional};
+
+  static bool Read(Call& call, Unused&) {
+    ++call.position;
+    return true;
+  }
+};
+
+// ---- Arguments that are read in another way. They stand last. ----
+
+// May be left out at the end of the list, but is required where the list has its position: a null
+// entry there is no absent argument.
+template <class A>
+struct IfCounted {
+  static constexpr DeclaredArgument kDeclared = [] {
+    DeclaredArgument declared = A::kDeclared;
+    declared.presence = Presence::kOptional;
+    return declared;
+  }();
+
+  static bool Read(Call& call, IfCounted& self) {
+    self.counted = call.Count() >= call.position;
+    return !self.counted || A::Read(call, self.value);
+  }
+
+  bool counted = false;
+  A value;
+};
+
+// Read by the body when it comes to look at it. A body with one takes the Call itself.
+template <class A>
+struct Deferred {
+  static bool Read(Call&, Deferred&) { return true; }
+  bool ReadNow(Call& call) { return A::Read(call, value); }
+
+  A value;
+};
+
+// Groups of arguments, as many as the list has.
+template <class... A>
+struct Repeated {
+  static bool Read(Call& call, Repeated& self) {
+    const auto read = [&](auto&... argument) {
+      return (std::decay_t<decltype(argument)>::Read(call, argument) && ...);
+    };
+    while (call.position <= call.Count()) {
+      if (!std::apply(read, self.groups.emplace_back())) return false;
+    }
+    return true;
+  }
+
+  std::vector<std::tuple<A...>> groups;
 };

@@ -1,18 +1,24 @@
 // From a body to a script method: Method reads the arguments that the body's parameter list
-// declares, calls the body when all is well, and makes its result a script value. A body is a free
-// function whose first parameter is the program object; one that takes the Call itself reads its
-// arguments on its own and answers whether all went well.
+// declares, calls the body when all is well, and makes its result a script value.
+//
+// A body is a free function whose first parameter is the program object, or the Call itself when it
+// reports failures of its own. What it returns is the result: a plain value, a variant of them, or
+// an optional one that is empty after a report.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
+#include <variant>
 
 #include "frame/Arguments.h"
 #include "frame/Call.h"
+#include "frame/Forms.h"
+#include "frame/NotAvailable.h"
 #include "frame/ZylSProgram.h"
 
 namespace method {
@@ -30,46 +36,86 @@ struct QualifiedName {
   }();
 };
 
-// No exception leaves the module: memory that cannot be had ends the call with a report.
-template <class Body>
-int Guarded(Call& call, Body body) noexcept {
-  try {
-    body();
-    return call.status;
-  } catch (const std::exception& failure) {
-    return ZylException(call.result, (std::string(call.method) + ": " + failure.what()).c_str());
+template <class T>
+void SetResult(Call& call, const T& value) {
+  call.Return(newROCParam(value));
+}
+inline void SetResult(Call& call, CSample* object) {
+  call.Return(newROCParam(static_cast<RIOObject*>(object)));
+}
+template <class... T>
+void SetResult(Call& call, const std::variant<T...>& value) {
+  std::visit([&](const auto& held) { SetResult(call, held); }, value);
+}
+template <class T>
+void SetResult(Call& call, const std::optional<T>& value) {
+  if (value) SetResult(call, *value);
+}
+
+// Reads a body's arguments and runs it.
+template <class R, class Self, class... P>
+void RunBody(Call& call, R (*body)(Self&, P...)) {
+  std::tuple<P...> values;
+  const auto read = [&](auto&... value) {
+    return (std::decay_t<decltype(value)>::Read(call, value) && ...);
+  };
+  if (!std::apply(read, values)) return;
+  const auto run = [&](auto&... value) -> R {
+    if constexpr (std::is_same_v<Self, Call>) {
+      return body(call, std::move(value)...);
+    } else {
+      return body(call.program, std::move(value)...);
+    }
+  };
+  if constexpr (std::is_void_v<R>) {
+    std::apply(run, values);
+  } else {
+    SetResult(call, std::apply(run, values));
   }
+}
+
+// Runs the first body that takes the first argument's type, else the last one.
+template <auto Body, auto... Others>
+void RunFirstFitting(Call& call) {
+  if constexpr (sizeof...(Others) != 0) {
+    const ROCParam* first = call.Argument(1);
+    if (first == nullptr || first->Type() != Shape<decltype(Body)>::FirstType()) {
+      return RunFirstFitting<Others...>(call);
+    }
+  }
+  RunBody(call, Body);
+}
+
+template <auto... Bodies>
+void RunForms(Call& call, const Forms<Bodies...>&) {
+  RunFirstFitting<Bodies...>(call);
+}
+
+template <auto Body>
+void RunForms(Call& call, const NotAvailable<Body>&) {
+  call.Failure("%s: not available in this build");
 }
 
 }  // namespace method
 
 template <FixedText Name, auto Body>
-struct Method;
+struct Method {
+  static_assert(
+      !std::is_same_v<decltype(Body), bool (*)(Call&)>,
+      "declare the arguments in the parameter list: frame/Arguments.h has a kind for each");
 
-template <FixedText Name, class R, class... P, R (*Body)(ZylSProgram&, P...)>
-struct Method<Name, Body> {
-  static int Run(ZylSProgram& object, ROCParams* arguments, ROCParam** result) {
+  static int Run(ZylSProgram& object, ROCParams* arguments, ROCParam** result) noexcept {
     Call call(object, method::QualifiedName<Name>::kText.data(), arguments, result);
-    return method::Guarded(call, [&] {
-      std::tuple<P...> values;
-      const auto read = [&](auto&... value) {
-        return (std::decay_t<decltype(value)>::Read(call, value) && ...);
-      };
-      if (!std::apply(read, values)) return;
-      const auto run = [&](auto&... value) -> R { return Body(object, value...); };
-      if constexpr (std::is_void_v<R>) {
-        std::apply(run, values);
+    // No exception leaves the module: memory that cannot be had ends the call with a report.
+    try {
+      if constexpr (requires { method::RunForms(call, *Body); }) {
+        method::RunForms(call, *Body);
       } else {
-        call.Return(newROCParam(std::apply(run, values)));
+        method::RunBody(call, Body);
       }
-    });
-  }
-};
-
-template <FixedText Name, bool (*Body)(Call&)>
-struct Method<Name, Body> {
-  static int Run(ZylSProgram& object, ROCParams* arguments, ROCParam** result) {
-    Call call(object, method::QualifiedName<Name>::kText.data(), arguments, result);
-    return method::Guarded(call, [&] { Body(call); });
+      return call.status;
+    } catch (const std::exception& failure) {
+      return ZylException(result, (std::string(call.method) + ": " + failure.what()).c_str());
+    }
   }
 };

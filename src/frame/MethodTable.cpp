@@ -1,21 +1,10 @@
 #include <iterator>
 #include <string_view>
 
+#include "frame/Bodies.h"
 #include "frame/Method.h"
 #include "frame/MethodList.h"
 #include "frame/Module.h"
-#include "frame/NotAvailable.h"
-#include "params/ByNumber.h"
-#include "params/FieldMethods.h"
-#include "params/ProgramMethods.h"
-#include "pitch/PitchMethods.h"
-#include "program/FileMethods.h"
-#include "program/KeygroupMethods.h"
-#include "program/ObjectMethods.h"
-#include "sample/EditMethods.h"
-#include "sample/FileMethods.h"
-#include "sample/LoopMethods.h"
-#include "sample/ObjectMethods.h"
 
 namespace {
 
@@ -28,15 +17,15 @@ ZylHandler HandlerOf() {
 
 // NOLINTBEGIN(bugprone-macro-parentheses): names are pasted and quoted here
 #define ROW(name, body) {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
-#define METHOD(name) ROW(name, &name)
-#define FIELD(name) ROW(name, &FieldMethod<#name>)
-#define LATER(name) ROW(name, &NotAvailable)
+#define METHOD(name, meaning) ROW(name, &name)
+#define FIELD(name, meaning) ROW(name, kFieldMethod<#name>)
+#define LATER(name, meaning) ROW(name, &kNotAvailable<&later::name>)
 // NOLINTEND(bugprone-macro-parentheses)
 
 ZylFuncInfo table[] = {
     ZYL_METHOD_LIST(METHOD, FIELD, LATER){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
 
-#define NAME(name) #name,
+#define NAME(name, meaning) #name,
 constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(NAME, NAME, NAME)};
 
 consteval bool AllDiffer() {

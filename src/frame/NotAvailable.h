@@ -1,6 +1,41 @@
-// A method that this build does not have yet.
+// The methods that this build does not have yet. Their arguments are declared here, so that the
+// method reference knows them.
 #pragma once
 
-#include "frame/Method.h"
+#include <string>
 
-inline bool NotAvailable(Call& call) { return call.Failure("%s: not available in this build"); }
+#include "frame/Forms.h"
+
+template <auto Body>
+struct NotAvailable {};
+
+namespace later {
+
+template <FixedText Name, FixedText Class>
+struct ObjectArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = Name.text, .type = kTypeObject, .className = Class.text};
+};
+using PadArg = ObjectArg<"Pad", "RODPad">;
+using ListModuleArg = AlgoArg<"ListModule", Presence::kRequired, NullObject::kAllowed>;
+
+void WriteDataToPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">,
+                    Repeated<Arg<int32_t, "ParamNumber">>);
+void ReadDataFromPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">);
+void EmptyPadData(ZylSProgram&, PadArg);
+void RemoveDataFromPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">);
+void WriteSampleToPad(ZylSProgram&, PadArg, SampleArg);
+CSample* ReadSampleFromPad(ZylSProgram&, PadArg, Opt<std::string, "Path">);
+void DrawKeyGroupKB(ZylSProgram&, LoadedProgram, KeyGroupIndex, ObjectArg<"GO", "GOContainer">,
+                    ListModuleArg);
+void UpdateKeyboardSelection(ZylSProgram&, LoadedProgram, Arg<int32_t, "SelKey">,
+                             Arg<double, "Color">, Arg<double, "ColorBK">, Arg<double, "ColorSel">,
+                             Arg<double, "ColorBKSel">, ListModuleArg);
+void ListFillKeygroups(ZylSProgram&, LoadedProgram, ListModuleArg, Opt<bool, "KeyAsValue">);
+void ListFillZones(ZylSProgram&, LoadedProgram, KeyGroupIndex, ListModuleArg,
+                   Opt<bool, "KeyAsValue">);
+
+}  // namespace later
+
+template <auto Body>
+inline constexpr NotAvailable<Body> kNotAvailable;

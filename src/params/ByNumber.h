@@ -10,7 +10,8 @@
 #include <optional>
 #include <string>
 
-#include "frame/Arguments.h"
+#include "frame/Forms.h"
+#include "params/ParameterTexts.h"
 
 // A typed text, replaced in place by the text of what it stored. Null: only read.
 using TypedText = ROCParam*;
@@ -38,19 +39,33 @@ std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, i
 int32_t PRGIntValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
                     Opt<int32_t, "NewValue"> newValue);
 std::string PRGStringValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
-                           Opt<std::string, "NewString"> newText);
+                           OptVar<std::string, "NewString"> newText);
 int32_t KGIntValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
                    Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue);
 std::string KGStringValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
-                          Arg<int32_t, "Index"> number, Opt<std::string, "NewString"> newText);
-bool ZoneIntValue(Call& call);
+                          Arg<int32_t, "Index"> number, OptVar<std::string, "NewString"> newText);
+std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram program, KeyGroupIndex keygroup,
+                                    OneZone zone, Arg<int32_t, "Index"> number,
+                                    Opt<int32_t, "NewValue"> newValue,
+                                    Deferred<Opt<int32_t, "UpdateKG">> updated);
 std::string ZoneStringValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
                             OneZone zone, Arg<int32_t, "Index"> number,
-                            Opt<std::string, "NewString"> newText);
+                            OptVar<std::string, "NewString"> newText);
 int32_t SampleIntValue(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
                        OneZone zone, Arg<int32_t, "Index"> number,
-                       Opt<int32_t, "NewValue"> newValue);
+                       OptVar<int32_t, "NewValue"> newValue);
 std::string SampleStringValue(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
                               OneZone zone, Arg<int32_t, "Index"> number,
-                              Opt<std::string, "NewString"> newText);
-bool ModulationSource(Call& call);
+                              OptVar<std::string, "NewString"> newText);
+
+// "InValue" of the method that names modulation sources.
+struct SourceNumber {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "InValue", .type = kTypeInteger, .count = kModSources};
+  static bool Read(Call& call, SourceNumber& self);
+
+  int32_t value = 0;
+};
+int32_t ModulationSourceNumber(ZylSProgram& object, VarArg<std::string, "InValue"> name);
+std::string ModulationSourceName(ZylSProgram& object, SourceNumber number);
+inline constexpr Forms<&ModulationSourceNumber, &ModulationSourceName> ModulationSource;

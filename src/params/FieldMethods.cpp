@@ -53,77 +53,62 @@ void StoreAll(const KeygroupCells& cells, int32_t newValue) {
 
 }  // namespace
 
-bool ProgramFieldMethod(Call& call, const Parameter& row) {
-  LoadedProgram program;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !newValue.Read(call, newValue)) return false;
+int32_t ProgramFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                          const Opt<int32_t, "NewValue">& newValue) {
   std::byte* field = ProgramField(*program.record, row);
-  const int32_t value = LoadField(field, row.type);
-  call.Return(newROCParam(value));
-  if (!newValue || AsStored(row.type, *newValue) == value) return true;
-  call.program.dirty = true;
-  StoreField(field, row.type, *newValue);
-  call.program.NotifyParameterChanged(row.number, newValue.param);
-  return true;
+  const int32_t before = LoadField(field, row.type);
+  if (newValue && AsStored(row.type, *newValue) != before) {
+    object.dirty = true;
+    StoreField(field, row.type, *newValue);
+    object.NotifyParameterChanged(row.number, newValue.param);
+  }
+  return before;
 }
 
-bool TolmoFieldMethod(Call& call, const Parameter& row) {
-  LoadedProgram program;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !newValue.Read(call, newValue)) return false;
+int32_t TolmoFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                        const Opt<int32_t, "NewValue">& newValue) {
   if (!program->IsTolmoChunk()) program->EnableTolmoChunk();
   std::byte* field = ProgramField(*program.record, row);
-  const int32_t value = LoadField(field, row.type);
-  call.Return(newROCParam(value));
-  if (!newValue || AsStored(row.type, *newValue) == value) return true;
-  call.program.dirty = true;
-  StoreField(field, row.type, *newValue);
-  program->updateLockedTolmo();
-  return true;
+  const int32_t before = LoadField(field, row.type);
+  if (newValue && AsStored(row.type, *newValue) != before) {
+    object.dirty = true;
+    StoreField(field, row.type, *newValue);
+    program->updateLockedTolmo();
+  }
+  return before;
 }
 
-bool KeygroupFieldMethod(Call& call, const Parameter& row) {
-  LoadedProgram program;
-  KeyGroupIndex index;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !KeyGroupIndex::Read(call, index) ||
-      !newValue.Read(call, newValue)) {
-    return false;
-  }
+int32_t KeygroupFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                           const KeyGroupIndex& index, const Opt<int32_t, "NewValue">& newValue) {
   const bool extension = row.record == Record::kExtension;
   KeygroupCells cells{nullptr, extension ? sizeof(vendlKeyGroup) : sizeof(akaiKeyGroup),
                       program->keyGroupExtensions, Addressed(*program.record, *index)};
   // Without keygroups there is no first one whose field could be named.
   if (!cells.range.IsEmpty()) cells.first = KeygroupField(*program.record, row, 0);
-  call.Return(newROCParam(
-      VisitFieldType(row.type, [&](auto value) { return CombinedValue<decltype(value)>(cells); })));
-  if (!newValue) return true;
+  const int32_t before =
+      VisitFieldType(row.type, [&](auto value) { return CombinedValue<decltype(value)>(cells); });
+  if (!newValue) return before;
   const bool libraryStores =
       row.store == Store::kByteResonance || row.store == Store::kShortResonance;
   if (!libraryStores) {
-    call.program.dirty = true;
+    object.dirty = true;
     VisitFieldType(row.type, [&](auto value) { StoreAll<decltype(value)>(cells, *newValue); });
   }
-  if (row.store == Store::kField) return true;
-  ForEachAddressed(*program.record, *index,
-                   [&](int k) { StoreBesideField(*program.record, row.store, k, *newValue); });
-  return true;
+  if (row.store != Store::kField) {
+    ForEachAddressed(*program.record, *index,
+                     [&](int k) { StoreBesideField(*program.record, row.store, k, *newValue); });
+  }
+  return before;
 }
 
-bool ZoneFieldMethod(Call& call, const Parameter& row) {
-  LoadedProgram program;
-  OneKeyGroup keygroup;
-  OneZone zone;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
-      !OneZone::Read(call, zone) || !newValue.Read(call, newValue)) {
-    return false;
-  }
+int32_t ZoneFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                       const OneKeyGroup& keygroup, const OneZone& zone,
+                       const Opt<int32_t, "NewValue">& newValue) {
   std::byte* field = ZoneField(*program.record, row, *keygroup, *zone);
-  const int32_t value = LoadField(field, row.type);
-  call.Return(newROCParam(value));
-  if (!newValue || AsStored(row.type, *newValue) == value) return true;
-  call.program.dirty = true;
-  StoreField(field, row.type, *newValue);
-  return true;
+  const int32_t before = LoadField(field, row.type);
+  if (newValue && AsStored(row.type, *newValue) != before) {
+    object.dirty = true;
+    StoreField(field, row.type, *newValue);
+  }
+  return before;
 }

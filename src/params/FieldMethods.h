@@ -1,26 +1,57 @@
 // The script methods of the parameter rows: one for each family, driven by the row.
 #pragma once
 
-#include "frame/Method.h"
+#include "frame/Arguments.h"
 #include "params/ParameterTable.h"
 
-// Each reads its family's arguments, makes the result of the value before, and stores a new value
-// by the family's rule. False after a report.
-bool ProgramFieldMethod(Call& call, const Parameter& row);
-bool TolmoFieldMethod(Call& call, const Parameter& row);
-bool KeygroupFieldMethod(Call& call, const Parameter& row);
-bool ZoneFieldMethod(Call& call, const Parameter& row);
+// Each answers the value before, and stores a new one by its family's rule.
+int32_t ProgramFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                          const Opt<int32_t, "NewValue">& newValue);
+int32_t TolmoFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                        const Opt<int32_t, "NewValue">& newValue);
+int32_t KeygroupFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                           const KeyGroupIndex& keygroup, const Opt<int32_t, "NewValue">& newValue);
+int32_t ZoneFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
+                       const OneKeyGroup& keygroup, const OneZone& zone,
+                       const Opt<int32_t, "NewValue">& newValue);
+
+namespace field {
 
 template <FixedText Name>
-bool FieldMethod(Call& call) {
-  constexpr const Parameter& kRow = ParameterOf(Name.text);
-  if constexpr (kRow.record == Record::kProgram) {
-    return ProgramFieldMethod(call, kRow);
-  } else if constexpr (kRow.record == Record::kTolmo) {
-    return TolmoFieldMethod(call, kRow);
-  } else if constexpr (kRow.record == Record::kKeygroup || kRow.record == Record::kExtension) {
-    return KeygroupFieldMethod(call, kRow);
+inline constexpr const Parameter& kRow = ParameterOf(Name.text);
+
+template <FixedText Name>
+int32_t OfProgram(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "NewValue"> newValue) {
+  return kRow<Name>.record == Record::kTolmo
+             ? TolmoFieldValue(object, kRow<Name>, program, newValue)
+             : ProgramFieldValue(object, kRow<Name>, program, newValue);
+}
+
+template <FixedText Name>
+int32_t OfKeygroups(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+                    Opt<int32_t, "NewValue"> newValue) {
+  return KeygroupFieldValue(object, kRow<Name>, program, keygroup, newValue);
+}
+
+template <FixedText Name>
+int32_t OfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+               Opt<int32_t, "NewValue"> newValue) {
+  return ZoneFieldValue(object, kRow<Name>, program, keygroup, zone, newValue);
+}
+
+template <FixedText Name>
+consteval auto Body() {
+  constexpr Record kRecord = kRow<Name>.record;
+  if constexpr (kRecord == Record::kProgram || kRecord == Record::kTolmo) {
+    return &OfProgram<Name>;
+  } else if constexpr (kRecord == Record::kKeygroup || kRecord == Record::kExtension) {
+    return &OfKeygroups<Name>;
   } else {
-    return ZoneFieldMethod(call, kRow);
+    return &OfZone<Name>;
   }
 }
+
+}  // namespace field
+
+template <FixedText Name>
+inline constexpr auto kFieldMethod = field::Body<Name>();

@@ -104,7 +104,7 @@ int32_t KGIntValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
 }
 
 std::string KGStringValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
-                          Arg<int32_t, "Index"> number, Opt<std::string, "NewString"> newText) {
+                          Arg<int32_t, "Index"> number, OptVar<std::string, "NewString"> newText) {
   const Parameter* row = RowOfNumber(*number, number::kFirstKeygroup, kLastKeygroup);
   std::string text;
   if (row == nullptr || row->text == TextForm::kNone) return text;
@@ -179,16 +179,9 @@ void NotifyZone(ZylSProgram& object, ROCParam* number, ROCParam* newValue, int32
 
 }  // namespace
 
-bool ZoneIntValue(Call& call) {
-  LoadedProgram program;
-  KeyGroupIndex keygroup;
-  OneZone zone;
-  Arg<int32_t, "Index"> number;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !KeyGroupIndex::Read(call, keygroup) ||
-      !OneZone::Read(call, zone) || !number.Read(call, number) || !newValue.Read(call, newValue)) {
-    return false;
-  }
+std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex keygroup, OneZone zone,
+                                    Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue,
+                                    Deferred<Opt<int32_t, "UpdateKG">> updated) {
   ZylSProgram& object = call.program;
   std::optional<int32_t> stored;
   if (newValue) stored = *newValue;
@@ -198,16 +191,14 @@ bool ZoneIntValue(Call& call) {
   object.enableRegisterCall = true;
   if (newValue && *newValue != value) {
     object.dirty = true;
-    Opt<int32_t, "UpdateKG"> updated;
-    if (!updated.Read(call, updated)) return false;
-    NotifyZone(object, number.param, newValue.param, updated ? *updated : *keygroup, zone.param);
+    if (!updated.ReadNow(call)) return {};
+    NotifyZone(object, number.param, newValue.param, updated.value.ValueOr(*keygroup), zone.param);
   }
-  call.Return(newROCParam(value));
-  return true;
+  return value;
 }
 
 std::string ZoneStringValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
                             OneZone zone, Arg<int32_t, "Index"> number,
-                            Opt<std::string, "NewString"> newText) {
+                            OptVar<std::string, "NewString"> newText) {
   return ZoneParamText(object, *number, *keygroup, *zone, newText.param);
 }

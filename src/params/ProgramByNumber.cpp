@@ -125,20 +125,24 @@ int32_t PRGIntValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> nu
 }
 
 std::string PRGStringValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> number,
-                           Opt<std::string, "NewString"> newText) {
+                           OptVar<std::string, "NewString"> newText) {
   return ProgramText(object, number.param, newText.param);
 }
 
-bool ModulationSource(Call& call) {
-  ROCParam* value = call.Argument(1);
-  if (value != nullptr && value->Type() == kTypeString) {
-    call.Return(newROCParam(ModSourceFromText(*value)));
-    return true;
+bool SourceNumber::Read(Call& call, SourceNumber& self) {
+  const int position = call.position++;
+  const ROCParam* param = call.Argument(position);
+  if (param == nullptr || param->Type() != kTypeInteger) {
+    return call.UserError("Expecting InValue (string) or (int) as first argument", position);
   }
-  if (value == nullptr || value->Type() != kTypeInteger) {
-    return call.UserError("Expecting InValue (string) or (int) as first argument", 1);
-  }
-  if (value->Int() < 0 || value->Int() >= kModSources) return call.ValueError("InValue", 1);
-  call.Return(newROCParam(std::string_view(ModSourceText(value->Int()))));
-  return true;
+  self.value = param->Int();
+  return (self.value >= 0 && self.value < kModSources) || call.ValueError("InValue", position);
+}
+
+int32_t ModulationSourceNumber(ZylSProgram&, VarArg<std::string, "InValue"> name) {
+  return ModSourceFromText(*name.param);
+}
+
+std::string ModulationSourceName(ZylSProgram&, SourceNumber number) {
+  return std::string(ModSourceText(number.value));
 }

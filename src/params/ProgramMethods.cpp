@@ -57,19 +57,13 @@ int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
   return before;
 }
 
-bool PRGmasterDetune(Call& call) {
-  LoadedProgram program;
-  Arg<int32_t, "Index"> index;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !index.Read(call, index)) return false;
-  auto& detune = program->masterDetune;
-  if (*index < 0 || *index >= static_cast<int32_t>(std::size(detune))) {
-    return call.ValueError("Index", 1);
-  }
-  if (!newValue.Read(call, newValue)) return false;
-  call.Return(newROCParam(int32_t{detune[*index]}));
-  if (newValue) detune[*index] = static_cast<int8_t>(*newValue);
-  return true;
+int32_t PRGmasterDetune(ZylSProgram&, LoadedProgram program, IndexArg<"Index", 13> index,
+                        Opt<int32_t, "NewValue"> newValue) {
+  static_assert(std::size(decltype(akaiProgramHdr::masterDetune){}) == 13);
+  int8_t& detune = program->masterDetune[*index];
+  const int32_t before = detune;
+  if (newValue) detune = static_cast<int8_t>(*newValue);
+  return before;
 }
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,

@@ -12,7 +12,8 @@ int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram program,
 int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
                       Opt<int32_t, "NewValue"> newValue);
 int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "NewValue"> newValue);
-bool PRGmasterDetune(Call& call);
+int32_t PRGmasterDetune(ZylSProgram& object, LoadedProgram program, IndexArg<"Index", 13> index,
+                        Opt<int32_t, "NewValue"> newValue);
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                    Opt<std::string, "NewSample"> newSample);

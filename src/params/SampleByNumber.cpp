@@ -224,7 +224,7 @@ int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int 
 }
 
 int32_t SampleIntValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup, OneZone zone,
-                       Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue) {
+                       Arg<int32_t, "Index"> number, OptVar<int32_t, "NewValue"> newValue) {
   const SampleZone place(object, *keygroup, *zone);
   const int32_t value = SampleParamValue(object, *number, *keygroup, *zone, newValue.param);
   genericSample* sample = place.Sample();
@@ -260,6 +260,6 @@ std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, i
 
 std::string SampleStringValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup,
                               OneZone zone, Arg<int32_t, "Index"> number,
-                              Opt<std::string, "NewString"> newText) {
+                              OptVar<std::string, "NewString"> newText) {
   return SampleParamText(object, *number, *keygroup, *zone, newText.param);
 }

@@ -38,7 +38,7 @@ bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeri
   return true;
 }
 
-bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupOrNone keygroup,
                        MinPeriodArg minPeriod, MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                        FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
   const auto settings =
@@ -107,7 +107,7 @@ bool SampleCompare(ZylSProgram&, OtherSample<"Sample1", NullObject::kAllowed> fi
   return one->sourceId == two->sourceId;
 }
 
-int32_t SampleGetPitchData(ZylSProgram&, SampleArg sample, Arg<int32_t, "Buffer"> buffer) {
+int32_t SampleGetPitchData(ZylSProgram&, SampleArg sample, VarArg<int32_t, "Buffer"> buffer) {
   int32_t handle = 0;
   const int32_t values = sample->PitchTrackHandle(handle);
   buffer.param->SetInt(handle);

@@ -14,7 +14,7 @@ using RMSthresArg = Opt<double, "RMSthres">;           // mean square of silence
 bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeriod,
                      MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                      FindPitchLenArg findPitchLen, RMSthresArg rmsThres);
-bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupOrNone keygroup,
                        MinPeriodArg minPeriod, MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                        FindPitchLenArg findPitchLen, RMSthresArg rmsThres);
 bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg minPeriod,
@@ -37,4 +37,4 @@ int32_t PitchDataCalcSamples(ZylSProgram& object, ArrayArg<"SampleArray"> names)
 bool SampleCompare(ZylSProgram& object, OtherSample<"Sample1", NullObject::kAllowed> first,
                    OtherSample<"Sample2", NullObject::kAllowed> second);
 // Writes the handle of the track (32-bit floats) into `buffer` and answers its number of values.
-int32_t SampleGetPitchData(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Buffer"> buffer);
+int32_t SampleGetPitchData(ZylSProgram& object, SampleArg sample, VarArg<int32_t, "Buffer"> buffer);

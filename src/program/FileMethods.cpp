@@ -63,22 +63,13 @@ bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "M
   return AttachWithChannel(object, findAkaiProgram(0, name.Text()), channel);
 }
 
-bool Write(Call& call) {
-  LoadedProgram program;
-  Opt<std::string, "PrgPath"> path;
-  if (!LoadedProgram::Read(call, program) || !path.Read(call, path)) return false;
-  int32_t mode = kDefaultWriteMode;
-  // A second position that is there must hold the mode: a null entry is no default here.
-  if (call.Count() >= 2) {
-    Arg<int32_t, "WriteMode"> given;
-    if (!given.Read(call, given)) return false;
-    mode = *given;
-  }
+bool Write(ZylSProgram& object, LoadedProgram program, Opt<std::string, "PrgPath"> path,
+           IfCounted<Arg<int32_t, "WriteMode">> given) {
+  const int32_t mode = given.counted ? *given.value : kDefaultWriteMode;
   const std::string target = path && !(*path).empty() ? std::string(*path) : program->GetFileName();
   const bool stored = writeAkaiProgram(program.record, 0, target.c_str(), mode) != 0;
-  if (stored) call.program.dirty = false;
-  call.Return(newROCParam(stored));
-  return true;
+  if (stored) object.dirty = false;
+  return stored;
 }
 
 std::string FileName(ZylSProgram&, LoadedProgram program, Opt<std::string, "NewFileName"> newName) {

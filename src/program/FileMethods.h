@@ -12,7 +12,8 @@ bool Create(ZylSProgram& object,
 bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path,
           Opt<int32_t, "LoadSmpl"> loadSamples, Opt<int32_t, "MC"> channel);
 bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel);
-bool Write(Call& call);
+bool Write(ZylSProgram& object, LoadedProgram program, Opt<std::string, "PrgPath"> path,
+           IfCounted<Arg<int32_t, "WriteMode">> mode);
 std::string FileName(ZylSProgram& object, LoadedProgram program,
                      Opt<std::string, "NewFileName"> newName);
 int32_t GetTotalPhysicalMemory(ZylSProgram& object);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-bool KGSelect(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup,
+bool KGSelect(ZylSProgram&, LoadedProgram program, KeyGroupOrAll keygroup,
               Opt<bool, "SelectFlag"> flag) {
   if (*keygroup >= 0) {
     uint8_t& selected = program->keyGroupExtensions[*keygroup].selected;
@@ -54,25 +54,19 @@ int32_t KGFindByKey(ZylSProgram&, LoadedProgram program, Arg<int32_t, "KeyToFind
   return -1;
 }
 
-bool KGCreate(Call& call) {
-  LoadedProgram program;
-  Arg<int32_t, "NewIndex"> newIndex;
-  AlgoArg<"ProgramToCopy", Presence::kOptional, NullObject::kAllowed> source;
-  Opt<int32_t, "KGToCopy"> sourceIndex;
-  if (!LoadedProgram::Read(call, program) || !newIndex.Read(call, newIndex) ||
-      !source.Read(call, source)) {
-    return false;
-  }
+std::optional<int32_t> KGCreate(
+    Call& call, LoadedProgram program, Arg<int32_t, "NewIndex"> newIndex,
+    AlgoArg<"ProgramToCopy", Presence::kOptional, NullObject::kAllowed> source,
+    Deferred<Opt<int32_t, "KGToCopy">> sourceIndex) {
   const ZylSProgram* other = ZylSProgram::Behind(source.Object());
   akaiProgram* record = other == nullptr ? nullptr : other->program;
   // Without a source the third argument is not looked at.
-  if (record != nullptr && !sourceIndex.Read(call, sourceIndex)) return false;
-  akaiKeyGroup* made = program->newKeyGroup(*newIndex, record, sourceIndex.ValueOr(0));
+  if (record != nullptr && !sourceIndex.ReadNow(call)) return {};
+  akaiKeyGroup* made = program->newKeyGroup(*newIndex, record, sourceIndex.value.ValueOr(0));
   if (record == nullptr && made != nullptr) made->setDefault();
-  call.Return(newROCParam(program->keyGroups - 1));
-  return true;
+  return program->keyGroups - 1;
 }
 
-void KGDelete(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup) {
+void KGDelete(ZylSProgram&, LoadedProgram program, KeyGroupOrNone keygroup) {
   program->deleteKeyGroup(*keygroup);
 }

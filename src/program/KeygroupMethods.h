@@ -2,10 +2,12 @@
 // program dirty or sends a notification.
 #pragma once
 
+#include <optional>
+
 #include "frame/Arguments.h"
 
 // One keygroup's flag before the call; a negative index sets the flag of all.
-bool KGSelect(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+bool KGSelect(ZylSProgram& object, LoadedProgram program, KeyGroupOrAll keygroup,
               Opt<bool, "SelectFlag"> flag);
 void KGMove(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "From"> from,
             Arg<int32_t, "To"> to);
@@ -16,5 +18,8 @@ void KGSort(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "SortByData
 int32_t KGFindByKey(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "KeyToFind"> key,
                     Opt<int32_t, "StartAt"> startAt);
 // A default keygroup, or a copy out of another program; the new count - 1.
-bool KGCreate(Call& call);
-void KGDelete(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup);
+std::optional<int32_t> KGCreate(
+    Call& call, LoadedProgram program, Arg<int32_t, "NewIndex"> newIndex,
+    AlgoArg<"ProgramToCopy", Presence::kOptional, NullObject::kAllowed> source,
+    Deferred<Opt<int32_t, "KGToCopy">> sourceIndex);
+void KGDelete(ZylSProgram& object, LoadedProgram program, KeyGroupOrNone keygroup);

@@ -39,19 +39,14 @@ void EditRange(const SampleArg& sample, int32_t start, int32_t end, Edit edit) {
 
 }  // namespace
 
-bool SampleCreate(Call& call) {
-  LoadedProgram program;
-  OneKeyGroup keygroup;
-  OneZone zone;
-  Arg<std::string, "Extension"> extension;
-  Opt<int32_t, "Channels"> channels;
-  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
-      !OneZone::Read(call, zone) || !extension.Read(call, extension) ||
-      !channels.Read(call, channels)) {
-    return false;
-  }
+std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup keygroup,
+                                 OneZone zone, Arg<std::string, "Extension"> extension,
+                                 Opt<int32_t, "Channels"> channels) {
   const int32_t count = channels.ValueOr(1);
-  if (count < 1 || count > kMaxChannels) return call.ValueError("Channels", 4);
+  if (count < 1 || count > kMaxChannels) {
+    call.ValueError("Channels", 4);
+    return {};
+  }
   const int type = getTypeFromExtension(extension.Text());
   if (type != 0) {
     genericSample* record = newSample();
@@ -60,13 +55,12 @@ bool SampleCreate(Call& call) {
     program->setSample(record, *keygroup, *zone);
   }
   call.program.dirty = true;
-  call.Return(newROCParam(type != 0));
-  return true;
+  return type != 0;
 }
 
 int32_t SampleGetSize(ZylSProgram&, SampleArg sample) { return sample->shared().frameCount; }
 
-int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, Arg<int32_t, "Buffer"> buffer,
+int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, VarArg<int32_t, "Buffer"> buffer,
                         Opt<int32_t, "Channel"> channel) {
   int wanted = -1;  // the record's own
   if (channel && *channel != sample->channel) {
@@ -80,14 +74,14 @@ int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, Arg<int32_t, "Buffer"> b
   return sample->shared().frameCount;
 }
 
-bool SampleSize(Call& call) {
-  SampleArg sample;
-  Opt<int32_t, "NewSize"> newSize;
-  if (!SampleArg::Read(call, sample) || !newSize.Read(call, newSize)) return false;
-  if (newSize && !IsPossibleSize(*sample.Record(), *newSize)) return call.ValueError("NewSize", 2);
-  call.Return(newROCParam(sample->shared().frameCount));
+std::optional<int32_t> SampleSize(Call& call, SampleArg sample, Opt<int32_t, "NewSize"> newSize) {
+  if (newSize && !IsPossibleSize(*sample.Record(), *newSize)) {
+    call.ValueError("NewSize", 2);
+    return {};
+  }
+  const int32_t before = sample->shared().frameCount;
   if (newSize) ResizeSample(*sample.Record(), *newSize);
-  return true;
+  return before;
 }
 
 int32_t SampleStart(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
@@ -100,68 +94,48 @@ int32_t SampleEnd(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"
   return before;
 }
 
-bool SampleBits(Call& call) {
-  SampleArg sample;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
+std::optional<int32_t> SampleBits(Call& call, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = sample->shared().bits;
   if (newValue && *newValue != before) {
     const auto bits = static_cast<uint16_t>(*newValue);
-    if (bits < 1 || bits > 32) return call.ValueError("NewValue", 2);
+    if (bits < 1 || bits > 32) {
+      call.ValueError("NewValue", 2);
+      return {};
+    }
     MarkDirty(call.program, sample);
     sample->setBitsPerSample(bits);
   }
-  call.Return(newROCParam(before));
-  return true;
+  return before;
 }
 
-bool SampleChannelCount(Call& call) {
-  SampleArg sample;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
+std::optional<int32_t> SampleChannelCount(Call& call, SampleArg sample,
+                                          Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = sample->getChannelCount();
   // A count that is out of range, or that would drop a channel in use, changes nothing.
-  if (newValue && !sample->setChannelCount(*newValue)) return call.ValueError("NewValue", 2);
-  call.Return(newROCParam(before));
-  return true;
+  if (newValue && !sample->setChannelCount(*newValue)) {
+    call.ValueError("NewValue", 2);
+    return {};
+  }
+  return before;
 }
 
-namespace {
-
-bool ChannelOfObject(Call& call) {
-  SampleArg sample;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue)) return false;
-  call.Return(newROCParam(sample->channel));
+int32_t ChannelOfObject(ZylSProgram&, SampleArg sample, Opt<int32_t, "NewValue"> newValue) {
+  const int32_t before = sample->channel;
   if (newValue) sample->setChannel(*newValue);
-  return true;
+  return before;
 }
 
-bool ChannelOfZone(Call& call) {
-  LoadedProgram program;
-  OneKeyGroup keygroup;
-  OneZone zone;
-  Opt<int32_t, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
-      !OneZone::Read(call, zone) || !newValue.Read(call, newValue)) {
-    return false;
-  }
+int32_t ChannelOfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                      OneZone zone, Opt<int32_t, "NewValue"> newValue) {
   const genericSample* record = ZoneSample(program, keygroup, zone);
-  call.Return(newROCParam(record == nullptr ? -1 : record->channel));
-  if (record == nullptr || !newValue) return true;
-  if (*newValue >= 0 && *newValue < record->getChannelCount() && record->filePath != nullptr) {
+  if (record == nullptr) return -1;
+  const int32_t before = record->channel;
+  if (newValue && *newValue >= 0 && *newValue < record->getChannelCount() &&
+      record->filePath != nullptr) {
     program->setSample(record->filePath, *keygroup, *zone, *newValue, 0);
-    call.program.PurgeSampleObjects();
+    object.PurgeSampleObjects();
   }
-  return true;
-}
-
-}  // namespace
-
-bool SampleChannel(Call& call) {
-  const ROCParam* first = call.Argument(1);
-  return first != nullptr && first->Type() == kTypeObject ? ChannelOfObject(call)
-                                                          : ChannelOfZone(call);
+  return before;
 }
 
 int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index"> index,

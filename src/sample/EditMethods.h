@@ -1,21 +1,28 @@
 // Script methods that create samples and edit their data.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "frame/Arguments.h"
+#include "frame/Forms.h"
 
-bool SampleCreate(Call& call);
+std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup keygroup,
+                                 OneZone zone, Arg<std::string, "Extension"> extension,
+                                 Opt<int32_t, "Channels"> channels);
 int32_t SampleGetSize(ZylSProgram& object, SampleArg sample);
 // Writes the handle of a channel's data into `buffer` and answers its number of positions.
-int32_t SampleGetBuffer(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Buffer"> buffer,
+int32_t SampleGetBuffer(ZylSProgram& object, SampleArg sample, VarArg<int32_t, "Buffer"> buffer,
                         Opt<int32_t, "Channel"> channel);
-bool SampleSize(Call& call);
+std::optional<int32_t> SampleSize(Call& call, SampleArg sample, Opt<int32_t, "NewSize"> newSize);
 int32_t SampleStart(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
 int32_t SampleEnd(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
-bool SampleBits(Call& call);
-bool SampleChannelCount(Call& call);
-bool SampleChannel(Call& call);
+std::optional<int32_t> SampleBits(Call& call, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+std::optional<int32_t> SampleChannelCount(Call& call, SampleArg sample,
+                                          Opt<int32_t, "NewValue"> newValue);
+int32_t ChannelOfObject(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
+int32_t ChannelOfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                      OneZone zone, Opt<int32_t, "NewValue"> newValue);
+inline constexpr Forms<&ChannelOfObject, &ChannelOfZone> SampleChannel;
 int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index"> index,
                     Opt<int32_t, "NewValue"> newValue);
 

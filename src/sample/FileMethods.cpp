@@ -19,15 +19,12 @@ struct MergedChannel {
   int32_t channel;
 };
 
-// The pairs of "Sample" and "Channel" from position 2 on; those without a record are left out.
-bool ReadPairs(Call& call, std::vector<MergedChannel>& channels) {
-  while (call.position <= call.Count()) {
-    OtherSample<"Sample", NullObject::kAllowed> sample;
-    Arg<int32_t, "Channel"> channel;
-    if (!sample.Read(call, sample) || !channel.Read(call, channel)) return false;
+std::vector<MergedChannel> WithRecord(const MergedChannels& pairs) {
+  std::vector<MergedChannel> channels;
+  for (const auto& [sample, channel] : pairs.groups) {
     if (sample.Record() != nullptr) channels.push_back({sample.Record(), *channel});
   }
-  return true;
+  return channels;
 }
 
 // The file object of a path's extension with the first sample's parameters; null for others.
@@ -102,34 +99,22 @@ bool CopyWhole(const fs::path& source, const fs::path& dest) {
 
 }  // namespace
 
-bool SampleWrite(Call& call) {
-  SampleArg sample;
-  Opt<std::string, "NewPath"> path;
-  Opt<int32_t, "ChannelMask"> mask;
-  if (!SampleArg::Read(call, sample) || !path.Read(call, path) || !mask.Read(call, mask)) {
-    return false;
-  }
+bool SampleWrite(ZylSProgram&, SampleArg sample, Opt<std::string, "NewPath"> path,
+                 Opt<int32_t, "ChannelMask"> mask) {
   const char* target = path ? path.Text() : sample->filePath;
-  call.Return(newROCParam(writeSample(sample.Record(), target, mask.ValueOr(0))));
-  return true;
+  return writeSample(sample.Record(), target, mask.ValueOr(0));
 }
 
-bool SampleWriteMerged(Call& call) {
-  Arg<std::string, "NewPath"> path;
-  if (!path.Read(call, path)) return false;
+std::optional<bool> SampleWriteMerged(Call& call, Arg<std::string, "NewPath"> path,
+                                      Deferred<MergedChannels> pairs) {
   const FileString parts(*path);
-  if (parts.Extension().empty()) {
-    call.Return(newROCParam(false));
-    return true;
-  }
-  std::vector<MergedChannel> channels;
-  if (!ReadPairs(call, channels)) return false;
+  // Without an extension the pairs are not looked at.
+  if (parts.Extension().empty()) return false;
+  if (!pairs.ReadNow(call)) return {};
+  const std::vector<MergedChannel> channels = WithRecord(pairs.value);
   std::unique_ptr<BasicSample> file;
   if (!channels.empty()) file = FileObjectFor(parts.Extension(), *channels[0].record);
-  if (file == nullptr) {
-    call.Return(newROCParam(false));
-    return true;
-  }
+  if (file == nullptr) return false;
   file->SetName(parts.BaseName().c_str());
   if (LendChannels(channels, *file) && file->IsValid()) {
     RiffFile target(path.Text(), file->FormatFlag());
@@ -140,7 +125,6 @@ bool SampleWriteMerged(Call& call) {
     ZylDiagnostic(std::string(path.Text()) + ": the channels do not fit into one file");
   }
   file->DetachLinBuffers();
-  call.Return(newROCParam(true));
   return true;
 }
 

@@ -1,15 +1,30 @@
 // Script methods for a sample's loops: count, points, quality, search; and the DC offset.
 #pragma once
 
+#include <optional>
+
 #include "frame/Arguments.h"
 
-bool SampleLoopCount(Call& call);
-bool SampleLoopStart(Call& call);
-bool SampleLoopEnd(Call& call);
-bool SampleLoopFineLen(Call& call);
-bool SampleLoopTimes(Call& call);
-bool SampleLoopQual(Call& call);
-bool SampleLoopFindStart(Call& call);
-bool SampleLoopFindEnd(Call& call);
+using LoopIndexArg = IndexArg<"LoopIndex", kMaxLoops>;
+// Only the first loops have a repeat count for scripts.
+using TimedLoopIndexArg = IndexArg<"LoopIndex", 8>;
+
+std::optional<int32_t> SampleLoopCount(Call& call, SampleArg sample,
+                                       Opt<int32_t, "NewValue"> newValue);
+int32_t SampleLoopStart(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,
+                        Opt<int32_t, "NewValue"> newValue);
+int32_t SampleLoopEnd(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,
+                      Opt<int32_t, "NewValue"> newValue);
+std::optional<double> SampleLoopFineLen(Call& call, SampleArg sample, LoopIndexArg loop,
+                                        Opt<double, "NewValue"> newValue);
+int32_t SampleLoopTimes(ZylSProgram& object, SampleArg sample, TimedLoopIndexArg loop,
+                        Opt<int32_t, "NewValue"> newValue);
+int32_t SampleLoopQual(ZylSProgram& object, SampleArg sample, LoopIndexArg loop);
+int32_t SampleLoopFindStart(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,
+                            Arg<int32_t, "StartIndex"> start, Arg<int32_t, "LastIndex"> last,
+                            Arg<int32_t, "Treshold"> threshold);
+int32_t SampleLoopFindEnd(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,
+                          Arg<int32_t, "StartIndex"> start, Arg<int32_t, "LastIndex"> last,
+                          Arg<int32_t, "Treshold"> threshold);
 int32_t SampleGetDCOffset(ZylSProgram& object, SampleArg sample, Arg<int32_t, "StartIndex"> start,
                           Arg<int32_t, "EndIndex"> end);

@@ -20,7 +20,7 @@ CSample* NewObjectFor(ZylSProgram* parent, genericSample* record) {
 }
 
 // The program's object for a record, made at the first request.
-RIOObject* ObjectFor(ZylSProgram& object, genericSample* record) {
+CSample* ObjectFor(ZylSProgram& object, genericSample* record) {
   if (record == nullptr) return nullptr;
   CSample* known = object.sampleObjects.FindBySample(record);
   if (known != nullptr) return known;
@@ -69,22 +69,12 @@ int32_t LockTemp(CSample* temp) {
   return value;
 }
 
-bool TempSample(Call& call, bool load) {
-  Arg<std::string, "SamplePath"> path;
-  Opt<int32_t, "Channel"> channel;
-  Opt<bool, "Lock"> lock;
-  if (!path.Read(call, path) || !channel.Read(call, channel) || !lock.Read(call, lock)) {
-    return false;
-  }
-  CSample* temp = FindOrMakeTemp(path.Text(), channel.ValueOr(0), load);
-  if (lock.ValueOr(false)) {
-    call.Return(newROCParam(LockTemp(temp)));
-  } else if (lock && !load) {
-    call.Return(newROCParam(temp == nullptr ? 0 : temp->sample->recordId));
-  } else {
-    call.Return(newROCParam(static_cast<RIOObject*>(temp)));
-  }
-  return true;
+SampleOrInteger TempSample(const char* path, int32_t channel, const Opt<bool, "Lock">& lock,
+                           bool load) {
+  CSample* temp = FindOrMakeTemp(path, channel, load);
+  if (lock.ValueOr(false)) return LockTemp(temp);
+  if (lock && !load) return temp == nullptr ? 0 : temp->sample->recordId;
+  return temp;
 }
 
 // Stores a new value of a shared parameter, which dirties sample and program when it differs.
@@ -107,20 +97,23 @@ int32_t Accessor(ZylSProgram& object, const SampleArg& sample, Field SampleParam
 
 std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
 
+std::string FileNameOf(const genericSample* record) {
+  return FileString(record == nullptr ? "" : TextOf(record->filePath)).FileName();
+}
+
 }  // namespace
 
-RIOObject* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
-                     OneZone zone) {
+CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone) {
   return ObjectFor(object, ZoneSample(program, keygroup, zone));
 }
 
-RIOObject* SampleGetByName(ZylSProgram& object, LoadedProgram program,
-                           Arg<std::string, "Name"> name) {
+CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program,
+                         Arg<std::string, "Name"> name) {
   return ObjectFor(object, findSampleInPrgFN(name.Text(), program.record, -1));
 }
 
-RIOObject* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
-                            Opt<int32_t, "Channel"> channel) {
+CSample* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+                          Opt<int32_t, "Channel"> channel) {
   SampleList& temps = ModuleState::Get().tempSamples;
   if (CSample* known = temps.FindTemp(path.Text(), channel.ValueOr(0))) return known;
   const int type = getTypeFromExtension(FileString(*path).Extension().c_str());
@@ -131,32 +124,28 @@ RIOObject* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
   return NewTemp(record);
 }
 
-bool GetTempSample(Call& call) { return TempSample(call, false); }
-bool ReadTempSample(Call& call) { return TempSample(call, true); }
-
-bool DeleteTempSample(Call& call) {
-  SampleList& temps = ModuleState::Get().tempSamples;
-  if (call.Argument(1) == nullptr) {
-    temps.DeleteAll();
-    return true;
-  }
-  OtherSample<"Sample", NullObject::kAllowed> sample;
-  if (!sample.Read(call, sample)) return false;
-  if (sample.object != nullptr) temps.RemoveAndRelease(sample.object);
-  return true;
+SampleOrInteger GetTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+                              Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock) {
+  return TempSample(path.Text(), channel.ValueOr(0), lock, false);
+}
+SampleOrInteger ReadTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+                               Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock) {
+  return TempSample(path.Text(), channel.ValueOr(0), lock, true);
 }
 
-namespace {
-
-bool LockObject(Call& call) {
-  SampleArg sample;
-  Opt<bool, "NewValue"> newValue;
-  Opt<int32_t, "TempSample"> temp;
-  if (!SampleArg::Read(call, sample) || !newValue.Read(call, newValue) || !temp.Read(call, temp)) {
-    return false;
+void DeleteTempSample(ZylSProgram&, OptionalSample<"Sample"> sample) {
+  SampleList& temps = ModuleState::Get().tempSamples;
+  if (sample.IsAbsent()) {
+    temps.DeleteAll();
+  } else if (sample.object != nullptr) {
+    temps.RemoveAndRelease(sample.object);
   }
-  call.Return(newROCParam(sample->lockValue != 0));
-  if (!newValue) return true;
+}
+
+bool LockObject(ZylSProgram&, SampleArg sample, Opt<bool, "NewValue"> newValue,
+                Opt<int32_t, "TempSample"> temp) {
+  const bool before = sample->lockValue != 0;
+  if (!newValue) return before;
   if (*newValue) {
     lockSample(sample.Record());
   } else {
@@ -165,30 +154,16 @@ bool LockObject(Call& call) {
   if (temp && ModuleState::Get().tempSamples.Contains(sample.object) != nullptr) {
     sample.object->locked = false;
   }
-  return true;
+  return before;
 }
 
-bool LockZone(Call& call) {
-  LoadedProgram program;
-  OneKeyGroup keygroup;
-  OneZone zone;
-  Opt<bool, "NewValue"> newValue;
-  if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
-      !OneZone::Read(call, zone) || !newValue.Read(call, newValue)) {
-    return false;
-  }
+bool LockZone(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+              Opt<bool, "NewValue"> newValue) {
   const genericSample* record = ZoneSample(program, keygroup, zone);
-  call.Return(newROCParam(record != nullptr && record->lockValue != 0));
+  const bool before = record != nullptr && record->lockValue != 0;
   if (newValue && *newValue) program->lockSample(*keygroup, *zone);
   if (newValue && !*newValue) program->unlockSample(*keygroup, *zone);
-  return true;
-}
-
-}  // namespace
-
-bool SampleLock(Call& call) {
-  const ROCParam* first = call.Argument(1);
-  return first != nullptr && first->Type() == kTypeObject ? LockObject(call) : LockZone(call);
+  return before;
 }
 
 void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path) {
@@ -207,31 +182,19 @@ bool SampleDirty(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZ
   return record->shared().dirty;
 }
 
-bool SampleFileName(Call& call) {
-  const ROCParam* first = call.Argument(1);
-  const genericSample* record = nullptr;
-  if (first != nullptr && first->Type() == kTypeObject) {
-    OtherSample<"SampleOrKeyGroup"> sample;
-    if (!sample.Read(call, sample)) return false;
-    record = sample.Record();
-    if (record == nullptr) call.program.ReleaseSampleObject(sample.object);
-  } else if (first != nullptr && first->Type() == kTypeInteger) {
-    LoadedProgram program;
-    OneKeyGroup keygroup;
-    OneZone zone;
-    if (!LoadedProgram::Read(call, program) || !OneKeyGroup::Read(call, keygroup) ||
-        !OneZone::Read(call, zone)) {
-      return false;
-    }
-    record = ZoneSample(program, keygroup, zone);
-  } else {
-    ++call.position;
-  }
-  Opt<std::string, "NewValue"> unused;
-  if (!unused.Read(call, unused)) return false;
-  const std::string path = record == nullptr ? "" : TextOf(record->filePath);
-  call.Return(newROCParam(FileString(path).FileName()));
-  return true;
+std::string FileNameOfObject(ZylSProgram& object, OtherSample<"SampleOrKeyGroup"> sample,
+                             Opt<std::string, "NewValue">) {
+  std::string name = FileNameOf(sample.Record());
+  if (sample.Record() == nullptr) object.ReleaseSampleObject(sample.object);
+  return name;
+}
+std::string FileNameOfZone(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                           Opt<std::string, "NewValue">) {
+  return FileNameOf(ZoneSample(program, keygroup, zone));
+}
+std::string FileNameOfNothing(ZylSProgram&, Unused<"SampleOrKeyGroup">,
+                              Opt<std::string, "NewValue">) {
+  return "";
 }
 
 std::string SampleFilePath(ZylSProgram&, SampleArg sample, Opt<std::string, "NewValue"> newValue) {

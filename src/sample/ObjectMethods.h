@@ -3,29 +3,41 @@
 #pragma once
 
 #include <string>
+#include <variant>
 
-#include "frame/Arguments.h"
+#include "frame/Forms.h"
 
-RIOObject* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
-                     OneZone zone);
-RIOObject* SampleGetByName(ZylSProgram& object, LoadedProgram program,
-                           Arg<std::string, "Name"> name);
+CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone);
+CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, Arg<std::string, "Name"> name);
 
 // Temporary samples: they belong to the module, not to a program.
-RIOObject* CreateTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
-                            Opt<int32_t, "Channel"> channel);
+CSample* CreateTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+                          Opt<int32_t, "Channel"> channel);
 // The object, or with "Lock" an integer; GetTempSample finds what is in memory, ReadTempSample
 // loads what is not.
-bool GetTempSample(Call& call);
-bool ReadTempSample(Call& call);
-bool DeleteTempSample(Call& call);
+using SampleOrInteger = std::variant<CSample*, int32_t>;
+SampleOrInteger GetTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+                              Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock);
+SampleOrInteger ReadTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+                               Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock);
+void DeleteTempSample(ZylSProgram& object, OptionalSample<"Sample"> sample);
 
-bool SampleLock(Call& call);
+bool LockObject(ZylSProgram& object, SampleArg sample, Opt<bool, "NewValue"> newValue,
+                Opt<int32_t, "TempSample"> temp);
+bool LockZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+              Opt<bool, "NewValue"> newValue);
+inline constexpr Forms<&LockObject, &LockZone> SampleLock;
 void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path);
 int32_t SampleGetRefCount(ZylSProgram& object, SampleArg sample);
 bool SampleDirty(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                  Opt<bool, "NewValue"> newValue);
-bool SampleFileName(Call& call);
+std::string FileNameOfObject(ZylSProgram& object, OtherSample<"SampleOrKeyGroup"> sample,
+                             Opt<std::string, "NewValue"> unused);
+std::string FileNameOfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
+                           OneZone zone, Opt<std::string, "NewValue"> unused);
+std::string FileNameOfNothing(ZylSProgram& object, Unused<"SampleOrKeyGroup"> other,
+                              Opt<std::string, "NewValue"> unused);
+inline constexpr Forms<&FileNameOfObject, &FileNameOfZone, &FileNameOfNothing> SampleFileName;
 std::string SampleFilePath(ZylSProgram& object, SampleArg sample,
                            Opt<std::string, "NewValue"> newValue);
 std::string SampleName(ZylSProgram& object, SampleArg sample, Opt<std::string, "NewName"> newName);

@@ -1,0 +1,15 @@
+// The bodies of all script methods.
+#pragma once
+
+#include "frame/NotAvailable.h"
+#include "params/ByNumber.h"
+#include "params/FieldMethods.h"
+#include "params/ProgramMethods.h"
+#include "pitch/PitchMethods.h"
+#include "program/FileMethods.h"
+#include "program/KeygroupMethods.h"
+#include "program/ObjectMethods.h"
+#include "sample/EditMethods.h"
+#include "sample/FileMethods.h"
+#include "sample/LoopMethods.h"
+#include "sample/ObjectMethods.h"

@@ -1,0 +1,47 @@
+// The shape of a body: what its parameter list and result type say, without a call.
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+
+#include "frame/Arguments.h"
+
+// A method with several argument lists. A call gets the first body whose first argument has the
+// type that was given, else the last one.
+template <auto... Bodies>
+struct Forms {};
+
+namespace method {
+
+template <class Kind>
+concept Declares = requires {
+  { Kind::kDeclared.name } -> std::convertible_to<const char*>;
+};
+
+template <class Body>
+struct Shape;
+
+template <class R, class Self, class... P>
+struct Shape<R (*)(Self&, P...)> {
+  using Result = R;
+
+  static constexpr bool kNeedsProgram = (std::is_same_v<P, LoadedProgram> || ...);
+
+  // Calls visit.operator()<Kind>() for each argument.
+  template <class Visit>
+  static constexpr void ForEachKind([[maybe_unused]] Visit visit) {
+    (visit.template operator()<P>(), ...);
+  }
+
+  static constexpr int FirstType() {
+    int type = -1;
+    ForEachKind([&]<class Kind>() {
+      if constexpr (Declares<Kind>) {
+        if (type < 0) type = Kind::kDeclared.type;
+      }
+    });
+    return type;
+  }
+};
+
+}  // namespace method
