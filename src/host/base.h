@@ -9,12 +9,16 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "export.h"
 
+namespace zyl {
+class ThreadMembers;
+}
 class RIOObject;
 class ROCAlgo;
 class ROCPad;
@@ -377,6 +381,23 @@ class ZYLHOST_API ScreenCursor {
 
 struct ZYLHOST_API UnitAttribute {
   static double sampleRate;  // the host's processing rate in Hz
+};
+
+// The threads of a module, to their very end. A thread that destroys itself still runs its
+// library's last steps when all that the module knows of it is gone; these may need the loader,
+// which is taken while a module is unloaded. So the module cannot wait for them, but the host does:
+// what is left in a group that was destroyed is waited for as soon as the module is unloaded.
+class ZYLHOST_API ZylThreadGroup {
+ public:
+  ZylThreadGroup();
+  ~ZylThreadGroup();
+  ZylThreadGroup(const ZylThreadGroup&) = delete;
+  ZylThreadGroup& operator=(const ZylThreadGroup&) = delete;
+  // On the thread itself: it belongs to the group until its start routine has returned.
+  void Enter();
+
+ private:
+  std::shared_ptr<zyl::ThreadMembers> members_;
 };
 
 // One line on the host's diagnostic stream.

@@ -35,7 +35,8 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void StartProgramJob(const akaiProgram& program, const zyl::PitchSettings& settings);
 
   void CancelAll();
-  // Cancels, and waits until every worker has ended.
+  // Cancels, and waits until every worker is gone. The host waits for what is then left of their
+  // threads, in which wxWidgets clears up.
   void StopAll();
   int ThreadCount() const { return threads_.Count(); }
   // Lets the workers end that have done their jobs; the queries below do so first.
@@ -53,8 +54,9 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void NotifyFinished(const std::string& name);  // from workers
   void NotifyCleared(const char* name);          // from the script thread
 
-  // A worker's first and last word.
+  // A worker is made, runs on its own thread, and destroys itself.
   void ThreadMade();
+  void ThreadBegun() { systemThreads_.Enter(); }
   void ThreadEnded();
 
  private:
@@ -73,4 +75,5 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   wxMutex endedMutex_;
   wxCondition ended_;
   int living_ = 0;  // under endedMutex_
+  ZylThreadGroup systemThreads_;
 };

@@ -28,6 +28,7 @@ void PitchJobThread::Queue(genericSample* sample) {
 }
 
 wxThread::ExitCode PitchJobThread::Entry() {
+  manager_.ThreadBegun();
   startTime_ = wxGetUTCTime();  // seconds of any zone; the local one costs a look at it
   for (auto* node = jobs_.Head(); node != nullptr; node = node->next) {
     try {

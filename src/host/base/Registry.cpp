@@ -8,6 +8,7 @@
 
 #include "../hostapp.h"
 #include "../platform/Platform.h"
+#include "Threads.h"
 
 namespace zyl {
 namespace {
@@ -80,7 +81,9 @@ std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string&
 
 ZylModule::~ZylModule() {
   zyl::ForgetModule(this);
-  if (library_ != nullptr) zyl::UnloadLibraryFile(library_);
+  if (library_ == nullptr) return;
+  zyl::UnloadLibraryFile(library_);
+  zyl::WaitForAbandonedThreads();
 }
 
 ROCAlgo* ZylNewScriptObject(const char* className) {
