@@ -1,5 +1,6 @@
 // What a method call from a script costs: PRGpoly() of a loaded program against an empty C
-// function that is registered in the same Lua state, both called in the same loop of one run.
+// function that is registered in the same Lua state, and a parameter by number against one by name,
+// all called in the same loop of one run.
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -28,14 +29,17 @@ local function fastest(best, loop)
   return math.min(best, os.clock() - start)
 end
 
-local bare, get, set = math.huge, math.huge, math.huge
+local bare, get, set, number = math.huge, math.huge, math.huge, math.huge
 for _ = 1, rounds do
   bare = fastest(bare, function() for _ = 1, calls do object:Empty() end end)
   get = fastest(get, function() for _ = 1, calls do program:PRGpoly() end end)
+  number = fastest(number, function() for i = 1, calls do program:PRGIntValue(i & 63) end end)
   set = fastest(set, function() for i = 1, calls do program:PRGpoly(i & 15) end end)
 end
 print(("empty C function:  %6.1f ns"):format(bare / calls * 1e9))
 print(("PRGpoly()          %6.1f ns   ratio %.2f   bar 5"):format(get / calls * 1e9, get / bare))
+print(("PRGIntValue(n)     %6.1f ns   to PRGpoly() %.2f   bar 1.5"):format(number / calls * 1e9,
+  number / get))
 print(("PRGpoly(n)         %6.1f ns   ratio %.2f"):format(set / calls * 1e9, set / bare))
 )";
 
