@@ -19,8 +19,10 @@ bool SameParameters(const SampleParameters& a, const SampleParameters& b) {
     return x.loopStart == y.loopStart && x.loopEnd == y.loopEnd && x.loopTimes == y.loopTimes &&
            x.loopFineLen == y.loopFineLen && x.loopType == y.loopType;
   };
+  // Without loops a file does not say which playback they would have.
+  const bool samePlayback = a.loopCount == 0 || a.playbackType == b.playbackType;
   return a.frameCount == b.frameCount && a.bits == b.bits && a.sampleRate == b.sampleRate &&
-         a.key == b.key && a.tune == b.tune && a.playbackType == b.playbackType &&
+         a.key == b.key && a.tune == b.tune && samePlayback &&
          a.holdLoopTuneOff == b.holdLoopTuneOff && a.loopCount == b.loopCount &&
          std::equal(a.loops, a.loops + a.loopCount, b.loops, sameLoop);
 }

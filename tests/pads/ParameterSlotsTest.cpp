@@ -117,10 +117,10 @@ TEST_F(ParameterSlots, ReadingBackWhatWasWrittenChangesNothing) {
     std::iota(numbers.begin(), numbers.end(), 1);
     Write(count, numbers);
     const auto before = record.Image();
-    const int channel = program("MidiChannel").Int();
+    const int channel = program("PRGmidiChannel").Int();
     EXPECT_TRUE(Read(count).Ok());
     EXPECT_EQ(record.Image(), before);
-    EXPECT_EQ(program("MidiChannel").Int(), channel);
+    EXPECT_EQ(program("PRGmidiChannel").Int(), channel);
     EXPECT_FALSE(IsDirty());
     EXPECT_EQ(told, 0);
     // And what was changed meanwhile comes back, with one message for each change.

@@ -35,7 +35,7 @@ class SampleImages : public ModuleTest {
     for (int l = 0; l < loops; ++l) {
       seen.push_back(program("SampleLoopStart", sample, l).Int());
       seen.push_back(program("SampleLoopEnd", sample, l).Int());
-      if (l < 15) seen.push_back(program("SampleLoopTimes", sample, l).Int());
+      if (l < 8) seen.push_back(program("SampleLoopTimes", sample, l).Int());
       seen.push_back(program("SampleLoopFineLen", sample, l).Double());
     }
     return seen;
