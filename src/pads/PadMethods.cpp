@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "frame/Module.h"
@@ -46,8 +47,9 @@ bool ParamWord::Read(Call& call, ParamWord& self) {
 void WriteDataToPad(ZylSProgram& object, LoadedProgram, PadArg pad, Arg<int32_t, "SlotID"> slotId,
                     Repeated<ParamWord> numbers) {
   std::vector<zyl::PadEntry> entries;
-  entries.reserve(numbers.groups.size());
-  for (const auto& [word] : numbers.groups) {
+  const auto words = std::move(numbers.groups);
+  entries.reserve(words.size());
+  for (const auto& [word] : words) {
     if (!word.number) continue;
     ROCParam number(int32_t{*word.number});
     const int32_t value = ProgramParamValue(object, &number, nullptr);
