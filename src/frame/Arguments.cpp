@@ -46,6 +46,17 @@ bool OneZone::Read(Call& call, OneZone& self) {
   return (*self >= 0 && *self < kZones) || call.ZoneRange();
 }
 
+bool PadArg::Read(Call& call, PadArg& self) {
+  const int position = call.position;
+  ROCParam* param = nullptr;
+  if (!argument::ReadTyped(call, "Pad", kTypeObject, true, param)) return false;
+  RIOObject* pad = param->Object();
+  if (pad == nullptr) return call.ValueError("Pad", position);
+  if (!pad->isRODPad()) return call.ClassError(*pad, "RODPad", position);
+  self.object = static_cast<RODPad*>(pad);
+  return true;
+}
+
 bool SampleArg::Read(Call& call, SampleArg& self) {
   const int position = call.position;
   ROCParam* param = nullptr;

@@ -221,7 +221,18 @@ struct AlgoArg {
   ROCParam* param = nullptr;
 };
 
-// The first argument "Sample": a sample object with a record. An object whose record is gone is
+// "Pad": a data pad.
+struct PadArg {
+  static constexpr DeclaredArgument kDeclared{
+      .name = "Pad", .type = kTypeObject, .className = "RODPad"};
+
+  static bool Read(Call& call, PadArg& self);
+  RODPad* operator->() const { return object; }
+
+  RODPad* object = nullptr;
+};
+
+// The argument "Sample": a sample object with a record. An object whose record is gone is
 // dropped from the program's list.
 struct SampleArg {
   static constexpr DeclaredArgument kDeclared{

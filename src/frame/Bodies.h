@@ -2,6 +2,7 @@
 #pragma once
 
 #include "frame/NotAvailable.h"
+#include "pads/PadMethods.h"
 #include "params/ByNumber.h"
 #include "params/FieldMethods.h"
 #include "params/ProgramMethods.h"

@@ -11,10 +11,10 @@
   METHOD(Find, "Attach a program that is in memory already, by its file name. MC sets the MIDI channel, -1 Omni.") \
   METHOD(Create, "Attach a new program: a copy of ProgramToCopy's, or a default one for a null object. CopySamples false leaves the zones empty.") \
   METHOD(Register, "Register an algorithm: its OnProgramParameterChanged is called at every change, its OnDeletingPrg at the end.") \
-  LATER(WriteDataToPad, "Write the values of the numbered parameters into the slot SlotID of a data pad.") \
-  LATER(ReadDataFromPad, "Set the parameters that the slot SlotID of a data pad holds.") \
-  LATER(EmptyPadData, "Remove everything from a data pad.") \
-  LATER(RemoveDataFromPad, "Remove the slot SlotID from a data pad.") \
+  METHOD(WriteDataToPad, "Write the values of the numbered parameters into the slot SlotID of a data pad.") \
+  METHOD(ReadDataFromPad, "Set the parameters that the slot SlotID of a data pad holds.") \
+  METHOD(EmptyPadData, "Remove everything from a data pad.") \
+  METHOD(RemoveDataFromPad, "Remove the slot SlotID from a data pad.") \
   METHOD(GetChannelCount, "Count the channels of a sample file; 0 when it cannot be read.") \
   METHOD(GetSFPresetArray, "Fill ResultArray with the four texts of each preset of a preset file, and count the presets.") \
   METHOD(CreateTempSample, "Give the temporary sample for a path and channel, made empty by the path's extension (wav, aif, s) when there is none.") \
@@ -34,8 +34,8 @@
   METHOD(GetTotalPhysicalMemory, "Give the machine's memory in bytes, at most 2147483647.") \
   METHOD(GetLockedMemory, "Give the memory that is locked against paging, in bytes, at most 2147483647.") \
   METHOD(GetUsedPhysicalMemory, "Give the bytes of locked programs and samples, or of all of them with Locked false.") \
-  LATER(WriteSampleToPad, "Write a sample with its parameters into a data pad.") \
-  LATER(ReadSampleFromPad, "Make a temporary sample out of what a data pad holds; Path becomes its file path.") \
+  METHOD(WriteSampleToPad, "Write a sample with its parameters into a data pad.") \
+  METHOD(ReadSampleFromPad, "Make a temporary sample out of what a data pad holds; Path becomes its file path.") \
   LATER(DrawKeyGroupKB, "Draw a keygroup's key range on a keyboard of the editor.") \
   METHOD(FileName, "File path of the program.") \
   METHOD(KGDelete, "Delete a keygroup.") \

@@ -2,8 +2,6 @@
 // method reference knows them.
 #pragma once
 
-#include <string>
-
 #include "frame/Forms.h"
 
 template <auto Body>
@@ -16,16 +14,8 @@ struct ObjectArg {
   static constexpr DeclaredArgument kDeclared{
       .name = Name.text, .type = kTypeObject, .className = Class.text};
 };
-using PadArg = ObjectArg<"Pad", "RODPad">;
 using ListModuleArg = AlgoArg<"ListModule", Presence::kRequired, NullObject::kAllowed>;
 
-void WriteDataToPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">,
-                    Repeated<Arg<int32_t, "ParamNumber">>);
-void ReadDataFromPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">);
-void EmptyPadData(ZylSProgram&, PadArg);
-void RemoveDataFromPad(ZylSProgram&, LoadedProgram, PadArg, Arg<int32_t, "SlotID">);
-void WriteSampleToPad(ZylSProgram&, PadArg, SampleArg);
-CSample* ReadSampleFromPad(ZylSProgram&, PadArg, Opt<std::string, "Path">);
 void DrawKeyGroupKB(ZylSProgram&, LoadedProgram, KeyGroupIndex, ObjectArg<"GO", "GOContainer">,
                     ListModuleArg);
 void UpdateKeyboardSelection(ZylSProgram&, LoadedProgram, Arg<int32_t, "SelKey">,

@@ -137,7 +137,8 @@ class ZYLHOST_API genericSample {
   GetMethod GetBufferGetMethod() const;
   SetMethod GetBufferSetMethod(int reserved) const;
 
-  // Takes the file object over: its sound, parameters and kept chunks.
+  // Takes the file object over: its sound, parameters and kept chunks. With several channels the
+  // record of a first channel then stands for the whole.
   void setWavSample(BasicSample* file, unsigned reserved);
   void writeValuesToWav(WavSample* file) const;
   void writeValuesToAif(AifSample* file) const;

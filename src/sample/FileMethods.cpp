@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/riff.h"
+#include "sample/SampleAccess.h"
 
 namespace {
 
@@ -47,16 +48,11 @@ std::unique_ptr<BasicSample> FileObjectFor(const std::string& extension,
 // Lends the channels to the file object. False when it cannot take them all: there is no such
 // channel, or there are too many.
 bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file) {
-  static std::byte empty[1];  // the sound of a channel without any
   file.SetChannelCount(static_cast<unsigned>(channels.size()));
   unsigned bits = 0;
   for (unsigned i = 0; i < channels.size(); ++i) {
     const auto& [record, channel] = channels[i];
-    const bool known = channel < record->getChannelCount();
-    const int size = record->getChannelSize(channel);
-    file.SetLinBuffer(known && size == 0 ? empty : record->getChannelBuffer(channel),
-                      static_cast<unsigned>(record->getChannelBytesPS(channel)),
-                      static_cast<unsigned>(size), i);
+    LendChannel(*record, channel, file, i);
     bits = std::max<unsigned>(bits, record->shared().bits);
   }
   file.SetBitsPerValue(bits);

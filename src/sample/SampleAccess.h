@@ -5,6 +5,7 @@
 
 #include "host/akai.h"
 #include "host/qx.h"
+#include "host/riff.h"
 #include "sample/ValueRanges.h"
 
 // The record's own channel, channel 0 of a whole sample.
@@ -36,4 +37,15 @@ inline bool IsPossibleSize(const genericSample& sample, int32_t positions) {
   const int64_t bytes =
       int64_t{positions} * sample.getChannelBytesPS(-1) * sample.getChannelCount();
   return positions >= 0 && bytes <= qxGetPhysicalMemoryBytes();
+}
+
+// Lends a channel to a file object as its channel `place`; no sound where there is no such channel.
+inline void LendChannel(const genericSample& sample, int channel, BasicSample& file,
+                        unsigned place) {
+  static std::byte empty[1];  // the sound of a channel without any
+  const bool known = channel < sample.getChannelCount();
+  const int positions = sample.getChannelSize(channel);
+  file.SetLinBuffer(known && positions == 0 ? empty : sample.getChannelBuffer(channel),
+                    static_cast<unsigned>(sample.getChannelBytesPS(channel)),
+                    static_cast<unsigned>(positions), place);
 }

@@ -122,6 +122,7 @@ genericSample::SetMethod genericSample::GetBufferSetMethod(int) const {
 void genericSample::setWavSample(BasicSample* file, unsigned) {
   file->CreateLinBuffers(kMaxChannels);  // lent or missing sound becomes the object's own
   file_->Adopt(std::unique_ptr<BasicSample>(file));
+  if (channel == 0 && getChannelCount() > 1) file_->StandFor(this, -1);
 }
 void genericSample::writeValuesToWav(WavSample* file) const { file_->CopyParametersTo(*file); }
 void genericSample::writeValuesToAif(AifSample* file) const { file_->CopyParametersTo(*file); }

@@ -49,7 +49,7 @@ std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes) {
   const uint32_t loopCount = in.U32();
   const auto frames = static_cast<int64_t>(std::min<uint64_t>(own.frames, INT64_MAX));
   if (p.key < 0 || p.key > 127 || std::abs(int64_t{p.tune}) > kMaxTune || p.start < 0 ||
-      p.end < -1 || p.start > frames || p.end >= frames) {
+      p.end < -1 || p.start > frames || p.end >= std::max<int64_t>(frames, 1)) {
     return std::nullopt;
   }
   if (!in.Good() || loopCount > kMaxLoops || in.Left() != loopCount * kLoopBytes) {

@@ -1,0 +1,70 @@
+// Feeds any bytes to the slots of a pad: finds, reads, replaces and removes the slot of every id
+// that they may hold.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "pads/PadSlots.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// The buffer is a sequence of whole slots to its end.
+bool IsWhole(PadBytes buffer) {
+  while (!buffer.empty()) {
+    uint32_t size = 0;
+    if (buffer.size() < 16) return false;
+    std::memcpy(&size, buffer.data(), sizeof size);
+    if (size < 16 || size % 8 != 0 || size > buffer.size()) return false;
+    buffer = buffer.subspan(size);
+  }
+  return true;
+}
+
+void TryId(uint32_t id, const std::vector<std::byte>& bytes) {
+  const PadBytes buffer(bytes);
+  const PadBytes slot = zyl::PadSlot(id, buffer);
+  const std::vector<zyl::PadEntry> entries = zyl::EntriesOfPadSlot(slot);
+  if (!slot.empty()) {
+    Require(slot.data() >= buffer.data());
+    Require(slot.data() + slot.size() <= buffer.data() + buffer.size());
+    Require(slot.size() >= 16 && slot.size() % 8 == 0 && entries.size() * 4 + 12 <= slot.size());
+  }
+  const std::vector<std::byte> kept = zyl::WithoutPadSlot(buffer, slot);
+  Require(kept.size() == bytes.size() - slot.size());
+  // What was read can be written, and is then read again.
+  const std::vector<std::byte> made = zyl::MakePadSlot(id, entries);
+  Require(zyl::EntriesOfPadSlot(made) == entries);
+  std::vector<std::byte> rebuilt = zyl::WithoutPadSlot(buffer, slot, made.size());
+  rebuilt.insert(rebuilt.end(), made.begin(), made.end());
+  if (!IsWhole(buffer)) return;
+  Require(IsWhole(rebuilt) && zyl::EntriesOfPadSlot(zyl::PadSlot(id, kept)).size() <= bytes.size());
+  // Of two slots with one id, which no writer makes, the first counts.
+  if (zyl::PadSlot(id, kept).empty()) {
+    const PadBytes found = zyl::PadSlot(id, rebuilt);
+    Require(std::equal(found.begin(), found.end(), made.begin(), made.end()));
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t count) {
+  // A block of its own size: every step beyond it is seen.
+  const auto* first = reinterpret_cast<const std::byte*>(bytes);
+  const std::vector<std::byte> buffer(first, first + count);
+  constexpr uint32_t kSmallIds = 4;
+  for (uint32_t id = 0; id < kSmallIds; ++id) TryId(id, buffer);
+  // Whatever word stands where an id may stand.
+  constexpr size_t kMostIds = 64;
+  for (size_t i = 0; i + 8 <= count && i < 8 * kMostIds; i += 8) {
+    uint32_t id = 0;
+    std::memcpy(&id, bytes + i + 4, sizeof id);
+    TryId(id, buffer);
+  }
+  return 0;
+}

@@ -1,0 +1,42 @@
+// Parameter slots in the bytes of a pad: finding, reading, building, replacing and removing them.
+//
+// A pad holds slots one behind the other. A slot is a header of three 32-bit words (size of the
+// whole slot, slot id, 0) and entries of two 16-bit words (parameter number, signed value), padded
+// with a zero word to a multiple of 8 bytes. All words are little-endian.
+//
+// Bytes of a pad may come from anywhere. A slot is one only when a writer could have made its size
+// and all of it lies within the pad; nothing is read or changed outside the given bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+using PadBytes = std::span<const std::byte>;
+
+// The start of the slot with that id, or null. A size that no writer makes is passed over while it
+// leads on; one below 8 or beyond the end of the buffer ends the walk.
+const std::byte* FindPadSlot(uint32_t slotId, const std::byte* buffer, size_t length);
+
+namespace zyl {
+
+struct PadEntry {
+  uint16_t number = 0;
+  int16_t value = 0;
+
+  bool operator==(const PadEntry&) const = default;
+};
+
+// The bytes of a slot that FindPadSlot has found; empty without one.
+PadBytes PadSlot(uint32_t slotId, PadBytes buffer);
+
+// The entries of a found slot, without the padding word; none when the reserved word is not 0.
+std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot);
+
+std::vector<std::byte> MakePadSlot(uint32_t slotId, std::span<const PadEntry> entries);
+
+// The buffer without the slot found in it, with room for `spare` more bytes.
+std::vector<std::byte> WithoutPadSlot(PadBytes buffer, PadBytes slot, size_t spare = 0);
+
+}  // namespace zyl

@@ -1,0 +1,305 @@
+// Program parameters through the slots of a pad.
+#include <numeric>
+#include <random>
+#include <utility>
+
+#include "PadTools.h"
+#include "support/ProgramRecord.h"
+
+namespace zyl::test {
+namespace {
+
+constexpr int kLoudVel = 15;  // the parameters that the tests use by number
+constexpr int kLoudPrs = 17;
+
+class ParameterSlots : public ModuleTest {
+ protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    program.Make();
+    program("Dirty", false);
+  }
+  Outcome Write(int id, const std::vector<int>& numbers) {
+    ROCParams arguments;
+    arguments.AddTail(ToParam(&pad));
+    arguments.AddTail(ToParam(id));
+    for (const int number : numbers) arguments.AddTail(ToParam(number));
+    return CallList(program.Algo(), "WriteDataToPad", &arguments);
+  }
+  Outcome Read(int id) { return program("ReadDataFromPad", &pad, id); }
+  int Value(int number) const { return program("PRGIntValue", number).Int(); }
+  bool IsDirty() const { return program("Dirty").Bool(); }
+  uint32_t Stored(int number) const { return Entry(number, Value(number)); }
+
+  Program program;
+  Pad pad;
+};
+
+TEST_F(ParameterSlots, ASlotIsHeaderEntriesAndZeroPadding) {
+  struct Case {
+    std::vector<int> numbers;
+    std::vector<uint32_t> words;
+  };
+  const uint32_t none = Entry(0x1234, 0xFFFF);
+  const Case cases[] = {
+      {{}, {16, 77, 0, 0}},
+      {{kLoudVel}, {16, 77, 0, Stored(kLoudVel)}},
+      {{kLoudVel, 4}, {24, 77, 0, Stored(kLoudVel), Stored(4), 0}},
+      {{4, kLoudVel, 5}, {24, 77, 0, Stored(4), Stored(kLoudVel), Stored(5)}},
+      {{0x1234, 0x71234}, {24, 77, 0, none, none, 0}},  // the low half of a number counts
+      {{0}, {16, 77, 0, Entry(0, 0xFFFF)}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.numbers.size());
+    pad.Set("");
+    const Outcome outcome = Write(77, c.numbers);
+    EXPECT_TRUE(outcome.Ok()) << outcome.Message();
+    EXPECT_EQ(outcome.result, nullptr);
+    EXPECT_EQ(pad.Bytes(), Words(c.words));
+  }
+  EXPECT_FALSE(IsDirty());
+}
+
+TEST_F(ParameterSlots, NumbersOfOtherTypesCountByTheirLowBitsAndNullEntriesNotAtAll) {
+  const uint32_t unnamed = Entry(0, 0xFFFF);
+  EXPECT_TRUE(program("WriteDataToPad", &pad, 1, NullEntry{}, kLoudVel, NullEntry{}, "text", true,
+                      15.0, NullObject{}, NullEntry{})
+                  .Ok());
+  EXPECT_EQ(pad.Bytes(), Words({32, 1, 0, Stored(kLoudVel), unnamed, Stored(1), unnamed, unnamed}));
+}
+
+TEST_F(ParameterSlots, ASlotThatChangesItsSizeMovesToTheEnd) {
+  const uint32_t a = Stored(4);
+  const uint32_t b = Stored(5);
+  struct Step {
+    int id;
+    std::vector<int> numbers;
+    std::vector<uint32_t> words;
+  };
+  const Step steps[] = {
+      {5, {4}, {16, 5, 0, a}},
+      {7, {4}, {16, 5, 0, a, 16, 7, 0, a}},
+      {5, {4, 5, 4}, {16, 7, 0, a, 24, 5, 0, a, b, a}},
+      {7, {5}, {16, 7, 0, b, 24, 5, 0, a, b, a}},
+      {-1, {4}, {16, 7, 0, b, 24, 5, 0, a, b, a, 16, 0xFFFFFFFF, 0, a}},
+      {5, {4, 5}, {16, 7, 0, b, 24, 5, 0, a, b, 0, 16, 0xFFFFFFFF, 0, a}},
+      {7, {}, {16, 7, 0, 0, 24, 5, 0, a, b, 0, 16, 0xFFFFFFFF, 0, a}},
+  };
+  for (const Step& step : steps) {
+    Write(step.id, step.numbers);
+    EXPECT_EQ(pad.Bytes(), Words(step.words)) << step.id;
+  }
+  // Of three slots the middle one goes, then the first, then the only one.
+  program("RemoveDataFromPad", &pad, 99);
+  EXPECT_EQ(pad.Bytes(), Words(steps[6].words));
+  program("RemoveDataFromPad", &pad, 5);
+  EXPECT_EQ(pad.Bytes(), Words({16, 7, 0, 0, 16, 0xFFFFFFFF, 0, a}));
+  program("RemoveDataFromPad", &pad, 7);
+  EXPECT_EQ(pad.Bytes(), Words({16, 0xFFFFFFFF, 0, a}));
+  program("RemoveDataFromPad", &pad, -1);
+  EXPECT_EQ(pad.Bytes(), "");
+}
+
+TEST_F(ParameterSlots, ReadingBackWhatWasWrittenChangesNothing) {
+  const ProgramRecord record(program);
+  program("Dirty", false);
+  int told = 0;
+  Listener listener;
+  listener["OnProgramParameterChanged"] = [&](ROCParams& arguments, ROCParam**) {
+    // The individual output is told of at every set, changed or not.
+    const int number = arguments.Entry(1)->Int();
+    told += number == 10 || number == 230 ? 0 : 1;
+  };
+  program("Register", static_cast<RIOObject*>(&listener));
+  // 60 entries need padding, 61 do not.
+  for (const int count : {60, 61}) {
+    std::vector<int> numbers(static_cast<size_t>(count));
+    std::iota(numbers.begin(), numbers.end(), 1);
+    Write(count, numbers);
+    const auto before = record.Image();
+    const int channel = program("PRGmidiChannel").Int();
+    EXPECT_TRUE(Read(count).Ok());
+    EXPECT_EQ(record.Image(), before);
+    EXPECT_EQ(program("PRGmidiChannel").Int(), channel);
+    EXPECT_FALSE(IsDirty());
+    EXPECT_EQ(told, 0);
+    // And what was changed meanwhile comes back, with one message for each change.
+    program("PRGIntValue", kLoudVel, Value(kLoudVel) - 1);
+    program("PRGIntValue", kLoudPrs, Value(kLoudPrs) + 1);
+    told = 0;
+    EXPECT_NE(record.Image(), before);
+    Read(count);
+    EXPECT_EQ(record.Image(), before);
+    EXPECT_TRUE(IsDirty());
+    EXPECT_EQ(std::exchange(told, 0), 2);
+    program("Dirty", false);
+  }
+}
+
+TEST_F(ParameterSlots, ValuesAreSixteenBitsWithASign) {
+  std::vector<std::pair<int, int>> told;
+  Listener listener;
+  listener["OnProgramParameterChanged"] = [&](ROCParams& arguments, ROCParam**) {
+    told.emplace_back(arguments.Entry(1)->Int(), arguments.Entry(2)->Int());
+  };
+  program("Register", static_cast<RIOObject*>(&listener));
+  pad.Set(Words({32, 1, 0, Entry(60000, 40000), Entry(4, 0), Entry(4, 3), Entry(0, 1), 0}));
+  program("PRGIntValue", 4, 1);
+  told.clear();
+  Read(1);
+  const std::vector<std::pair<int, int>> expected = {{60000, -25536}, {4, 0}, {4, 3}, {0, 1}};
+  EXPECT_EQ(told, expected);
+  EXPECT_EQ(Value(4), 3);
+}
+
+TEST_F(ParameterSlots, BytesThatAreNoSlotAreNeitherReadNorRemoved) {
+  const uint32_t change = Entry(kLoudVel, Value(kLoudVel) - 1);
+  const std::string good = Words({16, 1, 0, change});
+  struct Case {
+    const char* what;
+    std::string bytes;
+  };
+  const Case cases[] = {
+      {"empty", ""},
+      {"a size of 0", Words({0, 1, 0, change})},
+      {"a size of 7", Words({7, 1, 0, change}) + good},
+      {"a header alone of 8 bytes", Words({8, 1, 0, change})},
+      {"11 bytes", Words({11, 1, 0, change})},
+      {"a header without an alignment", Words({12, 1, 0, change, 0})},
+      {"no multiple of 8", Words({20, 1, 0, change, change})},
+      {"4 bytes beyond the end", Words({24, 1, 0, change, change})},
+      {"8 bytes beyond the end", Words({24, 1, 0, change})},
+      {"a huge size", Words({0xFFFFFFF8, 1, 0, change})},
+      {"a size that wraps around", Words({16, 2, 0, 0, 0xFFFFFFF0, 1, 0, change})},
+      {"7 bytes", good.substr(0, 7)},
+      {"15 bytes", good.substr(0, 15)},
+      {"a slot behind a size of 0", Words({0, 2, 0, 0}) + good},
+      {"a slot behind one that reaches over it", Words({32, 2, 0, change}) + good},
+      {"a slot behind a size beyond the end", Words({40, 2, 0, change}) + good},
+      {"another id", Words({16, 2, 0, change})},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    pad.Set(c.bytes);
+    EXPECT_TRUE(Read(1).Ok());
+    EXPECT_FALSE(IsDirty());
+    EXPECT_TRUE(program("RemoveDataFromPad", &pad, 1).Ok());
+    EXPECT_EQ(pad.Bytes(), c.bytes);
+    // A write keeps every byte, and adds its slot.
+    Write(1, {kLoudVel});
+    EXPECT_EQ(pad.Bytes(), c.bytes + Words({16, 1, 0, Stored(kLoudVel)}));
+  }
+  pad.Set(Words({16, 1, 1, change}));
+  Read(1);
+  EXPECT_FALSE(IsDirty()) << "a reserved word is not 0";
+  // One of a strange size that leads on does not hide what is behind it.
+  pad.Set(Words({20, 1, 0, change, change}) + good);
+  Read(1);
+  EXPECT_TRUE(IsDirty());
+}
+
+TEST_F(ParameterSlots, AnyBytesEndEveryMethod) {
+  std::mt19937 random(20261124);
+  const auto below = [&](uint32_t end) { return static_cast<uint32_t>(random() % end); };
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes;
+    for (uint32_t slots = below(5); slots > 0; --slots) {
+      const uint32_t size = below(4) == 0 ? static_cast<uint32_t>(random()) : below(48);
+      bytes += Words({size, below(3), below(8) == 0 ? 1u : 0u});
+      for (uint32_t i = below(5); i > 0; --i)
+        bytes += Words({Entry(static_cast<int>(below(100)), static_cast<int>(below(128)))});
+    }
+    bytes.resize(bytes.size() - std::min<size_t>(bytes.size(), below(6)));
+    pad.Set(bytes);
+    for (int id = 0; id < 3; ++id) {
+      ASSERT_TRUE(Read(id).Ok());
+      ASSERT_EQ(pad.Bytes(), bytes);
+      ASSERT_TRUE(Write(id, {4, 5}).Ok());
+      ASSERT_GE(pad.Bytes().size(), 24u);
+      ASSERT_TRUE(program("RemoveDataFromPad", &pad, id).Ok());
+      bytes = pad.Bytes();
+    }
+  }
+}
+
+// ---- What a module that is told of a change may do. ----
+
+TEST_F(ParameterSlots, ANotifiedModuleMayTakeEverythingAway) {
+  const int first = Value(4);
+  const int second = Value(5);
+  const std::string bytes = Words({24, 1, 0, Entry(4, first + 1), Entry(5, second + 1), 0});
+  struct Case {
+    const char* what;
+    std::function<void(Program&, std::unique_ptr<Pad>&)> act;
+    bool goesOn;  // the second entry is stored too
+  };
+  const Case cases[] = {
+      {"empties the pad", [](auto& object, auto& p) { object("EmptyPadData", p.get()); }, true},
+      {"writes the slot",
+       [](auto& object, auto& p) { object("WriteDataToPad", p.get(), 1, 1, 2, 3, 4, 5, 6, 7); },
+       true},
+      {"drops the pad", [](auto&, auto& p) { p.reset(); }, true},
+      {"attaches another program", [](auto& object, auto&) { object("Create", NullObject{}); },
+       false},
+      {"deletes the program", [](auto& object, auto&) { object.Delete(); }, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Program object;
+    object.Make();
+    const ProgramRecord record(object);
+    auto own = std::make_unique<Pad>(bytes);
+    int told = 0;
+    Listener listener;
+    listener["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) {
+      if (told++ == 0) c.act(object, own);
+    };
+    object("Register", static_cast<RIOObject*>(&listener));
+    EXPECT_TRUE(object("ReadDataFromPad", own.get(), 1).Ok());
+    EXPECT_EQ(told, c.goesOn ? 2 : 1);
+  }
+}
+
+// ---- Arguments. ----
+
+TEST_F(ParameterSlots, ArgumentsAreCheckedInOrder) {
+  const std::unique_ptr<RIOObject> plain(new ROCAlgo("plain"));
+  const Program empty;
+  struct Row {
+    const char* method;
+    bool needsProgram;
+    bool hasSlot;
+  };
+  const Row rows[] = {{"WriteDataToPad", true, true},     {"ReadDataFromPad", true, true},
+                      {"RemoveDataFromPad", true, true},  {"EmptyPadData", false, false},
+                      {"WriteSampleToPad", false, false}, {"ReadSampleFromPad", false, false}};
+  pad.Set(Words({16, 1, 0, Entry(kLoudVel, 1)}));
+  const std::string bytes = pad.Bytes();
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.method);
+    if (row.needsProgram) {
+      ExpectException(empty(row.method, 5), "ZylSProgram::" + std::string(row.method) +
+                                                ": No program loaded. Method can not execute!");
+    } else {
+      ExpectArgType(empty(row.method), "Pad", kTypeObject, 1);
+    }
+    ExpectArgType(program(row.method), "Pad", kTypeObject, 1);
+    ExpectArgType(program(row.method, NullEntry{}, "x"), "Pad", kTypeObject, 1);
+    ExpectArgType(program(row.method, "pad", "x"), "Pad", kTypeObject, 1);
+    ExpectArgPType(program(row.method, plain.get(), "x"), "ROCAlgo", "RODPad", 1);
+    ExpectArgValue(program(row.method, NullObject{}, "x"), "Pad", 1);
+    if (!row.hasSlot) continue;
+    ExpectArgType(program(row.method, &pad), "SlotID", kTypeInteger, 2);
+    ExpectArgType(program(row.method, &pad, 1.0), "SlotID", kTypeInteger, 2);
+    ExpectArgType(program(row.method, &pad, NullEntry{}, kLoudVel), "SlotID", kTypeInteger, 2);
+  }
+  EXPECT_EQ(pad.Bytes(), bytes);
+  EXPECT_FALSE(IsDirty());
+  EXPECT_TRUE(empty("EmptyPadData", &pad).Ok());
+  EXPECT_EQ(pad.Bytes(), "");
+  EXPECT_TRUE(empty("EmptyPadData", &pad).Ok());
+  EXPECT_EQ(pad.Bytes(), "");
+}
+
+}  // namespace
+}  // namespace zyl::test
