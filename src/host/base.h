@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -383,13 +384,13 @@ struct ZYLHOST_API UnitAttribute {
   static double sampleRate;  // the host's processing rate in Hz
 };
 
-// The threads of a module, to their very end. A thread that destroys itself still runs its
-// library's last steps when all that the module knows of it is gone; these may need the loader,
-// which is taken while a module is unloaded. So the module cannot wait for them, but the host does:
-// what is left in a group that was destroyed is waited for as soon as the module is unloaded.
+// The threads of a module that is being loaded when the group is made. Before the host unloads the
+// module it calls `stop`, on the script thread, and waits until every thread has returned from its
+// start routine: what a library does last on a thread may need the loader, which is taken while a
+// module goes, so that the module itself cannot wait for it then.
 class ZYLHOST_API ZylThreadGroup {
  public:
-  ZylThreadGroup();
+  explicit ZylThreadGroup(std::function<void()> stop);
   ~ZylThreadGroup();
   ZylThreadGroup(const ZylThreadGroup&) = delete;
   ZylThreadGroup& operator=(const ZylThreadGroup&) = delete;

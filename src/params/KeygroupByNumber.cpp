@@ -162,6 +162,18 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
 
 namespace {
 
+// Switches notifications off while it lives; they are on afterwards, whatever they were before.
+class Silence {
+ public:
+  explicit Silence(ZylSProgram& object) : object_(object) { object_.enableRegisterCall = false; }
+  ~Silence() { object_.enableRegisterCall = true; }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  ZylSProgram& object_;
+};
+
 // Tells of a zone's new value: once for one keygroup, for each of several.
 void NotifyZone(ZylSProgram& object, ROCParam* number, ROCParam* newValue, int32_t keygroup,
                 ROCParam* zone) {
@@ -186,9 +198,10 @@ std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex key
   std::optional<int32_t> stored;
   if (newValue) stored = *newValue;
   // The output of a zone would tell of itself; here the value is told of as every other.
-  object.enableRegisterCall = false;
-  const int32_t value = ZoneParamValue(object, *number, *keygroup, *zone, stored);
-  object.enableRegisterCall = true;
+  const int32_t value = [&] {
+    const Silence silence(object);
+    return ZoneParamValue(object, *number, *keygroup, *zone, stored);
+  }();
   if (newValue && *newValue != value) {
     object.dirty = true;
     if (!updated.ReadNow(call)) return {};

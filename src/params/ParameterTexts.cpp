@@ -39,10 +39,13 @@ std::string NameOf(Names names, int32_t value, const char* otherwise = "") {
 char Lower(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
-std::string Lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), Lower);
-  return text;
+std::string Lowered(std::string_view text) {
+  std::string lowered(text);
+  std::transform(lowered.begin(), lowered.end(), lowered.begin(), Lower);
+  return lowered;
 }
+// What was typed, up to a NUL, in lower case.
+std::string LoweredTyped(const ROCParam& typed) { return Lowered(typed.Str().c_str()); }
 bool Contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
 }
@@ -57,7 +60,7 @@ struct Keyword {
 };
 
 int32_t FromKeywords(std::span<const Keyword> keywords, ROCParam& typed) {
-  const std::string text = Lowered(typed.Str());
+  const std::string text = LoweredTyped(typed);
   for (const Keyword& keyword : keywords) {
     if (!Contains(text, keyword.part)) continue;
     typed.SetStr(keyword.canonical);
@@ -83,11 +86,12 @@ int32_t PitchPlayFromText(ROCParam& typed) {
 
 std::string MuteGroupText(int32_t value) { return value == 0 ? kOff : std::to_string(value); }
 int32_t MuteGroupFromText(ROCParam& typed) {
-  if (Contains(Lowered(typed.Str()), "o")) {
+  const std::string text = LoweredTyped(typed);
+  if (Contains(text, "o")) {
     typed.SetStr(kOff);
     return 0;
   }
-  return typed.Str().empty() ? kNoValue : DecimalValue(typed.Str());
+  return text.empty() ? kNoValue : static_cast<uint8_t>(DecimalValue(text));
 }
 
 // Both directions of a form.
@@ -126,7 +130,7 @@ Form RulesOf(TextForm form) {
     case TextForm::kVoices:  // stored from 0, shown from 1
       return {[](int32_t value) { return std::to_string(value + 1); },
               [](ROCParam& typed) {
-                return static_cast<int32_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
+                return static_cast<uint8_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
               }};
     case TextForm::kMuteGroup:
       return {MuteGroupText, MuteGroupFromText};
@@ -176,11 +180,11 @@ std::string OutputText(int32_t output) {
 }
 
 int32_t OutputFromText(ROCParam& typed, int32_t outputs) {
-  const std::string text = Lowered(typed.Str());
+  const std::string text = LoweredTyped(typed);
   // A signed byte holds it, as the field does.
   const int32_t output =
       text.empty() ? 0 : static_cast<int8_t>(static_cast<uint32_t>(DecimalValue(text)) - 1u);
-  const int32_t held = output < outputs ? output : outputs - 1;
+  const int32_t held = std::min(output, std::max(outputs, 0) - 1);
   if (held < 0 || Contains(text, "o")) {
     typed.SetStr(kOff);
     return -1;
@@ -204,19 +208,24 @@ std::string_view ChannelText(int32_t channel, int32_t channels) {
   }
 }
 
-int32_t TypedChannel(ROCParam& typed, int32_t channels) {
-  const std::string text = Lowered(typed.Str());
-  int32_t begun = -1;
-  for (int32_t channel = 0; channel < channels && !text.empty(); ++channel) {
-    const std::string_view shown = ChannelText(channel, channels);
-    const std::string lowered = Lowered(std::string(shown));
-    if (!lowered.starts_with(text)) continue;
-    if (begun < 0 || lowered == text) begun = channel;
-    if (lowered == text) break;
+int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
+  const std::string text = LoweredTyped(typed);
+  // How well a channel's text fits: not, by its beginning, whole, whole and chosen already.
+  const auto fit = [&](int32_t channel) {
+    const std::string shown = Lowered(ChannelText(channel, channels));
+    if (text.empty() || !shown.starts_with(text)) return 0;
+    return shown != text ? 1 : channel != current ? 2 : 3;
+  };
+  int32_t best = -1;
+  int bestFit = 0;
+  for (int32_t channel = 0; channel < channels; ++channel) {
+    if (fit(channel) <= bestFit) continue;
+    best = channel;
+    bestFit = fit(channel);
   }
-  if (begun < 0) return ChannelFromText(typed);
-  typed.SetStr(ChannelText(begun, channels));
-  return begun;
+  if (best < 0) return ChannelFromText(typed);
+  typed.SetStr(ChannelText(best, channels));
+  return best;
 }
 
 std::string MemoryText(int32_t bytes) {

@@ -44,9 +44,9 @@ int32_t OutputFromText(ROCParam& typed, int32_t outputs);
 
 // The name of a channel of a sample with this many channels, "" when it has none.
 std::string_view ChannelText(int32_t channel, int32_t channels);
-// The channel that a typed name means: the one that is shown so, whole or by its beginning, and
-// only then the name's place in the table of channel names.
-int32_t TypedChannel(ROCParam& typed, int32_t channels);
+// The channel that a typed name means: the one that is shown so (of several the current one), the
+// first one whose text begins so, and only then the name's place in the table of channel names.
+int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current);
 
 // A number of bytes, in the unit that suits it.
 std::string MemoryText(int32_t bytes);

@@ -63,8 +63,9 @@ std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* numbe
   const int32_t value = ValueFromText(row.text, *typed);
   if (value == kNoValue) return text;
   if (row.text == TextForm::kModSource) {
-    ROCParam newValue(value);
-    ProgramParamValue(object, number, &newValue);
+    ROCParam* newValue = newROCParam(value);
+    ProgramParamValue(object, number, newValue);
+    deleteROCParam(newValue);
   } else {
     StoreField(field, row.type, value);
   }

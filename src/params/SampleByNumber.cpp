@@ -29,8 +29,13 @@ class SampleZone {
   void Reattach(int32_t channel) {
     genericSample* sample = Sample();
     if (channel < 0 || channel >= sample->getChannelCount()) return;
-    // The loaded file is taken, never read again: what was edited in it stays.
+    // The loaded file is taken, never read again: what was edited in it stays, and so does the path
+    // of a file that the disk has in another shape by now.
+    vendlKeyGroup& extension = record_->keyGroupExtensions[keygroup_];
+    const char* path = extension.SamplePath(zone_);
+    const std::string kept = path == nullptr ? "" : path;
     record_->setSample(sample->createChannelRef(channel), keygroup_, zone_);
+    extension.setSamplePath(zone_, kept.c_str(), true);
     object.PurgeSampleObjects();
   }
 
@@ -179,7 +184,7 @@ std::string ChannelName(SampleZone& zone, const genericSample& sample, TypedText
   const int32_t before = sample.channel;
   const int32_t channels = sample.getChannelCount();
   if (typed != nullptr) {
-    zone.Reattach(TypedChannel(*typed, channels));
+    zone.Reattach(TypedChannel(*typed, channels, before));
     const genericSample* now = zone.Sample();
     if (now != nullptr && now->channel != before) MarkDirty(zone);
   }

@@ -35,8 +35,8 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void StartProgramJob(const akaiProgram& program, const zyl::PitchSettings& settings);
 
   void CancelAll();
-  // Cancels, and waits until every worker is gone. The host waits for what is then left of their
-  // threads, in which wxWidgets clears up.
+  // Cancels, and waits until every worker is gone. What wxWidgets then still does on their threads
+  // is waited for by the host.
   void StopAll();
   int ThreadCount() const { return threads_.Count(); }
   // Lets the workers end that have done their jobs; the queries below do so first.
@@ -75,5 +75,5 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   wxMutex endedMutex_;
   wxCondition ended_;
   int living_ = 0;  // under endedMutex_
-  ZylThreadGroup systemThreads_;
+  ZylThreadGroup systemThreads_{[this] { StopAll(); }};
 };

@@ -253,10 +253,12 @@ void SampleFile::SetPath(const std::string& path) {
 // The lowest number that no other file of this name has: of two files that are called alike in
 // different folders, the one that came later is the second.
 int SampleFile::FreeCopyNumber() const {
+  if (fileName_.empty()) return 1;
   std::vector<int> taken;
   for (const SampleFile* file : Files()) {
-    const bool alike = file != this && file->fileName_ == fileName_;
-    if (alike && !fileName_.empty()) taken.push_back(file->copyNumber_);
+    // A newer reading of a file takes its number over.
+    const bool other = file != this && !file->hidden && file->absolutePath_ != absolutePath_;
+    if (other && file->fileName_ == fileName_) taken.push_back(file->copyNumber_);
   }
   int number = 1;
   while (std::find(taken.begin(), taken.end(), number) != taken.end()) ++number;
@@ -295,13 +297,19 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
   blocks.resize(blocks_.size());
   const size_t newBytes = static_cast<size_t>(positions) * static_cast<size_t>(bytesPerValue);
   const bool fits = bytesPerValue == BytesPerValue() && positions == parameters.frameCount;
+  // All that needs memory is made before anything is changed: without it the sound stays whole.
   for (size_t c = 0; c < blocks_.size(); ++c) {
-    if (blocks[c] == nullptr && fits && (blocks_[c] != nullptr || positions == 0)) continue;
-    if (blocks[c] == nullptr && positions > 0) {
+    if (positions == 0) {
+      blocks[c].reset();
+    } else if (blocks[c] == nullptr && fits && blocks_[c] != nullptr) {
+      blocks[c] = blocks_[c];
+    } else if (blocks[c] == nullptr) {
       const int kept = blocks_[c] == nullptr ? 0 : parameters.frameCount;
       blocks[c] = Fitted(blocks_[c].get(), BytesPerValue(), kept, bytesPerValue, positions);
     }
-    if (positions == 0) blocks[c].reset();
+  }
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    if (blocks[c] == blocks_[c]) continue;
     if (blocks_[c] != nullptr) {
       for (int i = 0; i < locks_[c]; ++i) LetGo(blocks_[c].get());
       qxWithdrawBuffer(blocks_[c].get());
@@ -316,21 +324,25 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
 
 void SampleFile::SetBits(int bits) {
   if (bits < 1 || bits > 32) return;  // nothing that sound could be kept in
-  const bool fewer = bits < parameters.bits;
-  SetBlocks({}, (bits + 7) / 8, parameters.frameCount);
-  parameters.bits = static_cast<uint16_t>(bits);
-  const int unusedBits = 8 * BytesPerValue() - bits;
-  if (!fewer || unusedBits == 0) return;
-  for (int c = 0; c < ChannelCount(); ++c) {
-    std::byte* values = Writable(c);
-    if (values == nullptr) continue;
-    VisitWidth(BytesPerValue(), [&](auto access) {
-      for (int i = 0; i < parameters.frameCount; ++i) {
-        const int32_t value = access.Read(values, i);
-        access.Store(values, i, value & static_cast<int32_t>(~uint32_t{0} << unusedBits));
-      }
-    });
+  const int bytesPerValue = (bits + 7) / 8;
+  const int unusedBits = 8 * bytesPerValue - bits;
+  std::vector<SampleBlock> masked;
+  if (bits < parameters.bits && unusedBits > 0) {
+    for (const SampleBlock& block : blocks_) {
+      if (block == nullptr) break;
+      masked.push_back(Fitted(block.get(), BytesPerValue(), parameters.frameCount, bytesPerValue,
+                              parameters.frameCount));
+      VisitWidth(bytesPerValue, [&](auto access) {
+        for (int i = 0; i < parameters.frameCount; ++i) {
+          const int32_t value = access.Read(masked.back().get(), i);
+          access.Store(masked.back().get(), i,
+                       value & static_cast<int32_t>(~uint32_t{0} << unusedBits));
+        }
+      });
+    }
   }
+  SetBlocks(std::move(masked), bytesPerValue, parameters.frameCount);
+  parameters.bits = static_cast<uint16_t>(bits);
 }
 
 void SampleFile::HoldLock(genericSample* record, int step) {

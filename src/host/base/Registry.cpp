@@ -39,6 +39,8 @@ const ZylDllRegisterClass* FindClass(std::string_view className) {
 
 void BeginModule(const void* module) { loadingModule = module; }
 
+const void* LoadingModule() { return loadingModule; }
+
 void ForgetModule(const void* module) {
   std::erase_if(All(), [&](const Registered& entry) { return entry.module == module; });
 }
@@ -82,8 +84,8 @@ std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string&
 ZylModule::~ZylModule() {
   zyl::ForgetModule(this);
   if (library_ == nullptr) return;
+  zyl::EndThreadsOf(this);
   zyl::UnloadLibraryFile(library_);
-  zyl::WaitForAbandonedThreads();
 }
 
 ROCAlgo* ZylNewScriptObject(const char* className) {

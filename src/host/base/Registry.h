@@ -11,6 +11,7 @@ const ZylDllRegisterClass* FindClass(std::string_view className);
 
 // What is registered between the two calls belongs to `module`, and goes with it.
 void BeginModule(const void* module);
+const void* LoadingModule();
 void ForgetModule(const void* module);
 
 }  // namespace zyl

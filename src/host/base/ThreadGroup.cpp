@@ -1,15 +1,22 @@
+#include <algorithm>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
 
 #include "../base.h"
+#include "Registry.h"
 #include "Threads.h"
 
 namespace zyl {
 
 class ThreadMembers {
  public:
+  ThreadMembers(const void* module, std::function<void()> stop)
+      : module_(module), stop_(std::move(stop)) {}
+
+  bool IsOf(const void* module) const { return module_ == module; }
   void Join() {
     const std::lock_guard<std::mutex> hold(mutex_);
     ++count_;
@@ -19,12 +26,15 @@ class ThreadMembers {
     --count_;
     left_.notify_all();
   }
-  void WaitForAll() {
+  void End() {
+    stop_();
     std::unique_lock<std::mutex> hold(mutex_);
     left_.wait(hold, [&] { return count_ == 0; });
   }
 
  private:
+  const void* module_;
+  std::function<void()> stop_;
   std::mutex mutex_;
   std::condition_variable left_;
   int count_ = 0;
@@ -32,8 +42,8 @@ class ThreadMembers {
 
 namespace {
 
-// Groups whose module has let go of them. Script thread only, also at the very end of the process.
-std::vector<std::shared_ptr<ThreadMembers>>& Abandoned() {
+// The groups that there are. Script thread only, also at the very end of the process.
+std::vector<std::shared_ptr<ThreadMembers>>& Groups() {
   static auto* groups = new std::vector<std::shared_ptr<ThreadMembers>>;
   return *groups;
 }
@@ -50,14 +60,20 @@ thread_local Membership membership;
 
 }  // namespace
 
-void WaitForAbandonedThreads() {
-  for (const auto& members : std::exchange(Abandoned(), {})) members->WaitForAll();
+void EndThreadsOf(const void* module) {
+  const auto groups = Groups();
+  for (const auto& members : groups) {
+    if (members->IsOf(module)) members->End();
+  }
 }
 
 }  // namespace zyl
 
-ZylThreadGroup::ZylThreadGroup() : members_(std::make_shared<zyl::ThreadMembers>()) {}
-ZylThreadGroup::~ZylThreadGroup() { zyl::Abandoned().push_back(members_); }
+ZylThreadGroup::ZylThreadGroup(std::function<void()> stop)
+    : members_(std::make_shared<zyl::ThreadMembers>(zyl::LoadingModule(), std::move(stop))) {
+  zyl::Groups().push_back(members_);
+}
+ZylThreadGroup::~ZylThreadGroup() { std::erase(zyl::Groups(), members_); }
 
 void ZylThreadGroup::Enter() {
   members_->Join();

@@ -1,10 +1,9 @@
-// The end of threads that modules have let go of.
+// The threads of loaded modules.
 #pragma once
 
 namespace zyl {
 
-// After a module is unloaded: until the threads of its groups have returned from their start
-// routines.
-void WaitForAbandonedThreads();
+// Before a module is unloaded: stops its threads and waits until they have ended.
+void EndThreadsOf(const void* module);
 
 }  // namespace zyl
