@@ -14,7 +14,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base.h"
 
@@ -47,6 +46,8 @@ class ZYLHOST_API GOFill : public RIOObject {
 
 class ZYLHOST_API GOSolidFill final : public GOFill {
  public:
+  static void* operator new(size_t size);
+  static void operator delete(void* memory, size_t size) noexcept;
   explicit GOSolidFill(int32_t rgb) : color(rgb) {}
   bool isSolidColor() const override;
   std::unique_ptr<GOFill> Copy() const override;
@@ -60,6 +61,10 @@ class ZYLHOST_API GOObject : public RIOObject {
  public:
   // No place or length is farther from 0 than this: what is, is held to it.
   static constexpr int32_t kFarthest = 1'000'000'000;
+
+  // Lists make and free objects by the thousand: freed ones are kept for the next.
+  static void* operator new(size_t size);
+  static void operator delete(void* memory, size_t size) noexcept;
 
   // A copy with fill, text and children, its counts at 0, in no container.
   virtual std::unique_ptr<GOObject> Copy() const = 0;
@@ -88,16 +93,19 @@ class ZYLHOST_API GOObject : public RIOObject {
   GOFill* Fill() const { return fill_.get(); }
   // Takes it over; null is no fill: the object has the colours of its drawing.
   void SetFill(std::unique_ptr<GOFill> fill) { fill_ = std::move(fill); }
-  const std::string& Name() const { return name_; }
+  const std::string& Name() const { return *name_; }
   // The name of the template that the object is a copy of, else empty.
-  const std::string& TemplateName() const { return templateName_; }
-  void SetTemplateName(const std::string& name) { templateName_ = name; }
-  GOContainer* Parent() const { return parent_; }
+  const std::string& TemplateName() const { return *templateName_; }
+  // The object after this one in their container; null for the last one.
+  GOObject* NextSibling() const { return nextSibling_; }
   int32_t Refreshes() const { return refreshes_; }
   int32_t FillChanges() const { return fillChanges_; }
 
  protected:
-  explicit GOObject(std::string_view name) : name_(name) {}
+  explicit GOObject(std::string_view name);
+  // For copies, whose name comes with the rest.
+  struct AsCopy {};
+  explicit GOObject(AsCopy) {}
   // Takes over what every kind of object has.
   void CopyFrom(const GOObject& other);
   GORect Placed() const { return {x_, y_, x_ + width_, y_ + height_}; }
@@ -106,7 +114,11 @@ class ZYLHOST_API GOObject : public RIOObject {
 
  private:
   friend class GOContainer;
+  // The one text that is equal to `name` and stays for good: names are few.
+  static const std::string* Kept(std::string_view name);
+
   GOContainer* parent_ = nullptr;
+  GOObject* nextSibling_ = nullptr;
   int32_t x_ = 0;  // in the container
   int32_t y_ = 0;
   int32_t width_ = 0;
@@ -114,8 +126,8 @@ class ZYLHOST_API GOObject : public RIOObject {
   int32_t refreshes_ = 0;
   int32_t fillChanges_ = 0;
   std::unique_ptr<GOFill> fill_;
-  std::string name_;
-  std::string templateName_;
+  const std::string* name_ = nullptr;
+  const std::string* templateName_ = nullptr;
 };
 
 class ZYLHOST_API GORectangle final : public GOObject {
@@ -123,6 +135,9 @@ class ZYLHOST_API GORectangle final : public GOObject {
   explicit GORectangle(std::string_view name = {}) : GOObject(name) {}
   const char* GetTypeName() const override;
   std::unique_ptr<GOObject> Copy() const override;
+
+ private:
+  explicit GORectangle(AsCopy copy) : GOObject(copy) {}
 };
 
 // One line of text in a font of fixed pitch.
@@ -145,6 +160,7 @@ class ZYLHOST_API GOText final : public GOObject {
   static int32_t Length(std::string_view text);
 
  private:
+  explicit GOText(AsCopy copy) : GOObject(copy) {}
   void FitWidth();
   std::string text_;
   bool autoWidth_ = false;
@@ -155,6 +171,7 @@ class ZYLHOST_API GOContainer final : public GOObject {
   using Filter = bool (*)(const GOObject& object);
 
   explicit GOContainer(std::string_view name = {}) : GOObject(name) {}
+  ~GOContainer() override;
   const char* GetTypeName() const override;
   std::unique_ptr<GOObject> Copy() const override;
   void GetBounds(GORect& bounds) const override;
@@ -163,8 +180,7 @@ class ZYLHOST_API GOContainer final : public GOObject {
   // The first object of that name down to `levels` containers deep (1: the children alone) that the
   // filter, if there is one, lets pass; null when there is none.
   GOObject* GetChild(const char* name, int levels, Filter filter = nullptr) const;
-  GOObject* FirstChild() const { return children_.empty() ? nullptr : children_.front().get(); }
-  const std::vector<std::unique_ptr<GOObject>>& Children() const { return children_; }
+  GOObject* FirstChild() const { return firstChild_; }
   GOObject* AddChild(std::unique_ptr<GOObject> child);
 
   // Objects that others are copied from; they are not drawn. `reserved` carries no meaning.
@@ -172,6 +188,11 @@ class ZYLHOST_API GOContainer final : public GOObject {
   GOObject* AddTemplate(std::unique_ptr<GOObject> object);
 
  private:
-  std::vector<std::unique_ptr<GOObject>> children_;
-  std::vector<std::unique_ptr<GOObject>> templates_;
+  explicit GOContainer(AsCopy copy) : GOObject(copy) {}
+  // One after the other, in the order of their making.
+  static void Append(GOObject*& first, GOObject* object);
+  static void DeleteAll(GOObject* first);
+
+  GOObject* firstChild_ = nullptr;
+  GOObject* firstTemplate_ = nullptr;
 };

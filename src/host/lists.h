@@ -34,7 +34,7 @@ struct ListColumn {
 // How a list is shown below a graphic root.
 class ZYLHOST_API ListView {
  public:
-  explicit ListView(std::vector<ListColumn> columns) : columns_(std::move(columns)) {}
+  explicit ListView(std::vector<ListColumn> columns);
   int ColumnCount() const { return static_cast<int>(columns_.size()); }
   // Null for a column that is not defined.
   const ListColumn* Column(int index) const {
@@ -45,6 +45,7 @@ class ZYLHOST_API ListView {
 
  private:
   std::vector<ListColumn> columns_;
+  std::vector<int32_t> lefts_;
 };
 
 // A cell.
@@ -52,6 +53,8 @@ class ZYLHOST_API ListElement : public RIOObject {
  public:
   ListElement() = default;
   ~ListElement() override;
+  static void* operator new[](size_t size);
+  static void operator delete[](void* memory, size_t size) noexcept;
   const char* GetTypeName() const override;
 
   // Makes the cell's object anew, a copy of the template, or an empty container without one. With

@@ -163,9 +163,10 @@ void DrawObject(Picture& picture, const Theme& theme, const GOObject& object, do
                              FillOf(object, look.color));
   }
   if (container == nullptr) return;
-  for (const auto& child : container->Children()) {
+  for (const GOObject* child = container->FirstChild(); child != nullptr;
+       child = child->NextSibling()) {
     const GORect inside = Absolute(*child).ShiftedBy({-place.left, -place.top});
-    if (look.drawn && dynamic_cast<const GOContainer*>(child.get()) == nullptr) {
+    if (look.drawn && dynamic_cast<const GOContainer*>(child) == nullptr) {
       picture.RoundedRectangle(x + inside.left, y + inside.top, inside.Width(), inside.Height(),
                                std::max(look.radius - 1, 0.0), FillOf(*child, look.inside));
     } else {

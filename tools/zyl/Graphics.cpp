@@ -67,9 +67,9 @@ int Child(lua_State* L) {
   GOObject* child = nullptr;
   if (lua_type(L, 2) == LUA_TNUMBER) {
     const lua_Integer index = luaL_checkinteger(L, 2);
-    const auto count = container == nullptr ? 0 : container->Children().size();
-    if (index >= 0 && static_cast<lua_Unsigned>(index) < count) {
-      child = container->Children()[static_cast<size_t>(index)].get();
+    if (container != nullptr && index >= 0) {
+      child = container->FirstChild();
+      for (lua_Integer i = 0; i < index && child != nullptr; ++i) child = child->NextSibling();
     }
   } else {
     const char* name = luaL_checkstring(L, 2);

@@ -1,17 +1,25 @@
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "../lists.h"
+#include "Pool.h"
 
-int32_t ListView::ColumnLeft(int index) const {
+ListView::ListView(std::vector<ListColumn> columns) : columns_(std::move(columns)) {
   int64_t left = 0;
-  for (int i = 0; i < std::min(index, ColumnCount()); ++i) {
-    left += std::max(columns_[static_cast<size_t>(i)].width, 0);
+  for (const ListColumn& column : columns_) {
+    lefts_.push_back(static_cast<int32_t>(std::min<int64_t>(left, GOObject::kFarthest)));
+    left += std::max(column.width, 0);
   }
-  return static_cast<int32_t>(std::min<int64_t>(left, GOObject::kFarthest));
 }
 
+int32_t ListView::ColumnLeft(int index) const {
+  return index < 0 || index >= ColumnCount() ? 0 : lefts_[static_cast<size_t>(index)];
+}
+
+void* ListElement::operator new[](size_t size) { return zyl::TakeBlock(size); }
+void ListElement::operator delete[](void* memory, size_t size) noexcept {
+  zyl::GiveBlock(memory, size);
+}
 ListElement::~ListElement() { deleteROCParam(objectValue); }
 const char* ListElement::GetTypeName() const { return "ListElement"; }
 

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "../graphics.h"
+#include "Pool.h"
 
 namespace {
 
@@ -10,18 +12,27 @@ int32_t Held(int64_t value) {
       std::clamp<int64_t>(value, -GOObject::kFarthest, GOObject::kFarthest));
 }
 
-GOObject* Named(const std::vector<std::unique_ptr<GOObject>>& objects, std::string_view name) {
-  const auto found =
-      std::find_if(objects.begin(), objects.end(),
-                   [&](const std::unique_ptr<GOObject>& object) { return object->Name() == name; });
-  return found == objects.end() ? nullptr : found->get();
-}
-
 }  // namespace
 
 const char* GOFill::GetTypeName() const { return "GOFill"; }
 bool GOSolidFill::isSolidColor() const { return true; }
 std::unique_ptr<GOFill> GOSolidFill::Copy() const { return std::make_unique<GOSolidFill>(color); }
+
+void* GOSolidFill::operator new(size_t size) { return zyl::TakeBlock(size); }
+void GOSolidFill::operator delete(void* memory, size_t size) noexcept {
+  zyl::GiveBlock(memory, size);
+}
+
+GOObject::GOObject(std::string_view name) : name_(Kept(name)), templateName_(Kept({})) {}
+
+void* GOObject::operator new(size_t size) { return zyl::TakeBlock(size); }
+void GOObject::operator delete(void* memory, size_t size) noexcept { zyl::GiveBlock(memory, size); }
+
+const std::string* GOObject::Kept(std::string_view name) {
+  static std::set<std::string, std::less<>> names;
+  const auto found = names.find(name);
+  return &*(found == names.end() ? names.emplace(name).first : found);
+}
 
 void GOObject::CopyFrom(const GOObject& other) {
   x_ = other.x_;
@@ -29,6 +40,7 @@ void GOObject::CopyFrom(const GOObject& other) {
   width_ = other.width_;
   height_ = other.height_;
   if (other.fill_ != nullptr) fill_ = other.fill_->Copy();
+  name_ = other.name_;
   templateName_ = other.templateName_;
 }
 
@@ -70,14 +82,14 @@ const std::string* GOObject::Text() const { return nullptr; }
 
 const char* GORectangle::GetTypeName() const { return "GORectangle"; }
 std::unique_ptr<GOObject> GORectangle::Copy() const {
-  auto copy = std::make_unique<GORectangle>(Name());
+  std::unique_ptr<GORectangle> copy(new GORectangle(AsCopy{}));
   copy->CopyFrom(*this);
   return copy;
 }
 
 const char* GOText::GetTypeName() const { return "GOText"; }
 std::unique_ptr<GOObject> GOText::Copy() const {
-  auto copy = std::make_unique<GOText>(Name());
+  std::unique_ptr<GOText> copy(new GOText(AsCopy{}));
   copy->CopyFrom(*this);
   copy->text_ = text_;
   copy->autoWidth_ = autoWidth_;
@@ -104,10 +116,14 @@ void GOText::SetAutoWidth(bool on) {
 const char* GOContainer::GetTypeName() const { return "GOContainer"; }
 
 std::unique_ptr<GOObject> GOContainer::Copy() const {
-  auto copy = std::make_unique<GOContainer>(Name());
+  std::unique_ptr<GOContainer> copy(new GOContainer(AsCopy{}));
   copy->CopyFrom(*this);
-  copy->children_.reserve(children_.size());
-  for (const auto& child : children_) copy->AddChild(child->Copy());
+  GOObject** end = &copy->firstChild_;
+  for (const GOObject* child = firstChild_; child != nullptr; child = child->nextSibling_) {
+    *end = child->Copy().release();
+    (*end)->parent_ = copy.get();
+    end = &(*end)->nextSibling_;
+  }
   return copy;
 }
 
@@ -117,10 +133,15 @@ void GOContainer::GetBounds(GORect& bounds) const {
 }
 GOPoint GOContainer::GetOrigin() const { return AbsolutePlace(); }
 
+GOContainer::~GOContainer() {
+  DeleteAll(firstChild_);
+  DeleteAll(firstTemplate_);
+}
+
 GOObject* GOContainer::GetChild(const char* name, int levels, Filter filter) const {
-  for (const auto& child : children_) {
-    if (child->Name() == name && (filter == nullptr || filter(*child))) return child.get();
-    const auto* container = levels > 1 ? dynamic_cast<const GOContainer*>(child.get()) : nullptr;
+  for (GOObject* child = firstChild_; child != nullptr; child = child->nextSibling_) {
+    if (child->Name() == name && (filter == nullptr || filter(*child))) return child;
+    const auto* container = levels > 1 ? dynamic_cast<const GOContainer*>(child) : nullptr;
     GOObject* found =
         container == nullptr ? nullptr : container->GetChild(name, levels - 1, filter);
     if (found != nullptr) return found;
@@ -128,16 +149,30 @@ GOObject* GOContainer::GetChild(const char* name, int levels, Filter filter) con
   return nullptr;
 }
 
-GOObject* GOContainer::AddChild(std::unique_ptr<GOObject> child) {
-  child->parent_ = this;
-  children_.push_back(std::move(child));
-  return children_.back().get();
+GOObject* GOContainer::FindTemplate(const char* name, int) const {
+  GOObject* object = firstTemplate_;
+  while (object != nullptr && object->Name() != name) object = object->nextSibling_;
+  return object;
 }
 
-GOObject* GOContainer::FindTemplate(const char* name, int) const { return Named(templates_, name); }
+GOObject* GOContainer::AddChild(std::unique_ptr<GOObject> child) {
+  child->parent_ = this;
+  Append(firstChild_, child.get());
+  return child.release();
+}
 
 GOObject* GOContainer::AddTemplate(std::unique_ptr<GOObject> object) {
-  object->templateName_ = object->Name();
-  templates_.push_back(std::move(object));
-  return templates_.back().get();
+  object->templateName_ = object->name_;
+  Append(firstTemplate_, object.get());
+  return object.release();
+}
+
+void GOContainer::Append(GOObject*& first, GOObject* object) {
+  GOObject** end = &first;
+  while (*end != nullptr) end = &(*end)->nextSibling_;
+  *end = object;
+}
+
+void GOContainer::DeleteAll(GOObject* first) {
+  while (first != nullptr) delete std::exchange(first, first->nextSibling_);
 }
