@@ -24,6 +24,16 @@ cairo_status_t Append(void* bytes, const unsigned char* data, unsigned int lengt
   }
 }
 
+// An SVG's outermost group is named by a count of all surfaces so far: one name for all makes equal
+// pictures equal files.
+void NameGroup(std::string& svg) {
+  constexpr std::string_view kName = "id=\"surface";
+  const size_t at = svg.find(kName);
+  if (at == std::string::npos) return;
+  const size_t digits = at + kName.size();
+  svg.erase(digits, svg.find('"', digits) - digits);
+}
+
 void Check(cairo_status_t status) {
   if (status != CAIRO_STATUS_SUCCESS) throw std::runtime_error(cairo_status_to_string(status));
 }
@@ -107,6 +117,7 @@ std::string Picture::Encode() {
   } else {
     cairo_surface_finish(surface_.get());
     Check(cairo_surface_status(surface_.get()));
+    NameGroup(bytes_);
   }
   surface_.reset();
   return std::move(bytes_);

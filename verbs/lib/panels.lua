@@ -24,7 +24,7 @@ local KEYGROUPS = columns {
 }
 local ZONES = columns {
   { "Zone", 299, NUMBER, 0, 0, 24 }, { "Low", 204, NUMBER, 0, 127, 24 },
-  { "High", 205, NUMBER, 0, 127, 24 }, { "Sample", 307, TEXT }, { "Root", 300, KEY, 0, 127, 30 },
+  { "High", 205, NUMBER, 0, 127, 24 }, { "Sample", 307, TEXT }, { "Channel", 306, TEXT },
   { "Tune", 206, FRACTION, 0, 0, 42 }, { "Level", 207, MARKER, -50, 50, 60 },
   { "Pan", 209, MARKER, -50, 50, 60 }, { "Playback", 210, TEXT },
 }
