@@ -73,7 +73,8 @@ Size SizeOf(const List& list) {
 
 void DrawCellText(Picture& picture, const Theme& theme, const std::string& text, double left,
                   double right, double top, bool atRight) {
-  const auto room = static_cast<int32_t>((right - left) / kGlyphAdvance);
+  constexpr double kRounding = 0.01;  // of widths that were added up
+  const auto room = static_cast<int32_t>((right - left) / kGlyphAdvance + kRounding);
   std::string shown = text;
   if (GOText::Length(text) > room) shown = CutTo(text, std::max(room - 1, 0)) + "\u2026";
   const double x = atRight ? right - TextWidth(shown, 1) : left;
@@ -156,7 +157,7 @@ std::string RenderPicture(const std::vector<RenderItem>& items, const RenderOpti
     const Size size = SizeOf(item, options.page);
     whole.width = std::max(whole.width, size.width + 2 * margin);
     whole.height += size.height;
-    if (options.page && item.heading.empty()) whole.height += kItemGap;
+    if (item.heading.empty() && &item != &items.back()) whole.height += kItemGap;
   }
   const double wide = std::ceil(whole.width * options.scale);
   const double high = std::ceil(whole.height * options.scale);
