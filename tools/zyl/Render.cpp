@@ -83,6 +83,7 @@ void DrawCellText(Picture& picture, const Theme& theme, const std::string& text,
 
 void DrawList(Picture& picture, const Theme& theme, const List& list, double x, double y) {
   const std::vector<double> edges = ColumnEdges(list);
+  const double top = y;
   picture.Rectangle(x, y, edges.back(), kHeaderHeight, theme.header);
   for (size_t j = 0; j + 1 < edges.size(); ++j) {
     const ListColumn& column = *list.View().Column(static_cast<int>(j));
@@ -102,8 +103,7 @@ void DrawList(Picture& picture, const Theme& theme, const List& list, double x, 
       const double left = x + edges[j] + kPadding;
       const double right = x + edges[j + 1] - kPadding;
       if (const std::string* text = object->Text()) {
-        const double top = y + std::floor((height - kTextHeight) / 2);
-        DrawCellText(picture, theme, *text, left, right, top,
+        DrawCellText(picture, theme, *text, left, right, y + std::floor((height - kTextHeight) / 2),
                      IsNumeric(*list.View().Column(static_cast<int>(j))));
       } else {
         GORect bounds;
@@ -114,8 +114,7 @@ void DrawList(Picture& picture, const Theme& theme, const List& list, double x, 
     y += height;
   }
   for (size_t j = 1; j + 1 < edges.size(); ++j) {
-    picture.Rectangle(x + edges[j] - 0.5, y - SizeOf(list).height + 3, 0.5, kHeaderHeight - 6,
-                      theme.line);
+    picture.Rectangle(x + edges[j] - 0.5, top + 3, 0.5, kHeaderHeight - 6, theme.line);
   }
   picture.Rectangle(x, y - 0.5, edges.back(), 0.5, theme.line);
 }
