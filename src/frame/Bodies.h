@@ -14,3 +14,5 @@
 #include "sample/FileMethods.h"
 #include "sample/LoopMethods.h"
 #include "sample/ObjectMethods.h"
+#include "views/KeyboardMethods.h"
+#include "views/ListMethods.h"

@@ -36,7 +36,7 @@
   METHOD(GetUsedPhysicalMemory, "Give the bytes of locked programs and samples, or of all of them with Locked false.") \
   METHOD(WriteSampleToPad, "Write a sample with its parameters into a data pad.") \
   METHOD(ReadSampleFromPad, "Make a temporary sample out of what a data pad holds; Path becomes its file path.") \
-  LATER(DrawKeyGroupKB, "Draw a keygroup's key range on a keyboard of the editor.") \
+  METHOD(DrawKeyGroupKB, "Draw a keygroup's key range on a keyboard of the editor.") \
   METHOD(FileName, "File path of the program.") \
   METHOD(KGDelete, "Delete a keygroup.") \
   METHOD(KGCreate, "Insert a keygroup at NewIndex, a default one or a copy of keygroup KGToCopy of another program, and give the new count - 1.") \
@@ -45,9 +45,9 @@
   METHOD(KGFindByKey, "Find the first keygroup at or after StartAt whose key range holds the key; -1 when there is none.") \
   METHOD(KGSelect, "Tell whether a keygroup is selected, before SelectFlag selects it or not.") \
   METHOD(EnableRegisterCall, "Whether registered algorithms are told of changes.") \
-  LATER(ListFillKeygroups, "Fill the editor's keygroup list: a row for each keygroup, values shown as keys with KeyAsValue.") \
-  LATER(ListFillZones, "Fill the editor's zone list with the four zones of a keygroup.") \
-  LATER(UpdateKeyboardSelection, "Colour the keyboards of the editor's keygroup list for a selected key.") \
+  METHOD(ListFillKeygroups, "Fill the editor's keygroup list: a row for each keygroup, values shown as keys with KeyAsValue.") \
+  METHOD(ListFillZones, "Fill the editor's zone list with the four zones of a keygroup.") \
+  METHOD(UpdateKeyboardSelection, "Colour the keyboards of the editor's keygroup list for a selected key.") \
   METHOD(SampleCopyFile, "Copy a sample file whole; the destination is replaced only when the copy is complete.") \
   METHOD(SetUniqueFilePath, "Give the program a file path in the temporary folder that no file has yet.") \
   METHOD(IsValid, "Tell whether a program is attached.") \

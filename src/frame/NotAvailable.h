@@ -14,16 +14,6 @@ struct ObjectArg {
   static constexpr DeclaredArgument kDeclared{
       .name = Name.text, .type = kTypeObject, .className = Class.text};
 };
-using ListModuleArg = AlgoArg<"ListModule", Presence::kRequired, NullObject::kAllowed>;
-
-void DrawKeyGroupKB(ZylSProgram&, LoadedProgram, KeyGroupIndex, ObjectArg<"GO", "GOContainer">,
-                    ListModuleArg);
-void UpdateKeyboardSelection(ZylSProgram&, LoadedProgram, Arg<int32_t, "SelKey">,
-                             Arg<double, "Color">, Arg<double, "ColorBK">, Arg<double, "ColorSel">,
-                             Arg<double, "ColorBKSel">, ListModuleArg);
-void ListFillKeygroups(ZylSProgram&, LoadedProgram, ListModuleArg, Opt<bool, "KeyAsValue">);
-void ListFillZones(ZylSProgram&, LoadedProgram, KeyGroupIndex, ListModuleArg,
-                   Opt<bool, "KeyAsValue">);
 
 }  // namespace later
 

@@ -20,6 +20,7 @@
 namespace zyl {
 class ThreadMembers;
 }
+class GOContainer;
 class RIOObject;
 class ROCAlgo;
 class ROCPad;
@@ -282,7 +283,7 @@ ZYLHOST_API int ZylCallVirtualMethodIfExists(ZylDispatch* dispatch, const char* 
 // The dispatch's class is, or derives from, the named one.
 ZYLHOST_API bool ZylIsKindOf(const ZylDispatch* dispatch, const char* className);
 
-// An algorithm object. It owns its script dispatch and its pads.
+// An algorithm object. It owns its script dispatch, its pads and its graphic root.
 class ZYLHOST_API ROCAlgo : public RIOObject {
  public:
   explicit ROCAlgo(std::string name = {});
@@ -297,10 +298,15 @@ class ZYLHOST_API ROCAlgo : public RIOObject {
   ROCPad* AddPad(const std::string& padName, ROCParam* value);
   ROCPad* FindPad(std::string_view padName) const;
   const std::string& Name() const { return name_; }
+  // What the algorithm shows in the editor, with the templates for it; null for nothing.
+  GOContainer* GraphicRoot() const { return graphicRoot_; }
+  // Takes the root over; one that was there is destroyed.
+  void SetGraphicRoot(GOContainer* root);
 
  private:
   std::string name_;
   ZylDispatch* dispatch_ = nullptr;
+  GOContainer* graphicRoot_ = nullptr;
   std::vector<ROCPad*> pads_;
 };
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "base.h"
 
@@ -59,3 +60,7 @@ ZYLHOST_API int ZylPump(double seconds);
 
 // Where diagnostics go; by default a line each on standard error.
 ZYLHOST_API void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink);
+
+// Makes the file hold these bytes, whole: on any failure it stays as it was, and `reason` says in
+// one line what went wrong. `path` is UTF-8.
+ZYLHOST_API bool ZylWriteFile(const std::string& path, std::string_view bytes, std::string& reason);

@@ -19,16 +19,6 @@ CSample* NewObjectFor(ZylSProgram* parent, genericSample* record) {
   return made;
 }
 
-// The program's object for a record, made at the first request.
-CSample* ObjectFor(ZylSProgram& object, genericSample* record) {
-  if (record == nullptr) return nullptr;
-  CSample* known = object.sampleObjects.FindBySample(record);
-  if (known != nullptr) return known;
-  CSample* made = NewObjectFor(&object, record);
-  if (made != nullptr) object.sampleObjects.AddIfAbsent(made);
-  return made;
-}
-
 CSample* AddTemp(CSample* made) {
   if (made != nullptr) ModuleState::Get().tempSamples.AddIfAbsent(made);
   return made;
@@ -103,13 +93,22 @@ std::string FileNameOf(const genericSample* record) {
 
 }  // namespace
 
+CSample* SampleObjectFor(ZylSProgram& object, genericSample* record) {
+  if (record == nullptr) return nullptr;
+  CSample* known = object.sampleObjects.FindBySample(record);
+  if (known != nullptr) return known;
+  CSample* made = NewObjectFor(&object, record);
+  if (made != nullptr) object.sampleObjects.AddIfAbsent(made);
+  return made;
+}
+
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone) {
-  return ObjectFor(object, ZoneSample(program, keygroup, zone));
+  return SampleObjectFor(object, ZoneSample(program, keygroup, zone));
 }
 
 CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program,
                          Arg<std::string, "Name"> name) {
-  return ObjectFor(object, findSampleInPrgFN(name.Text(), program.record, -1));
+  return SampleObjectFor(object, findSampleInPrgFN(name.Text(), program.record, -1));
 }
 
 CSample* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,

@@ -7,6 +7,9 @@
 
 #include "frame/Forms.h"
 
+// The program's object for a record, made at the first request; null for no record.
+CSample* SampleObjectFor(ZylSProgram& object, genericSample* record);
+
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone);
 CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, Arg<std::string, "Name"> name);
 

@@ -124,8 +124,39 @@ TEST_F(Verbs, TheExampleReadsBackWhatItWrote) {
   EXPECT_TRUE(Has(run.out, "read back unchanged")) << run.out;
 }
 
+TEST_F(Verbs, ShowAndViewTellOfAProgram) {
+  Program program;
+  program.Make(2);
+  Tone("a tone.wav", 220);
+  program("KGlowKey", 1, 61);
+  program("KGhighKey", 1, 71);
+  program("ZoneSampleSet", 1, 2, Path("a tone.wav"));
+  ASSERT_TRUE(program("Write", Path("a.zprg")).Bool());
+  const std::string file = "'" + Path("a.zprg") + "'";
+  const std::string table = Zyl("show " + file).out;
+  EXPECT_TRUE(Has(table, "C3 = key 60") && Has(table, "C#3–B3")) << table;
+  EXPECT_TRUE(Has(table, "a tone.wav") && !Has(table, "missing")) << table;
+  std::filesystem::remove(Path("a tone.wav"));
+  EXPECT_TRUE(Has(Zyl("show " + file).out, "a tone.wav  (missing)"));
+  EXPECT_FALSE(Has(Zyl("show --quiet " + file).out, "a tone.wav"));
+  const std::string json = Zyl("show --json " + file).out;
+  EXPECT_EQ(Number(json.substr(json.rfind("\"low_key\"")), "low_key"), 61) << json;
+  for (const char* name : {"p.png", "p.svg"}) {
+    const Finished run = Zyl("view --keygroup 2 --dark -o '" + Path(name) + "' " + file);
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out, Path(name) + "\n");
+    EXPECT_GT(std::filesystem::file_size(Path(name)), 1000u);
+  }
+  EXPECT_EQ(Zyl("view --keygroup 3 -o '" + Path("q.png") + "' " + file).status, 4);
+  EXPECT_EQ(Zyl("view -o /nowhere/q.png " + file).status, 4);
+  std::ofstream(Path("bad.zprg")) << "no program";
+  EXPECT_EQ(Zyl("show '" + Path("bad.zprg") + "' " + file).status, 4);
+  EXPECT_FALSE(std::filesystem::exists(Path("q.png")));
+}
+
 TEST_F(Verbs, AWrongCommandLineSaysSo) {
-  for (const char* line : {"pitch", "loops --top none x.wav", "sample --no-such-option x.wav"}) {
+  for (const char* line : {"pitch", "loops --top none x.wav", "sample --no-such-option x.wav",
+                           "view x.zprg", "view -o x.gif x.zprg", "show -o x.png x.zprg"}) {
     EXPECT_EQ(Zyl(line).status, 2) << line;
   }
   EXPECT_EQ(Zyl("pitch --help").status, 0);

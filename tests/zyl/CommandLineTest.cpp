@@ -97,6 +97,13 @@ TEST(Api, EveryScriptPasses) {
   }
 }
 
+// Over the product's module.
+TEST(Api, TheEditorsScriptPasses) {
+  const Outcome outcome = Zyl({"run", std::string(ZYL_TEST_SCRIPTS) + "/Editor.lua"});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+}
+
 TEST(CommandLine, ExitStatusAndMessages) {
   const std::string notAModule = std::string(ZYL_TEST_SCRIPTS) + "/Check.lua";
   const struct {

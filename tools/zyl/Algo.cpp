@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Errors.h"
 #include "Objects.h"
@@ -276,7 +277,21 @@ int FreeListener(lua_State* L) {
   return 0;
 }
 
+// Pushes the algorithm as the script's own.
+void PushWithFields(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields) {
+  PushOwned(L, std::move(algo));
+  lua_pushvalue(L, fields);
+  lua_setiuservalue(L, -2, kFieldsSlot);
+  lua_newtable(L);
+  lua_setiuservalue(L, -2, kPadsSlot);
+}
+
 }  // namespace
+
+void PushScriptAlgo(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields) {
+  algo->SetDispatch(new ScriptDispatch(ScriptHost::Of(L)));
+  PushWithFields(L, std::move(algo), fields);
+}
 
 void OpenAlgo(lua_State* L) {
   SaveMetatable(L, "ROCAlgo", nullptr, AlgoNewIndex, &kAlgoMetatable);
@@ -327,12 +342,11 @@ int NewAlgo(lua_State* L) {
   }
 
   auto algo = std::make_unique<ROCAlgo>(name);
-  if (hasDispatch) algo->SetDispatch(new ScriptDispatch(ScriptHost::Of(L)));
-  PushOwned(L, std::move(algo));
-  lua_pushvalue(L, fields);
-  lua_setiuservalue(L, -2, kFieldsSlot);
-  lua_newtable(L);
-  lua_setiuservalue(L, -2, kPadsSlot);
+  if (hasDispatch) {
+    PushScriptAlgo(L, std::move(algo), fields);
+  } else {
+    PushWithFields(L, std::move(algo), fields);
+  }
   return 1;
 }
 

@@ -1,6 +1,8 @@
 // Algorithm objects of the script, whose script methods are Lua functions, and pads.
 #pragma once
 
+#include <memory>
+
 #include "Lua.h"
 #include "host/base.h"
 
@@ -11,6 +13,10 @@ void OpenAlgo(lua_State* L);
 void PushAlgoMetatable(lua_State* L);
 void PushPadMetatable(lua_State* L);
 void PushDataPadMetatable(lua_State* L);
+
+// Pushes the algorithm as the script's own, with a dispatch over the functions of the table at
+// stack index `fields`.
+void PushScriptAlgo(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields);
 
 // host.algo and host.pad.
 int NewAlgo(lua_State* L);

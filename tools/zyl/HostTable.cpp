@@ -10,6 +10,7 @@
 
 #include "Algo.h"
 #include "Errors.h"
+#include "Graphics.h"
 #include "Interruption.h"
 #include "Objects.h"
 #include "ScriptHost.h"
@@ -154,6 +155,9 @@ void OpenHostTable(lua_State* L) {
                                 {"var", NewVariable},
                                 {"algo", NewAlgo},
                                 {"pad", NewDataPad},
+                                {"keyboard", NewKeyboard},
+                                {"editor", NewEditor},
+                                {"render", Render},
                                 {"pump", Pump},
                                 {nullptr, nullptr}};
   luaL_newlib(L, functions);

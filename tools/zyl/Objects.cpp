@@ -8,6 +8,7 @@
 #include "Algo.h"
 #include "Calls.h"
 #include "Errors.h"
+#include "Graphics.h"
 #include "ScriptHost.h"
 #include "Values.h"
 
@@ -81,7 +82,7 @@ void PushMetatable(lua_State* L, RIOObject* object, ZylDispatch* dispatch) {
     PushPadMetatable(L);
   } else if (object->isRODPad()) {
     PushDataPadMetatable(L);
-  } else {
+  } else if (!PushGraphicMetatable(L, object)) {
     lua_rawgetp(L, LUA_REGISTRYINDEX, &kPlainMetatable);
   }
 }
@@ -127,6 +128,7 @@ void OpenObjects(lua_State* L) {
   OpenValues(L);
   OpenCalls(L);
   OpenAlgo(L);
+  OpenGraphics(L);
 }
 
 void SetObjectMetamethods(lua_State* L, const char* name) {

@@ -20,7 +20,7 @@ struct ObjectRef {
 enum ObjectSlot : int {
   kFieldsSlot = 1,  // of an algorithm: the table of its fields, script methods among them
   kPadsSlot = 2,    // of an algorithm: its pads' callbacks, by the address of the pad
-  kOwnerSlot = 1,   // of a pad: the userdata of its algorithm
+  kOwnerSlot = 1,   // of a part of another object: that one's userdata
   kObjectSlots = 2,
 };
 

@@ -20,7 +20,8 @@ cli.usage = usage
 
 -- The name of an option with its value, as help and messages show it.
 local function shown(option)
-  return "--" .. option.name .. (option.value and " " .. option.value or "")
+  local short = option.short and "-" .. option.short .. ", " or ""
+  return short .. "--" .. option.name .. (option.value and " " .. option.value or "")
 end
 
 local function help(form)
@@ -54,8 +55,8 @@ local function valueOf(option, text)
 end
 
 -- Reads the global `arg` and answers the options by name and the list of files, each one once.
--- form: verb, about, options; an option: name, help, and but for flags a kind ("integer",
--- "number", "text"), the value's name in help, low and high, default. Ends the script after
+-- form: verb, about, options; an option: name, help, perhaps a letter as short name, and but for
+-- flags a kind ("integer", "number", "text"), the value's name in help, low and high, default. Ends the script after
 -- --help and on a wrong command line.
 function cli.parse(form)
   verb = form.verb
@@ -63,6 +64,7 @@ function cli.parse(form)
   table.insert(form.options, { name = "help", help = "print this" })
   for _, option in ipairs(form.options) do
     byName[option.name] = option
+    if option.short then byName["-" .. option.short] = option end
     options[option.name] = option.default
   end
   local i, onlyFiles = 1, false
@@ -73,7 +75,7 @@ function cli.parse(form)
     elseif not onlyFiles and word:sub(1, 1) == "-" and word ~= "-" then
       local name, joined = word:match("^%-%-([%w-]+)=(.*)$")
       name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
-      local option = byName[name]
+      local option = byName[name or word]
       if not option then usage("there is no option " .. word) end
       if not option.kind then
         if joined then usage(shown(option) .. " takes no value") end

@@ -2,12 +2,14 @@
 #include <utility>
 
 #include "../base.h"
+#include "../graphics.h"
 
 ROCAlgo::ROCAlgo(std::string name) : name_(std::move(name)) {}
 
 ROCAlgo::~ROCAlgo() {
   SetDispatch(nullptr);
   for (ROCPad* pad : pads_) delete pad;
+  delete graphicRoot_;
 }
 
 const char* ROCAlgo::GetTypeName() const { return "ROCAlgo"; }
@@ -21,6 +23,8 @@ void ROCAlgo::SetDispatch(ZylDispatch* dispatch) {
   dispatch_ = dispatch;
   if (dispatch != nullptr) dispatch->owner = this;
 }
+
+void ROCAlgo::SetGraphicRoot(GOContainer* root) { delete std::exchange(graphicRoot_, root); }
 
 ROCPad* ROCAlgo::AddPad(const std::string& padName, ROCParam* value) {
   pads_.push_back(new ROCPad(padName, this, value));

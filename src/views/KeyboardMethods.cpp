@@ -1,0 +1,78 @@
+#include "views/KeyboardMethods.h"
+
+#include <cmath>
+
+#include "views/Keyboard.h"
+
+namespace {
+
+constexpr int kKeyboardColumn = 3;
+
+struct Colors {
+  int32_t marker;
+  int32_t background;
+};
+
+// The number without its fraction; of one beyond 32 bits the lowest 32, so that a colour with a
+// byte above its red, which is no signed integer any more, stays what it is.
+int32_t ColorOf(double number) {
+  constexpr double kRange = 4294967296.0;
+  const double whole = std::fmod(std::trunc(number), kRange);
+  return std::isfinite(whole) ? static_cast<int32_t>(static_cast<int64_t>(whole)) : 0;
+}
+
+// Null when the object has no solid colour.
+GOSolidFill* SolidFill(const GOObject* object) {
+  GOFill* fill = object == nullptr ? nullptr : object->Fill();
+  return fill != nullptr && fill->isSolidColor() ? static_cast<GOSolidFill*>(fill) : nullptr;
+}
+
+void Recolor(GOObject& object, GOSolidFill& fill, int32_t color) {
+  if (fill.color == color) return;
+  fill.color = color;
+  object.FillChanged(0);
+  object.Refresh(0, 1);
+}
+
+void RecolorKeyboard(const GOContainer& keyboard, const Colors& colors) {
+  GOObject* marker = keyboard.GetChild("KBSelector", 1);
+  GOObject* background = keyboard.GetChild("KBBKSel", 1);
+  GOSolidFill* markerFill = SolidFill(marker);
+  GOSolidFill* backgroundFill = SolidFill(background);
+  if (markerFill == nullptr || backgroundFill == nullptr) return;
+  Recolor(*background, *backgroundFill, colors.background);
+  Recolor(*marker, *markerFill, colors.marker);
+}
+
+}  // namespace
+
+void DrawKeyGroupKB(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup,
+                    ContainerArg<"GO"> keyboard, ListModuleArg) {
+  if (keyboard.container == nullptr || *keygroup < 0) return;
+  const akaiKeyGroup& record = program->keyGroupArray[*keygroup];
+  PaintKeyRange(keyboard.container, record.lowKey, record.highKey);
+}
+
+void UpdateKeyboardSelection(Call& call, LoadedProgram, Arg<int32_t, "SelKey"> key,
+                             Arg<double, "Color"> color, Arg<double, "ColorBK"> colorBK,
+                             Arg<double, "ColorSel"> colorSel, Arg<double, "ColorBKSel"> colorBKSel,
+                             ListModuleArg module) {
+  // The values of now: the module's script may change its caller's.
+  const int32_t selected = *key;
+  const Colors plain{ColorOf(*color), ColorOf(*colorBK)};
+  const Colors marked{ColorOf(*colorSel), ColorOf(*colorBKSel)};
+  const ModuleList answer = AskForList(call, module);
+  const akaiProgram* record = call.program.program;
+  if (answer.list == nullptr || record == nullptr) return;
+  for (const ListItem* row = answer.list->First(); row != nullptr && row->CellCount() > 0;
+       row = row->Next()) {
+    const int k = row->Cell(0)->value;
+    const ListElement* cell = row->Cell(kKeyboardColumn);
+    if (k < 0 || k >= record->KeyGroupCount() || cell == nullptr) continue;
+    const auto* keyboard = dynamic_cast<const GOContainer*>(cell->Object());
+    if (keyboard == nullptr) continue;
+    const akaiKeyGroup& keygroup = record->keyGroupArray[k];
+    const bool inRange = keygroup.lowKey <= selected && selected <= keygroup.highKey;
+    RecolorKeyboard(*keyboard, inRange ? marked : plain);
+  }
+}

@@ -1,0 +1,13 @@
+// Filling the editor's lists from the program.
+#pragma once
+
+#include "views/ListModule.h"
+
+// Appends a row for each keygroup to the module's list.
+void ListFillKeygroups(Call& call, LoadedProgram program, ListModuleArg module,
+                       Opt<bool, "KeyAsValue"> keyAsValue);
+
+// Shows the zones of a keygroup in the first four rows of the module's list, made where they are
+// missing; nothing for a negative index.
+void ListFillZones(Call& call, LoadedProgram program, KeyGroupIndex keygroup, ListModuleArg module,
+                   Opt<bool, "KeyAsValue"> keyAsValue);

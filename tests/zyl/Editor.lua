@@ -1,0 +1,112 @@
+-- Keyboards, lists and their pictures as scripts have them.
+local check = dofile(arg[0]:match("^(.*/)") .. "Check.lua")
+local program = host.new("ZylSProgram")
+program:Create(host.null)
+program:KGCreate(1)
+
+-- A keyboard: its children lie in its own coordinates, and keep it alive.
+local keyboard = host.keyboard { x = 7, y = 9, height = 30 }
+check.equal(host.typeof(keyboard), "GOContainer")
+check.equal(table.concat({ keyboard:bounds() }, " "), "0 0 378 30")
+check.equal(table.concat({ keyboard:origin() }, " "), "7 9")
+program:KGlowKey(0, 64)
+program:KGhighKey(0, 65)
+program:DrawKeyGroupKB(0, keyboard, host.null)
+check.equal(keyboard.refreshes, 1)
+local marker = keyboard:child("KBSelector")
+check.equal(marker, keyboard:child(0))
+check.equal(table.concat({ marker:bounds() }, " "), "184 0 194 30")
+check.equal(keyboard:child("nothing"), nil)
+for _, name in ipairs { "KBSelector", "KBBKSel", "KBBKSelClip" } do
+  check.equal(math.type(keyboard:child(name).fill), "integer")
+end
+marker.fill = 0xFF123456
+check.equal(marker.fill, 0xFF123456 - 2 ^ 32 | 0)
+marker.fill = nil
+check.equal(marker.fill, nil)
+keyboard = nil
+collectgarbage()
+check.equal(marker.name, "KBSelector")
+
+-- An editor is an algorithm with the script method GetList.
+local editor = host.editor {
+  columns = { { width = 20, 142, 4, 1, 99 }, { 100, 5, 0, 127, title = "Low" },
+              { 101, 5, 0, 127 }, { width = 378, 199, 10, 0, 0 }, { 126, 3, 0, 1 } },
+}
+check.equal(host.typeof(editor), "ROCAlgo")
+check.equal(editor.GetList(), editor.list)
+program:ListFillKeygroups(editor, true)
+check.equal(editor.list:rowCount(), 2)
+local cell = editor.list:cell(0, 1)
+check.equal(cell.go.text, "64")
+check.equal(cell.go.template, "TextTemplate")
+check.equal(cell.object, nil)
+check.equal(editor.list:cell(1, 0).value, 1)
+check.equal(editor.list:cell(0, 4).go.template, "BtOff")
+check.equal(editor.list:cell(2, 0), nil)
+check.equal(editor.list:cell(0, -1), nil)
+program:UpdateKeyboardSelection(64, 1.0, 2.0, 3.0, 4.0, editor)
+local drawn = editor.list:cell(0, 3).go
+check.equal(drawn:child("KBSelector").fill, 3)
+check.equal(drawn:child("KBBKSel").fillChanges, 1)
+-- What a cleared list showed is gone; what it is asked for goes on being safe.
+local go = cell.go
+editor.list:clear()
+check.raises("deleted", function() return go.text end)
+check.raises("deleted", function() return cell.value end)
+
+-- The list shows a sample that the program drops, and lives without its editor and its program.
+program:SampleCreate(0, 1, "wav")
+program:ListFillZones(0, editor)
+check.equal(editor.list:cell(1, 0).object, program:SampleGet(0, 1))
+local list = editor.list
+program:ListFillZones(0, editor)
+host.delete(program)
+check.equal(list:cell(1, 0).object, nil)
+editor = nil
+collectgarbage()
+check.equal(list:rowCount(), 4)
+
+-- An error in GetList is the call's; a module that goes in the middle of it fills nothing.
+program = host.new("ZylSProgram")
+program:Create(host.null)
+local module = host.algo { GetList = function() error("not now") end }
+check.raises("not now", program.ListFillKeygroups, program, module)
+module = host.algo {}
+module.GetList = function()
+  host.delete(program)
+  return list
+end
+program:ListFillKeygroups(module)
+check.equal(list:rowCount(), 5)
+
+-- Wrong options say what is wrong.
+check.raises("did you mean rowHeight", host.editor, { rowheight = 3, columns = {} })
+check.raises("columns are missing", host.editor, {})
+check.raises("display type: an integer", host.editor, { columns = { { 100, "bar", 0, 0 } } })
+check.raises("width: an integer from 0", host.keyboard, { width = -1 })
+check.raises("cannot be drawn", host.render, module, "x.png")
+check.raises(".png or .svg", host.render, list, "x.gif")
+check.raises("scale: a number", host.render, list, "x.png", { scale = 0 })
+check.raises("/nowhere/x.png", host.render, list, "/nowhere/x.png")
+check.raises("too large", host.render, host.keyboard { width = 100000 }, "x.png")
+check.raises("no field 'colour'", function() return host.keyboard().colour end)
+
+-- Pictures: the same bytes for the same things; a failure leaves the file that was there.
+local function bytes(path)
+  local file <close> = assert(io.open(path, "rb"))
+  return file:read("a")
+end
+local path = os.tmpname()
+os.remove(path)
+for _, kind in ipairs { ".png", ".svg" } do
+  host.render({ "A heading", host.keyboard(), list }, path .. kind)
+  local first = bytes(path .. kind)
+  host.render({ "A heading", host.keyboard(), list }, path .. kind)
+  assert(bytes(path .. kind) == first, kind)
+  host.render({ "A heading", host.keyboard(), list }, path .. kind, { dark = true })
+  assert(bytes(path .. kind) ~= first)
+  pcall(host.render, host.keyboard { width = 100000 }, path .. kind, { scale = 16 })
+  assert(#bytes(path .. kind) > 100)
+  os.remove(path .. kind)
+end

@@ -1,0 +1,57 @@
+-- The editor's panels of a program as things that host.render draws: the keyboard of a keygroup, the
+-- list of the keygroups and the list of a keygroup's zones.
+local panels = {}
+
+local FIXED = 0x10000
+local TEXT, BAR, MARKER, SWITCH, NUMBER, KEY, FRACTION, KEYBOARD = 7, 1, 2, 3, 4, 5, 6, 10
+
+-- { title, parameter number, display type, minimum, maximum, width }
+local function columns(rows)
+  local list = {}
+  for i, row in ipairs(rows) do
+    list[i] = { title = row[1], width = row[6] or 36, style = row[6] and FIXED or 0, row[2], row[3],
+                row[4] or 0, row[5] or 0 }
+  end
+  return list
+end
+
+local KEYGROUPS = columns {
+  { "No", 142, NUMBER, 0, 0, 20 }, { "Low", 100, KEY, 0, 127, 30 }, { "High", 101, KEY, 0, 127, 30 },
+  { "Keys", 199, KEYBOARD, 0, 0, 378 }, { "Tune", 102, FRACTION, 0, 0, 42 },
+  { "Filter", 103, BAR, 0, 99, 60 }, { "Attack", 108, BAR, 0, 99, 44 },
+  { "Release", 111, BAR, 0, 99, 44 }, { "Velocity", 105, MARKER, -50, 50, 60 },
+  { "X-fade", 126, SWITCH, 0, 1, 20 },
+}
+local ZONES = columns {
+  { "Zone", 299, NUMBER, 0, 0, 24 }, { "Low", 204, NUMBER, 0, 127, 24 },
+  { "High", 205, NUMBER, 0, 127, 24 }, { "Sample", 307, TEXT }, { "Channel", 306, TEXT },
+  { "Tune", 206, FRACTION, 0, 0, 42 }, { "Level", 207, MARKER, -50, 50, 60 },
+  { "Pan", 209, MARKER, -50, 50, 60 }, { "Playback", 210, TEXT },
+}
+-- Marked keys: of the other keygroups, and of those that hold the selected key.
+local PLAIN, PLAIN_BLACK = 0x8DB8F0, 0x2B67BD
+local CHOSEN, CHOSEN_BLACK = 0xF5B04D, 0xB8700F
+
+-- A keyboard with a keygroup's range.
+function panels.keyboard(program, keygroup, height)
+  local keyboard = host.keyboard { height = height or 30 }
+  program:DrawKeyGroupKB(keygroup, keyboard, host.null)
+  return keyboard
+end
+
+-- The keygroup list; the keyboards that hold `key` stand out.
+function panels.keygroups(program, key)
+  local editor = host.editor { columns = KEYGROUPS }
+  program:ListFillKeygroups(editor)
+  program:UpdateKeyboardSelection(key, PLAIN + 0.0, PLAIN_BLACK + 0.0, CHOSEN + 0.0,
+                                  CHOSEN_BLACK + 0.0, editor)
+  return editor
+end
+
+function panels.zones(program, keygroup)
+  local editor = host.editor { columns = ZONES }
+  program:ListFillZones(keygroup, editor)
+  return editor
+end
+
+return panels

@@ -1,0 +1,117 @@
+-- zyl show: prints programs as tables.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local json = require "json"
+local program = require "program"
+local text = require "text"
+
+local options, files = cli.parse {
+  verb = "show",
+  about = "Prints programs: keygroups with their key ranges, zones with their velocities and samples.\n"
+       .. "Notes are named as in the editor's lists: C3 is key 60.",
+  options = {
+    { name = "quiet", help = "only the keygroups, without zones" },
+    { name = "json", help = "print a JSON list, one object for each file" },
+  },
+  more = "Samples are not loaded; a file that is not at its place is marked as missing. A zone that\n"
+      .. "has no sample is left out.",
+}
+
+local function exists(path)
+  local file = io.open(path, "rb")
+  if file then file:close() end
+  return file ~= nil
+end
+
+local function zonesOf(object, k)
+  local zones = {}
+  for z = 0, program.ZONES - 1 do
+    local path = object:ZoneSamplePath(k, z)
+    if path ~= "" then
+      zones[#zones + 1] = {
+        number = z + 1, low = object:ZonelowVel(k, z), high = object:ZonehighVel(k, z),
+        tune = object:ZonetuneOffset(k, z) / 256, pan = object:ZonepanOffset(k, z),
+        path = path, missing = not exists(path),
+      }
+    end
+  end
+  return zones
+end
+
+local function facts(path)
+  local object = program.read(path, false)
+  local it = { name = object:PRGname(), channel = object:PRGmidiChannel(),
+               voices = object:PRGpoly() + 1, keygroups = {} }
+  for k = 0, object:PRGkeyGroups() - 1 do
+    it.keygroups[k + 1] = {
+      low = object:KGlowKey(k), high = object:KGhighKey(k), tune = object:KGtune(k) / 256,
+      filter = object:KGfilterFreq(k), zones = zonesOf(object, k),
+    }
+  end
+  host.delete(object)
+  return it
+end
+
+local function counted(count, one) return ("%d %s%s"):format(count, one, count == 1 and "" or "s") end
+
+local function zoneText(zone)
+  return ("%s%s"):format(text.printable(zone.path), zone.missing and "  (missing)" or "")
+end
+
+local function shown(path, it)
+  local head = ("%s: \"%s\", %s, %s, MIDI channel %s   (C3 = key 60)\n"):format(
+    text.printable(path), text.printable(it.name), counted(#it.keygroups, "keygroup"),
+    counted(it.voices, "voice"), it.channel < 0 and "Omni" or tostring(it.channel + 1))
+  local rows = { { "keygroup", "keys", "", "tune", "filter" } }
+  if not options.quiet then
+    for _, title in ipairs { "zone", "velocity", "tune", "pan", "sample" } do
+      table.insert(rows[1], title)
+    end
+  end
+  for k, keygroup in ipairs(it.keygroups) do
+    local row = { tostring(k), program.range(keygroup.low, keygroup.high),
+                  keygroup.low .. "–" .. keygroup.high, ("%+.2f"):format(keygroup.tune),
+                  tostring(keygroup.filter) }
+    local zones = options.quiet and {} or keygroup.zones
+    for i, zone in ipairs(zones) do
+      if i > 1 then row = { "", "", "", "", "" } end
+      for _, cell in ipairs { tostring(zone.number), zone.low .. "–" .. zone.high,
+                              ("%+.2f"):format(zone.tune), ("%+d"):format(zone.pan),
+                              zoneText(zone) } do
+        row[#row + 1] = cell
+      end
+      rows[#rows + 1] = row
+    end
+    if #zones == 0 then rows[#rows + 1] = row end
+  end
+  return head .. text.columns(rows, { [2] = true, [3] = true, [10] = true }, "  ")
+end
+
+local function record(path, it, failure)
+  if not it then return json.object("file", path, "error", failure) end
+  local keygroups = {}
+  for k, keygroup in ipairs(it.keygroups) do
+    local zones = {}
+    for i, zone in ipairs(keygroup.zones) do
+      zones[i] = json.object("zone", zone.number, "low_velocity", zone.low,
+        "high_velocity", zone.high, "tune", zone.tune, "pan", zone.pan, "sample", zone.path,
+        "missing", zone.missing)
+    end
+    keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,
+      "low_note", program.note(keygroup.low), "high_note", program.note(keygroup.high),
+      "tune", keygroup.tune, "filter", keygroup.filter, "zones", json.list(zones))
+  end
+  return json.object("file", path, "name", it.name, "voices", it.voices,
+    "midi_channel", it.channel >= 0 and it.channel + 1 or json.null, "keygroups", json.list(keygroups))
+end
+
+local printer = cli.printer(options.json)
+for i, path in ipairs(files) do
+  local it, failure = cli.try(facts, path)
+  if failure then cli.failed(path, failure) end
+  local result
+  if options.json then result = record(path, it, failure) elseif it then result = shown(path, it) end
+  printer.result(i, result)
+end
+printer.close()
+cli.finish()
