@@ -7,7 +7,7 @@ local samples = require "samples"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "sample",
+  verb = "sample", folders = true,
   about = "Shows what sample files hold: format, length, key, tuning, loops and chunks. Positions\n"
        .. "are frames, counted from 0; a loop's end is its last frame.",
   options = { { name = "json", help = "print a JSON list, one object for each file" } },

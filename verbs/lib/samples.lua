@@ -32,6 +32,15 @@ function samples.track(program, sample)
   return host.floats(handle.value, count)
 end
 
+-- A module that is told when a track is there, so that host.pump returns at that moment.
+local function listener(program)
+  local module = host.algo { name = "tracks" }
+  local pad = module:addPad("pitchDataFinished", "")
+  pad.onSend = function() end
+  program:PitchDataProgressCBFinish(module)
+  return module
+end
+
 local function cores()
   local pipe = io.popen("nproc 2>/dev/null")
   local count = pipe and math.tointeger(tonumber(pipe:read("a") or ""))
@@ -49,6 +58,7 @@ end
 local function start(program, index, path, settings)
   local sample, found = samples.open(program, path)
   if not sample then error(found, 0) end
+  if type(settings) == "function" then settings = settings(sample) end
   if not program:CalcSamplePitch(sample, table.unpack(settings)) then
     samples.close(program, sample)
     error("the analysis could not be started", 0)
@@ -57,11 +67,13 @@ local function start(program, index, path, settings)
 end
 
 -- Tracks the pitch of all files, as many at once as there are processor cores (each request is a
--- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample. For each
--- file done(index, sample, track, found) is called, in the order in which they end, or
--- failed(index, reason); shown(fraction, path) now and then.
+-- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample, or a
+-- function that answers them for a sample. For each file done(index, sample, track, found) is
+-- called, in the order in which they end, or failed(index, reason); shown(fraction, path) now and
+-- then.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
+  local listening = listener(program)
   local sizes, total, finished = {}, 0, 0
   for i, path in ipairs(paths) do
     sizes[i] = sizeOf(path)
@@ -105,6 +117,8 @@ function samples.tracks(program, paths, settings, handlers)
       host.pump(0.01)
     end
   end
+  program:PitchDataProgressCBFinish(host.null)
+  host.delete(listening)
 end
 
 return samples
