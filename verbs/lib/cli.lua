@@ -135,6 +135,9 @@ function cli.failed(file, reason)
   say(file .. ": " .. reason)
 end
 
+function cli.anyFailed() return anyFailed end
+
+-- What is worth knowing and no failure.
 function cli.note(file, text)
   if not quiet then say(file .. ": " .. text) end
 end

@@ -49,6 +49,13 @@ function filenames.notes(name)
   return found
 end
 
+-- The key of a note that is written alone (C#3, C4 being 60), or of a number from 0 to 127.
+function filenames.key(text)
+  local note = filenames.notes(text)[1]
+  local key = note and note.text == text and note.step + 12 or math.tointeger(tonumber(text))
+  return key and key >= 0 and key <= 127 and key or nil
+end
+
 -- The numbers in a name with the word before each: { word, value }; and the single words.
 local function parts(name)
   local numbers, words = {}, {}

@@ -24,6 +24,30 @@ function samples.values(program, sample, channel)
   return host.buffer(handle.value, frames * width), "<i" .. width, width
 end
 
+local function loopsOf(program, sample)
+  local loops = {}
+  for i = 0, program:SampleLoopCount(sample) - 1 do
+    loops[#loops + 1] = {
+      first = program:SampleLoopStart(sample, i), last = program:SampleLoopEnd(sample, i),
+      fraction = program:SampleLoopFineLen(sample, i) / 4294967296,
+      times = i < 8 and program:SampleLoopTimes(sample, i) or nil,
+    }
+  end
+  return loops
+end
+
+-- What the methods tell of a sample: format, key, tuning, playback, name, loops.
+function samples.facts(program, sample)
+  return {
+    channels = program:SampleChannelCount(sample), bits = program:SampleBits(sample),
+    rate = program:SampleSampleRate(sample), frames = program:SampleGetSize(sample),
+    key = program:Samplekey(sample), tune = program:Sampletune(sample),
+    name = program:SampleName(sample), playback = program:SampleplaybackType(sample),
+    first = program:SampleStart(sample), last = program:SampleEnd(sample),
+    loops = loopsOf(program, sample),
+  }
+end
+
 -- A sample's pitch track as a list of periods in frames, nil while there is none.
 function samples.track(program, sample)
   local handle = host.var(0)
