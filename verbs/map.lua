@@ -379,7 +379,8 @@ if options.json then
 elseif #keygroups > 0 then
   local zones = 0
   for _, group in ipairs(keygroups) do zones = zones + #group.zones end
-  io.write(shown(keygroups), ("%d keygroups, %d samples%s\n"):format(#keygroups, zones,
+  io.write(shown(keygroups), ("%d keygroup%s, %d sample%s%s\n"):format(
+           #keygroups, #keygroups == 1 and "" or "s", zones, zones == 1 and "" or "s",
            written and " in " .. text.printable(options.output) or ": nothing was written"))
 end
 cli.finish()
