@@ -4,6 +4,7 @@ set_target_properties(zyl PROPERTIES INSTALL_RPATH "$ORIGIN/../lib/zyl")
 set_target_properties(zylhost ZylSProgram PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS zyl RUNTIME DESTINATION bin)
 install(TARGETS zylhost ZylSProgram LIBRARY DESTINATION lib/zyl)
+install(FILES ${ZYL_METHOD_REFERENCE} DESTINATION lib/zyl)
 install(DIRECTORY verbs DESTINATION share/zyl)
 install(DIRECTORY examples DESTINATION share/zyl)
 # Completion for editors, and the manual.

@@ -336,8 +336,8 @@ local function shown(keygroups)
   return text.columns(rows, { true, true, false, true, false, true }, "")
 end
 
-local function records(keygroups)
-  local items = {}
+local function printRecords(keygroups)
+  local printer = cli.printer(true)
   for k, group in ipairs(keygroups) do
     for z, zone in ipairs(group.zones) do
       zone.sample.place = { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
@@ -348,12 +348,12 @@ local function records(keygroups)
     local pitch = it.pitch and json.object("key", (notes.nearest(it.pitch)), "cents",
                                            (select(2, notes.nearest(it.pitch))))
     local place = it.place or {}
-    items[i] = json.object("file", it.path, "key", it.key, "note", it.key and notes.name(it.key),
-      "cents", it.key and cents(it), "source", it.source, "chunk_key", it.chunk,
-      "name_key", nameKey(it), "pitch", pitch, "differ", it.differ, "left_out", it.leftOut,
-      "error", it.failure, table.unpack(place, 1, 12))
+    printer.result(i, json.object("file", it.path, "key", it.key,
+      "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
+      "chunk_key", it.chunk, "name_key", nameKey(it), "pitch", pitch, "differ", it.differ,
+      "left_out", it.leftOut, "error", it.failure, table.unpack(place, 1, 12)))
   end
-  return json.list(items)
+  printer.close()
 end
 
 local keygroups
@@ -375,7 +375,7 @@ elseif #keygroups == 0 and options.output then
 end
 progress.hide()
 if options.json then
-  io.write(json.encode(records(keygroups)), "\n")
+  printRecords(keygroups)
 elseif #keygroups > 0 then
   local zones = 0
   for _, group in ipairs(keygroups) do zones = zones + #group.zones end

@@ -14,10 +14,10 @@ struct Instrument {
   const char* name;
   int partials;
   double (*level)(int partial);
-  double inharmonicity;    // partial k lies at k f sqrt(1 + B k^2)
-  double decayPerSecond;   // of the first partial; higher ones go faster
-  double vibratoCents;     // to either side, 5.3 times a second
-  double breath;           // level of the noise
+  double inharmonicity;   // partial k lies at k f sqrt(1 + B k^2)
+  double decayPerSecond;  // of the first partial; higher ones go faster
+  double vibratoCents;    // to either side, 5.3 times a second
+  double breath;          // level of the noise
 };
 
 inline constexpr Instrument kInstruments[] = {
