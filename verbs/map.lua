@@ -351,7 +351,7 @@ local function printRecords(keygroups)
     printer.result(i, json.object("file", it.path, "key", it.key,
       "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
       "chunk_key", it.chunk, "name_key", nameKey(it), "pitch", pitch, "differ", it.differ,
-      "left_out", it.leftOut, "error", it.failure, table.unpack(place, 1, 12)))
+      "left_out", it.leftOut, "error", it.failure, table.unpack(place)))
   end
   printer.close()
 end

@@ -9,15 +9,15 @@ class Install : public Verbs {
   void SetUp() override {
     Verbs::SetUp();
     const Finished run =
-        Run(ZYL_CMAKE " --install " ZYL_BUILD " --prefix " + Quoted("first"), true);
+        Shell(ZYL_CMAKE " --install " ZYL_BUILD " --prefix " + Quoted("first"), true);
     ASSERT_EQ(run.status, 0) << run.out;
     std::filesystem::rename(Path("first"), Path("moved"));
   }
   // Without the build's folders in the way: nothing but what was installed is found.
   Finished Installed(const std::string& arguments) const {
-    return Run("cd " + Quoted("") + " && env -i PATH=/usr/bin:/bin " + Quoted("moved/bin/zyl") +
-                   " " + arguments,
-               true);
+    return Shell("cd " + Quoted("") + " && env -i PATH=/usr/bin:/bin " + Quoted("moved/bin/zyl") +
+                     " " + arguments,
+                 true);
   }
 };
 
@@ -53,11 +53,11 @@ TEST_F(Install, BringsManualAndCompletion) {
                {"zyl edit x.zprg KGfilterFr", "KGfilterFreq=", "KGSort"},
                {"zyl --module x pit", "pitch", "presets"}};
   for (const auto& it : cases) {
-    const Finished run =
-        Run("env -i PATH=" + Quoted("moved/bin") + ":/usr/bin:/bin bash -c 'compopt() { :; }; . " +
-                Path("moved") + "/share/bash-completion/completions/zyl; COMP_WORDS=(" + it.line +
-                "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zyl; echo \"${COMPREPLY[@]}\"'",
-            true);
+    const Finished run = Shell(
+        "env -i PATH=" + Quoted("moved/bin") + ":/usr/bin:/bin bash -c 'compopt() { :; }; . " +
+            Path("moved") + "/share/bash-completion/completions/zyl; COMP_WORDS=(" + it.line +
+            "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zyl; echo \"${COMPREPLY[@]}\"'",
+        true);
     EXPECT_TRUE(Has(run.out, it.has)) << it.line << run.out;
     EXPECT_FALSE(Has(run.out, it.hasNot)) << it.line << run.out;
   }

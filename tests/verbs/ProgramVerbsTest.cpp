@@ -76,7 +76,7 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
       {"poly=many", 2, "no whole number"},
       {"KGSelect=perhaps", 2, "neither on nor off"},
       {"PRGkeyGroups=3", 2, "no field"},
-      {"poly=9 highVel=+50", 4, "177 is outside"},
+      {"poly=9 highVel=+200", 4, "299 is outside"},
       {"poly=9 filterFreq=2 --keygroups 13", 4, "there is no keygroup 13"},
       {"poly=9 --keygroups 0", 2, "no number from 1 on"},
       {"poly=9 --dry-run", 0, "not written"},
@@ -86,10 +86,10 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
     const Finished run = Edit(it.arguments);
     EXPECT_EQ(run.status, it.status) << it.arguments << run.out;
     EXPECT_TRUE(Has(run.out, it.says)) << it.arguments << run.out;
-    EXPECT_EQ(FileBytes(Path("p.zprg")), before) << it.arguments;
+    EXPECT_TRUE(FileBytes(Path("p.zprg")) == before) << it.arguments;
   }
   EXPECT_EQ(Edit("poly=9 -o " + Quoted("q.zprg")).status, 0);
-  EXPECT_EQ(FileBytes(Path("p.zprg")), before);
+  EXPECT_TRUE(FileBytes(Path("p.zprg")) == before);
   const Program written;
   ASSERT_TRUE(written("Read", Path("q.zprg"), 0).Bool());
   EXPECT_EQ(written("PRGpoly").Int(), 9);

@@ -21,7 +21,7 @@ struct Finished {
 };
 
 // Messages go with the output when `merged`, else nowhere.
-inline Finished Run(const std::string& commandLine, bool merged) {
+inline Finished Shell(const std::string& commandLine, bool merged) {
   const std::string command = commandLine + (merged ? " 2>&1" : " 2>/dev/null");
   Finished run;
   std::FILE* pipe = popen(command.c_str(), "r");
@@ -34,7 +34,7 @@ inline Finished Run(const std::string& commandLine, bool merged) {
 }
 
 inline Finished Zyl(const std::string& arguments, bool merged = false) {
-  return Run(std::string(ZYL_PROGRAM) + " " + arguments, merged);
+  return Shell(std::string(ZYL_PROGRAM) + " " + arguments, merged);
 }
 
 inline bool Has(const std::string& text, const std::string& part) {
