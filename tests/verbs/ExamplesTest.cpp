@@ -55,6 +55,22 @@ TEST_F(Examples, LoopCleanupDropsBadLoopsAndFindsOne) {
   EXPECT_EQ(Number(left, "end"), 19999) << shown;
 }
 
+TEST_F(Examples, PadsGiveBackWhatTheyTook) {
+  const Program program;
+  program.Make(1);
+  program("PRGpoly", 7);
+  program("PRGLFO2speed", 33);
+  ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
+  WriteWave(Path("s.wav"),
+            {Note(kInstruments[0], 300, 0.2, 1), Note(kInstruments[2], 200, 0.2, 2)});
+  const Finished run = RunExample("pad-round-trip", Quoted("p.zprg") + " " + Quoted("s.wav"));
+  EXPECT_EQ(run.status, 0) << run.out;
+  for (const char* part :
+       {"slot 1, parameter 4: 7", "slot 2, parameter 40: 33", "8820 frames: read back unchanged"}) {
+    EXPECT_TRUE(Has(run.out, part)) << part << run.out;
+  }
+}
+
 TEST_F(Examples, PitchReportTellsCentsAndDraws) {
   Recording("r/x.wav", 61.12);
   const Finished run = RunExample("pitch-report", Quoted("r") + " " + Quoted("r.svg"));

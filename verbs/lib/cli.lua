@@ -85,7 +85,10 @@ end
 function cli.parse(form)
   verb = form.verb
   local byName, options, files, seen = {}, {}, {}, {}
-  table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures only" })
+  for _, option in ipairs(form.options) do byName[option.name] = option end
+  if not byName.quiet then
+    table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures only" })
+  end
   table.insert(form.options, { name = "help", help = "print this" })
   for _, option in ipairs(form.options) do
     byName[option.name] = option
