@@ -21,8 +21,8 @@ cli.usage = usage
 
 -- The name of an option with its value, as help and messages show it.
 local function shown(option)
-  return (option.short and "-" .. option.short .. ", " or "") .. "--" .. option.name
-         .. (option.value and " " .. option.value or "")
+  local short = option.short and "-" .. option.short .. ", " or ""
+  return short .. "--" .. option.name .. (option.value and " " .. option.value or "")
 end
 
 local function help(form)
@@ -92,7 +92,7 @@ function cli.parse(form)
   table.insert(form.options, { name = "help", help = "print this" })
   for _, option in ipairs(form.options) do
     byName[option.name] = option
-    if option.short then byName[option.short] = option end
+    if option.short then byName["-" .. option.short] = option end
     options[option.name] = option.default
   end
   local i, onlyFiles = 1, false
@@ -103,9 +103,7 @@ function cli.parse(form)
     elseif not onlyFiles and word:sub(1, 1) == "-" and word ~= "-" then
       local name, joined = word:match("^%-%-([%w-]+)=(.*)$")
       name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
-             or word:match("^%-(%a)$")
-      local option = byName[name]
-      if option and word:sub(1, 2) == "--" and option.short == name then option = nil end
+      local option = byName[name or word]
       if not option then usage("there is no option " .. word) end
       if not option.kind then
         if joined then usage(shown(option) .. " takes no value") end

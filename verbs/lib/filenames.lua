@@ -1,6 +1,8 @@
 -- What the names of recordings say: the note, as a letter with an octave (C#3, Bb2, F-1) or as a
 -- plain MIDI number, and the layer by velocity (v2, vel96, pp, hard). The names of one batch are
 -- read together, since what stands in all of them says nothing about any one.
+local notes = require "notes"
+
 local filenames = {}
 
 local STEPS = { C = 0, D = 2, E = 4, F = 5, G = 7, A = 9, B = 11 }
@@ -49,10 +51,12 @@ function filenames.notes(name)
   return found
 end
 
--- The key of a note that is written alone (C#3, C4 being 60), or of a number from 0 to 127.
+-- The key of a note that is written alone (C#3, the octave as notes.name has it), or of a number from
+-- 0 to 127.
 function filenames.key(text)
   local note = filenames.notes(text)[1]
-  local key = note and note.text == text and note.step + 12 or math.tointeger(tonumber(text))
+  local key = note and note.text == text and note.step + 12 * (5 - notes.MIDDLE_OCTAVE)
+              or math.tointeger(tonumber(text))
   return key and key >= 0 and key <= 127 and key or nil
 end
 

@@ -49,7 +49,8 @@ function rootpitch.percentile(sorted, part)
   return low + (high - low) * (place - below)
 end
 
--- `count` values from frame `first` on, each the mean of `step` frames. What is not brought down is smoothed instead, so that a lag between two frames counts as one.
+-- `count` values from frame `first` on, each the mean of `step` frames. What is not brought down is
+-- smoothed instead, so that a lag between two frames counts as one.
 local function excerpt(sound, first, count, step)
   local values, frame, last = {}, first, first + count * step
   local sum, added = 0, 0
