@@ -56,6 +56,15 @@ TEST_F(Map, ReadsNotesAndLayersInNames) {
   }
 }
 
+TEST_F(Map, TakesAnyName) {
+  const Finished run = Zyl("run " ZYL_SOURCE "/tests/verbs/Names.lua " ZYL_SOURCE, true);
+  EXPECT_EQ(run.status, 0) << run.out;
+  std::filesystem::create_directories(Path("empty"));
+  const Finished none = Zyl("map --json --dry-run " + Quoted("empty"));
+  EXPECT_EQ(none.status, 4);
+  EXPECT_EQ(none.out, "[]\n");
+}
+
 TEST_F(Map, NumbersThatCountAreNoKeys) {
   std::string files;
   for (const char* name : {"take 01.wav", "take 02.wav", "take 03.wav"}) {

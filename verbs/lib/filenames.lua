@@ -114,10 +114,11 @@ local function column(lists, c, low, high)
   return values, distinct
 end
 
--- MIDI numbers, when they clearly are: the first numbers that stand alone, in every name, within a
--- keyboard of 88 keys, and no mere counting from the keyboard's lower end. Behind them, numbers from
--- 1 to 127 that come again with other keys are velocities.
+-- MIDI numbers, when they clearly are: the first numbers that stand alone, in every name, none below
+-- 12, and no mere counting from below the piano's lowest key. Behind them, numbers from 1 to 127 that
+-- come again with other keys are velocities.
 local function midiNumbers(names, layers)
+  if #names == 0 then return nil end
   local lists = {}
   for i, name in ipairs(names) do lists[i] = plainNumbers(name) end
   for c = 1, 8 do
