@@ -13,7 +13,9 @@ TEST_F(Verbs, PitchPrintsAndStoresKeyAndTuning) {
   EXPECT_NEAR(Number(shown.out, "cents"), 20, 2);
   const std::string before = FileBytes(Path("a tone é.wav"));
   EXPECT_EQ(Zyl("pitch " + file).status, 0);
-  EXPECT_EQ(FileBytes(Path("a tone é.wav")), before);
+  EXPECT_TRUE(Has(Zyl("pitch --set --dry-run " + file).out, "would be set"));
+  EXPECT_TRUE(Has(Zyl("loops --write --dry-run " + file).out, "would be written"));
+  EXPECT_TRUE(FileBytes(Path("a tone é.wav")) == before);
   EXPECT_EQ(Zyl("pitch --set " + file).status, 0);
   const Finished stored = Zyl("sample --json " + file);
   EXPECT_EQ(Number(stored.out, "key"), 57) << stored.out;
@@ -30,6 +32,19 @@ TEST_F(Verbs, OneBadFileDoesNotEndTheBatch) {
     EXPECT_TRUE(Has(run.out, "good.wav")) << verb << run.out;
     EXPECT_TRUE(Has(Zyl(verb + both, true).out, "bad.wav: ")) << verb;
   }
+}
+
+TEST_F(Verbs, FoldersStandForTheirSoundFiles) {
+  Recording("in a folder/b.wav", 50);
+  Recording("in a folder/a.WAV", 52);
+  std::ofstream(Path("in a folder/notes.txt")) << "no sound";
+  Recording("in a folder/deeper/c.wav", 52);
+  const Finished run =
+      Zyl("sample --json " + Quoted("in a folder") + " " + Quoted("in a folder/b.wav"));
+  EXPECT_EQ(run.status, 0);
+  EXPECT_LT(run.out.find("a.WAV"), run.out.find("b.wav"));
+  EXPECT_EQ(run.out.find("b.wav"), run.out.rfind("b.wav")) << run.out;
+  EXPECT_FALSE(Has(run.out, "txt") || Has(run.out, "c.wav")) << run.out;
 }
 
 TEST_F(Verbs, LoopsFindsAPerfectJoinAndStoresIt) {
