@@ -9,7 +9,7 @@ local soundfile = require "soundfile"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "loops",
+  verb = "loops", folders = true,
   about = "Finds loops in sample files and ranks them by how well they join, how alike the sound is\n"
        .. "before the start and before the end, how even its level is, and by their length.",
   options = {
@@ -20,6 +20,7 @@ local options, files = cli.parse {
     { name = "min-length", kind = "number", value = "SECONDS", low = 0, high = 86400,
       help = "leave out shorter loops (default 0.2, in short files less)" },
     { name = "write", help = "store the best loop in the file as its first one" },
+    { name = "dry-run", help = "with --write: say what would be stored, and store nothing" },
     { name = "json", help = "print a JSON list, one object for each file" },
   },
   more = "A quality of 1 is a perfect join. Q is the integer that SampleLoopQual gives (on a copy of\n"
@@ -45,7 +46,8 @@ local function lines(path, loops, rateHz, written)
     list[rank] = columns(rank == 1 and text.printable(path) or "", rank,
       ("%.6f"):format(loop.quality), loop.first, loop.last, loop.length,
       ("%.4f"):format(loop.length / rateHz), ("%.3f"):format(loop.likeness),
-      ("%+.1f"):format(loop.decibels), rank == 1 and written and "written" or nil)
+      ("%+.1f"):format(loop.decibels),
+      rank == 1 and written and (options["dry-run"] and "would be written" or "written") or nil)
   end
   if #loops == 0 then
     return columns(text.printable(path), "-", "-", "-", "-", "-", "-", "-", "-")
@@ -60,13 +62,14 @@ local function record(path, loops, rateHz, written, failure)
       "seconds", loop.length / rateHz, "quality", loop.quality, "rating", loop.rating,
       "likeness", loop.likeness, "step_db", loop.decibels)
   end
-  return json.object("file", path, "loops", json.list(list), "written", written == true,
+  return json.object("file", path, "loops", json.list(list), "written", written == true and not options["dry-run"],
                      "error", failure)
 end
 
 local function store(path, sample, found, loop)
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
+  if options["dry-run"] then return true end
   if program:SampleLoopCount(sample) == 0 then program:SampleLoopCount(sample, 1) end
   program:SampleLoopStart(sample, 0, loop.first)
   program:SampleLoopEnd(sample, 0, loop.last)

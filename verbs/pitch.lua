@@ -13,13 +13,14 @@ local WINDOW = 4096        -- frames that a value needs
 local REPEATED = 31        -- values at the end of a track that repeat the one before
 
 local options, files = cli.parse {
-  verb = "pitch",
+  verb = "pitch", folders = true,
   about = "Finds the pitch of sample files: the root key (the note nearest to the median pitch), the\n"
        .. "cents above it, how much of the file has a pitch, and how steady it is (the spread: half\n"
        .. "the distance between the 16th and the 84th percentile, in cents).",
   options = {
     { name = "track", help = "print every value: time in seconds, Hz, note and cents" },
     { name = "set", help = "store key and tuning in the file, so that it plays in tune" },
+    { name = "dry-run", help = "with --set: say what would be stored, and store nothing" },
     { name = "plot", kind = "text", value = "PICTURE",
       help = "draw waveform, track and note grid into a .png or .svg file; with\n"
           .. "several files, into one for each: PICTURE-NAME.png" },
@@ -94,6 +95,7 @@ local function store(path, sample, found, it)
   local key, tune = notes.keyAndTune(it.note)
   local sameKey = program:Samplekey(sample, key) == key
   if program:Sampletune(sample, tune) == tune and sameKey then return "as it was" end
+  if options["dry-run"] then return "would be set" end
   if not program:SampleWrite(sample) then error("could not be written", 0) end
   return "set"
 end

@@ -7,36 +7,13 @@ local samples = require "samples"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "sample",
+  verb = "sample", folders = true,
   about = "Shows what sample files hold: format, length, key, tuning, loops and chunks. Positions\n"
        .. "are frames, counted from 0; a loop's end is its last frame.",
   options = { { name = "json", help = "print a JSON list, one object for each file" } },
 }
 
 local PLAYBACK = { [0] = "loop through release", "loop until release", "no loop", "to the end" }
-
-local function loopsOf(program, sample)
-  local loops = {}
-  for i = 0, program:SampleLoopCount(sample) - 1 do
-    loops[#loops + 1] = {
-      first = program:SampleLoopStart(sample, i), last = program:SampleLoopEnd(sample, i),
-      fraction = program:SampleLoopFineLen(sample, i) / 4294967296,
-      times = i < 8 and program:SampleLoopTimes(sample, i) or nil,
-    }
-  end
-  return loops
-end
-
-local function facts(program, sample)
-  return {
-    channels = program:SampleChannelCount(sample), bits = program:SampleBits(sample),
-    rate = program:SampleSampleRate(sample), frames = program:SampleGetSize(sample),
-    key = program:Samplekey(sample), tune = program:Sampletune(sample),
-    name = program:SampleName(sample), playback = program:SampleplaybackType(sample),
-    first = program:SampleStart(sample), last = program:SampleEnd(sample),
-    loops = loopsOf(program, sample),
-  }
-end
 
 local function seconds(frames, rate) return rate > 0 and frames / rate or 0 end
 
@@ -105,7 +82,7 @@ for i, path in ipairs(files) do
   local sample, found, outside = cli.try(samples.open, program, path)
   local it, failure
   if sample then
-    it, failure = cli.try(facts, program, sample)
+    it, failure = cli.try(samples.facts, program, sample)
     samples.close(program, sample)
   else
     failure, found = found, outside

@@ -1,65 +1,8 @@
-// The shipped verbs, run as a user runs them.
-#include <sys/wait.h>
-
-#include <cmath>
-#include <cstdio>
-#include <numbers>
-#include <sstream>
-
-#include "support/ScriptSurface.h"
+// The verbs for samples, run as a user runs them.
+#include "verbs/VerbTools.h"
 
 namespace zyl::test {
 namespace {
-
-struct Finished {
-  int status = -1;
-  std::string out;
-};
-
-// Messages go with the output when `merged`, else nowhere.
-Finished Zyl(const std::string& arguments, bool merged = false) {
-  const std::string command =
-      std::string(ZYL_PROGRAM) + " " + arguments + (merged ? " 2>&1" : " 2>/dev/null");
-  Finished run;
-  std::FILE* pipe = popen(command.c_str(), "r");
-  char block[4096];
-  while (const size_t count = std::fread(block, 1, sizeof(block), pipe)) {
-    run.out.append(block, count);
-  }
-  run.status = WEXITSTATUS(pclose(pipe));
-  return run;
-}
-
-bool Has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-// The number behind a name in JSON.
-double Number(const std::string& json, const std::string& name) {
-  const size_t at = json.find('"' + name + '"');
-  return at == std::string::npos ? NAN : std::atof(json.c_str() + json.find(':', at) + 1);
-}
-
-std::string FileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::stringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
-
-class Verbs : public ModuleTest {
- protected:
-  // A tone of one second with two partials, in a file whose name needs care.
-  std::string Tone(const std::string& name, double hertz) const {
-    std::vector<int16_t> values(44100);
-    for (size_t i = 0; i < values.size(); ++i) {
-      const double phase = 2 * std::numbers::pi * hertz * static_cast<double>(i) / 44100;
-      values[i] = static_cast<int16_t>(9000 * std::sin(phase) + 4000 * std::sin(2 * phase));
-    }
-    WriteWave(Path(name), {values});
-    return "'" + Path(name) + "'";
-  }
-};
 
 TEST_F(Verbs, PitchPrintsAndStoresKeyAndTuning) {
   const double hertz = 440 * std::exp2((57 - 69 + 0.2) / 12);  // 20 cents above key 57
@@ -70,7 +13,9 @@ TEST_F(Verbs, PitchPrintsAndStoresKeyAndTuning) {
   EXPECT_NEAR(Number(shown.out, "cents"), 20, 2);
   const std::string before = FileBytes(Path("a tone é.wav"));
   EXPECT_EQ(Zyl("pitch " + file).status, 0);
-  EXPECT_EQ(FileBytes(Path("a tone é.wav")), before);
+  EXPECT_TRUE(Has(Zyl("pitch --set --dry-run " + file).out, "would be set"));
+  EXPECT_TRUE(Has(Zyl("loops --write --dry-run " + file).out, "would be written"));
+  EXPECT_TRUE(FileBytes(Path("a tone é.wav")) == before);
   EXPECT_EQ(Zyl("pitch --set " + file).status, 0);
   const Finished stored = Zyl("sample --json " + file);
   EXPECT_EQ(Number(stored.out, "key"), 57) << stored.out;
@@ -87,6 +32,19 @@ TEST_F(Verbs, OneBadFileDoesNotEndTheBatch) {
     EXPECT_TRUE(Has(run.out, "good.wav")) << verb << run.out;
     EXPECT_TRUE(Has(Zyl(verb + both, true).out, "bad.wav: ")) << verb;
   }
+}
+
+TEST_F(Verbs, FoldersStandForTheirSoundFiles) {
+  Recording("in a folder/b.wav", 50);
+  Recording("in a folder/a.WAV", 52);
+  std::ofstream(Path("in a folder/notes.txt")) << "no sound";
+  Recording("in a folder/deeper/c.wav", 52);
+  const Finished run =
+      Zyl("sample --json " + Quoted("in a folder") + " " + Quoted("in a folder/b.wav"));
+  EXPECT_EQ(run.status, 0);
+  EXPECT_LT(run.out.find("a.WAV"), run.out.find("b.wav"));
+  EXPECT_EQ(run.out.find("b.wav"), run.out.rfind("b.wav")) << run.out;
+  EXPECT_FALSE(Has(run.out, "txt") || Has(run.out, "c.wav")) << run.out;
 }
 
 TEST_F(Verbs, LoopsFindsAPerfectJoinAndStoresIt) {

@@ -1,10 +1,11 @@
 -- The command line of a verb: options, help, messages, and the batch of files that goes on when
 -- one of them fails.
+local folders = require "folders"
 local json = require "json"
 local progress = require "progress"
 
 local cli = { FAILED = 4, USAGE = 2 }
-local verb, anyFailed = "zyl", false
+local verb, anyFailed, quiet = "zyl", false, false
 
 local function say(text)
   progress.hide()
@@ -25,7 +26,8 @@ local function shown(option)
 end
 
 local function help(form)
-  io.write("zyl ", form.verb, " [OPTION…] FILE…\n\n", form.about, "\n\n")
+  local operands = form.operands or form.folders and "FILE|FOLDER…" or "FILE…"
+  io.write("zyl ", form.verb, " [OPTION…] ", operands, "\n\n", form.about, "\n\n")
   local rows, width = {}, 0
   for _, option in ipairs(form.options) do width = math.max(width, #shown(option)) end
   for _, option in ipairs(form.options) do
@@ -34,7 +36,8 @@ local function help(form)
   end
   io.write(table.concat(rows, "\n"), "\n")
   if form.more then io.write("\n", form.more, "\n") end
-  io.write("\nExit status: 0 done, 2 wrong command line, 4 some files failed, 130 Ctrl-C.\n")
+  io.write("\nExit status: ", form.status or "0 done, 2 wrong command line, 4 some files failed",
+           ", 130 Ctrl-C.\n")
 end
 
 local function valueOf(option, text)
@@ -54,13 +57,38 @@ local function valueOf(option, text)
   return number
 end
 
+-- Files and the sound files of folders, each one once.
+local function withoutFolders(words)
+  local files, seen = {}, {}
+  local function add(file)
+    if not seen[file] then files[#files + 1] = file end
+    seen[file] = true
+  end
+  for _, word in ipairs(words) do
+    if folders.isFolder(word) then
+      local inside = folders.sounds(word)
+      for _, file in ipairs(inside) do add(file) end
+      if #inside == 0 then cli.failed(word, "no sound file in this folder") end
+    else
+      add(word)
+    end
+  end
+  return files
+end
+
 -- Reads the global `arg` and answers the options by name and the list of files, each one once.
--- form: verb, about, options; an option: name, help, perhaps a letter as short name, and but for
--- flags a kind ("integer", "number", "text"), the value's name in help, low and high, default. Ends the script after
--- --help and on a wrong command line.
+-- form: verb, about, options; an option: name, help, and but for flags a kind ("integer",
+-- "number", "text"), the value's name in help, low and high, default; `short` for a letter of its
+-- own. With `folders` a folder stands for its sound files; with `repeats` words stay as they are
+-- written. `operands`, `more` and `status` are parts of the help. Ends the script after --help and
+-- on a wrong command line.
 function cli.parse(form)
   verb = form.verb
   local byName, options, files, seen = {}, {}, {}, {}
+  for _, option in ipairs(form.options) do byName[option.name] = option end
+  if not byName.quiet then
+    table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures only" })
+  end
   table.insert(form.options, { name = "help", help = "print this" })
   for _, option in ipairs(form.options) do
     byName[option.name] = option
@@ -86,7 +114,7 @@ function cli.parse(form)
         if not text then usage(shown(option) .. ": the value is missing") end
         options[option.name] = valueOf(option, text)
       end
-    elseif not seen[word] then
+    elseif form.repeats or not seen[word] then
       seen[word] = true
       files[#files + 1] = word
     end
@@ -96,8 +124,10 @@ function cli.parse(form)
     help(form)
     os.exit(0, true)
   end
-  if #files == 0 then usage("no FILE given") end
-  return options, files
+  quiet = options.quiet == true
+  if quiet then progress.forbid() end
+  if #files == 0 then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
+  return options, form.folders and withoutFolders(files) or files
 end
 
 -- Tells why a file failed; the batch goes on and ends with status 4.
@@ -106,7 +136,12 @@ function cli.failed(file, reason)
   say(file .. ": " .. reason)
 end
 
-function cli.note(file, text) say(file .. ": " .. text) end
+function cli.anyFailed() return anyFailed end
+
+-- What is worth knowing and no failure.
+function cli.note(file, text)
+  if not quiet then say(file .. ": " .. text) end
+end
 
 -- An error of a method or of Lua as one line.
 function cli.reason(failure)

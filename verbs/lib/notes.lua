@@ -3,7 +3,9 @@ local notes = {}
 
 local NAMES = { "C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B" }
 
-function notes.name(key) return NAMES[key % 12 + 1] .. (key // 12 - 1) end
+notes.MIDDLE_OCTAVE = 4  -- the octave of key 60
+
+function notes.name(key) return NAMES[key % 12 + 1] .. (key // 12 - 5 + notes.MIDDLE_OCTAVE) end
 function notes.isBlack(key) return #NAMES[key % 12 + 1] == 2 end
 
 -- `a4` is the frequency of A4 in Hz.

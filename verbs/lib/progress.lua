@@ -12,6 +12,9 @@ function progress.hide()
   onScreen = nil
 end
 
+-- No bar from here on.
+function progress.forbid() terminal = false end
+
 -- Shows a fraction of 0 to 1 and what is being worked on.
 function progress.show(fraction, label)
   if terminal == nil then terminal = os.execute("test -t 2") == true end

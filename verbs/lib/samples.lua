@@ -24,12 +24,45 @@ function samples.values(program, sample, channel)
   return host.buffer(handle.value, frames * width), "<i" .. width, width
 end
 
+local function loopsOf(program, sample)
+  local loops = {}
+  for i = 0, program:SampleLoopCount(sample) - 1 do
+    loops[#loops + 1] = {
+      first = program:SampleLoopStart(sample, i), last = program:SampleLoopEnd(sample, i),
+      fraction = program:SampleLoopFineLen(sample, i) / 4294967296,
+      times = i < 8 and program:SampleLoopTimes(sample, i) or nil,
+    }
+  end
+  return loops
+end
+
+-- What the methods tell of a sample: format, key, tuning, playback, name, loops.
+function samples.facts(program, sample)
+  return {
+    channels = program:SampleChannelCount(sample), bits = program:SampleBits(sample),
+    rate = program:SampleSampleRate(sample), frames = program:SampleGetSize(sample),
+    key = program:Samplekey(sample), tune = program:Sampletune(sample),
+    name = program:SampleName(sample), playback = program:SampleplaybackType(sample),
+    first = program:SampleStart(sample), last = program:SampleEnd(sample),
+    loops = loopsOf(program, sample),
+  }
+end
+
 -- A sample's pitch track as a list of periods in frames, nil while there is none.
 function samples.track(program, sample)
   local handle = host.var(0)
   local count = program:SampleGetPitchData(sample, handle)
   if count == 0 then return nil end
   return host.floats(handle.value, count)
+end
+
+-- A module that is told when a track is there, so that host.pump returns at that moment.
+local function listener(program)
+  local module = host.algo { name = "tracks" }
+  local pad = module:addPad("pitchDataFinished", "")
+  pad.onSend = function() end
+  program:PitchDataProgressCBFinish(module)
+  return module
 end
 
 local function cores()
@@ -49,6 +82,7 @@ end
 local function start(program, index, path, settings)
   local sample, found = samples.open(program, path)
   if not sample then error(found, 0) end
+  if type(settings) == "function" then settings = settings(sample) end
   if not program:CalcSamplePitch(sample, table.unpack(settings)) then
     samples.close(program, sample)
     error("the analysis could not be started", 0)
@@ -57,11 +91,13 @@ local function start(program, index, path, settings)
 end
 
 -- Tracks the pitch of all files, as many at once as there are processor cores (each request is a
--- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample. For each
--- file done(index, sample, track, found) is called, in the order in which they end, or
--- failed(index, reason); shown(fraction, path) now and then.
+-- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample, or a
+-- function that answers them for a sample. For each file done(index, sample, track, found) is
+-- called, in the order in which they end, or failed(index, reason); shown(fraction, path) now and
+-- then.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
+  local listening = listener(program)
   local sizes, total, finished = {}, 0, 0
   for i, path in ipairs(paths) do
     sizes[i] = sizeOf(path)
@@ -105,6 +141,8 @@ function samples.tracks(program, paths, settings, handlers)
       host.pump(0.01)
     end
   end
+  program:PitchDataProgressCBFinish(host.null)
+  host.delete(listening)
 end
 
 return samples

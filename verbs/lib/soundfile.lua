@@ -87,6 +87,17 @@ function soundfile.inspect(path)
   return found
 end
 
+-- Whether the file has a chunk that carries a root key.
+function soundfile.hasKey(found)
+  for _, chunk in ipairs(found.chunks) do
+    local id = chunk.id
+    if id == "INST" or (id == "smpl" or id == "inst" or id == "zyls") and found.container then
+      return true
+    end
+  end
+  return false
+end
+
 -- nil when the file can be written again without a change of its sound or its container, else why
 -- not.
 function soundfile.whyNotWritable(path, found)

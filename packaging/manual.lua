@@ -1,0 +1,51 @@
+-- Writes the manual page zyl(1) out of the help texts: zyl run manual.lua OUTPUT VERSION ZYL VERBS
+local output, version, zyl, verbs = arg[1], arg[2], arg[3], arg[4]
+
+local function quoted(word) return "'" .. word:gsub("'", "'\\''") .. "'" end
+
+local function lines(command)
+  local list = {}
+  for line in io.popen(command):lines() do list[#list + 1] = line end
+  return list
+end
+
+local page = {}
+local function add(line) page[#page + 1] = line end
+
+-- Text as it stands: in roff, backslashes, and dots and quotes at a line's start, need care.
+local function plain(line)
+  line = line:gsub("\\", "\\e"):gsub("%-", "\\-")
+  if line:match("^[.']") then line = "\\&" .. line end
+  return line
+end
+
+local function block(list)
+  add(".nf")
+  for _, line in ipairs(list) do add(plain(line)) end
+  add(".fi")
+end
+
+add((".TH ZYL 1 \"\" \"zyl %s\" \"User Commands\""):format(version))
+add(".SH NAME")
+add("zyl \\- sampler programs and samples from the command line")
+add(".SH SYNOPSIS")
+add(".B zyl\n[\\fIOPTION\\fR...] \\fIVERB\\fR [\\fIARGUMENT\\fR...]")
+add(".SH DESCRIPTION")
+add("zyl loads the sampler-program module and runs Lua scripts over its methods. The verbs below are\n"
+    .. "such scripts; yours are run by \\fBzyl run\\fR.")
+add(".SH COMMAND LINE")
+block(lines(quoted(zyl) .. " --help"))
+for _, path in ipairs(lines("ls " .. quoted(verbs) .. "/*.lua")) do
+  local verb = path:match("([^/]+)%.lua$")
+  add(".SH ZYL " .. verb:upper())
+  block(lines(quoted(zyl) .. " " .. verb .. " --help"))
+end
+add(".SH ENVIRONMENT")
+add(".TP\n.B ZYL_PROFILE\nthe profile that the module reads when it is loaded")
+add(".SH EXIT STATUS")
+add("0 done, 1 an error of the script, 2 a wrong command line, 3 the module could not be loaded,\n"
+    .. "4 some files of a batch failed, 130 stopped by Ctrl\\-C.")
+
+local file = assert(io.open(output, "w"))
+file:write(table.concat(page, "\n"), "\n")
+file:close()

@@ -1,0 +1,191 @@
+// zyl map: where root keys come from, and where samples are laid.
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <numeric>
+#include <random>
+
+#include "verbs/VerbTools.h"
+
+namespace zyl::test {
+namespace {
+
+// The JSON object of a file in a list of them.
+std::string Of(const std::string& json, const std::string& file) {
+  const size_t at = json.find(file + "\"");
+  return at == std::string::npos ? "" : json.substr(at, json.find('\n', at) - at);
+}
+
+class Map : public Verbs {
+ protected:
+  Finished RunMap(const std::string& arguments) const { return Zyl("map --json " + arguments); }
+};
+
+TEST_F(Map, ReadsNotesAndLayersInNames) {
+  // Silence: names alone decide.
+  struct Case {
+    const char* name;
+    int key;
+    int lowVelocity;
+    int highVelocity;
+  };
+  const std::vector<std::vector<Case>> batches = {
+      {{"Piano_C#3_v2.wav", 49, 64, 127}, {"Piano_C#3_v1.wav", 49, 0, 63}},
+      {{"Bb2 vel40.wav", 46, 0, 60}, {"Bb2 vel80.wav", 46, 61, 127}},
+      {{"Eb-1_pp.wav", 3, 0, 72}, {"Eb-1_ff.wav", 3, 73, 127}, {"Cb4.wav", 59, 0, 127}},
+      {{"PadF4Soft.flute.wav", 65, 0, 127},
+       {"Pad C-4.wav", 60, 0, 127},
+       {"Pad_as2.wav", 46, 0, 127}},
+      {{"B3 organ C2.wav", 36, 0, 127}, {"B3 organ E2.wav", 40, 0, 127}},
+      {{"k-060-064.wav", 60, 0, 95}, {"k-060-127.wav", 60, 96, 127}, {"k-067-064.wav", 67, 0, 127}},
+      {{"note 50.wav", 50, 0, 127}, {"note 21.wav", 21, 0, 127}},
+  };
+  for (const auto& batch : batches) {
+    std::string files;
+    for (const Case& it : batch) {
+      WriteWave(Path(it.name), {std::vector<int16_t>(5000)});
+      files += " " + Quoted(it.name);
+    }
+    const Finished run = RunMap("--dry-run --octave 4" + files);
+    for (const Case& it : batch) {
+      const std::string object = Of(run.out, it.name);
+      EXPECT_EQ(Number(object, "key"), it.key) << it.name << run.out;
+      EXPECT_EQ(Number(object, "low_velocity"), it.lowVelocity) << it.name;
+      EXPECT_EQ(Number(object, "high_velocity"), it.highVelocity) << it.name;
+    }
+  }
+}
+
+TEST_F(Map, TakesAnyName) {
+  const Finished run = Zyl("run " ZYL_SOURCE "/tests/verbs/Names.lua " ZYL_SOURCE, true);
+  EXPECT_EQ(run.status, 0) << run.out;
+  std::filesystem::create_directories(Path("empty"));
+  const Finished none = Zyl("map --json --dry-run " + Quoted("empty"));
+  EXPECT_EQ(none.status, 4);
+  EXPECT_EQ(none.out, "[]\n");
+}
+
+TEST_F(Map, NumbersThatCountAreNoKeys) {
+  std::string files;
+  for (const char* name : {"take 01.wav", "take 02.wav", "take 03.wav"}) {
+    WriteWave(Path(name), {std::vector<int16_t>(5000)});
+    files += " " + Quoted(name);
+  }
+  const Finished run = RunMap("--dry-run" + files);
+  EXPECT_EQ(run.status, 4);
+  EXPECT_TRUE(Has(run.out, "no root key")) << run.out;
+}
+
+TEST_F(Map, ChunksComeFirstAndNamesBeforePitch) {
+  Recording("s/C4.wav", 57);
+  EXPECT_EQ(Zyl("pitch --set " + Quoted("s/C4.wav")).status, 0);  // the chunk says 57
+  Recording("s/G4.wav", 62);
+  Recording("s/mystery.wav", 71.2);
+  const std::string all = RunMap("--dry-run --octave 4 " + Quoted("s")).out;
+  EXPECT_EQ(Number(Of(all, "s/C4.wav"), "key"), 57) << all;
+  EXPECT_EQ(Number(Of(all, "s/G4.wav"), "key"), 67);
+  EXPECT_EQ(Number(Of(all, "s/mystery.wav"), "key"), 71);
+  EXPECT_NEAR(Number(Of(all, "s/mystery.wav"), "cents"), 20, 2);
+  const std::string names = RunMap("--dry-run --octave 4 --from name,pitch " + Quoted("s")).out;
+  EXPECT_EQ(Number(Of(names, "s/C4.wav"), "key"), 60);
+  const Finished checked = Zyl("map --check --octave 4 " + Quoted("s"), true);
+  EXPECT_TRUE(Has(checked.out, "C4.wav: chunk A3 (57), name C4 (60), pitch A3 (57)"))
+      << checked.out;
+  EXPECT_TRUE(Has(checked.out, "G4.wav: name G4 (67), pitch D4 (62)"));
+}
+
+TEST_F(Map, TakesTheOctaveThatThePitchesAgreeOn) {
+  for (const int key : {48, 52, 55, 60}) {
+    static const std::map<int, const char*> kNames = {
+        {48, "C2"}, {52, "E2"}, {55, "G2"}, {60, "C3"}};  // C3 is 60 here
+    Recording(std::string("low/") + kNames.at(key) + ".wav", key);
+  }
+  const std::string automatic = RunMap("--dry-run " + Quoted("low")).out;
+  EXPECT_EQ(Number(Of(automatic, "C3.wav"), "key"), 60) << automatic;
+  EXPECT_TRUE(Has(Zyl("map --dry-run " + Quoted("low"), true).out, "--octave 3"));
+  EXPECT_EQ(Number(Of(RunMap("--dry-run --octave 4 " + Quoted("low")).out, "C3.wav"), "key"), 48);
+}
+
+TEST_F(Map, WritesRangesLayersAndTuning) {
+  Recording("p/x C2.wav", 36);
+  Recording("p/x C3_v1.wav", 48);
+  for (int layer = 2; layer <= 6; ++layer) {
+    Recording("p/x C3_v" + std::to_string(layer) + ".wav", 48);
+  }
+  Recording("p/odd.wav", 59.3);
+  const Finished run = Zyl("map " + Quoted("p") + " -o " + Quoted("p.zprg"), true);
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_TRUE(Has(run.out, "v2.wav: left out: a key has four layers")) << run.out;
+  const Program program;
+  ASSERT_TRUE(program("Read", Path("p.zprg")).Bool());
+  ASSERT_EQ(program("PRGkeyGroups").Int(), 3);
+  const int ranges[][2] = {{0, 42}, {43, 53}, {54, 127}};
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_EQ(program("KGlowKey", k).Int(), ranges[k][0]);
+    EXPECT_EQ(program("KGhighKey", k).Int(), ranges[k][1]);
+    EXPECT_TRUE(program("ZoneSampleExists", k, 0).Bool());
+  }
+  const char* layers[] = {"x C3_v1", "x C3_v3", "x C3_v4", "x C3_v6"};
+  for (int z = 0; z < 4; ++z) {
+    EXPECT_EQ(program("Zonename", 1, z).Text(), layers[z]);
+    EXPECT_EQ(program("ZonelowVel", 1, z).Int(), 32 * z);
+    EXPECT_EQ(program("ZonehighVel", 1, z).Int(), 32 * z + 31);
+  }
+  // A file without a root key counts as 60: the zone brings it down to its own.
+  EXPECT_EQ(program("ZonetuneOffset", 0, 0).Int(), (60 - 36) * 256);
+  EXPECT_NEAR(program("ZonetuneOffset", 2, 0).Int(), (60 - 59.3) * 256, 3);
+}
+
+TEST_F(Map, DrumsGetAKeyEach) {
+  WriteWave(Path("d-kick.wav"), {std::vector<int16_t>(300, 900)});
+  WriteWave(Path("d-snare.wav"), {std::vector<int16_t>(300, 900), std::vector<int16_t>(300, -9)});
+  const std::string files = Quoted("d-kick.wav") + " " + Quoted("d-snare.wav");
+  EXPECT_EQ(Zyl("map --drums 36 " + files + " -o " + Quoted("kit.zprg")).status, 0);
+  const Program program;
+  ASSERT_TRUE(program("Read", Path("kit.zprg")).Bool());
+  EXPECT_EQ(program("KGlowKey", 1).Int(), 37);
+  EXPECT_EQ(program("KGhighKey", 1).Int(), 37);
+  EXPECT_EQ(program("ZoneconstantPitch", 1, 0).Int(), 1);
+  RIOObject* stereo = program("SampleGet", 1, 0).Object();
+  EXPECT_EQ(program("SampleChannelCount", stereo).Int(), 2);
+}
+
+TEST_F(Map, SparesWhatIsNoProgramAndOneBadFile) {
+  Recording("m/C3.wav", 48);
+  std::ofstream(Path("m/E3.wav")) << "no sound";
+  EXPECT_EQ(Zyl("map " + Quoted("m") + " -o " + Quoted("m/C3.wav")).status, 2);
+  EXPECT_EQ(Zyl("map " + Quoted("m") + " -o " + Quoted("m.zprg")).status, 4);
+  EXPECT_TRUE(Has(Zyl("find 48 " + Quoted("m.zprg")).out, "C3.wav"));
+  EXPECT_EQ(Zyl("map --dry-run " + Quoted("m") + " -o " + Quoted("dry.zprg")).status, 4);
+  EXPECT_FALSE(std::filesystem::exists(Path("dry.zprg")));
+}
+
+// 88 notes whose names all say another note: the sound alone gives every root key.
+TEST_F(Map, FindsEveryRootKeyBySound) {
+  constexpr double kSeconds = 1.0;
+  for (const Instrument& instrument : kInstruments) {
+    std::vector<int> keys(88);
+    std::iota(keys.begin(), keys.end(), 21);
+    std::vector<int> names = keys;
+    std::shuffle(names.begin(), names.end(), std::mt19937(5));
+    const std::string folder = instrument.name;
+    for (size_t i = 0; i < keys.size(); ++i) {
+      Recording(folder + "/note " + std::to_string(names[i]) + ".wav", keys[i] + 0.1, kSeconds,
+                instrument);
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    const Finished run = RunMap("--dry-run --from pitch " + Quoted(folder));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+    RecordProperty(folder, std::to_string(88 * kSeconds / took.count()));
+    for (size_t i = 0; i < keys.size(); ++i) {
+      // What has to be right lies between 55 Hz and 1.5 kHz.
+      if (keys[i] < 33 || keys[i] > 90) continue;
+      const std::string object = Of(run.out, "note " + std::to_string(names[i]) + ".wav");
+      EXPECT_EQ(Number(object, "key"), keys[i]) << folder << object;
+      EXPECT_NEAR(Number(object, "cents"), 10, 5) << folder << object;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,176 @@
+// The verbs for programs: edit, verify, find, presets.
+#include "verbs/VerbTools.h"
+
+namespace zyl::test {
+namespace {
+
+class ProgramVerbs : public Verbs {
+ protected:
+  void SetUp() override {
+    Verbs::SetUp();
+    const Program program;
+    program.Make(12);
+    for (int k = 0; k < 12; ++k) {
+      program("KGlowKey", k, 10 * k);
+      program("KGhighKey", k, 10 * k + 9);
+      program("ZoneSamplePath", k, 0, "s" + std::to_string(k) + ".wav");
+      program("ZonehighVel", k, 0, 99);
+      program("ZoneSamplePath", k, 1, Path("loud.wav"));
+      program("ZonelowVel", k, 1, 100);
+    }
+    for (const int k : {1, 4}) program("KGSelect", k, true);
+    ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
+  }
+  Finished Edit(const std::string& arguments) const {
+    return Zyl("edit " + Quoted("p.zprg") + " " + arguments, true);
+  }
+  // The values of a method over the keygroups of the written program.
+  std::vector<int> Read(const char* method, int zone = -1) const {
+    const Program program;
+    EXPECT_TRUE(program("Read", Path("p.zprg"), 0).Bool());
+    std::vector<int> values;
+    for (int k = 0; k < 12; ++k) {
+      values.push_back(zone < 0 ? program(method, k).Int() : program(method, k, zone).Int());
+    }
+    return values;
+  }
+};
+
+TEST_F(ProgramVerbs, EditReachesTheKeygroupsAndZonesThatAreMeant) {
+  EXPECT_EQ(Edit("filterFreq=50 --keygroups 1-3,12").status, 0);
+  EXPECT_EQ(Edit("filterFreq=-7 --keygroups selected").status, 0);
+  EXPECT_EQ(Edit("KGtune:=-300").status, 0);
+  EXPECT_EQ(Edit("panOffset:=-5 --zones 2,4 --keygroups 2").status, 0);
+  EXPECT_EQ(Read("KGfilterFreq"),
+            (std::vector<int>{50, 43, 50, 99, 92, 99, 99, 99, 99, 99, 99, 50}));
+  EXPECT_EQ(Read("KGtune"), std::vector<int>(12, -300));
+  EXPECT_EQ(Read("ZonepanOffset", 3)[1], -5);
+  EXPECT_EQ(Read("ZonepanOffset", 2)[1], 0);
+  EXPECT_EQ(Read("ZonepanOffset", 3)[0], 0);
+}
+
+TEST_F(ProgramVerbs, EditPrintsWhatChanged) {
+  const Finished run = Edit("poly=+2 name=Brass 'masterDetune[3]=9' KGSelect=on");
+  EXPECT_EQ(run.status, 0);
+  // Keygroups 2 and 5 were selected.
+  for (const char* part : {" 15  ->  17", "\"New Program\"  ->  \"Brass\"", "PRGmasterDetune[3]",
+                           "keygroup 1 ", "keygroup 3-4 ", "keygroup 6-12 ", "13 values changed"}) {
+    EXPECT_TRUE(Has(run.out, part)) << part << run.out;
+  }
+}
+
+TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
+  const std::string before = FileBytes(Path("p.zprg"));
+  const struct {
+    const char* arguments;
+    int status;
+    const char* says;
+  } cases[] = {
+      {"filtrFreq=2", 2, "did you mean KGfilterFreq"},
+      {"lowKey=2", 2, "may be PRGlowKey or KGlowKey"},
+      {"poly=256", 2, "outside 0 to 255"},
+      {"loudVel=128", 2, "outside -128 to 127"},
+      {"KGtune=40000", 2, "outside -32768 to 32767"},
+      {"KGfilterResonance=65536", 2, "outside 0 to 65535"},
+      {"name=MoreThanTwelve", 2, "12 characters"},
+      {"poly=many", 2, "no whole number"},
+      {"KGSelect=perhaps", 2, "neither on nor off"},
+      {"PRGkeyGroups=3", 2, "no field"},
+      {"poly=9 highVel=+200", 4, "299 is outside"},
+      {"poly=9 filterFreq=2 --keygroups 13", 4, "there is no keygroup 13"},
+      {"poly=9 --keygroups 0", 2, "no number from 1 on"},
+      {"poly=9 --dry-run", 0, "not written"},
+      {"poly=15", 0, "0 values changed"},
+  };
+  for (const auto& it : cases) {
+    const Finished run = Edit(it.arguments);
+    EXPECT_EQ(run.status, it.status) << it.arguments << run.out;
+    EXPECT_TRUE(Has(run.out, it.says)) << it.arguments << run.out;
+    EXPECT_TRUE(FileBytes(Path("p.zprg")) == before) << it.arguments;
+  }
+  EXPECT_EQ(Edit("poly=9 -o " + Quoted("q.zprg")).status, 0);
+  EXPECT_TRUE(FileBytes(Path("p.zprg")) == before);
+  const Program written;
+  ASSERT_TRUE(written("Read", Path("q.zprg"), 0).Bool());
+  EXPECT_EQ(written("PRGpoly").Int(), 9);
+}
+
+// Every field that can be set is one that a comparison sees.
+TEST_F(ProgramVerbs, VerifySeesEachField) {
+  const std::string both = Quoted("p.zprg") + " " + Quoted("q.zprg");
+  const struct {
+    const char* change;
+    const char* says;
+  } cases[] = {{"poly=3", "PRGpoly"},
+               {"KGenv3Rate4=1 --keygroups 12", "keygroup 12"},
+               {"velStart=1 --zones 4 --keygroups 2", "keygroup 2 zone 4"},
+               {"'masterDetune[12]=1'", "PRGmasterDetune[12]"},
+               {"KGSelect=on --keygroups 9", "KGSelect"},
+               {"ZoneSamplePath=other.wav --zones 3", "keygroup 1-12 zone 3"}};
+  for (const auto& it : cases) {
+    EXPECT_EQ(Edit(it.change + std::string(" -o ") + Quoted("q.zprg")).status, 0) << it.change;
+    const Finished run = Zyl("verify " + both);
+    EXPECT_EQ(run.status, 1) << it.change;
+    EXPECT_TRUE(Has(run.out, it.says)) << it.change << run.out;
+  }
+  std::filesystem::copy_file(Path("p.zprg"), Path("same.zprg"));
+  EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("same.zprg")).status, 0);
+  EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("missing.zprg")).status, 4);
+}
+
+TEST_F(ProgramVerbs, VerifyComparesSamples) {
+  const std::string both = Tone("a.wav", 220) + " " + Tone("b.wav", 220);
+  EXPECT_EQ(Zyl("loops --write --min-quality 0 " + Quoted("b.wav")).status, 0);
+  Finished run = Zyl("verify " + both);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(Has(run.out, "loops") && !Has(run.out, "channel 1")) << run.out;
+  std::string bytes = FileBytes(Path("a.wav"));
+  bytes[44 + 2 * 1234] ^= 1;
+  std::ofstream(Path("a.wav"), std::ios::binary) << bytes;
+  EXPECT_TRUE(Has(Zyl("verify " + both).out, "other from frame 1234 on"));
+  EXPECT_EQ(Zyl("verify " + Quoted("a.wav") + " " + Quoted("p.zprg")).status, 2);
+}
+
+TEST_F(ProgramVerbs, FindGoesByKeyVelocityAndPlayRange) {
+  const struct {
+    const char* arguments;
+    int status;
+    std::vector<const char*> has;
+    std::vector<const char*> hasNot;
+  } cases[] = {
+      {"45 P", 0, {"\"keygroup\": 5", "s4.wav", "loud.wav"}, {"s5.wav"}},
+      {"A2 --velocity 99 P", 0, {"s4.wav"}, {"loud.wav"}},
+      {"A2 --velocity 100 P", 0, {"loud.wav", "\"zone\": 2"}, {"s4.wav"}},
+      {"120 P", 1, {}, {"wav"}},
+      {"128 P", 2, {}, {}},
+      {"45 P missing.zprg", 4, {"s4.wav"}, {}},
+  };
+  for (const auto& it : cases) {
+    std::string arguments = it.arguments;
+    arguments.replace(arguments.find(" P") + 1, 1, Quoted("p.zprg"));
+    const Finished run = Zyl("find --json " + arguments);
+    EXPECT_EQ(run.status, it.status) << arguments << run.out;
+    for (const char* part : it.has) EXPECT_TRUE(Has(run.out, part)) << arguments << run.out;
+    for (const char* part : it.hasNot) EXPECT_FALSE(Has(run.out, part)) << arguments << run.out;
+  }
+  EXPECT_EQ(Edit("PRGhighKey=40").status, 0);
+  EXPECT_EQ(Zyl("find 45 " + Quoted("p.zprg")).status, 1);
+}
+
+TEST_F(ProgramVerbs, PresetsListsABank) {
+  std::string headers;
+  for (std::string name : {"Grand", "Flute 2", "EOP"}) headers += name.append(38 - name.size(), 0);
+  const auto chunk = [](const std::string& id, const std::string& data) {
+    const auto size = static_cast<uint32_t>(data.size());
+    return id + std::string(reinterpret_cast<const char*>(&size), 4) + data;
+  };
+  const std::string list = chunk("LIST", "pdta" + chunk("phdr", headers));
+  std::ofstream(Path("bank.sf2"), std::ios::binary) << chunk("RIFF", "sfbk" + list);
+  const Finished run = Zyl("presets " + Quoted("bank.sf2") + " " + Quoted("p.zprg"));
+  EXPECT_EQ(run.status, 4);
+  EXPECT_TRUE(Has(run.out, "1  Grand") && Has(run.out, "2  Flute 2")) << run.out;
+  EXPECT_FALSE(Has(run.out, "EOP"));
+}
+
+}  // namespace
+}  // namespace zyl::test

@@ -1,0 +1,100 @@
+-- Runs what a document shows, and compares what comes with what the document says.
+--
+--   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH
+--
+-- In every fenced block that begins with "$ ", the lines after a command are what it prints, on both
+-- outputs; a line of "..." stands for any number of lines, and "..." at a line's end for its rest. A
+-- Lua block whose first line is "-- NAME.lua" becomes that file first. The commands run in order in the
+-- folder SCRATCH, with the build's programs in the PATH and below build/bin, and examples/ at hand. A
+-- command that needs GNU parallel ends the run with status 77 where that is missing.
+
+local document, source, bin, scratch = table.unpack(arg)
+
+local function quoted(word) return "'" .. word:gsub("'", "'\\''") .. "'" end
+
+-- The commands { line, command, expected = { lines } } and the files of a document.
+local function read(path)
+  local commands, fence, block, first = {}, nil, {}, 0
+  local number = 0
+  local function finish()
+    local name = fence == "lua" and (block[1] or ""):match("^%-%- ([%w%-]+%.lua)$")
+    if name then
+      commands[#commands + 1] = { file = name, text = table.concat(block, "\n") .. "\n" }
+    elseif (block[1] or ""):match("^%$ ") then
+      for i, line in ipairs(block) do
+        local command = line:match("^%$ (.*)$")
+        if command then
+          commands[#commands + 1] = { line = first + i, command = command, expected = {} }
+        else
+          table.insert(commands[#commands].expected, line)
+        end
+      end
+    end
+  end
+  for line in io.lines(path) do
+    number = number + 1
+    local mark = line:match("^```(.*)$")
+    if mark and not fence then
+      fence, block, first = mark, {}, number
+    elseif mark then
+      finish()
+      fence = nil
+    elseif fence then
+      block[#block + 1] = line
+    end
+  end
+  return commands
+end
+
+local function trimmed(line) return (line:gsub("%s+$", "")) end
+
+-- Whether the lines from `a` on are what is expected from `e` on.
+local function fits(lines, a, expected, e)
+  if e > #expected then return a > #lines end
+  if expected[e]:match("^%s*%.%.%.$") then
+    for from = a, #lines + 1 do
+      if fits(lines, from, expected, e + 1) then return true end
+    end
+    return false
+  end
+  if a > #lines then return false end
+  local wanted, line = trimmed(expected[e]), trimmed(lines[a])
+  local start = wanted:match("^(.+)%.%.%.$")
+  return (line == wanted or start ~= nil and line:sub(1, #start) == start)
+         and fits(lines, a + 1, expected, e + 1)
+end
+
+local function has(program)
+  return os.execute("command -v " .. program .. " >/dev/null 2>&1") == true
+end
+
+assert(os.execute("rm -rf " .. quoted(scratch) .. " && mkdir -p " .. quoted(scratch .. "/build")))
+assert(os.execute(("ln -s %s %s && ln -s %s %s"):format(quoted(bin), quoted(scratch .. "/build/bin"),
+       quoted(source .. "/examples"), quoted(scratch .. "/examples"))))
+
+local failures, ran = 0, 0
+for _, it in ipairs(read(document)) do
+  if it.file then
+    local file = assert(io.open(scratch .. "/" .. it.file, "w"))
+    file:write(it.text)
+    file:close()
+  elseif it.command:match("parallel") and not has("parallel") then
+    print(document .. ":" .. it.line .. ": skipped, GNU parallel is not installed")
+    os.exit(77, true)
+  else
+    ran = ran + 1
+    local pipe = io.popen(("cd %s && export PATH=%s:\"$PATH\" LC_ALL=C.UTF-8 && { %s\n} 2>&1 </dev/null")
+                          :format(quoted(scratch), quoted(bin), it.command))
+    local lines = {}
+    for line in pipe:lines() do lines[#lines + 1] = line end
+    pipe:close()
+    if not fits(lines, 1, it.expected, 1) then
+      failures = failures + 1
+      print(("%s:%d: $ %s"):format(document, it.line, it.command))
+      print("  expected:\n    " .. table.concat(it.expected, "\n    "))
+      print("  came:\n    " .. table.concat(lines, "\n    "))
+    end
+  end
+end
+print(("%s: %d commands, %d failures"):format(document, ran, failures))
+if failures > 0 or ran == 0 then os.exit(1, true) end

@@ -1,0 +1,176 @@
+-- zyl edit: sets fields of programs.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local fields = require "fields"
+local filenames = require "filenames"
+local json = require "json"
+local programs = require "programs"
+local text = require "text"
+
+local options, words = cli.parse {
+  verb = "edit", repeats = true, operands = "PROGRAM… KEY=VALUE…",
+  about = "Sets fields of programs and prints what changed. Nothing is written unless all can be.",
+  options = {
+    { name = "keygroups", kind = "text", value = "LIST",
+      help = "which keygroups: all, selected, or numbers from 1 as in\n1-8,12 (default all)" },
+    { name = "zones", kind = "text", value = "LIST",
+      help = "which velocity zones, numbers from 1 to 4 (default all)" },
+    { name = "output", short = "o", kind = "text", value = "FILE",
+      help = "write there, and leave PROGRAM as it is" },
+    { name = "dry-run", help = "print what would change, and write nothing" },
+    { name = "json", help = "print a JSON list, one object for each program" },
+  },
+  more = "KEY is a field by its method (KGfilterFreq) or without the family (filterFreq): 'zyl methods KG'\n"
+      .. "lists those of keygroups, PRG those of the program, Zone those of zones. Where several have the\n"
+      .. "name, --zones or --keygroups says which, else write it out. VALUE is\n\n"
+      .. "  KEY=80          that value; a note where it is a key (lowKey=C3), on or off for a switch\n"
+      .. "  KEY=+5, KEY=-5  so much more, so much less\n"
+      .. "  KEY:=-5         that value, also with a sign",
+}
+
+local KEYS = { lowKey = true, highKey = true, extTriggerNote = true }
+
+-- "1-8,12" as a set and in order, counted from 0; `most` is the highest number, nil for any.
+local function numbers(option, list, most)
+  local chosen = {}
+  for part in (list .. ","):gmatch("(.-),") do
+    local first, last = part:match("^(%d+)%-(%d+)$")
+    first = tonumber(first or part:match("^%d+$"))
+    last = tonumber(last) or first
+    if not first or first < 1 or last < first or last > (most or 65536) then
+      cli.usage(("--%s: '%s' is no number from 1 on, nor a range"):format(option, part))
+    end
+    for i = first, last do chosen[#chosen + 1] = i - 1 end
+  end
+  return chosen
+end
+
+local which = options.keygroups or "all"
+local listed = which ~= "all" and which ~= "selected" and numbers("keygroups", which) or nil
+local zones = options.zones and options.zones ~= "all" and numbers("zones", options.zones, 4)
+              or { 0, 1, 2, 3 }
+local family = options.zones and "Zone" or options.keygroups and "KG" or nil
+
+-- A change: field, and value or by (so much more).
+local function changeOf(key, sign, value)
+  local field, reason = fields.find(key, family)
+  if not field then cli.usage(reason) end
+  local kind = fields.kind(field)
+  if kind == "string" then return { field = field, value = value } end
+  if kind == "boolean" then
+    local switch = ({ on = true, off = false, ["true"] = true, ["false"] = false, ["1"] = true,
+                      ["0"] = false })[value:lower()]
+    if switch == nil then cli.usage(("%s: '%s' is neither on nor off"):format(field.name, value)) end
+    return { field = field, value = switch }
+  end
+  local number = value:match("^[+-]?%d+$") and math.tointeger(tonumber(value))
+  if number and sign ~= ":=" and value:match("^[+-]") then return { field = field, by = number } end
+  number = number or KEYS[field.short] and filenames.key(value)
+  if not number then cli.usage(("%s: '%s' is no whole number"):format(field.name, value)) end
+  return { field = field, value = number }
+end
+
+local paths, changes = {}, {}
+for _, word in ipairs(words) do
+  local key, sign, value = word:match("^(%a[%w_]*)(:?=)(.*)$")
+  if not key then key, sign, value = word:match("^(%a[%w_]*%[%d+%])(:?=)(.*)$") end
+  if key then
+    local change = changeOf(key, sign, value)
+    local obstacle = change.by == nil and fields.whyNot(change.field, change.value)
+    if obstacle then cli.usage(obstacle) end
+    changes[#changes + 1] = change
+  else
+    paths[#paths + 1] = word
+  end
+end
+if #paths == 0 then cli.usage("no PROGRAM given") end
+if #changes == 0 then cli.usage("no KEY=VALUE given") end
+if options.output then
+  if #paths > 1 then cli.usage("-o FILE takes one PROGRAM") end
+  local obstacle = programs.whyNotReplaceable(options.output)
+  if obstacle then cli.usage(options.output .. ": " .. obstacle) end
+end
+
+local function addressed(program)
+  local count, chosen = program:PRGkeyGroups(), {}
+  if listed then
+    for _, k in ipairs(listed) do
+      if k >= count then error(("there is no keygroup %d, only %d"):format(k + 1, count), 0) end
+    end
+    return listed
+  end
+  for k = 0, count - 1 do
+    if which == "all" or program:KGSelect(k) then chosen[#chosen + 1] = k end
+  end
+  if which == "selected" and #chosen == 0 then error("no keygroup is selected", 0) end
+  return chosen
+end
+
+-- Applies one change at one place and answers what it did, nil for nothing.
+local function apply(program, change, k, z)
+  local field, old = change.field, fields.read(program, change.field, k, z)
+  local new = change.by and old + change.by or change.value
+  if new == old then return nil end
+  local obstacle = fields.whyNot(field, new)
+  if obstacle then error(obstacle, 0) end
+  fields.write(program, field, new, k, z)
+  return { field = field, keygroup = k, zone = z, old = old, new = new }
+end
+
+local function edit(path)
+  local program, reason = programs.open(path)
+  if not program then error(reason, 0) end
+  local done, keygroups = {}, addressed(program)
+  for _, change in ipairs(changes) do
+    local one = change.field.family == "PRG"
+    for _, k in ipairs(one and { 0 } or keygroups) do
+      for _, z in ipairs(change.field.family == "Zone" and zones or { 0 }) do
+        done[#done + 1] = apply(program, change, k, z)
+      end
+    end
+  end
+  local target = options.output or path
+  local writes = not options["dry-run"] and (#done > 0 or options.output ~= nil)
+  if writes and not programs.write(program, target) then error("could not be written", 0) end
+  return done, writes and target
+end
+
+local function value(v) return type(v) == "string" and '"' .. text.printable(v) .. '"' or tostring(v) end
+
+local function shown(path, done, target)
+  local rows = {}
+  for i, change in ipairs(done) do
+    rows[i] = { field = change.field, keygroup = change.keygroup, zone = change.zone,
+                value(change.old), "->", value(change.new) }
+  end
+  local table = #rows > 0 and text.columns(fields.rows(rows), { true, true, false, true, true }) or ""
+  local count = ("%d value%s changed"):format(#done, #done == 1 and "" or "s")
+  return table .. text.printable(target or path) .. ": " .. count
+         .. (target and "" or ", not written") .. "\n"
+end
+
+local function record(path, done, target, failure)
+  local list = {}
+  for i, change in ipairs(done or {}) do
+    list[i] = json.object("field", change.field.name,
+      "keygroup", change.field.family ~= "PRG" and change.keygroup + 1 or nil,
+      "zone", change.field.family == "Zone" and change.zone + 1 or nil,
+      "old", change.old, "new", change.new)
+  end
+  return json.object("file", path, "changes", json.list(list), "written", target or json.null,
+                     "error", failure)
+end
+
+local printer = cli.printer(options.json)
+for i, path in ipairs(paths) do
+  local done, target = cli.try(edit, path)
+  local failure = not done and target or nil
+  if failure then cli.failed(path, failure .. ": left as it is") end
+  if options.json then
+    printer.result(i, record(path, done, target, failure))
+  else
+    printer.result(i, done and shown(path, done, target) or nil)
+  end
+end
+printer.close()
+cli.finish()

@@ -1,0 +1,95 @@
+-- zyl find: tells which keygroups, zones and samples of programs sound for a key.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local filenames = require "filenames"
+local json = require "json"
+local notes = require "notes"
+local programs = require "programs"
+local text = require "text"
+
+local options, words = cli.parse {
+  verb = "find", operands = "KEY PROGRAM…", repeats = true,
+  about = "Tells which keygroups, zones and samples of programs sound for a key: a note (C#3, Bb2; C4 is\n"
+       .. "60) or a number from 0 to 127.",
+  options = {
+    { name = "velocity", kind = "integer", value = "V", low = 0, high = 127,
+      help = "only what sounds for that velocity" },
+    { name = "json", help = "print a JSON list, one object for each program" },
+  },
+  status = "0 something sounds, 1 nothing does, 2 wrong command line, 4 some files failed",
+}
+local key = filenames.key(words[1])
+if not key then cli.usage("'" .. words[1] .. "' is neither a note nor a number from 0 to 127") end
+local files = table.move(words, 2, #words, 1, {})
+if #files == 0 then cli.usage("no PROGRAM given") end
+
+local function isThere(path)
+  local file = io.open(path, "rb")
+  if file then file:close() end
+  return file ~= nil
+end
+
+-- What sounds: { keygroup and zone from 0, low and high key and velocity, path }.
+local function find(path)
+  local program, reason = programs.open(path)
+  if not program then error(reason, 0) end
+  local found = {}
+  if key < program:PRGlowKey() or key > program:PRGhighKey() then
+    cli.note(path, ("the key lies outside the program's play range, %d to %d"):format(
+             program:PRGlowKey(), program:PRGhighKey()))
+    return found
+  end
+  local k = program:KGFindByKey(key)
+  while k >= 0 do
+    for z = 0, 3 do
+      local low, high = program:ZonelowVel(k, z), program:ZonehighVel(k, z)
+      local sounds = not options.velocity or options.velocity >= low and options.velocity <= high
+      if sounds and program:ZoneSamplePath(k, z) ~= "" then
+        found[#found + 1] = { keygroup = k, zone = z, lowKey = program:KGlowKey(k),
+                              highKey = program:KGhighKey(k), low = low, high = high,
+                              path = program:ZoneSamplePath(k, z) }
+      end
+    end
+    k = k + 1 < program:PRGkeyGroups() and program:KGFindByKey(key, k + 1) or -1
+  end
+  return found
+end
+
+local function shown(path, found)
+  local rows = { { "program", "keygroup", "zone", "keys", "velocities", "sample" } }
+  for i, it in ipairs(found) do
+    rows[i + 1] = { text.printable(path), tostring(it.keygroup + 1), tostring(it.zone + 1),
+                    it.lowKey .. "-" .. it.highKey, it.low .. "-" .. it.high,
+                    text.printable(it.path) .. (isThere(it.path) and "" or " (missing)") }
+  end
+  return text.columns(rows, { true, false, false, false, false, true })
+end
+
+local function record(path, found, failure)
+  local list = {}
+  for i, it in ipairs(found or {}) do
+    list[i] = json.object("keygroup", it.keygroup + 1, "zone", it.zone + 1, "low_key", it.lowKey,
+                          "high_key", it.highKey, "low_velocity", it.low, "high_velocity", it.high,
+                          "sample", it.path, "missing", not isThere(it.path))
+  end
+  return json.object("file", path, "key", key, "note", notes.name(key), "sounds", json.list(list),
+                     "error", failure)
+end
+
+local printer, any = cli.printer(options.json), false
+for i, path in ipairs(files) do
+  local found, failure = cli.try(find, path)
+  if failure then cli.failed(path, failure) end
+  any = any or found ~= nil and #found > 0
+  if options.json then
+    printer.result(i, record(path, found, failure))
+  else
+    printer.result(i, found and #found > 0 and shown(path, found) or nil)
+  end
+end
+printer.close()
+if not any and not cli.anyFailed() then
+  cli.note(notes.name(key) .. " (" .. key .. ")", "nothing sounds")
+end
+cli.finish()
+if not any then os.exit(1, true) end

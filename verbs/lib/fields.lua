@@ -1,0 +1,175 @@
+-- The fields of a program as the script methods give them: header (PRG), keygroups (KG), zones
+-- (Zone). What a field holds is asked of the module, so that nothing is said here twice.
+local fields = {}
+
+-- Methods of these families that act, are computed, or reach what other fields reach.
+local NO_FIELDS = {}
+for name in ([[PRGkeyGroups PRGIntValue PRGStringValue PRGtmMidiChannel KGCreate KGDelete KGFindByKey
+               KGMove KGSort KGIntValue KGStringValue ZoneSampleSet ZoneSampleExists Zonename
+               ZoneIntValue ZoneStringValue]]):gmatch("%a+") do
+  NO_FIELDS[name] = true
+end
+local DETUNES = 13
+local LOWS, HIGHS = { -2147483648, -32768, -128, 0 }, { 2147483647, 65535, 32767, 255, 127 }
+
+local all, scratch
+
+-- All fields in the order of the method table: method, name (as shown), short (without the family),
+-- family, and for an element of a list its index.
+function fields.all()
+  if all then return all end
+  all = {}
+  for _, method in ipairs(host.methods()) do
+    local family = method:match("^PRG") or method:match("^KG") or method:match("^Zone")
+    if family and not NO_FIELDS[method] then
+      for index = 0, method == "PRGmasterDetune" and DETUNES - 1 or 0 do
+        local name = method == "PRGmasterDetune" and method .. "[" .. index .. "]" or method
+        all[#all + 1] = { method = method, name = name, short = name:sub(#family + 1),
+                          family = family, index = name ~= method and index or nil }
+      end
+    end
+  end
+  return all
+end
+
+-- Keygroup and zone count from 0; they are looked at where the family has them.
+function fields.read(program, field, keygroup, zone)
+  local call = program[field.method]
+  if field.family == "KG" then return call(program, keygroup) end
+  if field.family == "Zone" then return call(program, keygroup, zone) end
+  return call(program, field.index)
+end
+
+function fields.write(program, field, value, keygroup, zone)
+  local call = program[field.method]
+  if field.family == "KG" then
+    call(program, keygroup, value)
+  elseif field.family == "Zone" then
+    call(program, keygroup, zone, value)
+  elseif field.index then
+    call(program, field.index, value)
+  else
+    call(program, value)
+  end
+end
+
+-- Whether the field holds that value: a program made for the purpose must give it back.
+local function holds(field, value)
+  if not scratch then
+    scratch = host.new("ZylSProgram")
+    scratch:Create(host.null)
+  end
+  fields.write(scratch, field, value, 0, 0)
+  return fields.read(scratch, field, 0, 0) == value
+end
+
+-- "integer", "boolean" or "string".
+function fields.kind(field)
+  holds(field, nil)
+  local value = fields.read(scratch, field, 0, 0)
+  return math.type(value) or type(value)
+end
+
+-- nil when the field can hold the value, else why not.
+function fields.whyNot(field, value)
+  if holds(field, value) then return nil end
+  if type(value) == "string" then return field.name .. " takes 12 characters" end
+  local low, high
+  for _, limit in ipairs(LOWS) do
+    if not low and holds(field, limit) then low = limit end
+  end
+  for _, limit in ipairs(HIGHS) do
+    if not high and holds(field, limit) then high = limit end
+  end
+  if not low or not high or value >= low and value <= high then
+    return ("%s does not take %s"):format(field.name, value)
+  end
+  return ("%s is outside %d to %d, what %s holds"):format(value, low, high, field.name)
+end
+
+-- The edits that make one text the other: letters changed, added, left out.
+local function distance(a, b)
+  local row = {}
+  for j = 0, #b do row[j] = j end
+  for i = 1, #a do
+    local diagonal = row[0]
+    row[0] = i
+    for j = 1, #b do
+      local cost = a:byte(i) == b:byte(j) and 0 or 1
+      diagonal, row[j] = row[j], math.min(row[j] + 1, row[j - 1] + 1, diagonal + cost)
+    end
+  end
+  return row[#b]
+end
+
+local function nearest(name)
+  local lower, best, least = name:lower(), nil, math.max(#name // 2, 2)
+  for _, field in ipairs(fields.all()) do
+    for _, spelling in ipairs { field.name, field.short } do
+      local edits = distance(lower, spelling:lower())
+      if edits < least then best, least = field.name, edits end
+    end
+  end
+  return best
+end
+
+-- The field of that name, with its family or without, in any case; `family` decides where several
+-- have the name. nil and the reason when there is none, or more than one.
+function fields.find(name, family)
+  local lower, found, exact = name:lower(), {}, nil
+  for _, field in ipairs(fields.all()) do
+    if field.name == name then exact = field end
+    if field.name:lower() == lower then return field end
+    if field.short:lower() == lower then found[#found + 1] = field end
+  end
+  if exact or #found == 1 then return exact or found[1] end
+  for _, field in ipairs(found) do
+    if field.family == family then return field end
+  end
+  if #found > 1 then
+    local names = {}
+    for i, field in ipairs(found) do names[i] = field.name end
+    return nil, ("'%s' may be %s"):format(name, table.concat(names, " or "))
+  end
+  local suggestion = nearest(name)
+  return nil, ("there is no field '%s'%s"):format(name,
+         suggestion and "; did you mean " .. suggestion .. "?" or "")
+end
+
+-- Calls each(field, keygroup, zone) for every field of a program with that many keygroups.
+function fields.walk(keygroups, each)
+  for _, field in ipairs(fields.all()) do
+    for k = 0, field.family == "PRG" and 0 or keygroups - 1 do
+      for z = 0, field.family == "Zone" and 3 or 0 do each(field, k, z) end
+    end
+  end
+end
+
+-- Where a value stands, for people: keygroups and zones count from 1. Of equal neighbouring rows
+-- (by their text) one is made: rows are { field, keygroup, zone, text… }, in walking order.
+function fields.rows(list)
+  local runs, open = {}, {}
+  for _, row in ipairs(list) do
+    local key = table.concat({ row.field.name, row.field.family == "Zone" and row.zone or "",
+                               table.unpack(row, 1, #row) }, "\0")
+    local run = open[key]
+    if run and row.field.family ~= "PRG" and run.last == row.keygroup - 1 then
+      run.last = row.keygroup
+    else
+      run = { row = row, first = row.keygroup, last = row.keygroup }
+      open[key], runs[#runs + 1] = run, run
+    end
+  end
+  local texts = {}
+  for i, run in ipairs(runs) do
+    local where = ""
+    if run.row.field.family ~= "PRG" then
+      where = "keygroup " .. run.first + 1 .. (run.last > run.first and "-" .. run.last + 1 or "")
+    end
+    if run.row.field.family == "Zone" then where = where .. " zone " .. run.row.zone + 1 end
+    texts[i] = { run.row.field.name, where, table.unpack(run.row, 1, #run.row) }
+  end
+  return texts
+end
+
+return fields

@@ -1,0 +1,386 @@
+-- zyl map: builds a multisampled program out of recordings.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local filenames = require "filenames"
+local json = require "json"
+local keymap = require "keymap"
+local notes = require "notes"
+local programs = require "programs"
+local progress = require "progress"
+local rootpitch = require "rootpitch"
+local samples = require "samples"
+local soundfile = require "soundfile"
+local text = require "text"
+
+local PROBES = 12                    -- named files whose pitch is looked at for the octave
+local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
+
+local options, files = cli.parse {
+  verb = "map", folders = true, operands = "FOLDER|FILE… -o PROGRAM",
+  about = "Builds a multisampled program out of recordings: one keygroup for each root key, up to four\n"
+       .. "velocity layers in it, key ranges that meet half-way between neighbouring roots.",
+  options = {
+    { name = "output", short = "o", kind = "text", value = "PROGRAM",
+      help = "the program file to write" },
+    { name = "from", kind = "text", value = "LIST", default = "chunk,name,pitch",
+      help = "where root keys come from, the first that has one\n(default chunk,name,pitch)" },
+    { name = "octave", kind = "text", value = "N", default = "auto",
+      help = "the octave of key 60 in names: C4 is 60 with 4, C3 with 3\n"
+          .. "(default auto: 4, unless the pitches say otherwise)" },
+    { name = "reach", kind = "integer", value = "N", low = 0, high = 127, default = 127,
+      help = "most keys from a root to the end of its range (default 127)" },
+    { name = "drums", kind = "integer", value = "KEY", low = 0, high = 127,
+      help = "one key for each file from KEY up, at its own pitch,\nplayed to its end" },
+    { name = "name", kind = "text", value = "NAME",
+      help = "the program's name, 12 characters (default: the file's)" },
+    { name = "check", help = "measure every file, and say where chunk, name and pitch differ" },
+    { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
+      help = "what A4 is tuned to (default 440)" },
+    { name = "dry-run", help = "show the layout and write nothing" },
+    { name = "json", help = "print a JSON list, one object for each file" },
+  },
+  more = "Names: a letter with an octave (C#3, Bb2, Cs4, F-1), or plain MIDI numbers where all names\n"
+      .. "have them. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard. Files stay as they are: the\n"
+      .. "tuning is part of the program.",
+}
+
+local order, use = {}, {}
+for word in (options.from .. ","):gmatch("(.-),") do
+  if word ~= "chunk" and word ~= "name" and word ~= "pitch" then
+    cli.usage("--from LIST: '" .. word .. "' is not chunk, name or pitch")
+  end
+  order[#order + 1], use[word] = word, true
+end
+local octave = options.octave == "auto" and 4 or math.tointeger(tonumber(options.octave))
+if not octave or octave < 2 or octave > 6 then
+  cli.usage("--octave N: '" .. options.octave .. "' is not auto or 2 to 6")
+end
+if not options.output and not options["dry-run"] and not options.check then
+  cli.usage("-o PROGRAM is missing (--dry-run shows the layout alone)")
+end
+if options.output then
+  local obstacle = programs.whyNotReplaceable(options.output)
+  if obstacle then cli.usage(options.output .. ": " .. obstacle) end
+end
+
+local program = host.new("ZylSProgram")
+local list = {}   -- for each file: path, name (what it says), and what is found out below
+
+local function fail(it, reason)
+  it.failure = reason
+  cli.failed(it.path, reason)
+end
+
+-- What the file itself says, from an open sample.
+local function take(it, sample, found)
+  it.fileNote = program:Samplekey(sample) + program:Sampletune(sample) / 256
+  it.rate, it.frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
+  it.channels = program:SampleChannelCount(sample)
+  local key = program:Samplekey(sample)
+  -- Programs that know no root key write 0 beside their loops.
+  if soundfile.hasKey(found) and key > 0 and key <= 127 then it.chunk = key end
+  it.known = true
+end
+
+-- Opens the files that are not known yet, those of `wanted` with their pitch.
+local function measure(wanted)
+  local paths, items = {}, {}
+  for _, it in ipairs(list) do
+    if wanted[it] and not it.measured and not it.failure then
+      paths[#paths + 1], items[#items + 1] = it.path, it
+    end
+  end
+  if #paths == 0 then return end
+  samples.tracks(program, paths, function(sample) return rootpitch.settings(program, sample) end, {
+    shown = progress.show,
+    failed = function(index, reason) fail(items[index], reason) end,
+    done = function(index, sample, track, found)
+      local it = items[index]
+      take(it, sample, found)
+      it.measured = true
+      local result, reason = rootpitch.of(program, sample, track)
+      if not result or not result.sure then
+        it.noPitch = reason or "no steady pitch"
+      else
+        it.pitch = notes.fromHertz(result.hertz, options.a4 + 0.0)
+      end
+    end,
+  })
+end
+
+local function open(it)
+  local sample, found = cli.try(samples.open, program, it.path)
+  if not sample then return fail(it, found) end
+  take(it, sample, found)
+  samples.close(program, sample)
+end
+
+-- Some of the files whose name has a note, spread over all of them.
+local function probes()
+  local named, chosen = {}, {}
+  for _, it in ipairs(list) do
+    if it.name.key and not it.failure then named[#named + 1] = it end
+  end
+  local count = math.min(#named, PROBES)
+  for i = 1, count do chosen[named[(i - 1) * #named // count + 1]] = true end
+  return chosen
+end
+
+-- Compares names with pitches: sets the octave that most of them agree on, and drops numbers that
+-- turn out not to be keys.
+local function judgeNames(chosen)
+  local counts, all, most = {}, 0, 0
+  for it in pairs(chosen) do
+    if it.pitch then
+      local offset = notes.nearest(it.pitch) - it.name.key
+      counts[offset] = (counts[offset] or 0) + 1
+      all = all + 1
+    end
+  end
+  local agreed
+  for offset, count in pairs(counts) do
+    if count > most or count == most and offset == 0 then agreed, most = offset, count end
+  end
+  if all < 2 or most < 2 then return end
+  local isNumber = false
+  for it in pairs(chosen) do isNumber = isNumber or it.name.how == "number" end
+  if 3 * most < 2 * all or agreed % 12 ~= 0 then
+    if isNumber then
+      cli.note("names", "their numbers are not the keys of what sounds: not used")
+      for _, it in ipairs(list) do it.name.key = nil end
+    else
+      cli.note("names", ("%d of %d pitches are not what the names say; see --check, --from pitch")
+               :format(all - (counts[0] or 0), all))
+    end
+  elseif agreed ~= 0 and not isNumber and options.octave == "auto" then
+    octave = octave - agreed // 12
+    cli.note("names", ("%d of %d pitches say that C%d is key 60: --octave %d")
+             :format(most, all, octave, octave))
+  end
+end
+
+-- A root key that all files carry while their names tell them apart says nothing.
+local function dropEmptyChunks()
+  local chunkKey, count, nameKey, differ = nil, 0, nil, false
+  for _, it in ipairs(list) do
+    if it.chunk then
+      if chunkKey and chunkKey ~= it.chunk then return end
+      chunkKey, count = it.chunk, count + 1
+      if it.name.key then
+        differ = differ or nameKey ~= nil and nameKey ~= it.name.key
+        nameKey = it.name.key
+      end
+    end
+  end
+  if count < 3 or not differ or not use.name then return end
+  cli.note("chunks", ("all %d carry the root key %s (%d): not used"):format(count,
+           notes.name(chunkKey), chunkKey))
+  for _, it in ipairs(list) do it.chunk = nil end
+end
+
+local function nameKey(it)
+  if not it.name.key then return nil end
+  local key = it.name.key + (it.name.how == "note" and 12 * (4 - octave) or 0)
+  return key >= 0 and key <= 127 and key or nil
+end
+
+-- Sets key, source and note (the pitch that the file is taken to have).
+local function decide(it)
+  for _, source in ipairs(order) do
+    if source == "chunk" and it.chunk then
+      it.key, it.note = it.chunk, it.fileNote
+    elseif source == "name" and nameKey(it) then
+      it.key = nameKey(it)
+      it.note = it.key + 0.0
+    elseif source == "pitch" and it.pitch then
+      it.key, it.note = notes.nearest(it.pitch), it.pitch
+      if it.key < 0 or it.key > 127 then it.key = nil end
+    end
+    if it.key then
+      it.source = source
+      return
+    end
+  end
+  fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums takes it as it is)"
+                               or "none of " .. options.from .. " has one"))
+end
+
+local function needsPitch()
+  local wanted = {}
+  for _, it in ipairs(list) do
+    local before = false
+    for _, source in ipairs(order) do
+      if source == "pitch" and not before then wanted[it] = true end
+      before = before or source == "chunk" and it.chunk ~= nil
+               or source == "name" and nameKey(it) ~= nil
+    end
+  end
+  return wanted
+end
+
+local function collect()
+  local read = filenames.read(files)
+  for i, path in ipairs(files) do list[i] = { path = path, name = read[i], index = i } end
+  local everything = {}
+  for _, it in ipairs(list) do everything[it] = true end
+  if options.check or order[1] == "pitch" then measure(everything) end
+  for i, it in ipairs(list) do
+    if not it.known and not it.failure then
+      progress.show((i - 1) / #list, it.path)
+      open(it)
+    end
+  end
+  dropEmptyChunks()
+  if use.name and options.octave == "auto" or options.check then
+    local unsaid = {}
+    for it in pairs(probes()) do
+      if not (order[1] == "chunk" and it.chunk) then unsaid[it] = true end
+    end
+    measure(unsaid)
+    judgeNames(unsaid)
+  end
+  measure(needsPitch())
+end
+
+-- Notes which of chunk, name and pitch differ by a key or more.
+local function check(it)
+  local said, first, differ = {}, nil, false
+  local function add(name, key)
+    if not key then return end
+    said[#said + 1] = ("%s %s (%d)"):format(name, notes.name(key), key)
+    differ = differ or first ~= nil and key ~= first
+    first = first or key
+  end
+  add("chunk", it.chunk)
+  add("name", nameKey(it))
+  add("pitch", it.pitch and notes.nearest(it.pitch))
+  it.differ = differ
+  if differ then cli.note(it.path, table.concat(said, ", ")) end
+end
+
+-- The tuning in 1/256 semitone that brings the file to its root key's pitch in the program.
+local function tuneOffset(it)
+  return math.min(math.max(math.floor((it.fileNote - it.note) * 256 + 0.5), -32768), 32767)
+end
+
+local function drums()
+  local keygroups, key = {}, options.drums
+  for _, it in ipairs(list) do
+    if not it.failure then open(it) end
+    if not it.failure and key > 127 then
+      it.leftOut = "no key is left"
+      cli.note(it.path, it.leftOut)
+    elseif not it.failure then
+      it.key, it.note, it.source = key, it.fileNote, "drums"
+      keygroups[#keygroups + 1] = { key = key, low = key, high = key,
+                                    zones = { { sample = it, low = 0, high = 127 } } }
+      key = key + 1
+    end
+  end
+  return keygroups
+end
+
+local function layout()
+  local placed = {}
+  for _, it in ipairs(list) do
+    if not it.failure then decide(it) end
+    if options.check and not it.failure then check(it) end
+    if it.key then
+      it.layer = it.name.layer
+      placed[#placed + 1] = it
+    end
+  end
+  local keygroups = keymap.layers(placed, function(it, reason)
+    it.leftOut = reason
+    cli.note(it.path, "left out: " .. reason)
+  end)
+  keymap.ranges(keygroups, options.reach)
+  return keygroups
+end
+
+local function fill(keygroups)
+  program:Create(host.null)
+  program:PRGname(options.name or options.output:match("[^/]*$"):gsub("%.%w+$", ""))
+  for k, group in ipairs(keygroups) do
+    if k > 1 then program:KGCreate(k - 1) end
+    program:KGlowKey(k - 1, group.low)
+    program:KGhighKey(k - 1, group.high)
+    for z, zone in ipairs(group.zones) do
+      -- The path alone: the sounds need not be in memory for that.
+      program:ZoneSamplePath(k - 1, z - 1, zone.sample.path)
+      program:ZonelowVel(k - 1, z - 1, zone.low)
+      program:ZonehighVel(k - 1, z - 1, zone.high)
+      program:ZonetuneOffset(k - 1, z - 1, tuneOffset(zone.sample))
+      if options.drums then
+        program:ZoneconstantPitch(k - 1, z - 1, CONSTANT)
+        program:Zoneplaybacktype(k - 1, z - 1, TO_THE_END)
+      end
+    end
+  end
+end
+
+local function cents(it) return 100 * (it.note - it.key) end
+
+local function shown(keygroups)
+  local rows = { { "keys", "root", "velocities", "from", "cents", "file" } }
+  for _, group in ipairs(keygroups) do
+    for z, zone in ipairs(group.zones) do
+      rows[#rows + 1] = {
+        z == 1 and ("%3d-%-3d"):format(group.low, group.high) or "",
+        z == 1 and ("%s (%d)"):format(notes.name(group.key), group.key) or "",
+        ("%d-%d"):format(zone.low, zone.high), zone.sample.source,
+        ("%+.1f"):format(cents(zone.sample)), text.printable(zone.sample.path),
+      }
+    end
+  end
+  return text.columns(rows, { true, true, false, true, false, true }, "")
+end
+
+local function printRecords(keygroups)
+  local printer = cli.printer(true)
+  for k, group in ipairs(keygroups) do
+    for z, zone in ipairs(group.zones) do
+      zone.sample.place = { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
+                            "low_velocity", zone.low, "high_velocity", zone.high }
+    end
+  end
+  for i, it in ipairs(list) do
+    local pitch = it.pitch and json.object("key", (notes.nearest(it.pitch)), "cents",
+                                           (select(2, notes.nearest(it.pitch))))
+    local place = it.place or {}
+    printer.result(i, json.object("file", it.path, "key", it.key,
+      "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
+      "chunk_key", it.chunk, "name_key", nameKey(it), "pitch", pitch, "differ", it.differ,
+      "left_out", it.leftOut, "error", it.failure, table.unpack(place)))
+  end
+  printer.close()
+end
+
+local keygroups
+if options.drums then
+  for i, path in ipairs(files) do list[i] = { path = path, name = {}, index = i } end
+  keygroups = drums()
+else
+  collect()
+  keygroups = layout()
+end
+local written = false
+if #keygroups > 0 and options.output and not options["dry-run"] then
+  fill(keygroups)
+  progress.hide()
+  written = program:Write(options.output)
+  if not written then cli.failed(options.output, "could not be written") end
+elseif #keygroups == 0 and options.output then
+  cli.failed(options.output, "not written: no file has a place")
+end
+progress.hide()
+if options.json then
+  printRecords(keygroups)
+elseif #keygroups > 0 then
+  local zones = 0
+  for _, group in ipairs(keygroups) do zones = zones + #group.zones end
+  io.write(shown(keygroups), ("%d keygroup%s, %d sample%s%s\n"):format(
+           #keygroups, #keygroups == 1 and "" or "s", zones, zones == 1 and "" or "s",
+           written and " in " .. text.printable(options.output) or ": nothing was written"))
+end
+cli.finish()

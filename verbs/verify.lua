@@ -1,0 +1,172 @@
+-- zyl verify: compares two programs or two samples field by field.
+package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
+local cli = require "cli"
+local fields = require "fields"
+local json = require "json"
+local programs = require "programs"
+local samples = require "samples"
+local text = require "text"
+
+local options, files = cli.parse {
+  verb = "verify", repeats = true, operands = "A B",
+  about = "Compares two programs, or two samples, field by field, and prints where they differ. Sample\n"
+       .. "paths count from the program's folder, so that a folder can be compared with its copy.",
+  options = { { name = "json", help = "print a JSON object with the differences" } },
+  status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
+}
+if #files ~= 2 then cli.usage("two files are needed, A and B") end
+
+local ORGAN = "TOLM"   -- the chunk of a program's organ extension
+local compared, differences = 0, {}
+
+local function compare(field, keygroup, zone, a, b)
+  compared = compared + 1
+  if a == b then return end
+  local function value(v)
+    if v == nil then return "-" end
+    return type(v) == "string" and '"' .. text.printable(v) .. '"' or tostring(v)
+  end
+  differences[#differences + 1] = { field = field, keygroup = keygroup, zone = zone, value(a),
+                                    value(b), a = a, b = b }
+end
+
+local function plain(name) return { name = name, family = "PRG" } end
+
+-- Programs --------------------------------------------------------------------------------------
+
+local function folder(path) return path:match("^.*/") or "" end
+
+-- A sample's path from the program's folder, where it lies in there.
+local function fromFolder(path, program)
+  local start = folder(program)
+  return path:sub(1, #start) == start and path:sub(#start + 1) or path
+end
+
+-- Whether the program file has an organ extension. A method that asks for its fields would make one.
+local function hasOrgan(path)
+  local file = assert(io.open(path, "rb"))
+  local found, size = false, file:seek("end")
+  local place = 8
+  while not found and place + 8 <= size do
+    file:seek("set", place)
+    local head = file:read(8)
+    found = head:sub(1, 4) == ORGAN
+    place = place + 8 + string.unpack("<I4", head, 5)
+  end
+  file:close()
+  return found
+end
+
+local function compareOrgan(a, b)
+  local has = { hasOrgan(files[1]), hasOrgan(files[2]) }
+  compare(plain("organ extension"), 0, 0, has[1], has[2])
+  for _, method in ipairs(has[1] and has[2] and host.methods() or {}) do
+    if method:match("^TolmoPRG") then
+      compare(plain(method), 0, 0, a[method](a), b[method](b))
+    elseif method:match("^TolmoKG") then
+      for k = 0, math.min(a:PRGkeyGroups(), b:PRGkeyGroups()) - 1 do
+        compare({ name = method, family = "KG" }, k, 0, a[method](a, k), b[method](b, k))
+      end
+    end
+  end
+end
+
+local function comparePrograms()
+  local list = {}
+  for i, path in ipairs(files) do
+    local program, reason = programs.open(path)
+    if not program then return cli.failed(path, reason) end
+    list[i] = program
+  end
+  local a, b = list[1], list[2]
+  compare(plain("keygroups"), 0, 0, a:PRGkeyGroups(), b:PRGkeyGroups())
+  fields.walk(math.min(a:PRGkeyGroups(), b:PRGkeyGroups()), function(field, k, z)
+    local mine, other = fields.read(a, field, k, z), fields.read(b, field, k, z)
+    if field.method == "ZoneSamplePath" then
+      mine, other = fromFolder(mine, files[1]), fromFolder(other, files[2])
+    end
+    compare(field, k, z, mine, other)
+  end)
+  compareOrgan(a, b)
+end
+
+-- Samples ---------------------------------------------------------------------------------------
+
+-- The first of the frames from `low` to `high` in which two strings of values differ.
+local function firstDifference(a, b, width, low, high)
+  while low < high do
+    local middle = (low + high) // 2
+    if a:sub(low * width + 1, (middle + 1) * width) == b:sub(low * width + 1, (middle + 1) * width) then
+      low = middle + 1
+    else
+      high = middle
+    end
+  end
+  return low
+end
+
+local function compareSound(program, open, facts)
+  local a, b = facts[1], facts[2]
+  if a.bits ~= b.bits or a.frames ~= b.frames or a.channels ~= b.channels then return end
+  for c = 0, a.channels - 1 do
+    local mine, _, width = samples.values(program, open[1], c)
+    local other = samples.values(program, open[2], c)
+    local from = mine ~= other and firstDifference(mine, other, width, 0, a.frames - 1)
+    local says = from and ("other from frame %d on"):format(from) or "sound"
+    compare(plain("channel " .. c + 1), 0, 0, "sound", says)
+  end
+end
+
+local function compareSamples()
+  local program, open, facts = host.new("ZylSProgram"), {}, {}
+  for i, path in ipairs(files) do
+    local sample, reason = samples.open(program, path)
+    if not sample then return cli.failed(path, reason) end
+    open[i], facts[i] = sample, samples.facts(program, sample)
+  end
+  for _, name in ipairs { "channels", "bits", "rate", "frames", "name", "key", "tune", "playback",
+                          "first", "last" } do
+    compare(plain(name), 0, 0, facts[1][name], facts[2][name])
+  end
+  compare(plain("loops"), 0, 0, #facts[1].loops, #facts[2].loops)
+  for i = 1, math.min(#facts[1].loops, #facts[2].loops) do
+    for _, name in ipairs { "first", "last", "fraction", "times" } do
+      compare(plain(("loop %d %s"):format(i, name)), 0, 0, facts[1].loops[i][name],
+              facts[2].loops[i][name])
+    end
+  end
+  compareSound(program, open, facts)
+end
+
+local kinds = {}
+for i, path in ipairs(files) do
+  local is, reason = programs.isProgram(path)
+  if is == nil then cli.failed(path, reason) end
+  kinds[i] = is
+end
+if kinds[1] ~= nil and kinds[2] ~= nil then
+  if kinds[1] ~= kinds[2] then cli.usage("one is a program and the other is not") end
+  local _, failure = cli.try(kinds[1] and comparePrograms or compareSamples)
+  if failure then cli.failed(files[1], failure) end
+end
+local failed = cli.anyFailed()
+if options.json then
+  local list = {}
+  for i, row in ipairs(differences) do
+    list[i] = json.object("field", row.field.name,
+      "keygroup", row.field.family ~= "PRG" and row.keygroup + 1 or nil,
+      "zone", row.field.family == "Zone" and row.zone + 1 or nil, "a", row.a, "b", row.b)
+  end
+  local same = not failed and #differences == 0
+  io.write(json.encode(json.object("a", files[1], "b", files[2], "same", same,
+                                   "compared", compared, "differences", json.list(list))), "\n")
+elseif not failed and #differences == 0 then
+  if not options.quiet then io.write(("the same: %d values compared\n"):format(compared)) end
+elseif not failed then
+  local rows = fields.rows(differences)
+  table.insert(rows, 1, { "field", "", "A", "B" })
+  io.write(text.columns(rows, { true, true, true, true }),
+           ("%d of %d values differ\n"):format(#differences, compared))
+end
+cli.finish()
+if #differences > 0 then os.exit(1, true) end
