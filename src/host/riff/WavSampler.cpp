@@ -104,8 +104,10 @@ Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrig
     kept.note = static_cast<uint32_t>(sampler.pitch >> 8);
     kept.fraction = static_cast<uint32_t>(sampler.pitch & 0xFF) << 24;
   }
-  // Loops that this system does not handle stay while they still fit the sound and the others.
-  if (!read || origin->frames != frames || parameters.loops != origin->parameters.loops) {
+  // Loops that this system does not handle stay while they still fit the sound and the others, of
+  // which none may be missing, since a reader would then take them for it.
+  if (!read || origin->frames != frames || parameters.loops != origin->parameters.loops ||
+      parameters.loops.size() != kMaxLoops) {
     kept.surplusLoops.clear();
   }
   const size_t loopCount = sampler.loops.size() + kept.surplusLoops.size() / kLoopBytes;
