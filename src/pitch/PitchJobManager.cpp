@@ -166,7 +166,7 @@ ROCParam PitchJobManager::PadOf(const ROCParam& pad) const {
 }
 
 void PitchJobManager::NotifyProgress() {
-  ZylSendThroughPad(PadOf(progressPad_), ROCParam(listed_ > 0 ? 1 : 0));
+  ZylSendStateThroughPad(PadOf(progressPad_), ROCParam(listed_ > 0 ? 1 : 0));
 }
 
 void PitchJobManager::NotifyFinished(const std::string& name) {

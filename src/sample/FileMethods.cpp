@@ -1,17 +1,17 @@
 #include "sample/FileMethods.h"
 
-#include <wx/file.h>
-#include <wx/filefn.h>
-#include <wx/filename.h>
-#include <wx/log.h>
+#include <wx/string.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <vector>
 
 #include "host/riff.h"
 #include "sample/SampleAccess.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -59,38 +59,29 @@ bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file)
   return file.ChannelCount() == channels.size() && file.CreateInterleavedBuffer();
 }
 
-namespace fs = std::filesystem;
-
-// The file that a copy replaces: behind symbolic links, also where it is not there yet.
-fs::path CopyTarget(const fs::path& dest) {
-  constexpr int kMaxLinks = 32;
-  fs::path target = dest;
-  for (int links = 0; fs::is_symlink(fs::symlink_status(target)); ++links) {
-    if (links == kMaxLinks) return {};
-    target = target.parent_path() / fs::read_symlink(target);
+// Copies into a file that is there whole or not at all.
+bool CopyWhole(const std::string& source, const std::string& dest, std::string& reason) {
+  constexpr size_t kBlockBytes = size_t{1} << 16;
+  std::error_code failed;
+  if (!fs::is_regular_file(source, failed)) {
+    reason = source + ": is no file that can be copied";
+    return false;
   }
-  return target;
-}
-
-// Copies beside the destination and renames over it: the old file or the whole new one is there at
-// any moment.
-bool CopyWhole(const fs::path& source, const fs::path& dest) {
-  const wxLogNull quiet;
-  const fs::path target = CopyTarget(dest);
-  const bool exists = fs::exists(target);
-  if (!fs::is_regular_file(source) || target.filename().empty()) return false;
-  if (exists && !fs::is_regular_file(target)) return false;
-  if (exists && fs::equivalent(source, target)) return true;
-  const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-  const wxString part =
-      wxFileName::CreateTempFileName(wxString::FromUTF8((folder / ".zyl-copy-").string()));
-  if (part.empty()) return false;
-  std::error_code failure = std::make_error_code(std::errc::io_error);
-  if (wxCopyFile(wxString::FromUTF8(source.string()), part) && wxFile(part).Flush()) {
-    fs::rename(fs::path(part.utf8_string()), target, failure);
+  if (fs::equivalent(source, dest, failed)) return true;
+  std::ifstream from(source, std::ios::binary);
+  RiffFile to(dest);
+  std::vector<char> block(kBlockBytes);
+  bool good = from.good() && to.Good();
+  while (good && from) {
+    from.read(block.data(), static_cast<std::streamsize>(block.size()));
+    good = !from.bad() && to.Write(block.data(), static_cast<size_t>(from.gcount()));
   }
-  if (failure) wxRemoveFile(part);
-  return !failure;
+  if (good && to.Close()) {
+    fs::permissions(dest, fs::status(source, failed).permissions(), failed);
+    return true;
+  }
+  reason = to.Error().empty() ? source + ": could not be read" : to.Error();
+  return false;
 }
 
 }  // namespace
@@ -126,14 +117,8 @@ std::optional<bool> SampleWriteMerged(Call& call, Arg<std::string, "NewPath"> pa
 
 void SampleCopyFile(ZylSProgram&, Arg<std::string, "Source"> source,
                     Arg<std::string, "Dest"> dest) {
-  std::error_code failure;
-  try {
-    if (CopyWhole(*source, *dest)) return;
-  } catch (const fs::filesystem_error& error) {
-    failure = error.code();
-  }
-  ZylDiagnostic(std::string(source.Text()) + ": could not be copied to " + dest.Text() +
-                (failure ? ": " + failure.message() : ""));
+  std::string reason;
+  if (!CopyWhole(*source, *dest, reason)) ZylDiagnostic(reason);
 }
 
 int32_t GetChannelCount(ZylSProgram&, Arg<std::string, "Path"> path) {

@@ -5,7 +5,11 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
+#include <new>
+#include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -71,7 +75,9 @@ void AddText(MemInterpreter& image, const std::string& text) {
   image.AddBlock(text.data(), text.size());
 }
 
+// Empty for a path that is too long to lead anywhere.
 std::string RelativeTo(const std::string& programPath, const std::string& samplePath) {
+  if (samplePath.size() > zyl::kMaxPathBytes) return {};
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
   return fs::path(zyl::AbsolutePath(samplePath)).lexically_relative(folder).generic_string();
 }
@@ -99,7 +105,11 @@ std::vector<ZonePath> ZonePaths(const akaiProgram& program, const std::string& p
   return all;
 }
 
-bool WriteProgram(const akaiProgram& program, const std::string& path, int mode) {
+}  // namespace
+
+namespace zyl {
+
+std::vector<std::byte> ProgramImage(const akaiProgram& program, const std::string& path, int mode) {
   MemInterpreter image;
   image.PrepareWrite(4096);
   image.AddBlock(kMagic, 4);
@@ -132,12 +142,21 @@ bool WriteProgram(const akaiProgram& program, const std::string& path, int mode)
   MemInterpreter sum;
   sum.AddDWORD(Checksum(image.Image().data(), image.Image().size()));
   AddChunk(image, "CSUM", sum.Image().data(), sum.Image().size());
-  if (image.Image().size() > kMaxFileBytes) {
+  return image.Image();
+}
+
+}  // namespace zyl
+
+namespace {
+
+bool WriteProgram(const akaiProgram& program, const std::string& path, int mode) {
+  const std::vector<std::byte> image = zyl::ProgramImage(program, path, mode);
+  if (image.size() > kMaxFileBytes) {
     ZylDiagnostic(path + ": the program is too large for a program file");
     return false;
   }
   zyl::AtomicFile file(path);
-  file.Write(image.Image().data(), image.Image().size());
+  file.Write(image.data(), image.size());
   if (file.Commit()) return true;
   ZylDiagnostic(file.Error());
   return false;
@@ -222,7 +241,7 @@ struct ProgramChunks {
   std::vector<ListChunk> others;
 };
 
-bool SplitChunks(const std::vector<std::byte>& bytes, ProgramChunks& chunks, std::string& reason) {
+bool SplitChunks(std::span<const std::byte> bytes, ProgramChunks& chunks, std::string& reason) {
   MemInterpreter image(bytes.data(), bytes.size());
   char magic[4] = {};
   image.GetBlock(magic, 4);
@@ -283,7 +302,7 @@ bool ReadZonePaths(const std::vector<std::byte>& data, size_t zones, std::vector
     zone.entry = image.GetDWORD();
     zone.channel = static_cast<int32_t>(image.GetDWORD());
     if (!GetText(image, zone.given) || !GetText(image, zone.relative) ||
-        !GetText(image, zone.absolute) || zone.entry >= zones) {
+        !GetText(image, zone.absolute) || zone.entry >= zones || all.size() == zones) {
       return false;
     }
     all.push_back(std::move(zone));
@@ -293,7 +312,7 @@ bool ReadZonePaths(const std::vector<std::byte>& data, size_t zones, std::vector
 
 // Where a sample lies when its folder was moved together with the program; empty for not stored.
 std::string MovedPath(const ZonePath& zone, const std::string& programPath) {
-  if (zone.relative.empty()) return {};
+  if (zone.relative.empty() || zone.relative.size() > zyl::kMaxPathBytes) return {};
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
   return (folder / zone.relative).lexically_normal().string();
 }
@@ -366,25 +385,40 @@ void AttachSamples(akaiProgram* program, const std::vector<ZonePath>& paths,
 
 }  // namespace
 
-akaiProgram* readAkaiProgram(int, const char* path, int loadSamples) {
-  const std::string programPath = path == nullptr ? "" : path;
-  std::vector<std::byte> bytes;
+namespace zyl {
+
+akaiProgram* ProgramFromImage(std::span<const std::byte> image, const std::string& path,
+                              bool loadSamples, std::string& reason) {
+  struct Ender {
+    void operator()(akaiProgram* program) const { deleteAkaiProgram(program); }
+  };
   ProgramChunks chunks;
   std::vector<ZonePath> paths;
+  if (!SplitChunks(image, chunks, reason)) return nullptr;
+  std::unique_ptr<akaiProgram, Ender> program(newAkaiProgram());
+  if (!BuildProgram(program.get(), chunks, paths, reason)) return nullptr;
+  program->SetFileName(path);
+  AttachSamples(program.get(), paths, path, loadSamples);
+  return program.release();
+}
+
+}  // namespace zyl
+
+akaiProgram* readAkaiProgram(int, const char* path, int loadSamples) {
   std::string reason;
-  if (!ReadWhole(programPath, bytes, reason) || !SplitChunks(bytes, chunks, reason)) {
-    ZylDiagnostic(programPath + ": " + reason);
+  try {
+    std::vector<std::byte> bytes;
+    const std::string programPath = path == nullptr ? "" : path;
+    akaiProgram* program = nullptr;
+    if (ReadWhole(programPath, bytes, reason)) {
+      program = zyl::ProgramFromImage(bytes, programPath, loadSamples != 0, reason);
+    }
+    if (program == nullptr) ZylDiagnostic(programPath + ": " + reason);
+    return program;
+  } catch (const std::bad_alloc&) {
+    ZylDiagnostic("there is not enough memory to read the program");
     return nullptr;
   }
-  akaiProgram* program = newAkaiProgram();
-  if (!BuildProgram(program, chunks, paths, reason)) {
-    ZylDiagnostic(programPath + ": " + reason);
-    deleteAkaiProgram(program);
-    return nullptr;
-  }
-  program->SetFileName(programPath);
-  AttachSamples(program, paths, programPath, loadSamples != 0);
-  return program;
 }
 
 int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
@@ -392,19 +426,30 @@ int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
     ZylDiagnostic("the program has no file name to be written to");
     return 0;
   }
-  // The samples first: they may get new paths, which the program's file must carry.
-  bool stored = true;
-  if ((mode & kWriteSamples) != 0) stored = WriteChangedSamples(*program, path);
-  if ((mode & kWriteProgram) != 0) stored = WriteProgram(*program, path, mode) && stored;
-  return stored ? 1 : 0;
+  try {
+    // The samples first: they may get new paths, which the program's file must carry.
+    bool stored = true;
+    if ((mode & kWriteSamples) != 0) stored = WriteChangedSamples(*program, path);
+    if ((mode & kWriteProgram) != 0) stored = WriteProgram(*program, path, mode) && stored;
+    return stored ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    ZylDiagnostic("there is not enough memory to write the program");
+    return 0;
+  }
 }
 
 char* createPresetArray(const char* path, int& count) {
   count = 0;
-  const auto names = zyl::ReadPresetNames(path == nullptr ? "" : path);
-  if (!names) return nullptr;
+  std::optional<std::vector<std::string>> names;
+  try {
+    names = zyl::ReadPresetNames(path == nullptr ? "" : path);
+  } catch (const std::bad_alloc&) {
+    // Like a file that cannot be read.
+  }
   constexpr size_t kEntry = 21;
-  auto* block = static_cast<char*>(::operator new(kEntry * names->size() + 1));
+  auto* block =
+      names ? static_cast<char*>(::operator new(kEntry * names->size() + 1, std::nothrow)) : nullptr;
+  if (block == nullptr) return nullptr;
   std::memset(block, 0, kEntry * names->size() + 1);
   for (const std::string& name : *names) {
     std::copy_n(name.data(), std::min(name.size(), kEntry - 1),

@@ -1,6 +1,9 @@
 // The programs that are held, and the making and ending of their records.
 #pragma once
 
+#include <cstddef>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "../akai.h"
@@ -23,5 +26,11 @@ namespace zyl {
 
 // All held programs, oldest first.
 const std::vector<akaiProgram*>& AllPrograms();
+
+// The bytes of a program file that is to lie at `path`; the samples stay as they are.
+std::vector<std::byte> ProgramImage(const akaiProgram& program, const std::string& path, int mode);
+// The program that these bytes, found at `path`, hold; null with a reason when they are not whole.
+akaiProgram* ProgramFromImage(std::span<const std::byte> image, const std::string& path,
+                              bool loadSamples, std::string& reason);
 
 }  // namespace zyl

@@ -63,10 +63,10 @@ SampleFile::~SampleFile() {
 }
 
 SampleFile* SampleFile::Make(std::unique_ptr<BasicSample> file, const std::string& path) {
-  auto* made = new SampleFile;
+  std::unique_ptr<SampleFile> made(new SampleFile);
   made->Adopt(std::move(file));
   made->SetPath(path);
-  return made;
+  return made.release();
 }
 
 const std::vector<SampleFile*>& SampleFile::All() { return Files(); }

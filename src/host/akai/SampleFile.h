@@ -71,7 +71,8 @@ class SampleFile {
   int64_t LockedMemory() const;
 
   // Lends sound and parameters to the file object that is to be written to `path`, calls `write`
-  // and takes them back; the object that the file was read from, where the kind fits.
+  // and takes them back; the object that the file was read from, where the kind fits. False with
+  // one line that names the path.
   bool WriteTo(const std::string& path, int channelMask, std::string& reason);
   void CopyParametersTo(BasicSample& file) const;
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cctype>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -22,10 +23,15 @@ std::string LowerCase(std::string_view text) {
 }
 
 SampleFile* ReadFromDisk(const std::string& path, bool data) {
-  std::string reason;
-  std::unique_ptr<BasicSample> file = ReadSampleFile(path, data, reason);
-  if (!reason.empty()) ZylDiagnostic(path + ": " + reason);
-  return file == nullptr ? nullptr : SampleFile::Make(std::move(file), path);
+  try {
+    std::string reason;
+    std::unique_ptr<BasicSample> file = ReadSampleFile(path, data, reason);
+    if (!reason.empty()) ZylDiagnostic(path + ": " + reason);
+    return file == nullptr ? nullptr : SampleFile::Make(std::move(file), path);
+  } catch (const std::bad_alloc&) {
+    ZylDiagnostic("there is not enough memory for the sample");
+    return nullptr;
+  }
 }
 
 enum class Container { kNone, kWave, kAiff };
@@ -146,14 +152,18 @@ bool writeSample(genericSample* sample, const char* path, int channelMask) {
   if (sample == nullptr || path == nullptr || *path == '\0') return false;
   SampleFile* file = SampleFile::Of(sample);
   std::string reason;
-  if (!file->WriteTo(path, channelMask, reason)) {
-    ZylDiagnostic(std::string(path) + ": " + reason);
-    return false;
+  try {
+    const bool whole = channelMask == 0 && !file->Path().empty() &&
+                       zyl::AbsolutePath(file->Path()) == zyl::AbsolutePath(path);
+    if (file->WriteTo(path, channelMask, reason)) {
+      if (whole) file->parameters.dirty = false;
+      return true;
+    }
+    ZylDiagnostic(reason);
+  } catch (const std::bad_alloc&) {
+    ZylDiagnostic("there is not enough memory to store the sample");
   }
-  const bool whole = channelMask == 0 && !file->Path().empty() &&
-                     zyl::AbsolutePath(file->Path()) == zyl::AbsolutePath(path);
-  if (whole) file->parameters.dirty = false;
-  return true;
+  return false;
 }
 
 namespace zyl {
@@ -182,7 +192,7 @@ void SampleFile::CopyParametersTo(BasicSample& file) const {
 bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& reason) {
   const Container kind = ContainerFor(path);
   if (kind == Container::kNone) {
-    reason = "samples are stored as .wav or .aif";
+    reason = path + ": samples are stored as .wav or .aif";
     return false;
   }
   std::vector<unsigned> selected;
@@ -192,7 +202,7 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
     }
   }
   if (selected.empty()) {
-    reason = "the channel mask selects no channel of the sample";
+    reason = path + ": the channel mask selects no channel of the sample";
     return false;
   }
   std::unique_ptr<BasicSample> made;
@@ -210,6 +220,9 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
   CopyParametersTo(*file);
   file->SetName(name_.c_str());
   file->SetChannelCount(static_cast<unsigned>(selected.size()));
+  // The file object must not keep what it was lent, however this ends.
+  const std::unique_ptr<BasicSample, void (*)(BasicSample*)> lent(
+      file, [](BasicSample* borrower) { borrower->DetachLinBuffers(); });
   std::byte empty[1];  // an empty sample has no blocks, but its file has channels
   for (unsigned i = 0; i < selected.size(); ++i) {
     std::byte* block = blocks_[selected[i]].get();
@@ -217,16 +230,14 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
                        static_cast<unsigned>(BytesPerValue()),
                        static_cast<unsigned>(parameters.frameCount), i);
   }
-  bool stored = false;
   if (!file->CreateInterleavedBuffer() || !file->IsValid()) {
-    reason = "the sample does not fit into a file of this kind";
-  } else {
-    RiffFile target(path, file->FormatFlag());
-    stored = file->Write(target) && target.Close();
-    if (!stored) reason = "could not be written; what was there before is unchanged";
+    reason = path + ": the sample does not fit into a file of this kind";
+    return false;
   }
-  file->DetachLinBuffers();
-  return stored;
+  RiffFile target(path, file->FormatFlag());
+  if (file->Write(target) && target.Close()) return true;
+  reason = target.Error();
+  return false;
 }
 
 }  // namespace zyl

@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "../hostapp.h"
 
@@ -46,13 +47,56 @@ void ROCPad::Send(int, int) {
   });
 }
 
+namespace {
+
+// The states of one pad that wait to be sent.
+struct WaitingStates {
+  ROCParam pad;
+  int count = 0;
+  std::shared_ptr<ROCParam> newest;
+};
+constexpr int kMostWaitingStates = 1000;
+std::mutex statesMutex;
+std::vector<WaitingStates> states;  // of the pads that live and have any
+
+void SendNow(const ROCParam& pad, const ROCParam& value) {
+  auto* target = dynamic_cast<ROCPad*>(pad.Object());
+  if (target == nullptr || target->Value()->Type() != value.Type()) return;
+  *target->Value() = value;
+  target->Send(0, 1);
+}
+
+}  // namespace
+
 void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
   if (pad.Object() == nullptr) return;  // nobody listens: the queue is not filled for nothing
-  ZylPost([pad, value] {
-    auto* target = dynamic_cast<ROCPad*>(pad.Object());
-    if (target == nullptr || target->Value()->Type() != value.Type()) return;
-    *target->Value() = value;
-    target->Send(0, 1);
+  ZylPost([pad, value] { SendNow(pad, value); });
+}
+
+void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
+  if (pad.Object() == nullptr) return;
+  const auto newest = std::make_shared<ROCParam>(value);
+  {
+    const std::lock_guard<std::mutex> hold(statesMutex);
+    auto own = std::ranges::find(states, pad, &WaitingStates::pad);
+    if (own == states.end()) own = states.insert(states.end(), {pad, 0, nullptr});
+    if (own->count == kMostWaitingStates) {
+      *own->newest = value;
+      return;
+    }
+    ++own->count;
+    own->newest = newest;
+  }
+  ZylPost([pad, newest] {
+    ROCParam sent;
+    {
+      const std::lock_guard<std::mutex> hold(statesMutex);
+      std::erase_if(states, [&](WaitingStates& waiting) {
+        return waiting.pad.Object() == nullptr || (waiting.pad == pad && --waiting.count == 0);
+      });
+      sent = *newest;
+    }
+    SendNow(pad, sent);
   });
 }
 

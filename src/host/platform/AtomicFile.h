@@ -6,6 +6,9 @@
 // the file it points to is replaced and the link stays. The permissions of an existing target are
 // kept.
 //
+// A process that ends in the middle leaves the target as it was. Its temporary file goes with it
+// where the system knows files without a name; elsewhere the next save of the same target removes it.
+//
 // After the first failure every operation answers false and Error() says what went wrong.
 #pragma once
 
@@ -45,7 +48,7 @@ class AtomicFile {
 
   std::string path_;      // as the caller gave it
   std::string target_;    // the file behind a symbolic link
-  std::string tempPath_;  // empty when there is none to remove
+  std::string tempPath_;  // empty while the temporary file has no name
   std::string error_;
   std::unique_ptr<std::byte[]> buffer_;
   size_t buffered_ = 0;

@@ -21,6 +21,10 @@ uint64_t PhysicalMemoryBytes();
 // Bytes that this process keeps resident by locks.
 uint64_t LockedMemoryBytes();
 
+// No system opens a longer path. Such a text names no file and is kept as it stands: taking it
+// apart would cost memory and time beyond all measure.
+inline constexpr size_t kMaxPathBytes = size_t{1} << 15;
+
 // The path made absolute and free of "." and ".." without asking for its target.
 std::string AbsolutePath(const std::string& path);
 bool FileExists(const std::string& path);

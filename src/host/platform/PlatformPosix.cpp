@@ -38,6 +38,7 @@ uint64_t LockedMemoryBytes() {
 }
 
 std::string AbsolutePath(const std::string& path) {
+  if (path.size() > kMaxPathBytes) return path;
   std::error_code failed;
   const auto absolute = std::filesystem::absolute(path, failed);
   return failed ? path : absolute.lexically_normal().string();

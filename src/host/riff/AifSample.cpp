@@ -76,6 +76,18 @@ bool HasName(const AifSample& sample) {
                      [](const ListChunk& c) { return std::string_view(c.id, 4) == "NAME"; });
 }
 
+// A kept title gives way to another one.
+void PlanOther(const ListChunk& other, const AifSample& sample, const FileOrigin* origin,
+               FormPlan& plan) {
+  const bool renamed =
+      origin != nullptr && !sample.Name().empty() && sample.Name() != origin->name;
+  if (renamed && std::string_view(other.id, 4) == "NAME") {
+    plan.Add("NAME", FieldWriter(ByteOrder::kBig).Text(sample.Name()).block);
+  } else {
+    plan.Keep(other);
+  }
+}
+
 FormPlan Plan(const AifSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
   const Storage storage = ChooseStorage(sample, origin);
@@ -107,7 +119,7 @@ FormPlan Plan(const AifSample& sample) {
         plan.chunks.push_back({"SSND", Bytes(8), nullptr, true});
         break;
       case Slot::kOther:
-        plan.Keep(sample.otherChunks[nextOther++]);
+        PlanOther(sample.otherChunks[nextOther++], sample, origin, plan);
         break;
     }
   }

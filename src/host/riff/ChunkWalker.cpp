@@ -72,7 +72,8 @@ void ChunkWalker::SettleSize(ChunkHead& head) {
       largeSoundBytes_ = FieldReader(sizes + 8, 8, order_).U64();
     }
   }
-  if (head.Id() != soundId_ || soundId_.empty()) return;
+  // Only the first chunk of its name is the sound; looking ahead from each would take forever.
+  if (head.Id() != soundId_ || soundId_.empty() || sawSound_) return;
   const uint64_t left = source_.Size() - head.offset;
   if (head.size == kOpenSize && largeSoundBytes_ > 0) {
     head.size = largeSoundBytes_;

@@ -12,6 +12,11 @@ namespace {
 
 constexpr sf_count_t kBlockFrames = 16384;
 
+// A few bytes can decode to any length of silence. So much sound is taken from every file, and more
+// from one that is large itself.
+constexpr uint64_t kFreeSoundBytes = uint64_t{1} << 28;
+constexpr uint64_t kSoundBytesPerFileByte = 64;
+
 // libsndfile's view of a byte source.
 struct Stream {
   const ByteSource* source;
@@ -114,6 +119,10 @@ class Decoder {
         channels_(channelCount_) {
     // The declared length is believed as far as a file of this size can well hold it.
     const uint64_t credible = sourceBytes / channelCount_ + kBlockFrames;
+    const uint64_t mostBytes =
+        std::max(kFreeSoundBytes, std::min(sourceBytes, UINT64_MAX / kSoundBytesPerFileByte) *
+                                      kSoundBytesPerFileByte);
+    mostFrames_ = std::min<uint64_t>(mostBytes / channelCount_ / depth_.bytesPerValue, UINT32_MAX);
     const auto declared = static_cast<uint64_t>(std::max<sf_count_t>(info.frames, 0));
     firstFrames_ = static_cast<size_t>(std::min(declared, credible));
   }
@@ -132,7 +141,7 @@ class Decoder {
         got = sf_readf_int(file_, values.data(), kBlockFrames);
       }
       if (got <= 0) break;
-      if (frames_ + static_cast<size_t>(got) > UINT32_MAX) return false;
+      if (frames_ + static_cast<uint64_t>(got) > mostFrames_) return false;
       if (!Append(values.data(), static_cast<size_t>(got))) return false;
     }
     return Trim();
@@ -186,6 +195,7 @@ class Decoder {
   size_t channelCount_;
   std::vector<GrowingChannel> channels_;
   size_t firstFrames_ = 0;
+  uint64_t mostFrames_ = 0;
   size_t frames_ = 0;
 };
 

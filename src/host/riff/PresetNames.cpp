@@ -31,7 +31,10 @@ std::optional<std::vector<std::string>> NamesOf(const Bytes& headers) {
 std::optional<std::vector<std::string>> ReadPresetNames(const std::string& path) {
   const InputFile file(path);
   if (!file.Good()) return std::nullopt;
-  const FileSource source(file);
+  return ReadPresetNames(FileSource(file));
+}
+
+std::optional<std::vector<std::string>> ReadPresetNames(const ByteSource& source) {
   ChunkWalker walker(source);
   if (walker.Form() != "RIFF" || walker.Type() != "sfbk" || walker.FormCut()) return std::nullopt;
   ChunkHead list;

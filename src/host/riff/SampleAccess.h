@@ -37,6 +37,7 @@ struct WavKept {
   uint32_t smpteFormat = 0;
   uint32_t smpteOffset = 0;
   std::vector<uint32_t> loopIds;
+  Bytes surplusLoops;  // those beyond kMaxLoops, as stored
   Bytes samplerData;
 };
 
@@ -65,6 +66,7 @@ struct FileOrigin {
   unsigned bytesPerValue = 0;
   unsigned bits = 0;
   RiffParameters parameters;  // as read
+  std::string name;           // the title, empty where the file has none
   WavKept wav;
   AifKept aif;
 };

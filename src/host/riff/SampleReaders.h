@@ -51,6 +51,7 @@ inline void RememberOrigin(const BasicSample& sample, FileOrigin& origin) {
   origin.bits = sample.BitsPerValue();
   origin.bytesPerValue = sample.BytesPerValue();
   origin.parameters = sample.parameters;
+  origin.name = sample.Name();
 }
 
 // Forgets other chunks that describe how values were stored, where those were decoded.

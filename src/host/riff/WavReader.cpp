@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "ChunkWalker.h"
+#include "InfoList.h"
 #include "OwnChunk.h"
 #include "SampleAccess.h"
 #include "SampleReaders.h"
@@ -61,20 +62,6 @@ WavFormat ReadFormat(const Bytes& bytes) {
   }
   if (format.bits >= 1 && container <= 4) format.bytesPerValue = container;
   return format;
-}
-
-// The title in a list of information texts; empty where there is none.
-std::string ListedName(const Bytes& list) {
-  FieldReader in(list, ByteOrder::kLittle);
-  if (in.Text(4) != "INFO") return {};
-  while (in.Left() >= 8) {
-    const std::string_view id = in.Text(4);
-    const uint32_t size = in.U32();
-    const std::string_view text = in.Text(std::min<size_t>(size, in.Left()));
-    if (id == "INAM") return std::string(text.substr(0, text.find('\0')));
-    if ((size & 1) != 0) in.U8();
-  }
-  return {};
 }
 
 struct WavParts {

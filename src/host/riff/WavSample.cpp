@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <climits>
 #include <new>
+#include <optional>
 
 #include "../riff.h"
 #include "ByteSource.h"
 #include "FormPlan.h"
+#include "InfoList.h"
 #include "OwnChunk.h"
 #include "SampleReaders.h"
 #include "WavSampler.h"
@@ -39,14 +41,6 @@ Bytes MakeFormat(const WavSample& sample, const FileOrigin* origin) {
   return std::move(out.block);
 }
 
-// The title as a list of information texts.
-Bytes MakeName(const std::string& name) {
-  FieldWriter out(ByteOrder::kLittle);
-  out.Text("INFOINAM").U32(static_cast<uint32_t>(name.size() + 1)).Text(name).U8(0);
-  if (name.size() % 2 == 0) out.U8(0);
-  return std::move(out.block);
-}
-
 bool HasInfoList(const WavSample& sample) {
   return std::any_of(sample.otherChunks.begin(), sample.otherChunks.end(), [](const ListChunk& c) {
     return std::string_view(c.id, 4) == "LIST" && c.data.size() >= 4 &&
@@ -70,18 +64,38 @@ void PlanOwn(const WavSample& sample, FormPlan& plan) {
   plan.Add(zyl::kOwnChunkId, zyl::PackOwnChunk(own));
 }
 
-// A kept count of frames is put right where the sound has another length now.
+// A kept chunk with what it repeats of the sample: the count of frames, the pitch, the title. Nothing
+// when all of that is still as it was read.
+std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
+                             const FileOrigin& origin) {
+  const std::string_view id(other.id, 4);
+  const RiffParameters& now = sample.parameters;
+  const RiffParameters& then = origin.parameters;
+  if (id == "fact" && other.data.size() >= 4 && origin.frames != sample.FrameCount()) {
+    FieldWriter out(ByteOrder::kLittle);
+    out.U32(static_cast<uint32_t>(sample.FrameCount()));
+    out.Raw(other.data.data() + 4, other.data.size() - 4);
+    return std::move(out.block);
+  }
+  if (id == "inst" && other.data.size() >= 7 && (now.key != then.key || now.tune != then.tune)) {
+    return zyl::MakeInst(other.data, now);
+  }
+  if (id == "LIST" && !sample.Name().empty() && sample.Name() != origin.name &&
+      zyl::ListedName(other.data) == origin.name) {
+    return zyl::WithListedName(other.data, sample.Name());
+  }
+  return std::nullopt;
+}
+
 void PlanOther(const ListChunk& other, const WavSample& sample, const FileOrigin* origin,
                FormPlan& plan) {
-  const bool isCount = std::string_view(other.id, 4) == "fact" && other.data.size() >= 4;
-  if (!isCount || origin == nullptr || origin->frames == sample.FrameCount()) {
+  std::optional<Bytes> renewed;
+  if (origin != nullptr) renewed = Renewed(other, sample, *origin);
+  if (renewed) {
+    plan.Add(std::string(other.id, 4).c_str(), std::move(*renewed));
+  } else {
     plan.Keep(other);
-    return;
   }
-  FieldWriter out(ByteOrder::kLittle);
-  out.U32(static_cast<uint32_t>(sample.FrameCount()));
-  out.Raw(other.data.data() + 4, other.data.size() - 4);
-  plan.Add("fact", std::move(out.block));
 }
 
 FormPlan Plan(const WavSample& sample) {
@@ -102,7 +116,7 @@ FormPlan Plan(const WavSample& sample) {
         break;
       case Slot::kSampler:
         if (NeedsSmpl(sample.parameters, origin)) {
-          plan.Add("smpl", zyl::MakeSmpl(sample.parameters, origin));
+          plan.Add("smpl", zyl::MakeSmpl(sample.parameters, sample.FrameCount(), origin));
         }
         break;
       case Slot::kOwn:
@@ -115,7 +129,7 @@ FormPlan Plan(const WavSample& sample) {
         break;
     }
   }
-  if (!sample.Name().empty() && !HasInfoList(sample)) plan.Add("LIST", MakeName(sample.Name()));
+  if (!sample.Name().empty() && !HasInfoList(sample)) plan.Add("LIST", zyl::MakeNameList(sample.Name()));
   return plan;
 }
 

@@ -61,7 +61,11 @@ bool ReadSmpl(const Bytes& bytes, WavKept& kept, WavSampler& sampler, bool& loop
     sampler.loops.push_back(loop);
   }
   loopsMissing = declared > sampler.loops.size();
-  if (there > kMaxLoops) in.Raw((there - kMaxLoops) * kLoopBytes);
+  if (there > kMaxLoops) {
+    const size_t surplus = (there - kMaxLoops) * kLoopBytes;
+    const std::byte* first = in.Raw(surplus);
+    kept.surplusLoops.assign(first, first + surplus);
+  }
   const size_t tail = std::min<size_t>(samplerBytes, in.Left());
   const std::byte* raw = in.Raw(tail);
   if (raw != nullptr) kept.samplerData.assign(raw, raw + tail);
@@ -78,7 +82,16 @@ bool ReadInst(const Bytes& bytes, WavSampler& sampler) {
   return true;
 }
 
-Bytes MakeSmpl(const RiffParameters& parameters, const FileOrigin* origin) {
+Bytes MakeInst(Bytes kept, const RiffParameters& parameters) {
+  RiffParameters plain;
+  FromWavSampler(ToWavSampler(parameters), plain);
+  const auto cents = static_cast<int>(std::lround(plain.tune / 2.56));
+  kept[0] = static_cast<std::byte>(plain.key);
+  kept[1] = static_cast<std::byte>(static_cast<int8_t>(std::clamp(cents, -50, 50)));
+  return kept;
+}
+
+Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrigin* origin) {
   const WavSampler sampler = ToWavSampler(parameters);
   WavKept kept = origin != nullptr ? origin->wav : WavKept();
   const bool read = origin != nullptr && origin->hadSampler;
@@ -91,10 +104,17 @@ Bytes MakeSmpl(const RiffParameters& parameters, const FileOrigin* origin) {
     kept.note = static_cast<uint32_t>(sampler.pitch >> 8);
     kept.fraction = static_cast<uint32_t>(sampler.pitch & 0xFF) << 24;
   }
+  // Loops that this system does not handle stay while they still fit the sound and the others, of
+  // which none may be missing, since a reader would then take them for it.
+  if (!read || origin->frames != frames || parameters.loops != origin->parameters.loops ||
+      parameters.loops.size() != kMaxLoops) {
+    kept.surplusLoops.clear();
+  }
+  const size_t loopCount = sampler.loops.size() + kept.surplusLoops.size() / kLoopBytes;
   FieldWriter out(ByteOrder::kLittle);
   out.U32(kept.manufacturer).U32(kept.product).U32(kept.periodNs);
   out.U32(kept.note).U32(kept.fraction).U32(kept.smpteFormat).U32(kept.smpteOffset);
-  out.U32(static_cast<uint32_t>(sampler.loops.size()));
+  out.U32(static_cast<uint32_t>(loopCount));
   out.U32(static_cast<uint32_t>(kept.samplerData.size()));
   uint32_t nextId = 0;
   for (const uint32_t id : kept.loopIds) nextId = std::max(nextId, id + 1);
@@ -103,6 +123,7 @@ Bytes MakeSmpl(const RiffParameters& parameters, const FileOrigin* origin) {
     out.U32(i < kept.loopIds.size() ? kept.loopIds[i] : nextId++);
     out.U32(loop.type).U32(loop.start).U32(loop.end).U32(loop.fineLen).U32(loop.times);
   }
+  out.Raw(kept.surplusLoops.data(), kept.surplusLoops.size());
   out.Raw(kept.samplerData.data(), kept.samplerData.size());
   return std::move(out.block);
 }

@@ -28,10 +28,13 @@ WavSampler ToWavSampler(const RiffParameters& parameters);
 // Leaves rate, start and end alone.
 void FromWavSampler(const WavSampler& sampler, RiffParameters& parameters);
 
-// False for a chunk that is too short to be one. Loops beyond the sixteenth are left out.
+// False for a chunk that is too short to be one. Loops beyond the sixteenth are no
+// parameters; they are kept as they are.
 bool ReadSmpl(const Bytes& bytes, WavKept& kept, WavSampler& sampler, bool& loopsMissing);
 // The same from an "inst" chunk: key and detune in cents.
 bool ReadInst(const Bytes& bytes, WavSampler& sampler);
-Bytes MakeSmpl(const RiffParameters& parameters, const FileOrigin* origin);
+// A kept "inst" chunk, of at least 7 bytes, with another pitch.
+Bytes MakeInst(Bytes kept, const RiffParameters& parameters);
+Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrigin* origin);
 
 }  // namespace zyl

@@ -1,0 +1,61 @@
+#include "InfoList.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace zyl {
+namespace {
+
+// Where the entry of the title lies in a list: its first byte, its text, the first byte behind it.
+struct TitlePlace {
+  size_t begin = 0;
+  size_t end = 0;
+  std::string_view text;
+};
+
+std::optional<TitlePlace> FindTitle(const Bytes& list) {
+  FieldReader in(list, ByteOrder::kLittle);
+  if (in.Text(4) != "INFO") return std::nullopt;
+  while (in.Left() >= 8) {
+    TitlePlace place;
+    place.begin = list.size() - in.Left();
+    const std::string_view id = in.Text(4);
+    const uint32_t size = in.U32();
+    place.text = in.Text(std::min<size_t>(size, in.Left()));
+    if ((size & 1) != 0) in.U8();
+    place.end = list.size() - in.Left();
+    if (id == "INAM") return place;
+  }
+  return std::nullopt;
+}
+
+void AddTitle(FieldWriter& out, const std::string& name) {
+  out.Text("INAM").U32(static_cast<uint32_t>(name.size() + 1)).Text(name).U8(0);
+  if (name.size() % 2 == 0) out.U8(0);
+}
+
+}  // namespace
+
+std::string ListedName(const Bytes& list) {
+  const auto title = FindTitle(list);
+  return title ? std::string(title->text.substr(0, title->text.find('\0'))) : std::string();
+}
+
+Bytes MakeNameList(const std::string& name) {
+  FieldWriter out(ByteOrder::kLittle);
+  out.Text("INFO");
+  AddTitle(out, name);
+  return std::move(out.block);
+}
+
+std::optional<Bytes> WithListedName(const Bytes& list, const std::string& name) {
+  const auto title = FindTitle(list);
+  if (!title) return std::nullopt;
+  FieldWriter out(ByteOrder::kLittle);
+  out.Raw(list.data(), title->begin);
+  AddTitle(out, name);
+  out.Raw(list.data() + title->end, list.size() - title->end);
+  return std::move(out.block);
+}
+
+}  // namespace zyl

@@ -1,0 +1,111 @@
+// Calls the module's methods with arguments of every kind, in programs of every state, from a fixed
+// seed, and watches that the surface keeps its word: a call that fails says why and leaves its
+// program byte for byte as it was.
+//
+// What a method wants at a position is not listed here: a failed call says it, and the next call of
+// that method is more likely to bring it. So methods are covered from the day they are in the
+// table.
+//
+// Files are written into the scratch folder alone, which becomes the working folder; no allocation
+// may pass kLargestBytes, so that memory runs short now and then.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/ScriptSurface.h"
+
+namespace zyl::test {
+
+class CallFuzz : private ROCPadListener {
+ public:
+  enum State { kNoProgram, kEmptyProgram, kFullProgram, kDeadSamples, kJobsRunning, kStates };
+  static const char* NameOf(State state);
+  static constexpr size_t kLargestBytes = size_t{3} << 20;
+
+  // A new folder, in memory where the system has such a place: calls flush many files to disk.
+  static std::string MakeFolder();
+  // The module must be loaded; `folder` exists and belongs to this object alone, which
+  // removes it at its end.
+  CallFuzz(uint32_t seed, std::string folder, int callsPerWorld);
+  ~CallFuzz() override;
+  CallFuzz(const CallFuzz&) = delete;
+  CallFuzz& operator=(const CallFuzz&) = delete;
+
+  // Makes a world of the next state and calls methods in it. False after the first
+  // broken promise, which Fault() tells with all that is needed to see it again.
+  bool RunWorld();
+  const std::string& Fault() const { return fault_; }
+
+  struct MethodCount {
+    uint64_t calls[kStates] = {};
+    uint64_t done[kStates] = {};  // without an error
+  };
+  const std::vector<MethodCount>& Counts() const { return counts_; }
+  const ZylFuncInfo& MethodAt(size_t index) const { return methods_[index]; }
+  uint64_t CallCount() const { return calls_; }
+  uint64_t FailedCount() const { return failed_; }
+
+ private:
+  // What is known of an argument so far.
+  struct Wanted {
+    int type = 0;
+    std::string className;
+  };
+
+  void OnSend(ROCPad&, const ROCParam&) override {}
+  void OnUpdate(ROCPad&, const ROCParam&) override {}
+
+  uint32_t Any(uint32_t count) { return static_cast<uint32_t>(random_()) % count; }
+  bool Once(uint32_t in) { return Any(in) == 0; }
+
+  void StoreFiles();
+  void RenewFolder();
+  void MakeWorld();
+  void EndWorld();
+  void FillProgram(Program& program);
+  void KillSamples(Program& program);
+  void KeepWithinBounds(Program& program);
+  void KeepObject(const std::shared_ptr<ROCParam>& value);
+
+  int32_t AnyInt();
+  double AnyDouble();
+  std::string AnyText();
+  ROCParam* AnyObject(const std::string& className);
+  ROCParam* AnyArray();
+  ROCParam* AnyValue(int type, const std::string& className);
+  void FillArguments(size_t method, ROCParams& arguments);
+  void Learn(size_t method, const ZylScriptError& error);
+  bool CallOnce(size_t method, Program& program);
+  bool Break(size_t method, const ROCParams& arguments, const std::string& what);
+  void Interfere();
+
+  const uint32_t seed_;
+  const int callsPerWorld_;
+  const std::string folder_;
+  std::string home_;
+  std::mt19937 random_;
+  const ZylFuncInfo* methods_;
+  std::vector<MethodCount> counts_;
+  std::vector<std::map<int, Wanted>> wanted_;  // by method and position
+  std::map<std::string, std::string> files_;   // by name: their first contents
+
+  State state_ = kNoProgram;
+  uint64_t world_ = 0;
+  uint64_t calls_ = 0;
+  uint64_t failed_ = 0;
+  std::string fault_;
+
+  std::vector<std::unique_ptr<Program>> programs_;
+  std::unique_ptr<Listener> listener_;
+  std::vector<std::unique_ptr<RIOObject>> others_;
+  std::vector<std::shared_ptr<ROCParam>> samples_;
+  bool interfered_ = false;  // a method was called from within the one that runs
+  int depth_ = 0;
+};
+
+}  // namespace zyl::test

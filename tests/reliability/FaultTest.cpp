@@ -1,0 +1,267 @@
+// Saving while the system fails: the n-th write, flush, rename or allocation of a save, for every
+// n; a disk that is full; a process that is killed at any moment. What the target holds afterwards
+// is the old file or the new one, whole, and no temporary file is left beside it.
+//
+// The system's calls are caught by the linker (--wrap in CMakeLists.txt), so that what ships knows
+// nothing of it.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <functional>
+#include <random>
+
+#include "akai.h"
+#include "host/SampleFileTools.h"
+#include "hostapp.h"
+#include "support/AllocationWatch.h"
+
+namespace {
+
+// How many of the caught calls still go through; negative: all of them.
+int callsLeft = -1;
+int failure = EIO;
+
+bool Fails() {
+  if (callsLeft < 0 || callsLeft-- > 0) return false;
+  callsLeft = -1;
+  errno = failure;
+  return true;
+}
+
+}  // namespace
+
+extern "C" {
+ssize_t __real_write(int handle, const void* bytes, size_t count);
+int __real_fsync(int handle);
+int __real_rename(const char* from, const char* to);
+int __real_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags);
+
+ssize_t __wrap_write(int handle, const void* bytes, size_t count) {
+  return Fails() ? -1 : __real_write(handle, bytes, count);
+}
+int __wrap_fsync(int handle) { return Fails() ? -1 : __real_fsync(handle); }
+int __wrap_rename(const char* from, const char* to) {
+  return Fails() ? -1 : __real_rename(from, to);
+}
+int __wrap_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+  return Fails() ? -1 : __real_linkat(fromFolder, from, toFolder, to, flags);
+}
+}
+
+namespace {
+
+using zyl::test::AllocationWatch;
+using zyltest::Load;
+using zyltest::Octets;
+
+constexpr int kMostSteps = 3000;
+
+// A program with a sample of its own, and what is to be saved of them.
+class Saves : public testing::Test {
+ protected:
+  struct Target {
+    std::string path;
+    std::function<bool()> save;
+    std::function<void(int)> change;  // what the number says is seen in the file
+  };
+
+  void SetUp() override {
+    ZylSetDiagnosticSink([](std::string_view) {});
+    program_ = newAkaiProgram();
+    program_->setDefault();
+    for (int k = 1; k < 40; ++k) program_->newKeyGroup(k, program_, 0);
+    sample_ = newSample();
+    sample_->create(2, 1);
+    // More than one block of the file's buffer.
+    sample_->setBuffer(NewSampleBlock(kFrames * 2), 2, kFrames);
+    const auto changeSample = [this](int number) {
+      std::byte* sound = sample_->WritableChannel(0);
+      for (int i = 0; i < 2 * kFrames; ++i) sound[i] = static_cast<std::byte>(i % 100 + number);
+    };
+    changeSample(0);
+    targets_ = {
+        {folder_.File("program.zprg"),
+         {},
+         [this](int number) { program_->poly = static_cast<uint8_t>(number); }},
+        {folder_.File("sound.wav"), {}, changeSample},
+        {folder_.File("sound.aif"), {}, changeSample},
+    };
+    for (Target& target : targets_) {
+      const std::string path = target.path;
+      if (path.ends_with("zprg")) {
+        target.save = [this, path] { return writeAkaiProgram(program_, 0, path.c_str(), 51) != 0; };
+      } else {
+        target.save = [this, path] { return writeSample(sample_, path.c_str(), 0); };
+      }
+    }
+  }
+  void TearDown() override {
+    callsLeft = -1;
+    failure = EIO;
+    sample_->deleteSample();
+    deleteAkaiProgram(program_);
+    ZylSetDiagnosticSink({});
+  }
+
+  // Both contents that a target may have: before a change, and after it.
+  std::pair<Octets, Octets> OldAndNew(const Target& target) {
+    target.change(2);
+    EXPECT_TRUE(target.save());
+    Octets changed = Load(target.path);
+    target.change(1);
+    EXPECT_TRUE(target.save());
+    Octets before = Load(target.path);
+    target.change(2);
+    EXPECT_NE(before, changed);
+    return {before, changed};
+  }
+
+  // Lets every step of a save fail in turn, until a save has no such step any more.
+  void FailEveryStep(const std::function<void(int)>& arm, const std::function<bool()>& disarm) {
+    for (const Target& target : targets_) {
+      const auto [before, changed] = OldAndNew(target);
+      const size_t entries = folder_.EntryCount();
+      int steps = 0;
+      for (;; ++steps) {
+        ASSERT_LT(steps, kMostSteps);
+        zyltest::Store(target.path, before);
+        arm(steps);
+        const bool saved = target.save();
+        if (!disarm()) {
+          EXPECT_TRUE(saved);
+          break;
+        }
+        const Octets now = Load(target.path);
+        // After the rename the new file is there, though its name may not be on disk.
+        EXPECT_TRUE(now == before || now == changed) << target.path << " at step " << steps;
+        EXPECT_TRUE(!saved || now == changed) << "a save that went well in spite of " << steps;
+        EXPECT_EQ(folder_.EntryCount(), entries) << target.path << " at step " << steps;
+      }
+      EXPECT_GE(steps, 4) << target.path << ": a save has several steps";
+      EXPECT_EQ(Load(target.path), changed) << "the object can still be saved";
+    }
+  }
+
+  static constexpr int kFrames = 70000;
+  zyltest::TempFolder folder_;
+  akaiProgram* program_ = nullptr;
+  genericSample* sample_ = nullptr;
+  std::vector<Target> targets_;
+};
+
+TEST_F(Saves, SurviveEveryFailingWriteFlushLinkAndRename) {
+  for (const int error : {EIO, ENOSPC}) {
+    failure = error;
+    FailEveryStep([](int step) { callsLeft = step; },
+                  [] {
+                    const bool failed = callsLeft < 0;
+                    callsLeft = -1;
+                    return failed;
+                  });
+  }
+}
+
+TEST_F(Saves, SurviveEveryFailingAllocation) {
+  FailEveryStep([](int step) { AllocationWatch::FailAt(static_cast<uint64_t>(step) + 1); },
+                [] {
+                  const bool failed = AllocationWatch::HasFailed();
+                  AllocationWatch::FailAt(0);
+                  return failed;
+                });
+}
+
+TEST_F(Saves, LeaveTheOldFileOnAFullDisk) {
+  for (const Target& target : targets_) {
+    const auto [before, changed] = OldAndNew(target);
+    const size_t entries = folder_.EntryCount();
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    for (size_t room = 0; room < changed.size(); room += changed.size() / 7 + 1) {
+      const rlimit small{room, old.rlim_max};
+      setrlimit(RLIMIT_FSIZE, &small);
+      const bool saved = target.save();
+      setrlimit(RLIMIT_FSIZE, &old);
+      EXPECT_FALSE(saved) << target.path << " in " << room << " bytes";
+      EXPECT_EQ(Load(target.path), before);
+      EXPECT_EQ(folder_.EntryCount(), entries);
+    }
+    signal(SIGXFSZ, handler);
+    EXPECT_TRUE(target.save());
+    EXPECT_EQ(Load(target.path), changed);
+  }
+}
+
+TEST_F(Saves, AreOldOrNewWhenTheProcessIsKilledAtAnyMoment) {
+  constexpr int kKills = 200;
+  std::mt19937 random(7);
+  std::vector<std::pair<Octets, Octets>> contents;
+  for (const Target& target : targets_) contents.push_back(OldAndNew(target));
+  const size_t entries = folder_.EntryCount();
+  int changedOnes = 0;
+  for (int kill = 0; kill < kKills; ++kill) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      for (int round = 0;; ++round) {
+        const Target& target = targets_[static_cast<size_t>(round) % targets_.size()];
+        target.change(1 + round / 3 % 2);
+        target.save();
+      }
+    }
+    usleep(static_cast<useconds_t>(random() % 8000));
+    ::kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    for (size_t t = 0; t < targets_.size(); ++t) {
+      const Octets now = Load(targets_[t].path);
+      ASSERT_TRUE(now == contents[t].first || now == contents[t].second)
+          << targets_[t].path << " after kill " << kill;
+      if (now == contents[t].second) ++changedOnes;
+    }
+    // One that was killed between naming and renaming may leave one for each target.
+    ASSERT_LE(folder_.EntryCount(), entries + targets_.size()) << "after kill " << kill;
+  }
+  EXPECT_GT(changedOnes, 0) << "no save had come to its end";
+  for (const Target& target : targets_) EXPECT_TRUE(target.save());
+  EXPECT_EQ(folder_.EntryCount(), entries) << "what was left is gone with the next save";
+}
+
+// What a process left that ended between naming its file and renaming it, or on a file system that
+// knows no nameless ones, and what one that still runs has there.
+TEST_F(Saves, RemoveWhatIsLeftAndNothingThatIsInUse) {
+  const Target& target = targets_[0];
+  EXPECT_TRUE(target.save());
+  // The name is found by looking, while a save is stopped before its rename.
+  const size_t entries = folder_.EntryCount();
+  std::string left;
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    for (;;) target.save();
+  }
+  for (int i = 0; i < 100000 && left.empty(); ++i) {
+    ::kill(child, SIGSTOP);
+    int status = 0;
+    waitpid(child, &status, WUNTRACED);
+    std::error_code failed;
+    for (const auto& entry : std::filesystem::directory_iterator(
+             std::filesystem::path(target.path).parent_path(), failed)) {
+      if (entry.path().extension() == ".tmp") left = entry.path().string();
+    }
+    if (left.empty()) ::kill(child, SIGCONT);
+  }
+  ASSERT_FALSE(left.empty()) << "never stopped between naming and renaming";
+  EXPECT_TRUE(target.save());
+  EXPECT_TRUE(std::filesystem::exists(left)) << "its process still runs";
+  ::kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_TRUE(target.save());
+  EXPECT_FALSE(std::filesystem::exists(left));
+  EXPECT_EQ(folder_.EntryCount(), entries);
+}
+
+}  // namespace
