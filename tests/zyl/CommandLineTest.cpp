@@ -107,6 +107,7 @@ TEST(CommandLine, ExitStatusAndMessages) {
   } lines[] = {
       {{}, 2, "", "a verb is missing"},
       {{"../verbs/list"}, 2, "", "there is no verb"},
+      {{"lops"}, 2, "", "there is no verb \"lops\"; did you mean \"loops\"?"},
       {{"--nonsense", "eval", ""}, 2, "", "--nonsense"},
       {{"run"}, 2, "", "run needs a script"},
       {{"--sample-rate", "0", "eval", ""}, 2, "", "sample rate"},
@@ -117,8 +118,7 @@ TEST(CommandLine, ExitStatusAndMessages) {
        "zyl: eval:1: here\nstack traceback"},
       {OverProbe({"eval", "x ="}), 1, "", "eval:1:"},
       {OverProbe({"eval", "host.new('Probe'):Fail('abc', 'ArgType')"}), 1, "",
-       "zyl: eval:1: Probe::Fail: argument 1 \"Number\": an integer was expected, got "
-       "string \"abc\"\n"},
+       "zyl: eval:1: Fail: argument 1 \"Number\" is a string, expected an integer\n"},
       {OverProbe({"eval", "print(arg[0], #arg, ...)", "--module", "-x", "--help", ""}), 0,
        "eval\t4\t--module\t-x\t--help\t\n", ""},
       {OverProbe({"--sample-rate", "48000", "eval", "print(host.sampleRate)"}), 0, "48000.0\n", ""},

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Algo.h"
+#include "Calls.h"
 #include "Errors.h"
 #include "Interruption.h"
 #include "Objects.h"
@@ -144,18 +145,12 @@ int HostNewIndex(lua_State* L) {
 }  // namespace
 
 void OpenHostTable(lua_State* L) {
-  const luaL_Reg functions[] = {{"new", New},
-                                {"delete", DeleteObject},
-                                {"methods", Methods},
-                                {"typeof", TypeOf},
-                                {"object", NewPlainObject},
-                                {"buffer", Buffer},
-                                {"floats", Floats},
-                                {"var", NewVariable},
-                                {"algo", NewAlgo},
-                                {"pad", NewDataPad},
-                                {"pump", Pump},
-                                {nullptr, nullptr}};
+  const luaL_Reg functions[] = {
+      {"new", New},         {"delete", DeleteObject}, {"extend", ExtendClass},
+      {"methods", Methods}, {"typeof", TypeOf},       {"object", NewPlainObject},
+      {"buffer", Buffer},   {"floats", Floats},       {"var", NewVariable},
+      {"algo", NewAlgo},    {"pad", NewDataPad},      {"pump", Pump},
+      {nullptr, nullptr}};
   luaL_newlib(L, functions);
   PushNull(L);
   lua_setfield(L, -2, "null");
