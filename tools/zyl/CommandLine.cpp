@@ -40,8 +40,11 @@ std::string VerbList() {
       "  run SCRIPT.lua [ARG...]     run the script\n"
       "  eval 'CODE' [ARG...]        run the text\n"
       "  methods [PATTERN]           list the module's script methods; PATTERN is part of a name,\n"
-      "                              or a whole one with * and ?\n";
-  const std::vector<std::string> shipped = ScriptVerbs();
+      "                              or a whole one with * and ?\n"
+      "  help [NAME]                 what a method takes, gives and means; with part of a name,\n"
+      "                              all that fit; --search WORD looks into the meanings too\n";
+  std::vector<std::string> shipped = ScriptVerbs();
+  std::erase(shipped, "help");
   if (!shipped.empty()) {
     text += "Shipped scripts:\n ";
     for (const std::string& name : shipped) text += " " + name;
@@ -139,9 +142,9 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
   return {};
 }
 
-int RunTask(const Task& task) {
+int RunTask(const Task& task, const std::string& module) {
   if (task.kind == Task::kMethods) return ListMethods(task.source);
-  ScriptHost script;
+  ScriptHost script(module);
   CatchSignals();
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
                                      : script.RunText(task.source, task.arguments);
@@ -170,7 +173,9 @@ int Run(const Options& options) {
     std::cerr << "zyl: the module could not be loaded: " << reason << '\n';
     return kExitNoModule;
   }
-  const int status = RunTask(task);
+  std::error_code failure;
+  const fs::path whole = fs::weakly_canonical(path, failure);
+  const int status = RunTask(task, failure ? path : whole.string());
   // The script's objects are gone; what still waits for them must not outlive the module.
   ZylPump(0);
   return status;

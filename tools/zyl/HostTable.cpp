@@ -125,6 +125,8 @@ int HostIndex(lua_State* L) {
   const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
   if (key == "sampleRate") {
     lua_pushnumber(L, UnitAttribute::sampleRate);
+  } else if (key == "module") {
+    lua_pushstring(L, ScriptHost::Of(L).Module().c_str());
   } else {
     lua_pushnil(L);
   }
