@@ -6,6 +6,7 @@ install(TARGETS zyl RUNTIME DESTINATION bin)
 install(TARGETS zylhost ZylSProgram LIBRARY DESTINATION lib/zyl)
 install(FILES ${ZYL_METHOD_REFERENCE} DESTINATION lib/zyl)
 install(DIRECTORY verbs DESTINATION share/zyl)
+install(DIRECTORY lua DESTINATION share/zyl)
 install(DIRECTORY examples DESTINATION share/zyl)
 # Completion for editors, and the manual.
 install(FILES docs/zyl.d.lua DESTINATION share/zyl OPTIONAL)

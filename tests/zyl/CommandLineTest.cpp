@@ -18,6 +18,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string FileText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 struct Outcome {
   int status;  // the exit status, or -1 after a signal
   std::string out;
@@ -48,7 +53,7 @@ class Process {
   // Waits until the program has printed that line, at most ten seconds.
   bool Printed(const std::string& line) const {
     for (int i = 0; i < 1000; ++i) {
-      if (Text(out_).find(line + "\n") != std::string::npos) return true;
+      if (FileText(out_).find(line + "\n") != std::string::npos) return true;
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return false;
@@ -58,14 +63,10 @@ class Process {
   Outcome Wait() const {
     int status = 0;
     waitpid(pid_, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text(out_), Text(err_)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileText(out_), FileText(err_)};
   }
 
  private:
-  static std::string Text(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   static fs::path Name(const char* end) {
     static int count = 0;
     return fs::temp_directory_path() /
@@ -104,6 +105,49 @@ TEST(Api, TheEditorsScriptPasses) {
   EXPECT_EQ(outcome.err, "");
 }
 
+// Over the real module: what help and the documentation say of it.
+TEST(Reference, SaysWhatTheModuleDoesAndTheCommittedDocsAreThoseOfThisBuild) {
+  const fs::path folder = fs::temp_directory_path() / ("zyl-docs-" + std::to_string(getpid()));
+  fs::create_directories(folder);
+  const std::string source = ZYL_SOURCE;
+  const Outcome written = Zyl({"run", source + "/tools/reference/WriteDocs.lua", folder.string()});
+  EXPECT_EQ(written.status, 0) << written.err;
+  for (const char* name : {"methods.md", "zyl.d.lua"}) {
+    EXPECT_TRUE(FileText(folder / name) == FileText(source + "/docs/" + name))
+        << "docs/" << name << " is stale: run ./dev docs";
+  }
+  fs::remove_all(folder);
+  const Outcome outcome = Zyl({"run", std::string(ZYL_TEST_SCRIPTS) + "/Reference.lua"});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
+TEST(Reference, HelpFindsMethodsByNamePartAndMeaning) {
+  const struct {
+    std::vector<std::string> words;
+    int status;
+    const char* part;  // of what is printed
+  } lines[] = {
+      {{"help"}, 0, "Keygroup parameters"},
+      {{"help", "KGfilterFreq"}, 0, "KGfilterFreq(KeyGroupIndex, [NewValue]) -> integer\n"},
+      {{"help", "kgfilterfreq"}, 0, "parameter number 103"},
+      {{"help", "KGenv3Rate"}, 0, "KGenv3Rate4  Time of step 4"},
+      {{"help", "host.pump"}, 0, "host.pump([seconds]) -> integer\n"},
+      {{"help", "pitch"}, 0, "zyl pitch --help"},
+      {{"help", "KGfiltrFreq"}, 1, "did you mean \"KGfilterFreq\"?"},
+      {{"help", "--search", "cutoff", "keygroup"}, 0, "KGfilterFreq      Filter cutoff"},
+      {{"help", "--search", "no such word"}, 1, "no such word"},
+      {{"help", "a", "b"}, 2, "give one NAME"},
+      {{"eval", "local p = host.new('ZylSProgram') help(p.KGSort)"}, 0, "KGSort(SortByData"},
+      {{"eval", "help(print)"}, 1, "give a method"},
+  };
+  for (const auto& line : lines) {
+    const Outcome outcome = Zyl(line.words);
+    EXPECT_EQ(outcome.status, line.status) << line.words.back() << outcome.err;
+    EXPECT_TRUE(Holds(outcome.status == 0 ? outcome.out : outcome.err, line.part))
+        << line.words.back() << outcome.out << outcome.err;
+  }
+}
+
 TEST(CommandLine, ExitStatusAndMessages) {
   const std::string notAModule = std::string(ZYL_TEST_SCRIPTS) + "/Check.lua";
   const struct {
@@ -114,6 +158,7 @@ TEST(CommandLine, ExitStatusAndMessages) {
   } lines[] = {
       {{}, 2, "", "a verb is missing"},
       {{"../verbs/list"}, 2, "", "there is no verb"},
+      {{"lops"}, 2, "", "there is no verb \"lops\"; did you mean \"loops\"?"},
       {{"--nonsense", "eval", ""}, 2, "", "--nonsense"},
       {{"run"}, 2, "", "run needs a script"},
       {{"--sample-rate", "0", "eval", ""}, 2, "", "sample rate"},
@@ -124,8 +169,7 @@ TEST(CommandLine, ExitStatusAndMessages) {
        "zyl: eval:1: here\nstack traceback"},
       {OverProbe({"eval", "x ="}), 1, "", "eval:1:"},
       {OverProbe({"eval", "host.new('Probe'):Fail('abc', 'ArgType')"}), 1, "",
-       "zyl: eval:1: Probe::Fail: argument 1 \"Number\": an integer was expected, got "
-       "string \"abc\"\n"},
+       "zyl: eval:1: Fail: argument 1 \"Number\" is a string, expected an integer\n"},
       {OverProbe({"eval", "print(arg[0], #arg, ...)", "--module", "-x", "--help", ""}), 0,
        "eval\t4\t--module\t-x\t--help\t\n", ""},
       {OverProbe({"--sample-rate", "48000", "eval", "print(host.sampleRate)"}), 0, "48000.0\n", ""},

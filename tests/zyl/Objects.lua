@@ -14,14 +14,14 @@ check.equal(host.methods("Probe")[1], "Types")
 check.equal(type(p.Types), "function")
 
 -- Wrong names and wrong objects.
-check.raises("Probe has no method 'Tyeps'; did you mean Types?", function() return p:Tyeps() end)
+check.raises('no method "Tyeps"; did you mean "Types"?', function() return p:Tyeps() end)
 check.raises("'Types'", function() p.Types = 1 end)
-check.raises("host.null has no method 'Types'", function() host.null:Types() end)
+check.raises('host.null has no method "Types"', function() host.null:Types() end)
 check.raises("there is no class 'Nothing'", host.new, "Nothing")
 for _, wrong in ipairs { host.pad(), host.algo {}, host.null, io.stdout, "p" } do
   check.raises("object:Types(...)", p.Types, wrong)
 end
-check.raises("an object was expected", host.typeof, 5)
+check.raises("expected an object, got an integer", host.typeof, 5)
 
 -- Deleting: at once, and once.
 local gone = host.new("Probe")
@@ -49,4 +49,14 @@ local co = coroutine.wrap(function()
   p:Fail()
 end)
 check.equal(co(), 1)
-check.raises("Probe::Fail: it never works", co)
+check.raises("Fail: it never works", co)
+
+-- Methods that a script adds to a class: objects made before have them too; the class's own names
+-- cannot be taken, and a refused table adds nothing.
+check.raises("functions by name", host.extend, "Probe", { First = 5 })
+check.raises("no class 'Nothing'", host.extend, "Nothing", {})
+check.raises("'Types' of its own", host.extend, "Probe", { Types = print, Twice = print })
+check.raises('no method "Twice"', function() return p:Twice() end)
+host.extend("Probe", { Twice = function(self, x) return self:Echo(x) * 2 end })
+check.equal(p:Twice(4), 8)
+check.raises('did you mean "Twice"?', function() return p:Twise() end)

@@ -10,7 +10,7 @@ check.raises("initial value", m.addPad, m, "other")
 -- A pad keeps its type.
 pad.value = 5
 check.equal(pad.value, 5)
-check.raises('a value of type integer was expected, got string "x"', function() pad.value = "x" end)
+check.raises('pad "progress": the value is a string, expected an integer', function() pad.value = "x" end)
 check.equal(pad.value, 5)
 local gain = m:addPad("gain", 0.5)
 gain.value = 2

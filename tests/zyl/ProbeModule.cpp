@@ -67,6 +67,12 @@ class Probe final : public ZylDLLDispatch {
     if (kind == "ArgType") {
       return ZylArgTypeException(result, "Probe::Fail", "Number", kTypeInteger, 1);
     }
+    if (kind == "ArgFloat") {
+      return ZylArgTypeException(result, "Probe::Fail", "Number", kTypeDouble, 1);
+    }
+    if (kind == "missing") {
+      return ZylArgTypeException(result, "Probe::Fail", "Third", kTypeBool, 3);
+    }
     if (kind == "ArgValue") return ZylArgValueException(result, "Probe::Fail", "Number", 1);
     if (kind == "ArgUser") return ZylArgUserException(result, "Probe::Fail", "too large", 1);
     if (kind == "ArgPType") {

@@ -220,8 +220,8 @@ void SetPadValue(lua_State* L, const ROCPad& pad) {
   } else if (value != nullptr && value->Type() == kTypeInteger && held.Type() == kTypeDouble) {
     held.SetDouble(value->Int());
   } else {
-    RaiseText(L, "pad '" + pad.Name() + "': a value of type " + ZylTypeName(held.Type()) +
-                     " was expected, got " + Describe(L, 3));
+    RaiseText(L, "pad \"" + pad.Name() + "\": the value is " + TypeInWords(L, 3) + ", expected " +
+                     TypeInWords(held.Type()));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Errors.h"
@@ -15,8 +16,10 @@ namespace zyl {
 namespace {
 
 // Key in the registry, by address: the class metatables by the address of the method table. In a
-// class metatable: what its methods' closures hold.
+// class metatable: what its methods' closures hold. Then: the methods that scripts have added, by
+// class name.
 const char kClasses = 0;
+const char kAdded = 0;
 
 [[noreturn]] void RaiseFailure(lua_State* L, const ZylFuncInfo& method, int status) {
   ZylScriptError error;
@@ -82,19 +85,41 @@ int CallMethod(lua_State* L) {
   return Call(L, host, method, object, arguments.List(), &arguments);
 }
 
-// The end of the look-up in a class's methods; upvalue 1 is the class name, argument 1 the methods.
+// Pushes the table of the methods that scripts have added to that class.
+void PushAdded(lua_State* L, const char* className) {
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kAdded);
+  if (lua_getfield(L, -1, className) != LUA_TTABLE) {
+    lua_pop(L, 1);
+    lua_newtable(L);
+    lua_pushvalue(L, -1);
+    lua_setfield(L, -3, className);
+  }
+  lua_remove(L, -2);
+}
+
+void AppendKeys(lua_State* L, int table, std::vector<std::string>& keys) {
+  lua_pushnil(L);
+  while (lua_next(L, table) != 0) {
+    keys.emplace_back(lua_tostring(L, -2));
+    lua_pop(L, 1);
+  }
+}
+
+// The end of the look-up in a class's methods, argument 1; upvalue 1 is the table of those added.
 int UnknownMethod(lua_State* L) {
-  const std::string className = lua_tostring(L, lua_upvalueindex(1));
+  if (lua_type(L, 2) == LUA_TSTRING) {
+    lua_pushvalue(L, 2);
+    if (lua_rawget(L, lua_upvalueindex(1)) != LUA_TNIL) return 1;
+    lua_pop(L, 1);
+  }
   size_t length = 0;
   const char* name = luaL_tolstring(L, 2, &length);
   std::vector<std::string> known;
-  lua_pushnil(L);
-  while (lua_next(L, 1) != 0) {
-    known.emplace_back(lua_tostring(L, -2));
-    lua_pop(L, 1);
-  }
+  AppendKeys(L, 1, known);
+  lua_pushvalue(L, lua_upvalueindex(1));
+  AppendKeys(L, lua_gettop(L), known);
   std::sort(known.begin(), known.end());
-  RaiseUnknownName(L, className + " has no method", {name, length}, known);
+  RaiseUnknownName(L, "no method", {name, length}, known);
 }
 
 int NoField(lua_State* L) {
@@ -127,7 +152,7 @@ void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {
     lua_setfield(L, -2, method->name);
   }
   lua_createtable(L, 0, 1);
-  lua_pushstring(L, dispatch.GetClassName());
+  PushAdded(L, dispatch.GetClassName());
   lua_pushcclosure(L, UnknownMethod, 1);
   lua_setfield(L, -2, "__index");
   lua_setmetatable(L, -2);
@@ -139,6 +164,31 @@ void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {
 void OpenCalls(lua_State* L) {
   lua_newtable(L);
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kClasses);
+  lua_newtable(L);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kAdded);
+}
+
+int ExtendClass(lua_State* L) {
+  const char* className = luaL_checkstring(L, 1);
+  luaL_checktype(L, 2, LUA_TTABLE);
+  const ZylFuncInfo* methods = ZylClassMethods(className);
+  if (methods == nullptr) return luaL_error(L, "host.extend: there is no class '%s'", className);
+  lua_settop(L, 2);
+  for (lua_pushnil(L); lua_next(L, 2) != 0; lua_pop(L, 1)) {
+    const bool named = lua_type(L, 3) == LUA_TSTRING && lua_isfunction(L, 4);
+    luaL_argcheck(L, named, 2, "expected functions by name");
+    for (const ZylFuncInfo* own = methods; own->name != nullptr; ++own) {
+      if (std::string_view(own->name) != lua_tostring(L, 3)) continue;
+      return luaL_error(L, "host.extend: %s has a method '%s' of its own", className, own->name);
+    }
+  }
+  PushAdded(L, className);
+  for (lua_pushnil(L); lua_next(L, 2) != 0;) {
+    lua_pushvalue(L, 4);
+    lua_insert(L, 4);
+    lua_rawset(L, 3);
+  }
+  return 0;
 }
 
 void PushClassMetatable(lua_State* L, ZylDispatch& dispatch) {

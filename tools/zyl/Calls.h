@@ -12,4 +12,8 @@ void OpenCalls(lua_State* L);
 // Pushes the metatable of the dispatch's class; made on first use from its method table.
 void PushClassMetatable(lua_State* L, ZylDispatch& dispatch);
 
+// host.extend(class, methods): adds functions of the script to the methods of a class. Names that
+// the class has itself are refused, and a refused table adds nothing.
+int ExtendClass(lua_State* L);
+
 }  // namespace zyl

@@ -7,14 +7,15 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Errors.h"
 #include "HostTable.h"
 #include "Interruption.h"
 #include "ScriptHost.h"
+#include "Shipped.h"
 #include "host/hostapp.h"
 #include "host/qx.h"
 
@@ -33,49 +34,17 @@ struct Options {
   std::vector<std::string> words;
 };
 
-fs::path ProgramFolder() {
-  std::error_code failure;
-  const fs::path program = fs::read_symlink("/proc/self/exe", failure);
-  return failure ? fs::path(".") : program.parent_path();
-}
-
-// Where the shipped scripts lie, nearest first.
-std::vector<fs::path> VerbFolders() {
-  std::vector<fs::path> folders = {ProgramFolder() / ".." / "share" / "zyl" / "verbs"};
-#ifdef ZYL_VERBS_DIR
-  folders.emplace_back(ZYL_VERBS_DIR);
-#endif
-  return folders;
-}
-
-// The script of that verb; empty when there is none.
-fs::path VerbScript(const std::string& verb) {
-  const bool plain = std::all_of(verb.begin(), verb.end(), [](unsigned char c) {
-    return std::isalnum(c) != 0 || c == '-' || c == '_';
-  });
-  if (verb.empty() || !plain) return {};
-  for (const fs::path& folder : VerbFolders()) {
-    fs::path script = folder / (verb + ".lua");
-    std::error_code failure;
-    if (fs::is_regular_file(script, failure)) return script;
-  }
-  return {};
-}
-
 std::string VerbList() {
-  std::set<std::string> shipped;
-  for (const fs::path& folder : VerbFolders()) {
-    std::error_code failure;
-    for (const auto& entry : fs::directory_iterator(folder, failure)) {
-      if (entry.path().extension() == ".lua") shipped.insert(entry.path().stem().string());
-    }
-  }
   std::string text =
       "Verbs:\n"
       "  run SCRIPT.lua [ARG...]     run the script\n"
       "  eval 'CODE' [ARG...]        run the text\n"
       "  methods [PATTERN]           list the module's script methods; PATTERN is part of a name,\n"
-      "                              or a whole one with * and ?\n";
+      "                              or a whole one with * and ?\n"
+      "  help [NAME]                 what a method takes, gives and means; with part of a name,\n"
+      "                              all that fit; --search WORD looks into the meanings too\n";
+  std::vector<std::string> shipped = ScriptVerbs();
+  std::erase(shipped, "help");
   if (!shipped.empty()) {
     text += "Shipped scripts:\n ";
     for (const std::string& name : shipped) text += " " + name;
@@ -163,15 +132,19 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
     return {};
   }
   task.source = VerbScript(verb).string();
-  if (task.source.empty()) return "there is no verb '" + verb + "'";
+  if (task.source.empty()) {
+    std::vector<std::string> known = ScriptVerbs();
+    known.insert(known.end(), {"run", "eval", "methods"});
+    return "there is no verb \"" + verb + '"' + Suggestion(verb, known);
+  }
   task.arguments = words;
   task.arguments[0] = task.source;
   return {};
 }
 
-int RunTask(const Task& task) {
+int RunTask(const Task& task, const std::string& module) {
   if (task.kind == Task::kMethods) return ListMethods(task.source);
-  ScriptHost script;
+  ScriptHost script(module);
   CatchSignals();
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
                                      : script.RunText(task.source, task.arguments);
@@ -200,7 +173,9 @@ int Run(const Options& options) {
     std::cerr << "zyl: the module could not be loaded: " << reason << '\n';
     return kExitNoModule;
   }
-  const int status = RunTask(task);
+  std::error_code failure;
+  const fs::path whole = fs::weakly_canonical(path, failure);
+  const int status = RunTask(task, failure ? path : whole.string());
   // The script's objects are gone; what still waits for them must not outlive the module.
   ZylPump(0);
   return status;

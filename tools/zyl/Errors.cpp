@@ -1,9 +1,11 @@
 #include "Errors.h"
 
 #include <algorithm>
+#include <cctype>
 #include <numeric>
 
 #include "ScriptHost.h"
+#include "Shipped.h"
 #include "Values.h"
 
 namespace zyl {
@@ -15,12 +17,19 @@ const char kErrorMetatable = 0;
 const char kCallbackError = 0;
 const char kCallbackTraceback = 0;
 
-// "file:line: " of the innermost Lua function, or nothing.
+// Whether the function is one of the Lua files that ship with zyl; those serve the script and are
+// not its own lines.
+bool IsShipped(const lua_Debug& frame) {
+  const std::string& folder = LuaFolder();
+  return !folder.empty() && std::string_view(frame.source).starts_with("@" + folder + "/");
+}
+
+// "file:line: " of the innermost Lua function of the script, or nothing.
 void PushWhere(lua_State* L) {
   lua_Debug frame;
   for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level) {
     lua_getinfo(L, "Sl", &frame);
-    if (frame.currentline > 0) {
+    if (frame.currentline > 0 && !IsShipped(frame)) {
       lua_pushfstring(L, "%s:%d: ", frame.short_src, frame.currentline);
       return;
     }
@@ -50,6 +59,57 @@ int ErrorConcat(lua_State* L) {
   luaL_tolstring(L, 2, nullptr);
   lua_concat(L, 2);
   return 1;
+}
+
+// The name without "Class::" in front of it.
+std::string_view WithoutClass(std::string_view name) {
+  const size_t end = name.find("::");
+  const bool qualified =
+      end != std::string_view::npos && std::all_of(name.begin(), name.begin() + end, [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+      });
+  return qualified ? name.substr(end + 2) : name;
+}
+
+// How to write the number at `index` as the type that was expected, where that is all that is
+// wrong.
+std::string NumberHint(lua_State* L, int index, int expected) {
+  if (lua_type(L, index) != LUA_TNUMBER) return {};
+  if (lua_isinteger(L, index) != 0) {
+    if (expected != kTypeDouble) return {};
+    return " (write " + std::to_string(lua_tointeger(L, index)) + ".0)";
+  }
+  int isWhole = 0;
+  const lua_Integer whole = lua_tointegerx(L, index, &isWhole);
+  if (expected != kTypeInteger || isWhole == 0) return {};
+  return " (write " + std::to_string(whole) + ")";
+}
+
+// One line that says what was given and what was expected. The method's arguments stand on the
+// stack from index `firstArgument` on.
+std::string Readable(lua_State* L, const ZylScriptError& error, int firstArgument) {
+  if (error.kind == ZylScriptError::kException) return std::string(WithoutClass(error.message));
+  const std::string method(WithoutClass(error.method));
+  if (error.position < 1) return method + ": " + error.message;
+  const int index = firstArgument + error.position - 1;
+  std::string text = method + ": argument " + std::to_string(error.position);
+  if (!error.argument.empty()) text += " \"" + error.argument + '"';
+  text += index > lua_gettop(L) ? " is missing" : " is ";
+  const auto given = [&](std::string (*describe)(lua_State*, int)) {
+    return index > lua_gettop(L) ? std::string() : describe(L, index);
+  };
+  switch (error.kind) {
+    case ZylScriptError::kArgType:
+      return text + given(TypeInWords) + ", expected " + TypeInWords(error.expected) +
+             NumberHint(L, index, error.expected);
+    case ZylScriptError::kArgPType:
+      return text + "an object of class " + error.given + ", expected one of class " +
+             error.required;
+    case ZylScriptError::kArgValue:
+      return text + given(ValueInWords) + ", a value that is not allowed";
+    default:
+      return text + given(ValueInWords) + ": " + error.message;
+  }
 }
 
 // Levenshtein distance, letters compared without case.
@@ -84,11 +144,7 @@ void OpenErrors(lua_State* L) {
 
 void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument) {
   const bool atArgument = error.kind != ZylScriptError::kException;
-  std::string readable = error.Readable();
-  if (atArgument && error.position > 0) {
-    const int index = firstArgument + error.position - 1;
-    readable += ", got " + (index <= lua_gettop(L) ? Describe(L, index) : "nothing");
-  }
+  const std::string readable = Readable(L, error, firstArgument);
   const bool ownText =
       error.kind == ZylScriptError::kArgUser || error.kind == ZylScriptError::kException;
 
@@ -129,24 +185,29 @@ void RaiseKept(lua_State* L, int keptError) {
 
 void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view name,
                       const std::vector<std::string>& known) {
-  std::string text = what + " '" + std::string(name) + "'";
+  RaiseText(L, what + " \"" + std::string(name) + '"' + Suggestion(name, known));
+}
+
+std::string Suggestion(std::string_view name, const std::vector<std::string>& known) {
   // A name farther away than a third of its letters is another word, not a slip.
   size_t nearest = name.size() / 3 + 2;
-  std::string suggestions;
-  int count = 0;
+  std::vector<std::string_view> found;
   for (const std::string& candidate : known) {
     const size_t distance = EditDistance(name, candidate);
-    if (distance > nearest || (distance == nearest && (count == 0 || count == 3))) continue;
-    if (distance < nearest) {
-      nearest = distance;
-      suggestions.clear();
-      count = 0;
-    }
-    suggestions += (count == 0 ? "" : ", ") + candidate;
-    ++count;
+    if (distance > nearest || (distance == nearest && found.empty())) continue;
+    if (distance < nearest) found.clear();
+    nearest = distance;
+    found.push_back(candidate);
   }
-  if (count > 0) text += "; did you mean " + suggestions + "?";
-  RaiseText(L, text);
+  if (found.empty()) return {};
+  constexpr size_t kMost = 3;
+  found.resize(std::min(found.size(), kMost));
+  std::string text = "; did you mean ";
+  for (size_t i = 0; i < found.size(); ++i) {
+    if (i > 0) text += i + 1 == found.size() ? " or " : ", ";
+    text.append("\"").append(found[i]).append("\"");
+  }
+  return text + "?";
 }
 
 void RaiseText(lua_State* L, const std::string& text) {

@@ -14,13 +14,15 @@ namespace zyl {
 void OpenErrors(lua_State* L);
 
 // Raises the error table of a failure that a method reported. The method's arguments stand on the
-// stack from index `firstArgument` on; what was given at the reported position joins the message.
+// stack from index `firstArgument` on.
 [[noreturn]] void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument);
 // Raises the error that a CallFrame kept, if there is one.
 void RaiseKept(lua_State* L, int keptError);
-// Raises "there is no KIND 'NAME'", with the nearest of `known` as a suggestion.
+// Raises `what` and the name in quotes, with the nearest of `known` as a suggestion.
 [[noreturn]] void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view name,
                                    const std::vector<std::string>& known);
+// "; did you mean "NEAREST"?", or nothing when no name comes near.
+std::string Suggestion(std::string_view name, const std::vector<std::string>& known);
 // Raises `text`, preceded by the script's position.
 [[noreturn]] void RaiseText(lua_State* L, const std::string& text);
 

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "Algo.h"
+#include "Calls.h"
 #include "Errors.h"
 #include "Graphics.h"
 #include "Interruption.h"
@@ -125,6 +126,8 @@ int HostIndex(lua_State* L) {
   const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
   if (key == "sampleRate") {
     lua_pushnumber(L, UnitAttribute::sampleRate);
+  } else if (key == "module") {
+    lua_pushstring(L, ScriptHost::Of(L).Module().c_str());
   } else {
     lua_pushnil(L);
   }
@@ -147,6 +150,7 @@ int HostNewIndex(lua_State* L) {
 void OpenHostTable(lua_State* L) {
   const luaL_Reg functions[] = {{"new", New},
                                 {"delete", DeleteObject},
+                                {"extend", ExtendClass},
                                 {"methods", Methods},
                                 {"typeof", TypeOf},
                                 {"object", NewPlainObject},

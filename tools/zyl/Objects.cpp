@@ -68,8 +68,8 @@ int ObjectGc(lua_State* L) {
 
 int PlainIndex(lua_State* L) {
   const RIOObject* object = CheckObject(L, 1);
-  RaiseText(L, std::string(object->GetTypeName()) + " has no method '" +
-                   luaL_tolstring(L, 2, nullptr) + "'");
+  RaiseText(L, std::string(object->GetTypeName()) + " has no method \"" +
+                   luaL_tolstring(L, 2, nullptr) + '"');
 }
 
 // Pushes the metatable that the object's userdata gets.
@@ -169,7 +169,7 @@ void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
 RIOObject* CheckObject(lua_State* L, int index) {
   const ObjectRef* ref = RefAt(L, index);
   if (ref == nullptr) {
-    luaL_argerror(L, index, ("an object was expected, got " + Describe(L, index)).c_str());
+    luaL_argerror(L, index, ("expected an object, got " + TypeInWords(L, index)).c_str());
   }
   RIOObject* object = ref->value.Object();
   if (object == nullptr) luaL_argerror(L, index, "the object has been deleted");

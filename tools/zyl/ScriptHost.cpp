@@ -4,15 +4,39 @@
 #include <cstdio>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "Errors.h"
 #include "HostTable.h"
 #include "Interruption.h"
 #include "Objects.h"
+#include "Shipped.h"
 
 namespace zyl {
 
 namespace {
+
+// help(...): the function that the module zyl.help is, loaded at the first call.
+int Help(lua_State* L) {
+  lua_getglobal(L, "require");
+  lua_pushliteral(L, "zyl.help");
+  lua_call(L, 1, 1);
+  lua_insert(L, 1);
+  lua_call(L, lua_gettop(L) - 1, 0);
+  return 0;
+}
+
+// Lets require find the Lua files that ship with zyl, before all others.
+void OpenLuaFolder(lua_State* L) {
+  lua_pushcfunction(L, Help);
+  lua_setglobal(L, "help");
+  if (LuaFolder().empty()) return;
+  lua_getglobal(L, "package");
+  lua_getfield(L, -1, "path");
+  lua_pushfstring(L, "%s/?.lua;%s", LuaFolder().c_str(), lua_tostring(L, -1));
+  lua_setfield(L, -3, "path");
+  lua_pop(L, 2);
+}
 
 // Opens the libraries; protected, since any of it can run out of memory.
 int OpenState(lua_State* L) {
@@ -21,6 +45,7 @@ int OpenState(lua_State* L) {
   OpenErrors(L);
   OpenObjects(L);
   OpenHostTable(L);
+  OpenLuaFolder(L);
   return 0;
 }
 
@@ -51,7 +76,8 @@ int CallChunk(lua_State* L) {
 
 }  // namespace
 
-ScriptHost::ScriptHost() : state_(luaL_newstate()) {
+ScriptHost::ScriptHost(std::string module)
+    : module_(std::move(module)), state_(luaL_newstate()) {
   if (state_ == nullptr) throw std::bad_alloc();
   *static_cast<ScriptHost**>(lua_getextraspace(state_)) = this;
   lua_pushcfunction(state_, OpenState);

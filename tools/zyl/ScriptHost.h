@@ -40,7 +40,8 @@ class CallFrame {
 
 class ScriptHost {
  public:
-  ScriptHost();
+  // `module` is the path of the module's library, as scripts see it.
+  explicit ScriptHost(std::string module = {});
   ~ScriptHost();
   ScriptHost(const ScriptHost&) = delete;
   ScriptHost& operator=(const ScriptHost&) = delete;
@@ -54,6 +55,7 @@ class ScriptHost {
   int RunFile(const std::string& path, const std::vector<std::string>& arguments);
   int RunText(const std::string& text, const std::vector<std::string>& arguments);
 
+  const std::string& Module() const { return module_; }
   lua_State* State() const { return state_; }
   // No callback reaches the script any more.
   bool Closing() const { return closing_; }
@@ -77,6 +79,7 @@ class ScriptHost {
   int RunChunk(int loadStatus, const std::vector<std::string>& arguments);
   void DestroyDoomed();
 
+  std::string module_;
   lua_State* state_;
   CallFrame* innermost_ = nullptr;
   bool closing_ = false;

@@ -148,6 +148,10 @@ void FillTable(lua_State* L, int index, ROCParam& array) {
   }
 }
 
+std::string ObjectInWords(const RIOObject* object, const char* none) {
+  return object == nullptr ? none : std::string("an object of class ") + object->GetTypeName();
+}
+
 Variable& CheckVariable(lua_State* L) {
   if (KindOf(L, 1) != Kind::kVariable) luaL_argerror(L, 1, "a host.var was expected");
   return *static_cast<Variable*>(lua_touserdata(L, 1));
@@ -186,7 +190,7 @@ int VariableGc(lua_State* L) {
 }
 
 int NullIndex(lua_State* L) {
-  RaiseText(L, std::string("host.null has no method '") + luaL_tolstring(L, 2, nullptr) + "'");
+  RaiseText(L, std::string("host.null has no method \"") + luaL_tolstring(L, 2, nullptr) + '"');
 }
 
 int NullToString(lua_State* L) {
@@ -289,20 +293,60 @@ void PushValue(lua_State* L, const ROCParam* value) {
   }
 }
 
-std::string Describe(lua_State* L, int index) {
+std::string TypeInWords(int typeCode) {
+  switch (typeCode) {
+    case kTypeInteger:
+      return "an integer";
+    case kTypeBool:
+      return "a boolean";
+    case kTypeDouble:
+      return "a float";
+    case kTypeString:
+    case kTypeData:
+      return "a string";
+    case kTypeArray:
+      return "a table";
+    default:
+      return "an object";
+  }
+}
+
+std::string TypeInWords(lua_State* L, int index) {
   switch (lua_type(L, index)) {
     case LUA_TNONE:
     case LUA_TNIL:
-      return "nothing";
-    case LUA_TBOOLEAN:
-      return lua_toboolean(L, index) != 0 ? "bool true" : "bool false";
-    case LUA_TNUMBER: {
-      if (lua_isinteger(L, index) != 0) {
-        return "integer " + std::to_string(lua_tointeger(L, index));
+      return "nil";
+    case LUA_TNUMBER:
+      return lua_isinteger(L, index) != 0 ? "an integer" : "a float";
+    case LUA_TUSERDATA: {
+      const Kind kind = KindOf(L, index);
+      if (kind == Kind::kNull) return "a null object";
+      if (kind == Kind::kVariable) {
+        const ROCParam& value = *static_cast<Variable*>(lua_touserdata(L, index))->value;
+        if (value.Type() != kTypeObject) return TypeInWords(value.Type());
+        return ObjectInWords(value.Object(), "a null object");
       }
+      if (kind == Kind::kObject) {
+        const auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, index));
+        return ObjectInWords(ref->value.Object(), "a deleted object");
+      }
+      break;
+    }
+    default:
+      break;
+  }
+  return std::string("a ") + luaL_typename(L, index);
+}
+
+std::string ValueInWords(lua_State* L, int index) {
+  switch (lua_type(L, index)) {
+    case LUA_TBOOLEAN:
+      return lua_toboolean(L, index) != 0 ? "true" : "false";
+    case LUA_TNUMBER: {
+      if (lua_isinteger(L, index) != 0) return std::to_string(lua_tointeger(L, index));
       char text[32];
       std::snprintf(text, sizeof text, "%.14g", lua_tonumber(L, index));
-      return std::string("double ") + text;
+      return text;
     }
     case LUA_TSTRING: {
       constexpr size_t kShown = 40;
@@ -312,31 +356,20 @@ std::string Describe(lua_State* L, int index) {
       for (char& c : text) {
         if (static_cast<unsigned char>(c) < 0x20) c = ' ';
       }
-      return "string \"" + text + (whole.size() > kShown ? "...\"" : "\"");
+      return '"' + text + (whole.size() > kShown ? "...\"" : "\"");
     }
-    case LUA_TTABLE:
-      return "an array of " + std::to_string(lua_rawlen(L, index));
-    case LUA_TUSERDATA: {
-      const Kind kind = KindOf(L, index);
-      if (kind == Kind::kNull) return "a null object";
-      if (kind == Kind::kVariable) {
+    case LUA_TUSERDATA:
+      if (KindOf(L, index) == Kind::kVariable) {
         PushValue(L, static_cast<Variable*>(lua_touserdata(L, index))->value);
-        std::string text = Describe(L, lua_gettop(L));
+        std::string text = ValueInWords(L, lua_gettop(L));
         lua_pop(L, 1);
         return text;
       }
-      if (kind == Kind::kObject) {
-        const auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, index));
-        const RIOObject* object = ref->value.Object();
-        if (object == nullptr) return "a deleted object";
-        return std::string("an object of class ") + object->GetTypeName();
-      }
       break;
-    }
     default:
       break;
   }
-  return std::string("a ") + luaL_typename(L, index);
+  return TypeInWords(L, index);
 }
 
 ArgumentList::ArgumentList(lua_State* L, int first, const char* method) : L_(L), first_(first) {

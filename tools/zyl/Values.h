@@ -37,8 +37,11 @@ ParamPtr ToParam(lua_State* L, int index, const ValueUse& use);
 // The other way. A null entry and a null object are nil.
 void PushValue(lua_State* L, const ROCParam* value);
 
-// A Lua value in words: integer 5, string "abc", a null object.
-std::string Describe(lua_State* L, int index);
+// For messages: the type of a Lua value, "an integer" or "an object of class CSample"; the Lua type
+// for a type code; and a value, 5 or "abc" or "a null object".
+std::string TypeInWords(lua_State* L, int index);
+std::string TypeInWords(int typeCode);
+std::string ValueInWords(lua_State* L, int index);
 
 // The argument list of one call: the Lua values from stack index `first` up to the top.
 class ArgumentList {

@@ -1,0 +1,69 @@
+#include "Shipped.h"
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+
+namespace zyl {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool IsFolder(const fs::path& path) {
+  std::error_code failure;
+  return fs::is_directory(path, failure);
+}
+
+// The places of a folder that ships, nearest first.
+std::vector<fs::path> Places(const char* name) {
+  std::vector<fs::path> folders = {
+      (ProgramFolder() / ".." / "share" / "zyl" / name).lexically_normal()};
+#ifdef ZYL_SOURCE_DIR
+  folders.push_back(fs::path(ZYL_SOURCE_DIR) / name);
+#endif
+  return folders;
+}
+
+}  // namespace
+
+fs::path ProgramFolder() {
+  std::error_code failure;
+  const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+  return failure ? fs::path(".") : program.parent_path();
+}
+
+const std::string& LuaFolder() {
+  static const std::string folder = [] {
+    const std::vector<fs::path> places = Places("lua");
+    const auto found = std::find_if(places.begin(), places.end(), IsFolder);
+    return found == places.end() ? std::string() : found->string();
+  }();
+  return folder;
+}
+
+fs::path VerbScript(const std::string& verb) {
+  const bool plain = std::all_of(verb.begin(), verb.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 || c == '-' || c == '_';
+  });
+  if (verb.empty() || !plain) return {};
+  for (const fs::path& folder : Places("verbs")) {
+    fs::path script = folder / (verb + ".lua");
+    std::error_code failure;
+    if (fs::is_regular_file(script, failure)) return script;
+  }
+  return {};
+}
+
+std::vector<std::string> ScriptVerbs() {
+  std::set<std::string> names;
+  for (const fs::path& folder : Places("verbs")) {
+    std::error_code failure;
+    for (const auto& entry : fs::directory_iterator(folder, failure)) {
+      if (entry.path().extension() == ".lua") names.insert(entry.path().stem().string());
+    }
+  }
+  return {names.begin(), names.end()};
+}
+
+}  // namespace zyl

@@ -1,0 +1,22 @@
+// Where what ships with zyl lies: the scripts of the verbs and the Lua files that scripts load with
+// require. An installed program finds them in ../share/zyl, one in a build folder in the sources.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace zyl {
+
+// The folder of the running program.
+std::filesystem::path ProgramFolder();
+
+// The folder of the Lua files, without a slash at its end; empty when there is none.
+const std::string& LuaFolder();
+
+// The script of that verb; empty when there is none.
+std::filesystem::path VerbScript(const std::string& verb);
+// The names of all verbs that are scripts, in order.
+std::vector<std::string> ScriptVerbs();
+
+}  // namespace zyl
