@@ -84,6 +84,12 @@ int32_t PitchPlayFromText(ROCParam& typed) {
   return value;
 }
 
+// Stored from 0, shown from 1.
+std::string VoicesText(int32_t value) { return std::to_string(value + 1); }
+int32_t VoicesFromText(ROCParam& typed) {
+  return static_cast<uint8_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
+}
+
 std::string MuteGroupText(int32_t value) { return value == 0 ? kOff : std::to_string(value); }
 int32_t MuteGroupFromText(ROCParam& typed) {
   const std::string text = LoweredTyped(typed);
@@ -127,11 +133,8 @@ Form RulesOf(TextForm form) {
     case TextForm::kPitchPlay:
       return {[](int32_t value) { return NameOf(kPitchPlays, value, kInvalid); },
               PitchPlayFromText};
-    case TextForm::kVoices:  // stored from 0, shown from 1
-      return {[](int32_t value) { return std::to_string(value + 1); },
-              [](ROCParam& typed) {
-                return static_cast<uint8_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
-              }};
+    case TextForm::kVoices:
+      return {VoicesText, VoicesFromText};
     case TextForm::kMuteGroup:
       return {MuteGroupText, MuteGroupFromText};
     case TextForm::kNone:

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <exception>
 #include <limits>
 #include <memory>
@@ -259,7 +260,7 @@ class Options {
       value = lua_tonumberx(L_, -1, &isNumber);
       if (isNumber == 0 || !(value >= low && value <= high)) {
         RaiseText(L_, Of(name) + "a number from " + Short(low) + " to " + Short(high) +
-                          " was expected, got " + Describe(L_, -1));
+                          " was expected, got " + ValueInWords(L_, -1));
       }
     }
     lua_pop(L_, 1);
@@ -274,7 +275,7 @@ class Options {
   std::string Text(const char* name, const std::string& otherwise) const {
     lua_getfield(L_, index_, name);
     if (!lua_isnil(L_, -1) && lua_type(L_, -1) != LUA_TSTRING) {
-      RaiseText(L_, Of(name) + "a string was expected, got " + Describe(L_, -1));
+      RaiseText(L_, Of(name) + "a string was expected, got " + ValueInWords(L_, -1));
     }
     std::string value = lua_isnil(L_, -1) ? otherwise : lua_tostring(L_, -1);
     lua_pop(L_, 1);
@@ -284,8 +285,9 @@ class Options {
  private:
   std::string Of(const char* name) const { return std::string(function_) + ": " + name + ": "; }
   static std::string Short(double number) {
-    const std::string text = std::to_string(number);
-    return text.substr(0, text.find_last_not_of(".0") + 1);
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", number);
+    return text;
   }
   lua_Integer Take(const char* name, lua_Integer otherwise, lua_Integer low,
                    lua_Integer high) const {
@@ -295,7 +297,7 @@ class Options {
       value = lua_tointegerx(L_, -1, &isInteger);
       if (isInteger == 0 || value < low || value > high) {
         RaiseText(L_, Of(name) + "an integer from " + std::to_string(low) + " to " +
-                          std::to_string(high) + " was expected, got " + Describe(L_, -1));
+                          std::to_string(high) + " was expected, got " + ValueInWords(L_, -1));
       }
     }
     lua_pop(L_, 1);
@@ -379,7 +381,7 @@ RenderItem ReadItem(lua_State* L, int index) {
   }
   if (KindOf(L, index) != Kind::kObject) {
     RaiseText(L, "host.render: a graphic object, a list or a text was expected, got " +
-                     Describe(L, index));
+                     ValueInWords(L, index));
   }
   item.list = ListOf(L, index);
   if (item.list == nullptr) item.object = dynamic_cast<const GOObject*>(CheckObject(L, index));
