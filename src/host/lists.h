@@ -81,7 +81,7 @@ class ZYLHOST_API ListItem {
   int CellCount() const { return cellCount_; }
   // Null beyond the last one.
   ListElement* Cell(int column) const {
-    return column < 0 || column >= cellCount_ ? nullptr : &cells_[column];
+    return column < 0 || column >= cellCount_ ? nullptr : &cells_[static_cast<size_t>(column)];
   }
   // Makes the object of that cell; nothing for a cell that is not there.
   void CreateGO(int column, const GOObject* source);

@@ -38,7 +38,8 @@ constexpr int kCountsForKiB = 4;
 template <class T>
 T& Check(lua_State* L, int index, const char* what) {
   auto* object = dynamic_cast<T*>(CheckObject(L, index));
-  if (object == nullptr) luaL_argerror(L, index, (std::string(what) + " was expected").c_str());
+  if (object == nullptr)
+    RaiseText(L, std::string(what) + " was expected, got " + Describe(L, index));
   return *object;
 }
 GOObject& CheckGraphic(lua_State* L) { return Check<GOObject>(L, 1, "a graphic object"); }
@@ -360,7 +361,7 @@ const List* ListOf(lua_State* L, int index) {
   index = lua_absindex(L, index);
   RIOObject* object = CheckObject(L, index);
   if (const auto* list = dynamic_cast<const List*>(object)) return list;
-  if (!object->isROCAlgo()) return nullptr;
+  if (object == nullptr || !object->isROCAlgo()) return nullptr;
   // An editor stands for its list.
   const List* list = nullptr;
   const int top = lua_gettop(L);

@@ -36,7 +36,7 @@ void ListElement::CreateGO(const GOObject* source, int keepPlace) {
 ListItem::ListItem(int cells)
     : cellCount_(std::max(cells, 0)),
       cells_(std::make_unique<ListElement[]>(static_cast<size_t>(cellCount_))) {
-  for (int i = 0; i < cellCount_; ++i) cells_[i].row = this;
+  for (size_t i = 0; i < static_cast<size_t>(cellCount_); ++i) cells_[i].row = this;
 }
 ListItem::~ListItem() = default;
 
