@@ -19,6 +19,7 @@ local BLOCK, TAIL = 128, 32    -- frames of a track's value; values at its end t
 local FACTORS = { 1 / 8, 1 / 6, 1 / 5, 1 / 4, 1 / 3, 1 / 2, 1, 2, 3, 4 }
 local SEMITONE = 2 ^ (1 / 12)
 local PLACES = { 0.15, 0.35, 0.55 }
+local SHORT_PERIOD = 200       -- frames; a longer one is not taken for more than four true ones
 local PERIOD_VALUES = 100      -- values that a period is brought down to, by means
 local LOWEST_HZ, HIGHEST_HZ = 16, 4700
 local SURE_LIKENESS, SURE_SHARE, CERTAIN_LIKENESS = 0.6, 0.3, 0.95
@@ -54,10 +55,11 @@ end
 local function excerpt(sound, first, count, step)
   local values, frame, last = {}, first, first + count * step
   local sum, added = 0, 0
-  local most = sound.format .. sound.format:rep(UNPACKED - 1)
+  local order, value = sound.format:sub(1, 1), sound.format:sub(2)
+  local most = order .. value:rep(UNPACKED)
   while frame < last do
     local now = math.min(UNPACKED, last - frame)
-    local read = { string.unpack(now == UNPACKED and most or sound.format:rep(now), sound.bytes,
+    local read = { string.unpack(now == UNPACKED and most or order .. value:rep(now), sound.bytes,
                                  frame * sound.width + 1) }
     for i = 1, now do
       sum, added = sum + read[i], added + 1
@@ -123,9 +125,9 @@ end
 
 -- What each factor's lag comes to at one place: lags and likenesses by factor, with the excerpt.
 local function lookAt(sound, frame, period)
-  local step = math.max(math.floor(period / PERIOD_VALUES), 1)
+  local step = math.ceil(period / PERIOD_VALUES)
   local lag = period / step
-  local length = math.max(math.ceil(2.2 * lag), 240)
+  local length = math.max(math.ceil(2.2 * lag), 200)
   local count = math.min(length + math.ceil(4.3 * lag) + 8, (sound.frames - frame) // step)
   length = math.min(length, count - math.ceil(1.3 * lag) - 8)
   if length < lag then return nil end
@@ -134,7 +136,8 @@ local function lookAt(sound, frame, period)
   for i, factor in ipairs(FACTORS) do
     local wanted = lag * factor
     local hertz = sound.rate / (wanted * step)
-    if wanted >= 2.5 and hertz >= LOWEST_HZ and hertz <= HIGHEST_HZ then
+    local likely = factor >= 1 / 4 or period < SHORT_PERIOD
+    if likely and wanted >= 2.5 and hertz >= LOWEST_HZ and hertz <= HIGHEST_HZ then
       look.lags[i], look.alike[i] = peakNear(look, wanted, math.max(1.5, 0.012 * wanted))
     end
   end
