@@ -6,7 +6,7 @@ namespace {
 using CallFuzzTest = ModuleTest;
 
 TEST_F(CallFuzzTest, EveryMethodKeepsItsWordInEveryState) {
-  CallFuzz fuzz(1, CallFuzz::MakeFolder(), 600);
+  CallFuzz fuzz(1, CallFuzz::MakeFolder(), 400);
   for (int world = 0; world < 30 * CallFuzz::kStates; ++world) {
     ASSERT_TRUE(fuzz.RunWorld()) << fuzz.Fault();
   }

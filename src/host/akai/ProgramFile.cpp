@@ -447,8 +447,8 @@ char* createPresetArray(const char* path, int& count) {
     // Like a file that cannot be read.
   }
   constexpr size_t kEntry = 21;
-  auto* block =
-      names ? static_cast<char*>(::operator new(kEntry * names->size() + 1, std::nothrow)) : nullptr;
+  auto* block = names ? static_cast<char*>(::operator new(kEntry * names->size() + 1, std::nothrow))
+                      : nullptr;
   if (block == nullptr) return nullptr;
   std::memset(block, 0, kEntry * names->size() + 1);
   for (const std::string& name : *names) {
