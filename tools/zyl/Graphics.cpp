@@ -39,7 +39,7 @@ template <class T>
 T& Check(lua_State* L, int index, const char* what) {
   auto* object = dynamic_cast<T*>(CheckObject(L, index));
   if (object == nullptr)
-    RaiseText(L, std::string(what) + " was expected, got " + Describe(L, index));
+    RaiseText(L, std::string(what) + " was expected, got " + ValueInWords(L, index));
   return *object;
 }
 GOObject& CheckGraphic(lua_State* L) { return Check<GOObject>(L, 1, "a graphic object"); }
