@@ -13,10 +13,6 @@ namespace zyl {
 
 class ThreadMembers {
  public:
-  ThreadMembers(const void* module, std::function<void()> stop)
-      : module_(module), stop_(std::move(stop)) {}
-
-  bool IsOf(const void* module) const { return module_ == module; }
   void Join() {
     const std::lock_guard<std::mutex> hold(mutex_);
     ++count_;
@@ -26,15 +22,12 @@ class ThreadMembers {
     --count_;
     left_.notify_all();
   }
-  void End() {
-    stop_();
+  void WaitForAll() {
     std::unique_lock<std::mutex> hold(mutex_);
     left_.wait(hold, [&] { return count_ == 0; });
   }
 
  private:
-  const void* module_;
-  std::function<void()> stop_;
   std::mutex mutex_;
   std::condition_variable left_;
   int count_ = 0;
@@ -42,9 +35,17 @@ class ThreadMembers {
 
 namespace {
 
-// The groups that there are. Script thread only, also at the very end of the process.
-std::vector<std::shared_ptr<ThreadMembers>>& Groups() {
-  static auto* groups = new std::vector<std::shared_ptr<ThreadMembers>>;
+// A group that there is. The members may outlive it, in the hand of a thread that is just leaving;
+// what is the module's own may not.
+struct Group {
+  const void* module;
+  std::function<void()> stop;
+  std::shared_ptr<ThreadMembers> members;
+};
+
+// Script thread only, also at the very end of the process.
+std::vector<Group>& Groups() {
+  static auto* groups = new std::vector<Group>;
   return *groups;
 }
 
@@ -61,19 +62,22 @@ thread_local Membership membership;
 }  // namespace
 
 void EndThreadsOf(const void* module) {
-  const auto groups = Groups();
-  for (const auto& members : groups) {
-    if (members->IsOf(module)) members->End();
+  for (const Group& group : Groups()) {
+    if (group.module != module) continue;
+    group.stop();
+    group.members->WaitForAll();
   }
 }
 
 }  // namespace zyl
 
 ZylThreadGroup::ZylThreadGroup(std::function<void()> stop)
-    : members_(std::make_shared<zyl::ThreadMembers>(zyl::LoadingModule(), std::move(stop))) {
-  zyl::Groups().push_back(members_);
+    : members_(std::make_shared<zyl::ThreadMembers>()) {
+  zyl::Groups().push_back({zyl::LoadingModule(), std::move(stop), members_});
 }
-ZylThreadGroup::~ZylThreadGroup() { std::erase(zyl::Groups(), members_); }
+ZylThreadGroup::~ZylThreadGroup() {
+  std::erase_if(zyl::Groups(), [&](const zyl::Group& group) { return group.members == members_; });
+}
 
 void ZylThreadGroup::Enter() {
   members_->Join();
