@@ -81,7 +81,7 @@ program:ListFillKeygroups(module)
 check.equal(list:rowCount(), 5)
 
 -- Wrong options say what is wrong.
-check.raises("did you mean "rowHeight"", host.editor, { rowheight = 3, columns = {} })
+check.raises('did you mean "rowHeight"', host.editor, { rowheight = 3, columns = {} })
 check.raises("columns are missing", host.editor, {})
 check.raises("display type: an integer", host.editor, { columns = { { 100, "bar", 0, 0 } } })
 check.raises("width: an integer from 0", host.keyboard, { width = -1 })
