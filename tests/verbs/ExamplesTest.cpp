@@ -71,6 +71,16 @@ TEST_F(Examples, PadsGiveBackWhatTheyTook) {
   }
 }
 
+TEST_F(Examples, TheEditorIsDrawn) {
+  const Finished run = RunExample("editor-picture", Quoted(""));
+  EXPECT_EQ(run.status, 0) << run.out;
+  for (const char* name : {"keyboard.png", "editor.png"}) {
+    const std::string bytes = FileBytes(Path(name));
+    EXPECT_GT(bytes.size(), 1000u) << name;
+    EXPECT_TRUE(Has(bytes, "IEND")) << name;
+  }
+}
+
 TEST_F(Examples, PitchReportTellsCentsAndDraws) {
   Recording("r/x.wav", 61.12);
   const Finished run = RunExample("pitch-report", Quoted("r") + " " + Quoted("r.svg"));
