@@ -90,7 +90,7 @@ check.raises(".png or .svg", host.render, list, "x.gif")
 check.raises("scale: a number", host.render, list, "x.png", { scale = 0 })
 check.raises("/nowhere/x.png", host.render, list, "/nowhere/x.png")
 check.raises("too large", host.render, host.keyboard { width = 100000 }, "x.png")
-check.raises("no field 'colour'", function() return host.keyboard().colour end)
+check.raises('no field "colour"', function() return host.keyboard().colour end)
 
 -- Pictures: the same bytes for the same things; a failure leaves the file that was there.
 local function bytes(path)
