@@ -202,14 +202,30 @@ local function putBack(program, kept)
   program:Dirty(kept.dirty)
 end
 
+-- The transactions that run, innermost last.
+local open = {}
+
+local function fail(program, kept)
+  -- A program that the function deleted has nothing to be put back to.
+  if pcall(host.typeof, program) then putBack(program, kept) end
+end
+
+-- Ends the transactions that Ctrl-C has left open; for a prompt that goes on after it.
+function zyl.afterInterrupt()
+  while #open > 0 do fail(table.unpack(table.remove(open), 1, 2)) end
+end
+
 -- Calls body(program). When it fails, the program is put back as it was, and the error goes on; else
 -- its results are answered. Sound and parameters of samples are not part of the program.
 function zyl.transaction(program, body)
   local kept = remember(program)
+  local mine = { program, kept }
+  open[#open + 1] = mine
   local results = table.pack(pcall(body, program))
+  -- Those of coroutines that were left may stand above it.
+  repeat until table.remove(open) == mine
   if not results[1] then
-    -- A program that the function deleted has nothing to be put back to.
-    if pcall(host.typeof, program) then putBack(program, kept) end
+    fail(program, kept)
     error(results[2], 0)
   end
   host.delete(kept.copy)

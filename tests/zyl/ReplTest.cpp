@@ -173,6 +173,14 @@ TEST_F(Repl, CtrlCLeadsBackToThePrompt) {
     ASSERT_TRUE(terminal.Shows("interrupted\r\n")) << code;
     ASSERT_TRUE(terminal.Shows("> ")) << code;
   }
+  terminal.Send("require 'zyl' prg = host.new('ZylSProgram') prg:Create(host.null)\n");
+  terminal.Send(
+      "prg:transaction(function() prg:PRGpoly(3) print('op' .. 'en') repeat until false end)\n");
+  ASSERT_TRUE(terminal.Shows("\nopen\r\n"));
+  terminal.Send("\x03");
+  ASSERT_TRUE(terminal.Shows("interrupted\r\n"));
+  terminal.Send("'poly', prg:PRGpoly()\n");
+  EXPECT_TRUE(terminal.Shows("\n\"poly\", 15\r\n"));
   // The next chunks run as ever, also in coroutines.
   terminal.Send("coroutine.wrap(function() coroutine.yield(6 * 7) end)()\n");
   EXPECT_TRUE(terminal.Shows("\n42\r\n"));

@@ -103,6 +103,11 @@ for _, channel in ipairs { 3, 11, -1 } do
     for i, change in ipairs(changes) do
       check.equal(prg:Read(folder .. "/start.zprg", 1, channel), true)
       prg:select { 1, 3 }
+      if dirty then
+        -- A mask and a count that no method would have made.
+        prg:PRGtmMidiChannel(0x50)
+        prg:PRGkeyGroups(4)
+      end
       prg:Dirty(dirty)
       local users = prg:SampleGetRefCount(prg:SampleGet(2, 1))
       local beforeBytes, before = bytes(prg), state(prg)

@@ -130,6 +130,9 @@ int LineEditor::ReadCharacter(EditLine*, wchar_t* character) {
     char byte = 0;
     const ssize_t count = read(STDIN_FILENO, &byte, 1);
     if (count == 0) return 0;
+    // What a terminal makes of a Ctrl-D that comes before the editor has taken it over; the editor
+    // would take it for a key that quotes the next one.
+    if (count == 1 && byte == 0) continue;
     if (count < 0) {
       if (errno == EINTR) continue;
       return -1;

@@ -111,6 +111,22 @@ bool Run(lua_State* L) {
   return done;
 }
 
+// Lets the shipped module zyl, where it is loaded, end what Ctrl-C left open.
+int EndOpenTransactions(lua_State* L) {
+  luaL_getsubtable(L, LUA_REGISTRYINDEX, LUA_LOADED_TABLE);
+  if (lua_getfield(L, -1, "zyl") != LUA_TTABLE) return 0;
+  if (lua_getfield(L, -1, "afterInterrupt") == LUA_TFUNCTION) lua_call(L, 0, 0);
+  return 0;
+}
+
+// After Ctrl-C: the next chunk runs as ever.
+void Recover(lua_State* L) {
+  ForgetInterrupt(L);
+  lua_pushcfunction(L, EndOpenTransactions);
+  if (lua_pcall(L, 0, 0, 0) != LUA_OK) std::fprintf(stderr, "%s\n", lua_tostring(L, -1));
+  lua_settop(L, 0);
+}
+
 // ---- The input ----
 
 enum class Input { kLine, kEnd, kInterrupted };
@@ -187,7 +203,7 @@ int RunRepl(ScriptHost& script) {
     failed = !Run(L) || failed;
     if (ExitWasRequested()) return RequestedExitStatus();
     if (WasInterrupted() && !editor) return 130;
-    if (WasInterrupted()) ForgetInterrupt(L);
+    if (WasInterrupted()) Recover(L);
   }
   if (editor) std::puts("");
   return failed && !editor ? 1 : 0;
