@@ -2304,6 +2304,49 @@ function ZylSProgram:TolmoPRGrelease_default(NewValue) end
 ---@return integer
 function ZylSProgram:TolmoPRGfilter_default(NewValue) end
 
+-- ---- With require "zyl" ----
+
+---@class zyl.Zone one zone; has the methods that begin with KeyGroupIndex and ZoneIndex
+---@field program ZylSProgram
+---@field keygroup integer
+---@field index integer
+---@field [string] function
+
+---@class zyl.Keygroup one keygroup; has the methods that begin with KeyGroupIndex
+---@field program ZylSProgram
+---@field index integer
+---@field zone fun(self: zyl.Keygroup, index: integer): zyl.Zone
+---@field zones fun(self: zyl.Keygroup): fun(): zyl.Zone?
+---@field [string] function
+
+---Loop over the keygroups: for kg in prg:keygroups() do ... end.
+---@return fun(): zyl.Keygroup?
+function ZylSProgram:keygroups() end
+
+---Loop over the zones of all keygroups.
+---@return fun(): zyl.Zone?
+function ZylSProgram:zones() end
+
+---@class zyl.Wanted
+---@field [integer] integer one of these keygroups
+---@field key? integer its range holds the key
+---@field keys? integer[] its range meets the keys from the first to the second
+---@field sample? string a zone's sample has this in its name
+---@field where? fun(keygroup: zyl.Keygroup): boolean
+---@field all? boolean
+---@field add? boolean keep those that are selected
+
+---Select the keygroups that have everything that is asked for; gives their indexes.
+---@param wanted zyl.Wanted
+---@return integer[]
+function ZylSProgram:select(wanted) end
+
+---Call the function; when it fails the program is put back as it was, and the error goes on.
+---@generic T
+---@param body fun(program: ZylSProgram): T
+---@return T
+function ZylSProgram:transaction(body) end
+
 ---@class host
 ---@field null host.Null an object that is null
 ---@field sampleRate number the processing rate in Hz, to read and to set

@@ -121,6 +121,21 @@ TEST(Reference, SaysWhatTheModuleDoesAndTheCommittedDocsAreThoseOfThisBuild) {
   EXPECT_EQ(outcome.status, 0) << outcome.err;
 }
 
+TEST(Sugar, LoopsSelectsAndPutsProgramsBack) {
+  const fs::path folder = fs::temp_directory_path() / ("zyl-sugar-" + std::to_string(getpid()));
+  fs::create_directories(folder);
+  const fs::path sample = folder / "a tone.wav";
+  // A mono file of two values.
+  const char wave[] =
+      "RIFF\x28\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x44\xac\0\0\x88\x58\1\0\2\0\x10\0"
+      "data\4\0\0\0\1\0\2\0";
+  std::ofstream(sample, std::ios::binary).write(wave, sizeof wave - 1);
+  const Outcome outcome =
+      Zyl({"run", std::string(ZYL_TEST_SCRIPTS) + "/Sugar.lua", folder.string(), sample.string()});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  fs::remove_all(folder);
+}
+
 TEST(Reference, HelpFindsMethodsByNamePartAndMeaning) {
   const struct {
     std::vector<std::string> words;

@@ -168,6 +168,15 @@ void OpenCalls(lua_State* L) {
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kAdded);
 }
 
+void AppendMethodNames(lua_State* L, ZylDispatch& dispatch, std::vector<std::string>& names) {
+  for (const ZylFuncInfo* method = dispatch.GetFuncTable(); method->name != nullptr; ++method) {
+    names.emplace_back(method->name);
+  }
+  PushAdded(L, dispatch.GetClassName());
+  AppendKeys(L, lua_gettop(L), names);
+  lua_pop(L, 1);
+}
+
 int ExtendClass(lua_State* L) {
   const char* className = luaL_checkstring(L, 1);
   luaL_checktype(L, 2, LUA_TTABLE);

@@ -14,6 +14,7 @@
 #include "Errors.h"
 #include "HostTable.h"
 #include "Interruption.h"
+#include "Repl.h"
 #include "ScriptHost.h"
 #include "Shipped.h"
 #include "host/hostapp.h"
@@ -39,6 +40,7 @@ std::string VerbList() {
       "Verbs:\n"
       "  run SCRIPT.lua [ARG...]     run the script\n"
       "  eval 'CODE' [ARG...]        run the text\n"
+      "  repl                        read lines, run them and print their results\n"
       "  methods [PATTERN]           list the module's script methods; PATTERN is part of a name,\n"
       "                              or a whole one with * and ?\n"
       "  help [NAME]                 what a method takes, gives and means; with part of a name,\n"
@@ -108,7 +110,7 @@ int ListMethods(const std::string& pattern) {
 
 // What the words ask for, checked before the module is loaded.
 struct Task {
-  enum Kind { kRunFile, kRunText, kMethods } kind = kRunFile;
+  enum Kind { kRunFile, kRunText, kMethods, kRepl } kind = kRunFile;
   std::string source;                  // the script file, the text or the pattern
   std::vector<std::string> arguments;  // with the script's name first
 };
@@ -123,6 +125,11 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
     if (words.size() == 2) task.source = words[1];
     return {};
   }
+  if (verb == "repl") {
+    if (words.size() > 1) return "repl takes no arguments";
+    task.kind = Task::kRepl;
+    return {};
+  }
   if (verb == "run" || verb == "eval") {
     if (words.size() < 2) return verb + " needs " + (verb == "run" ? "a script" : "a text");
     task.kind = verb == "run" ? Task::kRunFile : Task::kRunText;
@@ -134,7 +141,7 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
   task.source = VerbScript(verb).string();
   if (task.source.empty()) {
     std::vector<std::string> known = ScriptVerbs();
-    known.insert(known.end(), {"run", "eval", "methods"});
+    known.insert(known.end(), {"run", "eval", "repl", "methods"});
     return "there is no verb \"" + verb + '"' + Suggestion(verb, known);
   }
   task.arguments = words;
@@ -146,6 +153,7 @@ int RunTask(const Task& task, const std::string& module) {
   if (task.kind == Task::kMethods) return ListMethods(task.source);
   ScriptHost script(module);
   CatchSignals();
+  if (task.kind == Task::kRepl) return RunRepl(script);
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
                                      : script.RunText(task.source, task.arguments);
 }

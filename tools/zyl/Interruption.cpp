@@ -17,6 +17,11 @@ std::atomic<int> exitStatus{0};
 pthread_t scriptThread;
 
 void RaiseStop(lua_State* L, lua_Debug*) {
+  // The script went on after a stop that had marked this coroutine.
+  if (stop == Stop::kNone) {
+    lua_sethook(L, nullptr, 0, 0);
+    return;
+  }
   luaL_error(L, stop == Stop::kExit ? "the script has called os.exit" : "interrupted");
 }
 
@@ -134,6 +139,13 @@ void CatchSignals() {
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   ::signal(SIGPIPE, SIG_IGN);
+}
+
+void ForgetInterrupt(lua_State* L) {
+  Stop interrupt = Stop::kInterrupt;
+  stop.compare_exchange_strong(interrupt, Stop::kNone);
+  lua_sethook(L, nullptr, 0, 0);
+  CatchSignals();
 }
 
 bool WasInterrupted() { return stop == Stop::kInterrupt; }

@@ -16,6 +16,10 @@ void CloseInterruption();
 // runs it. A write to a closed pipe is an error of that write from now on.
 void CatchSignals();
 
+// The script may go on after Ctrl-C, whose next press stops it again. `L` is the main state, with
+// nothing running on it.
+void ForgetInterrupt(lua_State* L);
+
 bool WasInterrupted();
 bool ExitWasRequested();
 int RequestedExitStatus();

@@ -76,8 +76,7 @@ int CallChunk(lua_State* L) {
 
 }  // namespace
 
-ScriptHost::ScriptHost(std::string module)
-    : module_(std::move(module)), state_(luaL_newstate()) {
+ScriptHost::ScriptHost(std::string module) : module_(std::move(module)), state_(luaL_newstate()) {
   if (state_ == nullptr) throw std::bad_alloc();
   *static_cast<ScriptHost**>(lua_getextraspace(state_)) = this;
   lua_pushcfunction(state_, OpenState);

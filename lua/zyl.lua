@@ -1,0 +1,240 @@
+-- Shorter ways for scripts, all made of the module's own methods: loops over keygroups and zones,
+-- a selection by what keygroups have, and changes that happen as a whole or not at all.
+--
+--   require "zyl"
+--   for kg in prg:keygroups() do print(kg.index, kg:KGlowKey()) end
+--   prg:select { sample = "piano", keys = { 36, 59 } }
+--   prg:transaction(function() ... end)
+local reference = require "zyl.reference"
+
+local ZONES = 4
+
+local zyl = {}
+
+-- ---- Keygroups and zones ----
+
+-- The look-up of a handle's methods: those whose first arguments are the handle's own indexes. `own`
+-- are methods besides.
+local function handleMethods(kind, names, own)
+  local found = own
+  return function(handle, name)
+    if found[name] then return found[name] end
+    local method = type(name) == "string" and reference.method(name)
+    local fits = false
+    for _, form in ipairs(method and method.forms or {}) do
+      local all = true
+      for i, wanted in ipairs(names) do
+        all = all and form.arguments[i] ~= nil and form.arguments[i].name == wanted
+      end
+      fits = fits or all
+    end
+    if not fits then
+      if not method then local _ = handle.program[name] end  -- the error with the nearest name
+      error(("%s is no method of a %s"):format(name, kind), 2)
+    end
+    if #names == 1 then
+      found[name] = function(self, ...)
+        return self.program[name](self.program, self.index, ...)
+      end
+    else
+      found[name] = function(self, ...)
+        return self.program[name](self.program, self.keygroup, self.index, ...)
+      end
+    end
+    return found[name]
+  end
+end
+
+local Zone = { __name = "zone", __index = handleMethods("zone", { "KeyGroupIndex", "ZoneIndex" }, {}) }
+function Zone.__tostring(zone) return ("zone %d of keygroup %d"):format(zone.index, zone.keygroup) end
+
+local function zone(program, keygroup, index)
+  return setmetatable({ program = program, keygroup = keygroup, index = index }, Zone)
+end
+
+local ofKeygroup = {}
+function ofKeygroup.zone(self, index) return zone(self.program, self.index, index) end
+function ofKeygroup.zones(self)
+  local index = -1
+  return function()
+    index = index + 1
+    if index < ZONES then return zone(self.program, self.index, index) end
+  end
+end
+
+local Keygroup = { __name = "keygroup",
+                   __index = handleMethods("keygroup", { "KeyGroupIndex" }, ofKeygroup) }
+function Keygroup.__tostring(keygroup) return "keygroup " .. keygroup.index end
+
+local function keygroup(program, index)
+  return setmetatable({ program = program, index = index }, Keygroup)
+end
+
+-- Loops over the keygroups: for kg in prg:keygroups() do ... end. A handle has the fields `index`
+-- and `program`, its zones, and every method that begins with a KeyGroupIndex, without that
+-- argument: kg:KGtune(5).
+function zyl.keygroups(program)
+  local index = -1
+  return function()
+    index = index + 1
+    if index < program:PRGkeyGroups() then return keygroup(program, index) end
+  end
+end
+
+-- Loops over the zones of all keygroups. A handle has the fields `index`, `keygroup` and `program`,
+-- and every method that begins with KeyGroupIndex and ZoneIndex, without those: zone:Zonename().
+function zyl.zones(program)
+  local number = -1
+  return function()
+    number = number + 1
+    local index = number // ZONES
+    if index < program:PRGkeyGroups() then return zone(program, index, number % ZONES) end
+  end
+end
+
+-- ---- Selection ----
+
+local function holdsKey(kg, key) return kg:KGlowKey() <= key and key <= kg:KGhighKey() end
+local function meetsKeys(kg, keys) return kg:KGlowKey() <= keys[2] and keys[1] <= kg:KGhighKey() end
+local function hasSample(kg, part)
+  for each in kg:zones() do
+    if each:Zonename():lower():find(part:lower(), 1, true) then return true end
+  end
+  return false
+end
+
+-- What can be asked for: the type of the value, and whether a keygroup has it.
+local criteria = {
+  key = { "number", holdsKey },
+  keys = { "table", meetsKeys },
+  sample = { "string", hasSample },
+  where = { "function", function(kg, test) return test(kg) end },
+  all = { "boolean", function(_, wanted) return wanted end },
+}
+
+local function checkWanted(program, wanted)
+  if type(wanted) ~= "table" then error("select: give a table, as in prg:select{ key = 60 }", 3) end
+  for name, value in pairs(wanted) do
+    local criterion = criteria[name]
+    if math.type(name) == "integer" then
+      if math.type(value) ~= "integer" or value < 0 or value >= program:PRGkeyGroups() then
+        error(("select: there is no keygroup %s"):format(value), 3)
+      end
+    elseif not criterion and name ~= "add" then
+      error(("select: %s is not one of key, keys, sample, where, all, add"):format(name), 3)
+    elseif criterion and type(value) ~= criterion[1] then
+      error(("select: %s is a %s, expected a %s"):format(name, type(value), criterion[1]), 3)
+    end
+  end
+  local keys = wanted.keys
+  if keys and not (type(keys[1]) == "number" and type(keys[2]) == "number") then
+    error("select: keys are the lowest and the highest one, as in keys = { 36, 59 }", 3)
+  end
+end
+
+-- Selects the keygroups that have everything that is asked for, and no others:
+--   1, 2, ...   one of these keygroups        key      its range holds the key
+--   sample      a zone's sample has this in   keys     its range meets the keys from the first
+--               its name, in any case                  to the second
+--   where       the function says so          all      true: every one
+-- With add = true those that were selected stay so. Answers the list of the keygroups that fit.
+-- Nothing is changed when the function fails.
+function zyl.select(program, wanted)
+  checkWanted(program, wanted)
+  local listed, asks = {}, #wanted > 0
+  for _, index in ipairs(wanted) do listed[index] = true end
+  for name in pairs(wanted) do asks = asks or criteria[name] ~= nil end
+  local fitting = {}
+  for kg in zyl.keygroups(program) do
+    local fits = asks and (#wanted == 0 or listed[kg.index] == true)
+    for name, criterion in pairs(criteria) do
+      if fits and wanted[name] ~= nil then fits = criterion[2](kg, wanted[name]) end
+    end
+    if fits then fitting[#fitting + 1] = kg.index end
+  end
+  if not wanted.add then program:KGSelect(-1, false) end
+  for _, index in ipairs(fitting) do program:KGSelect(index, true) end
+  return fitting
+end
+
+-- ---- Transactions ----
+
+-- The MIDI channel that the record holds; the object may hold another one. An object that finds the
+-- record takes the record's.
+local function recordChannel(program, path, mask)
+  local finder = host.new("ZylSProgram")
+  finder:Find(program:SetUniqueFilePath())
+  local channel = finder:PRGmidiChannel()
+  host.delete(finder)
+  program:FileName(path)
+  program:PRGtmMidiChannel(mask)
+  return channel
+end
+
+-- A copy of the program, and what else belongs to its object.
+local function remember(program)
+  local kept = {
+    valid = program:IsValid(), dirty = program:Dirty(), outputs = program:MaxIndyOut(),
+    calls = program:EnableRegisterCall(), copy = host.new("ZylSProgram"),
+  }
+  if not kept.valid then return kept end
+  kept.path, kept.mask = program:FileName(), program:PRGtmMidiChannel()
+  kept.channel = program:PRGmidiChannel()
+  kept.copy:Create(program)
+  kept.copy:PRGmidiChannel(recordChannel(program, kept.path, kept.mask))
+  kept.copy:PRGkeyGroups(program:PRGkeyGroups())
+  return kept
+end
+
+local function putBack(program, kept)
+  if kept.valid then
+    -- The program moves to the copy's record, which then is its own.
+    program:Find(kept.copy:SetUniqueFilePath(), kept.channel)
+    host.delete(kept.copy)
+    program:FileName(kept.path)
+    program:PRGtmMidiChannel(kept.mask)
+  else
+    program:Find(os.tmpname())  -- no program has this path: none is attached
+    host.delete(kept.copy)
+  end
+  program:MaxIndyOut(kept.outputs)
+  program:EnableRegisterCall(kept.calls)
+  program:Dirty(kept.dirty)
+end
+
+-- The transactions that run, innermost last.
+local open = {}
+
+local function fail(program, kept)
+  -- A program that the function deleted has nothing to be put back to.
+  if pcall(host.typeof, program) then putBack(program, kept) end
+end
+
+-- Ends the transactions that Ctrl-C has left open; for a prompt that goes on after it.
+function zyl.afterInterrupt()
+  while #open > 0 do fail(table.unpack(table.remove(open), 1, 2)) end
+end
+
+-- Calls body(program). When it fails, the program is put back as it was, and the error goes on; else
+-- its results are answered. Sound and parameters of samples are not part of the program.
+function zyl.transaction(program, body)
+  local kept = remember(program)
+  local mine = { program, kept }
+  open[#open + 1] = mine
+  local results = table.pack(pcall(body, program))
+  -- Those of coroutines that were left may stand above it.
+  repeat until table.remove(open) == mine
+  if not results[1] then
+    fail(program, kept)
+    error(results[2], 0)
+  end
+  host.delete(kept.copy)
+  return table.unpack(results, 2, results.n)
+end
+
+host.extend("ZylSProgram", {
+  keygroups = zyl.keygroups, zones = zyl.zones, select = zyl.select,
+  transaction = zyl.transaction,
+})
+
+return zyl
