@@ -32,6 +32,40 @@ function Algo:addPad(name, initial) end
 ---@class RODPad
 ---@field bytes string
 
+---A graphic object. Coordinates are pixels, y down.
+---@class host.Graphic
+---@field fill integer
+---@field text string
+---@field refreshes integer
+---@field fillChanges integer
+---@field template string
+local Graphic = {}
+---@param name string
+---@return host.Graphic?
+function Graphic:child(name) end
+---@return integer left, integer top, integer right, integer bottom
+function Graphic:bounds() end
+---@return integer x, integer y
+function Graphic:origin() end
+
+---@class host.Cell
+---@field value integer
+---@field object any
+---@field go host.Graphic?
+
+---@class host.List
+local List = {}
+---@return integer
+function List:rowCount() end
+---@param row integer
+---@param column integer
+---@return host.Cell
+function List:cell(row, column) end
+function List:clear() end
+
+---@class host.Editor: ROCAlgo
+---@field list host.List
+
 ---@class ZylSProgram: ROCAlgo
 local ZylSProgram = {}
 
@@ -71,7 +105,6 @@ function ZylSProgram:Create(ProgramToCopy, CopySamples) end
 function ZylSProgram:Register(RegisterModule) end
 
 ---Write the values of the numbered parameters into the slot SlotID of a data pad.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param Pad RODPad
 ---@param SlotID integer
@@ -79,19 +112,16 @@ function ZylSProgram:Register(RegisterModule) end
 function ZylSProgram:WriteDataToPad(Pad, SlotID, ...) end
 
 ---Set the parameters that the slot SlotID of a data pad holds.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param Pad RODPad
 ---@param SlotID integer
 function ZylSProgram:ReadDataFromPad(Pad, SlotID) end
 
 ---Remove everything from a data pad.
----Not available in this build.
 ---@param Pad RODPad
 function ZylSProgram:EmptyPadData(Pad) end
 
 ---Remove the slot SlotID from a data pad.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param Pad RODPad
 ---@param SlotID integer
@@ -186,23 +216,20 @@ function ZylSProgram:GetLockedMemory() end
 function ZylSProgram:GetUsedPhysicalMemory(Locked) end
 
 ---Write a sample with its parameters into a data pad.
----Not available in this build.
 ---@param Pad RODPad
 ---@param Sample CSample
 function ZylSProgram:WriteSampleToPad(Pad, Sample) end
 
 ---Make a temporary sample out of what a data pad holds; Path becomes its file path.
----Not available in this build.
 ---@param Pad RODPad
 ---@param Path? string
 ---@return CSample|nil
 function ZylSProgram:ReadSampleFromPad(Pad, Path) end
 
 ---Draw a keygroup's key range on a keyboard of the editor.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
----@param GO GOContainer
+---@param GO GOContainer|host.Null
 ---@param ListModule ROCAlgo|host.Null
 function ZylSProgram:DrawKeyGroupKB(KeyGroupIndex, GO, ListModule) end
 
@@ -257,14 +284,12 @@ function ZylSProgram:KGSelect(KeyGroupIndex, SelectFlag) end
 function ZylSProgram:EnableRegisterCall(Enable) end
 
 ---Fill the editor's keygroup list: a row for each keygroup, values shown as keys with KeyAsValue.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param ListModule ROCAlgo|host.Null
 ---@param KeyAsValue? boolean
 function ZylSProgram:ListFillKeygroups(ListModule, KeyAsValue) end
 
 ---Fill the editor's zone list with the four zones of a keygroup.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
 ---@param ListModule ROCAlgo|host.Null
@@ -272,7 +297,6 @@ function ZylSProgram:ListFillKeygroups(ListModule, KeyAsValue) end
 function ZylSProgram:ListFillZones(KeyGroupIndex, ListModule, KeyAsValue) end
 
 ---Colour the keyboards of the editor's keygroup list for a selected key.
----Not available in this build.
 ---Needs a program (Create, Read or Find).
 ---@param SelKey integer
 ---@param Color number
@@ -2413,6 +2437,21 @@ function host.pad(bytes) end
 ---@param seconds? number how long to wait for the first one
 ---@return integer
 function host.pump(seconds) end
+
+---Make a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.
+---@param place? table x, y, width and height in pixels (0, 0, 378, 24)
+---@return host.Graphic
+function host.keyboard(place) end
+
+---Make a list module: an algorithm with the method GetList and a list of these columns.
+---@param form table rowHeight and columns
+---@return host.Editor
+function host.editor(form) end
+
+---Draw a graphic object or a list into a file.
+---@param object host.Graphic|host.Editor|host.List
+---@param path string ends in .png or .svg
+function host.render(object, path) end
 
 ---Print help on a method, a function of host, or all methods with that part of a name.
 ---@param what? string|function
