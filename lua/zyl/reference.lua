@@ -119,7 +119,6 @@ end
 -- What there is to say of a method besides its meaning and arguments, a sentence each.
 function reference.notes(method)
   local notes = {}
-  if not method.available then notes[#notes + 1] = "Not available in this build." end
   if method.field then
     local number = method.field.number
     notes[#notes + 1] = "Gives the value; NewValue sets it, and the value before is given."

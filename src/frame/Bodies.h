@@ -1,7 +1,6 @@
 // The bodies of all script methods.
 #pragma once
 
-#include "frame/NotAvailable.h"
 #include "pads/PadMethods.h"
 #include "params/ByNumber.h"
 #include "params/FieldMethods.h"

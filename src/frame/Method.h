@@ -18,7 +18,6 @@
 #include "frame/Arguments.h"
 #include "frame/Call.h"
 #include "frame/Forms.h"
-#include "frame/NotAvailable.h"
 #include "frame/ZylSProgram.h"
 
 namespace method {
@@ -89,11 +88,6 @@ void RunFirstFitting(Call& call) {
 template <auto... Bodies>
 void RunForms(Call& call, const Forms<Bodies...>&) {
   RunFirstFitting<Bodies...>(call);
-}
-
-template <auto Body>
-void RunForms(Call& call, const NotAvailable<Body>&) {
-  call.Failure("%s: not available in this build");
 }
 
 }  // namespace method

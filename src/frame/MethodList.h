@@ -3,8 +3,8 @@
 // clang-format off
 // The script methods in table order, each with its meaning for people: what it does, or what the
 // value is that it reads and sets. Arguments and result are declared by the body. METHOD has a body
-// of its own, FIELD is described by a parameter row, LATER is not available yet.
-#define ZYL_METHOD_LIST(METHOD, FIELD, LATER) \
+// of its own, FIELD is described by a parameter row.
+#define ZYL_METHOD_LIST(METHOD, FIELD) \
   METHOD(Dirty, "Tell whether the program or one of its samples was changed since it was written; sets the flag.") \
   METHOD(Read, "Attach the program that a program file holds. LoadSmpl 0 leaves the samples on disk (1 without it); MC sets the MIDI channel, -1 Omni.") \
   METHOD(Write, "Write the program to PrgPath, or to its own file. WriteMode is passed to the file layer (51 without it).") \

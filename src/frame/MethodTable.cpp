@@ -19,14 +19,13 @@ ZylHandler HandlerOf() {
 #define ROW(name, body) {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
 #define METHOD(name, meaning) ROW(name, &name)
 #define FIELD(name, meaning) ROW(name, kFieldMethod<#name>)
-#define LATER(name, meaning) ROW(name, &kNotAvailable<&later::name>)
 // NOLINTEND(bugprone-macro-parentheses)
 
 ZylFuncInfo table[] = {
-    ZYL_METHOD_LIST(METHOD, FIELD, LATER){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
+    ZYL_METHOD_LIST(METHOD, FIELD){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
 
 #define NAME(name, meaning) #name,
-constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(NAME, NAME, NAME)};
+constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(NAME, NAME)};
 
 consteval bool AllDiffer() {
   for (size_t i = 0; i < std::size(kNames); ++i) {

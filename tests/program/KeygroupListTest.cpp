@@ -144,7 +144,6 @@ TEST_F(KeygroupList, ACountBeyondTheRecordsReachesNothingBeyondThem) {
         "ZoneSamplePath", "ZoneSampleSet", "ZoneSampleExists", "ZoneIntValue", "SampleGet",
         "SampleLock", "SampleDirty", "SampleChannel", "SampleCreate", "SampleFileName"}) {
     const Outcome outcome = program(method, 5, 0);
-    if (IsLater(outcome)) continue;
     ExpectException(outcome,
                     std::string("ZylSProgram::") + method + ": Keygroup index out of range!");
   }

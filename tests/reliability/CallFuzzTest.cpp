@@ -19,9 +19,7 @@ TEST_F(CallFuzzTest, EveryMethodKeepsItsWordInEveryState) {
       EXPECT_GE(count.calls[state], 30u) << name;
       done += count.done[state];
     }
-    Program program;
-    const bool isLater = IsLater(program(name));
-    EXPECT_TRUE(isLater || done >= 1) << name << " never got through";
+    EXPECT_GE(done, 1u) << name << " never got through";
   }
   EXPECT_GT(fuzz.FailedCount(), fuzz.CallCount() / 10);
 }

@@ -79,11 +79,6 @@ struct Outcome {
   }
 };
 
-// The method's own day has not come; what it shares with others is not there either.
-inline bool IsLater(const Outcome& outcome) {
-  return outcome.error && outcome.Message().find("not available") != std::string::npos;
-}
-
 // Calls a method of whatever an object leads to.
 inline Outcome CallList(RIOObject* object, const char* method, ROCParams* arguments) {
   Outcome outcome;

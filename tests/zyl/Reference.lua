@@ -88,7 +88,7 @@ local function try(method, form, i, otherTypes)
 end
 
 for _, method in ipairs(reference.methods()) do
-  for f, form in ipairs(method.available and method.forms or {}) do
+  for f, form in ipairs(method.forms) do
     -- A wrong first argument picks the last form.
     local firstTypes = {}
     for i, other in ipairs(method.forms) do firstTypes[i] = other.arguments[1] and

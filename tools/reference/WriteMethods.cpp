@@ -1,7 +1,7 @@
 // Writes the method reference as a Lua table, in table order: out of the rows of the method list
 // and what the bodies declare. It needs no body to run, so it is linked with none.
 //
-//   { name = "KGSelect", meaning = "...", available = true,
+//   { name = "KGSelect", meaning = "...",
 //     field = { stored = "0 to 255", number = 103 },     -- of a record's field
 //     forms = { {
 //       program = true,                                    -- a program must be attached
@@ -120,25 +120,17 @@ std::string FormText() {
 
 template <class Body>
 struct FormsOf {
-  static constexpr bool kAvailable = true;
   static std::string Text() { return FormText<Body>(); }
 };
 template <auto... Bodies>
 struct FormsOf<const Forms<Bodies...>*> {
-  static constexpr bool kAvailable = true;
   static std::string Text() { return (FormText<decltype(Bodies)>() + ...); }
-};
-template <auto Body>
-struct FormsOf<const NotAvailable<Body>*> {
-  static constexpr bool kAvailable = false;
-  static std::string Text() { return FormText<decltype(Body)>(); }
 };
 
 template <class Body>
 void WriteMethod(const char* name, const char* meaning, const std::string& field) {
-  std::cout << "  { name = " << Quoted(name) << ", meaning = " << Quoted(meaning)
-            << ",\n    available = " << (FormsOf<Body>::kAvailable ? "true" : "false") << ","
-            << field << "\n    forms = { " << FormsOf<Body>::Text() << "} },\n";
+  std::cout << "  { name = " << Quoted(name) << ", meaning = " << Quoted(meaning) << "," << field
+            << "\n    forms = { " << FormsOf<Body>::Text() << "} },\n";
 }
 
 // ---- Fields ----
@@ -173,10 +165,8 @@ int main() {
 #define FIELD(name, meaning)                                                      \
   WriteMethod<std::remove_const_t<decltype(kFieldMethod<#name>)>>(#name, meaning, \
                                                                   FieldText(ParameterOf(#name)));
-#define LATER(name, meaning) \
-  WriteMethod<decltype(&kNotAvailable<&later::name>)>(#name, meaning, "");
   // NOLINTEND(bugprone-macro-parentheses)
-  ZYL_METHOD_LIST(METHOD, FIELD, LATER)
+  ZYL_METHOD_LIST(METHOD, FIELD)
   std::cout << "}\n" << std::flush;
   return std::cout ? 0 : 1;
 }
