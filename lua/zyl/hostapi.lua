@@ -43,8 +43,9 @@ return {
     { "place?", "table", "x, y, width and height in pixels (0, 0, 378, 24)" } },
   { name = "editor", result = "host.Editor",
     meaning = "Make a list module: an algorithm with the method GetList and a list of these columns.",
-    { "form", "table", "rowHeight and columns" } },
-  { name = "render", meaning = "Draw a graphic object or a list into a file.",
-    { "object", "host.Graphic|host.Editor|host.List" },
-    { "path", "string", "ends in .png or .svg" } },
+    { "form", "table", "name, rowHeight and columns" } },
+  { name = "render", meaning = "Draw graphic objects, lists and headings, one below the other.",
+    { "what", "host.Graphic|host.Editor|host.List|table", "one, or a list of them and of texts" },
+    { "path", "string", "ends in .png or .svg" },
+    { "options?", "table", "dark = true, scale = 2" } },
 }

@@ -199,11 +199,12 @@ function Algo:addPad(name, initial) end
 local EDITOR = [[
 ---A graphic object. Coordinates are pixels, y down.
 ---@class host.Graphic
----@field fill integer
----@field text string
+---@field name string
+---@field fill integer?
+---@field text string?
 ---@field refreshes integer
 ---@field fillChanges integer
----@field template string
+---@field template string?
 local Graphic = {}
 ---@param name string
 ---@return host.Graphic?
@@ -224,7 +225,7 @@ local List = {}
 function List:rowCount() end
 ---@param row integer
 ---@param column integer
----@return host.Cell
+---@return host.Cell?
 function List:cell(row, column) end
 function List:clear() end
 

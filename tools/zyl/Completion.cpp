@@ -25,8 +25,11 @@ struct Request {
 };
 
 // Replaces the value on top of the stack by its field of that name, without metamethods other than
-// tables to look further in.
+// tables to look further in. Of objects, the fields that a script has given to an algorithm.
 void GetField(lua_State* L, std::string_view name) {
+  if (KindOf(L, -1) == Kind::kObject && lua_getiuservalue(L, -1, kFieldsSlot) == LUA_TTABLE) {
+    lua_replace(L, -2);
+  }
   for (int i = 0; i < kMostIndexTables && lua_istable(L, -1); ++i) {
     lua_pushlstring(L, name.data(), name.size());
     if (lua_rawget(L, -2) != LUA_TNIL) {
@@ -65,6 +68,8 @@ void AppendMembers(lua_State* L, Request& request) {
     request.names.emplace_back("addPad");
     if (!request.methodsOnly) request.names.emplace_back("name");
     if (lua_getiuservalue(L, -1, kFieldsSlot) == LUA_TTABLE) AppendKeys(L, request);
+  } else if (luaL_getmetafield(L, -1, "__index") == LUA_TTABLE) {
+    AppendKeys(L, request);
   }
 }
 
