@@ -34,11 +34,12 @@ function Algo:addPad(name, initial) end
 
 ---A graphic object. Coordinates are pixels, y down.
 ---@class host.Graphic
----@field fill integer
----@field text string
+---@field name string
+---@field fill integer?
+---@field text string?
 ---@field refreshes integer
 ---@field fillChanges integer
----@field template string
+---@field template string?
 local Graphic = {}
 ---@param name string
 ---@return host.Graphic?
@@ -59,7 +60,7 @@ local List = {}
 function List:rowCount() end
 ---@param row integer
 ---@param column integer
----@return host.Cell
+---@return host.Cell?
 function List:cell(row, column) end
 function List:clear() end
 
@@ -2444,14 +2445,15 @@ function host.pump(seconds) end
 function host.keyboard(place) end
 
 ---Make a list module: an algorithm with the method GetList and a list of these columns.
----@param form table rowHeight and columns
+---@param form table name, rowHeight and columns
 ---@return host.Editor
 function host.editor(form) end
 
----Draw a graphic object or a list into a file.
----@param object host.Graphic|host.Editor|host.List
+---Draw graphic objects, lists and headings, one below the other.
+---@param what host.Graphic|host.Editor|host.List|table one, or a list of them and of texts
 ---@param path string ends in .png or .svg
-function host.render(object, path) end
+---@param options? table dark = true, scale = 2
+function host.render(what, path, options) end
 
 ---Print help on a method, a function of host, or all methods with that part of a name.
 ---@param what? string|function
