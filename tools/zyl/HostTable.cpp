@@ -148,22 +148,13 @@ int HostNewIndex(lua_State* L) {
 }  // namespace
 
 void OpenHostTable(lua_State* L) {
-  const luaL_Reg functions[] = {{"new", New},
-                                {"delete", DeleteObject},
-                                {"extend", ExtendClass},
-                                {"methods", Methods},
-                                {"typeof", TypeOf},
-                                {"object", NewPlainObject},
-                                {"buffer", Buffer},
-                                {"floats", Floats},
-                                {"var", NewVariable},
-                                {"algo", NewAlgo},
-                                {"pad", NewDataPad},
-                                {"keyboard", NewKeyboard},
-                                {"editor", NewEditor},
-                                {"render", Render},
-                                {"pump", Pump},
-                                {nullptr, nullptr}};
+  const luaL_Reg functions[] = {
+      {"new", New},          {"delete", DeleteObject}, {"extend", ExtendClass},
+      {"methods", Methods},  {"typeof", TypeOf},       {"object", NewPlainObject},
+      {"buffer", Buffer},    {"floats", Floats},       {"var", NewVariable},
+      {"algo", NewAlgo},     {"pad", NewDataPad},      {"keyboard", NewKeyboard},
+      {"editor", NewEditor}, {"render", Render},       {"pump", Pump},
+      {nullptr, nullptr}};
   luaL_newlib(L, functions);
   PushNull(L);
   lua_setfield(L, -2, "null");
