@@ -188,12 +188,15 @@ void LineEditor::Remember(const std::string& line) {
   if (line.find_first_not_of(" \t") == std::string::npos) return;
   HistEvent event;
   const bool same = history(history_, &event, H_FIRST) == 0 && line == event.str;
-  if (same || historyFile_.empty()) return;
+  if (same) return;
   history(history_, &event, H_ENTER, line.c_str());
+  if (historyFile_.empty()) return;
   // A history that cannot be kept is no reason to stop.
   std::error_code failure;
   fs::create_directories(historyFile_.parent_path(), failure);
   std::ofstream(historyFile_, std::ios::app) << line << '\n';
+  // What is typed is nobody else's.
+  fs::permissions(historyFile_, fs::perms::owner_read | fs::perms::owner_write, failure);
 }
 
 LineEditor::Outcome LineEditor::Read(const std::string& prompt, std::string& line) {

@@ -2,9 +2,8 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <memory>
 #include <string_view>
 
 #include "Interruption.h"
@@ -14,6 +13,8 @@
 namespace zyl {
 
 namespace {
+
+constexpr int kExitInterrupted = 130;
 
 // ---- One chunk ----
 
@@ -172,7 +173,10 @@ int RunRepl(ScriptHost& script) {
     std::string text;
     const Input input = editor ? ReadEdited(*editor, prompt, text) : ReadPlain(text);
     if (input == Input::kInterrupted) {
-      if (!editor) return 130;
+      if (!editor) {
+        std::fputs("zyl: interrupted\n", stderr);
+        return kExitInterrupted;
+      }
       chunk.clear();
       --line;
       continue;
@@ -202,7 +206,7 @@ int RunRepl(ScriptHost& script) {
     }
     failed = !Run(L) || failed;
     if (ExitWasRequested()) return RequestedExitStatus();
-    if (WasInterrupted() && !editor) return 130;
+    if (WasInterrupted() && !editor) return kExitInterrupted;
     if (WasInterrupted()) Recover(L);
   }
   if (editor) std::puts("");
