@@ -153,11 +153,19 @@ struct ArrayArg {
 struct LoadedProgram {
   static bool Read(Call& call, LoadedProgram& self) {
     self.record = call.program.program;
+    self.attachment = call.program.attachment;
     return self.record != nullptr || call.NoProgram();
   }
   akaiProgram* operator->() const { return record; }
+  // Whether the object still has this record: a script that was called may have taken it away.
+  bool IsAttachedTo(const ZylSProgram& object) const {
+    return object.program != nullptr && object.attachment == attachment;
+  }
+  // For code that is called without the arguments.
+  static LoadedProgram Of(const ZylSProgram& object) { return {object.program, object.attachment}; }
 
   akaiProgram* record = nullptr;
+  uint32_t attachment = 0;
 };
 
 // "KeyGroupIndex" below the count. `Negative` says what negative values stand for.

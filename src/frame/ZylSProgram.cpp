@@ -51,7 +51,10 @@ void ZylSProgram::Detach() {
   deleteAkaiProgram(record);
 }
 
-void ZylSProgram::Attach(akaiProgram* record) { program = record; }
+void ZylSProgram::Attach(akaiProgram* record) {
+  program = record;
+  ++attachment;
+}
 
 void ZylSProgram::LockAttached() {
   if (program != nullptr && ModuleState::Get().lockAll) lockAkaiProgram(program);

@@ -66,6 +66,7 @@ class ZylSProgram final : public ZylDLLDispatch {
 
   SampleList sampleObjects;
   akaiProgram* program = nullptr;
+  uint32_t attachment = 0;  // a new number with each record: another one may lie at an old address
   bool dirty = false;
   bool enableRegisterCall = true;
   int32_t maxIndyOut = 0;

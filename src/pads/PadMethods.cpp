@@ -76,7 +76,7 @@ void ReadDataFromPad(ZylSProgram& object, LoadedProgram program, PadArg pad,
   // A module that is told of a change may write the pad, end it, or take the program away: what is
   // stored comes from a copy, and goes to the program that was attached at the start alone.
   for (const zyl::PadEntry& entry : zyl::EntriesOfPadSlot(slot)) {
-    if (object.program != program.record) return;
+    if (!program.IsAttachedTo(object)) return;
     const HeldParam number(newROCParam(int32_t{entry.number}));
     const HeldParam value(newROCParam(int32_t{entry.value}));
     ProgramParamValue(object, number.get(), value.get());

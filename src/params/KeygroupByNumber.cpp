@@ -20,12 +20,12 @@ KeygroupRange AddressedByNumber(const akaiProgram& record, int32_t index) {
 // ends with the record that it began with.
 template <class Visit>
 void ForEachByNumber(ZylSProgram& object, int32_t index, Visit visit) {
-  akaiProgram* record = object.program;
-  const KeygroupRange range = AddressedByNumber(*record, index);
+  const LoadedProgram program = LoadedProgram::Of(object);
+  const KeygroupRange range = AddressedByNumber(*program.record, index);
   for (int k = range.first; k < range.end; ++k) {
-    if (object.program != record || k >= record->KeyGroupCount()) return;
-    if (range.selectedOnly && record->keyGroupExtensions[k].selected == 0) continue;
-    visit(*record, k);
+    if (!program.IsAttachedTo(object) || k >= program->KeyGroupCount()) return;
+    if (range.selectedOnly && program->keyGroupExtensions[k].selected == 0) continue;
+    visit(*program.record, k);
   }
 }
 

@@ -71,7 +71,7 @@ void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygr
   if (const genericSample* sample = ZoneSample(program, keygroup, zone)) {
     object.sampleObjects.DeleteBySample(sample);
     // The modules heard of it, and one of them may have given the object another program.
-    if (object.program != program.record) return;
+    if (!program.IsAttachedTo(object)) return;
   }
   if (newSample) {
     program->setSample(newSample.Text(), *keygroup, *zone, 0, 0);

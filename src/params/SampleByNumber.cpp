@@ -16,12 +16,12 @@ namespace {
 class SampleZone {
  public:
   SampleZone(ZylSProgram& object, int keygroup, int zone)
-      : object(object), record_(object.program), keygroup_(keygroup), zone_(zone) {}
+      : object(object), program_(LoadedProgram::Of(object)), keygroup_(keygroup), zone_(zone) {}
 
   // Null when there is none; also when a script that was called has changed the program so far.
   genericSample* Sample() const {
-    const bool there = object.program == record_ && keygroup_ < record_->KeyGroupCount();
-    return there ? record_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
+    const bool there = program_.IsAttachedTo(object) && keygroup_ < program_->KeyGroupCount();
+    return there ? program_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
   }
 
   // The zone plays this channel of the file from now on; a channel that the file has not changes
@@ -31,10 +31,10 @@ class SampleZone {
     if (channel < 0 || channel >= sample->getChannelCount()) return;
     // The loaded file is taken, never read again: what was edited in it stays, and so does the path
     // of a file that the disk has in another shape by now.
-    vendlKeyGroup& extension = record_->keyGroupExtensions[keygroup_];
+    vendlKeyGroup& extension = program_->keyGroupExtensions[keygroup_];
     const char* path = extension.SamplePath(zone_);
     const std::string kept = path == nullptr ? "" : path;
-    record_->setSample(sample->createChannelRef(channel), keygroup_, zone_);
+    program_->setSample(sample->createChannelRef(channel), keygroup_, zone_);
     extension.setSamplePath(zone_, kept.c_str(), true);
     object.PurgeSampleObjects();
   }
@@ -52,7 +52,7 @@ class SampleZone {
   ZylSProgram& object;
 
  private:
-  akaiProgram* record_;
+  LoadedProgram program_;
   int keygroup_;
   int zone_;
 };

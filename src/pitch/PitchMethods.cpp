@@ -72,11 +72,11 @@ bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
 bool ClearProgramPitch(ZylSProgram& object, LoadedProgram program) {
   if (program->sampleTable == nullptr) return false;
   // A module that is told may change the program: every step looks at what is there then.
-  for (int i = 0; object.program == program.record && i < kZones * program->KeyGroupCount(); ++i) {
+  for (int i = 0; program.IsAttachedTo(object) && i < kZones * program->KeyGroupCount(); ++i) {
     genericSample* sample = program->sampleTable[i];
     if (sample == nullptr) continue;
     if (CSample* known = object.sampleObjects.FindBySample(sample)) known->NotifyDeleting();
-    if (object.program != program.record || i >= kZones * program->KeyGroupCount()) break;
+    if (!program.IsAttachedTo(object) || i >= kZones * program->KeyGroupCount()) break;
     if (program->sampleTable[i] != sample || !sample->hasPitchData()) continue;
     sample->setPitchData({});
     Jobs().NotifyCleared(sample->name);

@@ -46,7 +46,7 @@ void RecolorKeyboard(const GOContainer& keyboard, const Colors& colors) {
 
 }  // namespace
 
-void DrawKeyGroupKB(ZylSProgram&, LoadedProgram program, KeyGroupIndex keygroup,
+void DrawKeyGroupKB(ZylSProgram&, LoadedProgram program, KeyGroupOrNone keygroup,
                     ContainerArg<"GO"> keyboard, ListModuleArg) {
   if (keyboard.container == nullptr || *keygroup < 0) return;
   const akaiKeyGroup& record = program->keyGroupArray[*keygroup];

@@ -4,7 +4,7 @@
 #include "views/ListModule.h"
 
 // Marks a keygroup's range on a keyboard; nothing for a negative index or a null object.
-void DrawKeyGroupKB(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
+void DrawKeyGroupKB(ZylSProgram& object, LoadedProgram program, KeyGroupOrNone keygroup,
                     ContainerArg<"GO"> keyboard, ListModuleArg module);
 
 // Colours the keyboards of the module's keygroup list: those whose range holds the key get the

@@ -92,7 +92,7 @@ void ListFillKeygroups(Call& call, LoadedProgram, ListModuleArg module,
   }
 }
 
-void ListFillZones(Call& call, LoadedProgram, KeyGroupIndex keygroup, ListModuleArg module,
+void ListFillZones(Call& call, LoadedProgram, KeyGroupOrNone keygroup, ListModuleArg module,
                    Opt<bool, "KeyAsValue"> keyAsValue) {
   if (*keygroup < 0) return;
   const int k = *keygroup;

@@ -9,5 +9,5 @@ void ListFillKeygroups(Call& call, LoadedProgram program, ListModuleArg module,
 
 // Shows the zones of a keygroup in the first four rows of the module's list, made where they are
 // missing; nothing for a negative index.
-void ListFillZones(Call& call, LoadedProgram program, KeyGroupIndex keygroup, ListModuleArg module,
+void ListFillZones(Call& call, LoadedProgram program, KeyGroupOrNone keygroup, ListModuleArg module,
                    Opt<bool, "KeyAsValue"> keyAsValue);

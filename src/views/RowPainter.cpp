@@ -68,7 +68,7 @@ std::string NoteName(int32_t value) {
   constexpr int32_t kNotes = 12;
   constexpr int32_t kOctaveOfZero = -2;
   const int32_t octave = value >= 0 ? value / kNotes : -1 - (-1 - value) / kNotes;
-  const auto note = static_cast<size_t>(value - kNotes * octave);
+  const auto note = static_cast<size_t>(value - int64_t{kNotes} * octave);
   std::string name(1, kLetters[kLetters[note] == '#' ? note - 1 : note]);
   if (kLetters[note] == '#') name += '#';
   return name.append(NumberText(octave + kOctaveOfZero).Text());

@@ -46,7 +46,9 @@ std::unique_ptr<GOContainer> MakeKeyboard(const char* name, int32_t width, int32
 std::unique_ptr<GOContainer> MakeListRoot(int32_t rowHeight) {
   constexpr int32_t kMostSwitchHeight = 10;
   auto root = std::make_unique<GOContainer>("ListRoot");
-  root->AddTemplate(std::make_unique<GOText>("TextTemplate"));
+  auto text = std::make_unique<GOText>("TextTemplate");
+  text->SizeTo(0, text->FontHeight(), 1, 1, 0, 0);
+  root->AddTemplate(std::move(text));
   auto back = std::make_unique<GOContainer>("Back");
   back->AddChild(std::make_unique<GORectangle>("Inner"));
   root->AddTemplate(std::move(back));

@@ -368,7 +368,9 @@ const List* ListOf(lua_State* L, int index) {
   if (lua_getiuservalue(L, index, kFieldsSlot) == LUA_TTABLE) {
     lua_pushliteral(L, "list");
     lua_rawget(L, -2);
-    if (KindOf(L, -1) == Kind::kObject) list = dynamic_cast<const List*>(CheckObject(L, -1));
+    if (KindOf(L, -1) == Kind::kObject) {
+      list = dynamic_cast<const List*>(CheckObject(L, lua_gettop(L)));
+    }
   }
   lua_settop(L, top);
   return list;
@@ -391,6 +393,23 @@ RenderItem ReadItem(lua_State* L, int index) {
   }
   return item;
 }
+
+// No finalizer of the script runs while it lives.
+class WithoutCollection {
+ public:
+  explicit WithoutCollection(lua_State* L) : L_(L), wasRunning_(lua_gc(L, LUA_GCISRUNNING) != 0) {
+    lua_gc(L, LUA_GCSTOP);
+  }
+  ~WithoutCollection() {
+    if (wasRunning_) lua_gc(L_, LUA_GCRESTART);
+  }
+  WithoutCollection(const WithoutCollection&) = delete;
+  WithoutCollection& operator=(const WithoutCollection&) = delete;
+
+ private:
+  lua_State* L_;
+  bool wasRunning_;
+};
 
 bool EndsIn(const std::string& path, std::string_view end) {
   if (path.size() < end.size()) return false;
@@ -477,7 +496,9 @@ int NewEditor(lua_State* L) {
 }
 
 int Render(lua_State* L) {
-  const std::string path = luaL_checkstring(L, 2);
+  size_t pathLength = 0;
+  const std::string path = luaL_checklstring(L, 2, &pathLength);
+  if (path.size() != pathLength) luaL_error(L, "host.render: the file's name has a NUL in it");
   NeedTable(L, 3);
   const Options given(L, 3, "host.render", {"dark", "scale"});
   RenderOptions options;
@@ -487,6 +508,8 @@ int Render(lua_State* L) {
   if (!svg && !EndsIn(path, ".png")) {
     return luaL_error(L, "host.render: the file's name must end in .png or .svg");
   }
+  // What is drawn is looked at as it stands, and must not go meanwhile.
+  const WithoutCollection still(L);
   std::vector<RenderItem> items;
   options.page = lua_istable(L, 1);
   if (options.page) {

@@ -87,24 +87,36 @@ void PushMetatable(lua_State* L, RIOObject* object, ZylDispatch* dispatch) {
   }
 }
 
-ObjectRef& PushNew(lua_State* L, RIOObject* object) {
+// Pushes a new userdata of the object and answers its reference; null, and nil pushed, when the
+// object is gone: whatever allocates may run finalizers of the script, and these may end it.
+ObjectRef* PushNew(lua_State* L, RIOObject* object) {
+  const ROCParam held(object);
+  const auto gone = [&] {
+    if (held.Object() != nullptr) return false;
+    lua_pop(L, 1);
+    lua_pushnil(L);
+    return true;
+  };
   auto* ref = new (lua_newuserdatauv(L, sizeof(ObjectRef), kObjectSlots)) ObjectRef;
+  if (gone()) return nullptr;
+  ref->value.SetRIOPtr(object);
   ZylDispatch* dispatch = object->GetDispatch(true);
   if (dispatch != nullptr && dispatch->isScript()) dispatch = nullptr;
   PushMetatable(L, object, dispatch);
   lua_setmetatable(L, -2);
+  if (gone()) return nullptr;
   if (dispatch != nullptr) ref->classTag = dispatch->GetFuncTable();
-  ref->value.SetRIOPtr(object);
   if (const auto* pad = dynamic_cast<const ROCPad*>(object)) {
     // A pad goes with its algorithm, so it keeps the script's one alive.
     PushObject(L, pad->Owner());
     lua_setiuservalue(L, -2, kOwnerSlot);
+    if (gone()) return nullptr;
   }
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
   lua_pushvalue(L, -2);
   lua_rawsetp(L, -2, object);
   lua_pop(L, 1);
-  return *ref;
+  return ref;
 }
 
 }  // namespace
@@ -161,8 +173,8 @@ void PushObject(lua_State* L, RIOObject* object) {
 }
 
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
-  ObjectRef& ref = PushNew(L, object.get());
-  ref.owned = true;
+  // Nobody else knows the object yet, so nobody can have ended it.
+  PushNew(L, object.get())->owned = true;
   static_cast<void>(object.release());  // the userdata has it now
 }
 

@@ -148,6 +148,12 @@ void FillTable(lua_State* L, int index, ROCParam& array) {
   }
 }
 
+// From a copy: a finalizer that runs meanwhile may change the value.
+void FillTableFrom(lua_State* L, int index, const ROCParam& array) {
+  ROCParam copy(array);
+  FillTable(L, index, copy);
+}
+
 std::string ObjectInWords(const RIOObject* object, const char* none) {
   return object == nullptr ? none : std::string("an object of class ") + object->GetTypeName();
 }
@@ -285,7 +291,7 @@ void PushValue(lua_State* L, const ROCParam* value) {
     case kTypeArray:
       luaL_checkstack(L, 4, "nested arrays");
       lua_createtable(L, value->ElementCount(), 0);
-      FillTable(L, lua_gettop(L), readable);
+      FillTableFrom(L, lua_gettop(L), *value);
       break;
     default:
       PushObject(L, value->Object());
@@ -408,7 +414,7 @@ void ArgumentList::CopyTablesBack() {
   for (int i = 0; i < list_.count; ++i) {
     ROCParam* value = list_.Entry(i);
     if (value != nullptr && value->Type() == kTypeArray && lua_istable(L_, first_ + i)) {
-      FillTable(L_, first_ + i, *value);
+      FillTableFrom(L_, first_ + i, *value);
     }
   }
 }
