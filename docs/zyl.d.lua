@@ -229,7 +229,7 @@ function ZylSProgram:ReadSampleFromPad(Pad, Path) end
 
 ---Draw a keygroup's key range on a keyboard of the editor.
 ---Needs a program (Create, Read or Find).
----@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
+---@param KeyGroupIndex integer 0 to the count - 1; a negative one none
 ---@param GO GOContainer|host.Null
 ---@param ListModule ROCAlgo|host.Null
 function ZylSProgram:DrawKeyGroupKB(KeyGroupIndex, GO, ListModule) end
@@ -292,7 +292,7 @@ function ZylSProgram:ListFillKeygroups(ListModule, KeyAsValue) end
 
 ---Fill the editor's zone list with the four zones of a keygroup.
 ---Needs a program (Create, Read or Find).
----@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
+---@param KeyGroupIndex integer 0 to the count - 1; a negative one none
 ---@param ListModule ROCAlgo|host.Null
 ---@param KeyAsValue? boolean
 function ZylSProgram:ListFillZones(KeyGroupIndex, ListModule, KeyAsValue) end
