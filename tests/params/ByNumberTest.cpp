@@ -473,6 +473,12 @@ TEST_F(ByNumber, ScriptsThatAreToldMayTakeTheProgramAway) {
   program.Make(3);
   program("ZoneIntValue", -1, 0, 204, 9);
   listener["OnProgramParameterChanged"] = {};
+  // Another record may lie where the old one lay: what was meant for that one stays out of it.
+  program.Make(2);
+  listener["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) { program.Make(2); };
+  program("ZoneStringValue", -1, 0, 230, "3");
+  EXPECT_EQ(program("ZoneoutOffset", 1, 0).Int(), 0);
+  listener["OnProgramParameterChanged"] = {};
   listener["OnDeletingSmpl"] = drop;
   for (const int number : {306, 313, 314, 315}) {
     SCOPED_TRACE(number);

@@ -110,3 +110,42 @@ for _, kind in ipairs { ".png", ".svg" } do
   assert(#bytes(path .. kind) > 100)
   os.remove(path .. kind)
 end
+
+-- ---- What a callback or a finalizer takes away in the middle of a call ----
+
+-- Runs `again` whenever the collector comes by.
+local function atEveryCollection(again)
+  setmetatable({}, { __gc = function() again() atEveryCollection(again) end })
+end
+
+local other = host.new("ZylSProgram")
+other:Create(host.null)
+local swapping = host.editor{ columns = { { width = 60, 142, 4, 1, 99 } } }
+local swappingList, value = swapping.list, host.var(swapping)
+swapping.GetList = function()
+  value.value = host.object("Thing")
+  return swappingList
+end
+other:ListFillKeygroups(value)
+check.equal(swappingList:rowCount(), 1)
+value.value = swapping
+other:ListFillZones(0, value)
+value.value = swapping
+other:UpdateKeyboardSelection(1, 1.0, 1.0, 1.0, 1.0, value)
+
+local many, changing = {}, host.var{ 1 }
+for i = 1, 200 do many[i] = ("string %d "):format(i):rep(20) end
+atEveryCollection(function()
+  other:DeleteTempSample()
+  changing.value = 5
+  swappingList:clear()
+end)
+for i = 1, 3000 do
+  other:CreateTempSample("x" .. i .. ".wav")
+  changing.value = many
+  check.equal(type(changing.value) ~= "nil", true)
+  swapping.GetList = function() return swappingList end
+  other:ListFillKeygroups(swapping)
+  local cell = swappingList:cell(0, 0)
+  check.equal(cell == nil or host.typeof(cell) ~= nil, true)
+end
