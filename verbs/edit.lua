@@ -4,12 +4,14 @@ local cli = require "cli"
 local fields = require "fields"
 local filenames = require "filenames"
 local json = require "json"
+local notes = require "notes"
 local programs = require "programs"
 local text = require "text"
 
 local options, words = cli.parse {
   verb = "edit", repeats = true, operands = "PROGRAM… KEY=VALUE…",
-  about = "Sets fields of programs and prints what changed. Nothing is written unless all can be.",
+  about = "Sets fields of programs and prints what changed. A program is written only\n"
+       .. "when everything that is asked for can be set in it.",
   options = {
     { name = "keygroups", kind = "text", value = "LIST",
       help = "which keygroups: all, selected, or numbers from 1 as in\n1-8,12 (default all)" },
@@ -23,30 +25,33 @@ local options, words = cli.parse {
   more = "KEY is a field by its method (KGfilterFreq) or without the family (filterFreq): 'zyl methods KG'\n"
       .. "lists those of keygroups, PRG those of the program, Zone those of zones. Where several have the\n"
       .. "name, --zones or --keygroups says which, else write it out. VALUE is\n\n"
-      .. "  KEY=80          that value; a note where it is a key (lowKey=C3), on or off for a switch\n"
+      .. "  KEY=80          that value; a note where it is a key (KGlowKey=C3 or C-1; C4 is\n"
+      .. "                  60), on or off for a switch\n"
       .. "  KEY=+5, KEY=-5  so much more, so much less\n"
       .. "  KEY:=-5         that value, also with a sign",
 }
 
-local KEYS = { lowKey = true, highKey = true, extTriggerNote = true }
-
--- "1-8,12" as a set and in order, counted from 0; `most` is the highest number, nil for any.
+-- "1-8,12" as a set and in order, counted from 0; `most` is the highest number.
 local function numbers(option, list, most)
   local chosen = {}
   for part in (list .. ","):gmatch("(.-),") do
     local first, last = part:match("^(%d+)%-(%d+)$")
     first = tonumber(first or part:match("^%d+$"))
     last = tonumber(last) or first
-    if not first or first < 1 or last < first or last > (most or 65536) then
+    if not first or first < 1 or last < first then
       cli.usage(("--%s: '%s' is no number from 1 on, nor a range"):format(option, part))
+    elseif last > most then
+      cli.usage(("--%s: '%s' is outside 1 to %d"):format(option, part, most))
     end
     for i = first, last do chosen[#chosen + 1] = i - 1 end
   end
   return chosen
 end
 
+local MOST_KEYGROUPS = 65536
 local which = options.keygroups or "all"
-local listed = which ~= "all" and which ~= "selected" and numbers("keygroups", which) or nil
+local listed = which ~= "all" and which ~= "selected" and numbers("keygroups", which, MOST_KEYGROUPS)
+               or nil
 local zones = options.zones and options.zones ~= "all" and numbers("zones", options.zones, 4)
               or { 0, 1, 2, 3 }
 local family = options.zones and "Zone" or options.keygroups and "KG" or nil
@@ -63,11 +68,17 @@ local function changeOf(key, sign, value)
     if switch == nil then cli.usage(("%s: '%s' is neither on nor off"):format(field.name, value)) end
     return { field = field, value = switch }
   end
-  local number = value:match("^[+-]?%d+$") and math.tointeger(tonumber(value))
+  local number = value:match("^[+-]?%d+$") and tonumber(value)
+  if math.type(number) == "float" then  -- no integer of Lua's either
+    number = number < 0 and math.mininteger or math.maxinteger
+  end
   if number and sign ~= ":=" and value:match("^[+-]") then return { field = field, by = number } end
-  number = number or KEYS[field.short] and filenames.key(value)
-  if not number then cli.usage(("%s: '%s' is no whole number"):format(field.name, value)) end
-  return { field = field, value = number }
+  number = number or fields.isKey(field) and filenames.key(value)
+  if not number then
+    cli.usage(("%s: '%s' is %s"):format(field.name, value, fields.isKey(field)
+              and "neither a note (C4 = 60) nor a number" or "no whole number"))
+  end
+  return { field = field, value = number, shown = value }
 end
 
 local paths, changes = {}, {}
@@ -76,7 +87,7 @@ for _, word in ipairs(words) do
   if not key then key, sign, value = word:match("^(%a[%w_]*%[%d+%])(:?=)(.*)$") end
   if key then
     local change = changeOf(key, sign, value)
-    local obstacle = change.by == nil and fields.whyNot(change.field, change.value)
+    local obstacle = change.by == nil and fields.whyNot(change.field, change.value, change.shown)
     if obstacle then cli.usage(obstacle) end
     changes[#changes + 1] = change
   else
@@ -95,7 +106,9 @@ local function addressed(program)
   local count, chosen = program:PRGkeyGroups(), {}
   if listed then
     for _, k in ipairs(listed) do
-      if k >= count then error(("there is no keygroup %d, only %d"):format(k + 1, count), 0) end
+      if k >= count then
+        error(("--keygroups %s: keygroup %d is outside 1 to %d"):format(which, k + 1, count), 0)
+      end
     end
     return listed
   end
@@ -117,6 +130,28 @@ local function apply(program, change, k, z)
   return { field = field, keygroup = k, zone = z, old = old, new = new }
 end
 
+-- Tells of key and velocity ranges that a change has left empty.
+local function warn(path, program, done)
+  local places, seen = {}, {}
+  for _, change in ipairs(done) do
+    local field, kind = change.field, change.field.short:match("^low(.+)$")
+                                      or change.field.short:match("^high(.+)$")
+    local k, z = change.keygroup, change.zone
+    local where = field.family == "PRG" and "the program" or "keygroup " .. k + 1
+                  .. (field.family == "Zone" and " zone " .. z + 1 or "")
+    if (kind == "Key" or kind == "Vel") and not seen[where .. kind] then
+      seen[where .. kind] = true
+      local low = fields.read(program, fields.find(field.family .. "low" .. kind), k, z)
+      local high = fields.read(program, fields.find(field.family .. "high" .. kind), k, z)
+      if low > high then places[#places + 1] = ("%s, %d to %d"):format(where, low, high) end
+    end
+  end
+  if #places > 0 then
+    cli.warn(path, "low lies above high, nothing sounds: " .. places[1]
+             .. (#places > 1 and (" and %d more"):format(#places - 1) or ""))
+  end
+end
+
 local function edit(path)
   local program, reason = programs.open(path)
   if not program then error(reason, 0) end
@@ -129,19 +164,23 @@ local function edit(path)
       end
     end
   end
+  warn(path, program, done)
   local target = options.output or path
   local writes = not options["dry-run"] and (#done > 0 or options.output ~= nil)
   if writes and not programs.write(program, target) then error("could not be written", 0) end
   return done, writes and target
 end
 
-local function value(v) return type(v) == "string" and '"' .. text.printable(v) .. '"' or tostring(v) end
+local function value(v, field)
+  if type(v) == "string" then return '"' .. text.printable(v) .. '"' end
+  return fields.isKey(field) and ("%d (%s)"):format(v, notes.name(v)) or tostring(v)
+end
 
 local function shown(path, done, target)
   local rows = {}
   for i, change in ipairs(done) do
     rows[i] = { field = change.field, keygroup = change.keygroup, zone = change.zone,
-                value(change.old), "->", value(change.new) }
+                value(change.old, change.field), "->", value(change.new, change.field) }
   end
   local table = #rows > 0 and text.columns(fields.rows(rows), { true, true, false, true, true }) or ""
   local count = ("%d value%s changed"):format(#done, #done == 1 and "" or "s")
@@ -157,8 +196,8 @@ local function record(path, done, target, failure)
       "zone", change.field.family == "Zone" and change.zone + 1 or nil,
       "old", change.old, "new", change.new)
   end
-  return json.object("file", path, "changes", json.list(list), "written", target or json.null,
-                     "error", failure)
+  return json.object("file", path, "error", failure, "changes", json.list(list),
+                     "written", done and target or nil)
 end
 
 local printer = cli.printer(options.json)

@@ -9,8 +9,8 @@ local text = require "text"
 
 local options, words = cli.parse {
   verb = "find", operands = "KEY PROGRAM…", repeats = true,
-  about = "Tells which keygroups, zones and samples of programs sound for a key: a note (C#3, Bb2; C4 is\n"
-       .. "60) or a number from 0 to 127.",
+  about = "Tells which keygroups, zones and samples of programs sound for a key: a note (C#3, Bb2, C-1;\n"
+       .. "C4 is 60) or a number from 0 to 127.",
   options = {
     { name = "velocity", kind = "integer", value = "V", low = 0, high = 127,
       help = "only what sounds for that velocity" },
@@ -19,7 +19,7 @@ local options, words = cli.parse {
   status = "0 something sounds, 1 nothing does, 2 wrong command line, 4 some files failed",
 }
 local key = filenames.key(words[1])
-if not key then cli.usage("'" .. words[1] .. "' is neither a note nor a number from 0 to 127") end
+if not key then cli.usage("'" .. words[1] .. "' is neither a note (C4 = 60) nor a number from 0 to 127") end
 local files = table.move(words, 2, #words, 1, {})
 if #files == 0 then cli.usage("no PROGRAM given") end
 
@@ -72,8 +72,8 @@ local function record(path, found, failure)
                           "high_key", it.highKey, "low_velocity", it.low, "high_velocity", it.high,
                           "sample", it.path, "missing", not isThere(it.path))
   end
-  return json.object("file", path, "key", key, "note", notes.name(key), "sounds", json.list(list),
-                     "error", failure)
+  return json.object("file", path, "error", failure, "key", key, "note", notes.name(key),
+                     "sounds", json.list(list))
 end
 
 local printer, any = cli.printer(options.json), false

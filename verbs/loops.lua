@@ -62,8 +62,8 @@ local function record(path, loops, rateHz, written, failure)
       "seconds", loop.length / rateHz, "quality", loop.quality, "rating", loop.rating,
       "likeness", loop.likeness, "step_db", loop.decibels)
   end
-  return json.object("file", path, "loops", json.list(list), "written", written == true and not options["dry-run"],
-                     "error", failure)
+  return json.object("file", path, "error", failure, "loops", json.list(list),
+                     "written", written == true and not options["dry-run"])
 end
 
 local function store(path, sample, found, loop)
@@ -105,7 +105,7 @@ end
 
 local function fail(index, reason)
   cli.failed(files[index], reason)
-  printer.result(index, options.json and json.object("file", files[index], "error", reason) or nil)
+  printer.result(index, options.json and record(files[index], {}, 1, nil, reason) or nil)
 end
 
 if not options.json then

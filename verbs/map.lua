@@ -1,6 +1,7 @@
 -- zyl map: builds a multisampled program out of recordings.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local fields = require "fields"
 local filenames = require "filenames"
 local json = require "json"
 local keymap = require "keymap"
@@ -14,6 +15,7 @@ local text = require "text"
 
 local PROBES = 12                    -- named files whose pitch is looked at for the octave
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
+local UNSAID = 60                    -- the key that programs write which know none
 
 local options, files = cli.parse {
   verb = "map", folders = true, operands = "FOLDER|FILE… -o PROGRAM",
@@ -32,7 +34,7 @@ local options, files = cli.parse {
     { name = "drums", kind = "integer", value = "KEY", low = 0, high = 127,
       help = "one key for each file from KEY up, at its own pitch,\nplayed to its end" },
     { name = "name", kind = "text", value = "NAME",
-      help = "the program's name, 12 characters (default: the file's)" },
+      help = "the program's name, 12 bytes (default: the file's)" },
     { name = "check", help = "measure every file, and say where chunk, name and pitch differ" },
     { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
       help = "what A4 is tuned to (default 440)" },
@@ -58,6 +60,10 @@ end
 if not options.output and not options["dry-run"] and not options.check then
   cli.usage("-o PROGRAM is missing (--dry-run shows the layout alone)")
 end
+if options.name then
+  local obstacle = fields.whyNot(fields.find("PRGname"), options.name)
+  if obstacle then cli.usage(obstacle) end
+end
 if options.output then
   local obstacle = programs.whyNotReplaceable(options.output)
   if obstacle then cli.usage(options.output .. ": " .. obstacle) end
@@ -73,6 +79,7 @@ end
 
 -- What the file itself says, from an open sample.
 local function take(it, sample, found)
+  if it.known then return end
   it.fileNote = program:Samplekey(sample) + program:Sampletune(sample) / 256
   it.rate, it.frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
   it.channels = program:SampleChannelCount(sample)
@@ -159,35 +166,59 @@ local function judgeNames(chosen)
   end
 end
 
--- A root key that all files carry while their names tell them apart says nothing.
-local function dropEmptyChunks()
-  local chunkKey, count, nameKey, differ = nil, 0, nil, false
-  for _, it in ipairs(list) do
-    if it.chunk then
-      if chunkKey and chunkKey ~= it.chunk then return end
-      chunkKey, count = it.chunk, count + 1
-      if it.name.key then
-        differ = differ or nameKey ~= nil and nameKey ~= it.name.key
-        nameKey = it.name.key
-      end
-    end
-  end
-  if count < 3 or not differ or not use.name then return end
-  cli.note("chunks", ("all %d carry the root key %s (%d): not used"):format(count,
-           notes.name(chunkKey), chunkKey))
-  for _, it in ipairs(list) do it.chunk = nil end
-end
-
 local function nameKey(it)
   if not it.name.key then return nil end
   local key = it.name.key + (it.name.how == "note" and 12 * (4 - octave) or 0)
   return key >= 0 and key <= 127 and key or nil
 end
 
+-- The root key that the file's chunk says, where it says something.
+local function chunkKey(it) return not it.doubted and it.chunk or nil end
+
+-- The key that all chunks carry while the names tell the files apart, and how many they are.
+local function commonKey()
+  local common, count, name, differ = nil, 0, nil, false
+  for _, it in ipairs(list) do
+    if it.chunk then
+      if common and common ~= it.chunk then return nil end
+      common, count = it.chunk, count + 1
+      differ = differ or it.name.key and name and name ~= it.name.key
+      name = name or it.name.key
+    end
+  end
+  if differ and use.name and count >= (common == UNSAID and 2 or 3) then return common, count end
+end
+
+-- Doubts the chunks that say nothing: a root key common to all, and the key 60 where neither name
+-- nor pitch confirms it. What is doubted comes after all other sources.
+local function doubtChunks()
+  local common, count = commonKey()
+  if common then
+    cli.note("chunks", ("all %d carry the root key %s (%d): not used"):format(count,
+             notes.name(common), common))
+    for _, it in ipairs(list) do it.doubted = it.chunk ~= nil end
+    return
+  end
+  local unsure, doubted = {}, 0
+  for _, it in ipairs(list) do
+    if it.chunk == UNSAID and nameKey(it) ~= UNSAID then unsure[it] = true end
+  end
+  if use.pitch then measure(unsure) end
+  for it in pairs(unsure) do
+    local contradicted = it.pitch and notes.nearest(it.pitch) ~= UNSAID
+    it.doubted = contradicted or not it.pitch and use.name and nameKey(it) ~= nil
+    if it.doubted then doubted = doubted + 1 end
+  end
+  if doubted > 0 then
+    cli.note("chunks", ("the root key C4 (60) of %d file%s is not what name or pitch says: not used")
+             :format(doubted, doubted == 1 and "" or "s"))
+  end
+end
+
 -- Sets key, source and note (the pitch that the file is taken to have).
 local function decide(it)
   for _, source in ipairs(order) do
-    if source == "chunk" and it.chunk then
+    if source == "chunk" and chunkKey(it) then
       it.key, it.note = it.chunk, it.fileNote
     elseif source == "name" and nameKey(it) then
       it.key = nameKey(it)
@@ -201,6 +232,10 @@ local function decide(it)
       return
     end
   end
+  if it.doubted then
+    it.key, it.note, it.source = it.chunk, it.fileNote, "chunk"
+    return
+  end
   fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums takes it as it is)"
                                or "none of " .. options.from .. " has one"))
 end
@@ -211,7 +246,7 @@ local function needsPitch()
     local before = false
     for _, source in ipairs(order) do
       if source == "pitch" and not before then wanted[it] = true end
-      before = before or source == "chunk" and it.chunk ~= nil
+      before = before or source == "chunk" and chunkKey(it) ~= nil
                or source == "name" and nameKey(it) ~= nil
     end
   end
@@ -230,11 +265,11 @@ local function collect()
       open(it)
     end
   end
-  dropEmptyChunks()
+  if use.chunk then doubtChunks() end
   if use.name and options.octave == "auto" or options.check then
     local unsaid = {}
     for it in pairs(probes()) do
-      if not (order[1] == "chunk" and it.chunk) then unsaid[it] = true end
+      if not (order[1] == "chunk" and chunkKey(it)) then unsaid[it] = true end
     end
     measure(unsaid)
     judgeNames(unsaid)
@@ -251,7 +286,7 @@ local function check(it)
     differ = differ or first ~= nil and key ~= first
     first = first or key
   end
-  add("chunk", it.chunk)
+  add("chunk", chunkKey(it))
   add("name", nameKey(it))
   add("pitch", it.pitch and notes.nearest(it.pitch))
   it.differ = differ
@@ -336,22 +371,24 @@ local function shown(keygroups)
   return text.columns(rows, { true, true, false, true, false, true }, "")
 end
 
-local function printRecords(keygroups)
+local function printRecords(keygroups, written)
   local printer = cli.printer(true)
   for k, group in ipairs(keygroups) do
     for z, zone in ipairs(group.zones) do
       zone.sample.place = { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
-                            "low_velocity", zone.low, "high_velocity", zone.high }
+                            "low_velocity", zone.low, "high_velocity", zone.high,
+                            "written", written and options.output or json.null }
     end
   end
+  local none = { "keygroup", nil, "zone", nil, "low_key", nil, "high_key", nil, "low_velocity", nil,
+                 "high_velocity", nil, "written", nil }
   for i, it in ipairs(list) do
     local pitch = it.pitch and json.object("key", (notes.nearest(it.pitch)), "cents",
                                            (select(2, notes.nearest(it.pitch))))
-    local place = it.place or {}
-    printer.result(i, json.object("file", it.path, "key", it.key,
+    printer.result(i, json.object("file", it.path, "error", it.failure, "key", it.key,
       "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
       "chunk_key", it.chunk, "name_key", nameKey(it), "pitch", pitch, "differ", it.differ,
-      "left_out", it.leftOut, "error", it.failure, table.unpack(place)))
+      "left_out", it.leftOut, table.unpack(it.place or none, 1, 14)))
   end
   printer.close()
 end
@@ -374,8 +411,13 @@ elseif #keygroups == 0 and options.output then
   cli.failed(options.output, "not written: no file has a place")
 end
 progress.hide()
+local leftOut = 0
+for _, it in ipairs(list) do leftOut = leftOut + (it.leftOut and 1 or 0) end
+if leftOut > 0 then
+  cli.warn(options.output or "layout", ("%d of %d files left out"):format(leftOut, #list))
+end
 if options.json then
-  printRecords(keygroups)
+  printRecords(keygroups, written)
 elseif #keygroups > 0 then
   local zones = 0
   for _, group in ipairs(keygroups) do zones = zones + #group.zones end

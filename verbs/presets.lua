@@ -25,7 +25,7 @@ for i, path in ipairs(files) do
   local names, failure = cli.try(presets, program, path)
   if failure then cli.failed(path, failure) end
   if options.json then
-    printer.result(i, json.object("file", path, "presets", json.list(names or {}), "error", failure))
+    printer.result(i, json.object("file", path, "error", failure, "presets", json.list(names or {})))
   elseif names then
     local rows = {}
     for n, name in ipairs(names) do rows[n] = { tostring(n), text.printable(name) } end

@@ -66,13 +66,11 @@ local function record(path, found, it, failure)
   end
   local outside = { "format", found and found.form, "encoding", found and found.encoding,
                     "problem", found and found.problem, "chunks", json.list(chunks) }
-  if not it then
-    return json.object("file", path, "error", failure, table.unpack(outside, 1, 8))
-  end
-  return json.object("file", path, "name", it.name, "channels", it.channels, "rate", it.rate,
-    "bits", it.bits, "frames", it.frames, "seconds", seconds(it.frames, it.rate),
-    "start", it.first, "end", it.last, "key", it.key, "note", notes.name(it.key),
-    "cents", it.tune / 2.56, "tune", it.tune, "playback", it.playback,
+  it = it or {}
+  return json.object("file", path, "error", failure, "name", it.name, "channels", it.channels, "rate", it.rate,
+    "bits", it.bits, "frames", it.frames, "seconds", it.rate and seconds(it.frames, it.rate),
+    "start", it.first, "end", it.last, "key", it.key, "note", it.key and notes.name(it.key),
+    "cents", it.tune and it.tune / 2.56, "tune", it.tune, "playback", it.playback,
     "loops", json.list(loops), table.unpack(outside, 1, 8))
 end
 

@@ -88,9 +88,8 @@ local function shown(path, it)
 end
 
 local function record(path, it, failure)
-  if not it then return json.object("file", path, "error", failure) end
   local keygroups = {}
-  for k, keygroup in ipairs(it.keygroups) do
+  for k, keygroup in ipairs(it and it.keygroups or {}) do
     local zones = {}
     for i, zone in ipairs(keygroup.zones) do
       zones[i] = json.object("zone", zone.number, "low_velocity", zone.low,
@@ -101,8 +100,10 @@ local function record(path, it, failure)
       "low_note", program.note(keygroup.low), "high_note", program.note(keygroup.high),
       "tune", keygroup.tune, "filter", keygroup.filter, "zones", json.list(zones))
   end
-  return json.object("file", path, "name", it.name, "voices", it.voices,
-    "midi_channel", it.channel >= 0 and it.channel + 1 or json.null, "keygroups", json.list(keygroups))
+  it = it or {}
+  return json.object("file", path, "error", failure, "name", it.name, "voices", it.voices,
+    "midi_channel", it.channel and it.channel >= 0 and it.channel + 1 or json.null,
+    "keygroups", json.list(keygroups))
 end
 
 local printer = cli.printer(options.json)

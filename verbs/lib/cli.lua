@@ -87,7 +87,7 @@ function cli.parse(form)
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
   if not byName.quiet then
-    table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures only" })
+    table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures and warnings only" })
   end
   table.insert(form.options, { name = "help", help = "print this" })
   for _, option in ipairs(form.options) do
@@ -142,6 +142,9 @@ function cli.anyFailed() return anyFailed end
 function cli.note(file, text)
   if not quiet then say(file .. ": " .. text) end
 end
+
+-- What the result lacks without being a failure; said with --quiet too.
+function cli.warn(file, text) say(file .. ": " .. text) end
 
 -- An error of a method or of Lua as one line.
 function cli.reason(failure)

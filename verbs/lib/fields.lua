@@ -10,7 +10,12 @@ for name in ([[PRGkeyGroups PRGIntValue PRGStringValue PRGtmMidiChannel KGCreate
   NO_FIELDS[name] = true
 end
 local DETUNES = 13
-local LOWS, HIGHS = { -2147483648, -32768, -128, 0 }, { 2147483647, 65535, 32767, 255, 127 }
+-- Fields of a byte that mean a MIDI key or velocity, by the name without the family.
+local MIDI = { lowKey = "keys", highKey = "keys", extTriggerNote = "keys", lowVel = "velocities",
+               highVel = "velocities" }
+local MOST_MIDI = 127
+local LOWEST, HIGHEST = -2147483648, 2147483647  -- what a method takes as an integer
+local LOWS, HIGHS = { LOWEST, -32768, -128, 0 }, { HIGHEST, 65535, 32767, 255, 127 }
 
 local all, scratch
 
@@ -55,6 +60,7 @@ end
 
 -- Whether the field holds that value: a program made for the purpose must give it back.
 local function holds(field, value)
+  if math.type(value) == "integer" and (value < LOWEST or value > HIGHEST) then return false end
   if not scratch then
     scratch = host.new("ZylSProgram")
     scratch:Create(host.null)
@@ -70,10 +76,19 @@ function fields.kind(field)
   return math.type(value) or type(value)
 end
 
--- nil when the field can hold the value, else why not.
-function fields.whyNot(field, value)
+-- Whether the field means a key.
+function fields.isKey(field) return MIDI[field.short] == "keys" end
+
+-- nil when the field can hold the value and it means something, else why not. `shown` is the value as
+-- it was written.
+function fields.whyNot(field, value, shown)
+  local midi = MIDI[field.short]
+  if midi and (value < 0 or value > MOST_MIDI) then
+    return ("%s is outside 0 to %d, the %s that %s takes"):format(shown or value, MOST_MIDI, midi,
+                                                                   field.name)
+  end
   if holds(field, value) then return nil end
-  if type(value) == "string" then return field.name .. " takes 12 characters" end
+  if type(value) == "string" then return field.name .. " takes 12 bytes" end
   local low, high
   for _, limit in ipairs(LOWS) do
     if not low and holds(field, limit) then low = limit end
@@ -84,7 +99,7 @@ function fields.whyNot(field, value)
   if not low or not high or value >= low and value <= high then
     return ("%s does not take %s"):format(field.name, value)
   end
-  return ("%s is outside %d to %d, what %s holds"):format(value, low, high, field.name)
+  return ("%s is outside %d to %d, what %s holds"):format(shown or value, low, high, field.name)
 end
 
 -- The edits that make one text the other: letters changed, added, left out.
