@@ -1,6 +1,7 @@
 -- zyl find: tells which keygroups, zones and samples of programs sound for a key.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local disk = require "disk"
 local filenames = require "filenames"
 local json = require "json"
 local notes = require "notes"
@@ -22,12 +23,6 @@ local key = filenames.key(words[1])
 if not key then cli.usage("'" .. words[1] .. "' is neither a note (C4 = 60) nor a number from 0 to 127") end
 local files = table.move(words, 2, #words, 1, {})
 if #files == 0 then cli.usage("no PROGRAM given") end
-
-local function isThere(path)
-  local file = io.open(path, "rb")
-  if file then file:close() end
-  return file ~= nil
-end
 
 -- What sounds: { keygroup and zone from 0, low and high key and velocity, path }.
 local function find(path)
@@ -60,7 +55,7 @@ local function shown(path, found)
   for i, it in ipairs(found) do
     rows[i + 1] = { text.printable(path), tostring(it.keygroup + 1), tostring(it.zone + 1),
                     it.lowKey .. "-" .. it.highKey, it.low .. "-" .. it.high,
-                    text.printable(it.path) .. (isThere(it.path) and "" or " (missing)") }
+                    text.printable(it.path) .. (disk.isFile(it.path) and "" or " (missing)") }
   end
   return text.columns(rows, { true, false, false, false, false, true })
 end
@@ -70,7 +65,7 @@ local function record(path, found, failure)
   for i, it in ipairs(found or {}) do
     list[i] = json.object("keygroup", it.keygroup + 1, "zone", it.zone + 1, "low_key", it.lowKey,
                           "high_key", it.highKey, "low_velocity", it.low, "high_velocity", it.high,
-                          "sample", it.path, "missing", not isThere(it.path))
+                          "sample", it.path, "missing", not disk.isFile(it.path))
   end
   return json.object("file", path, "error", failure, "key", key, "note", notes.name(key),
                      "sounds", json.list(list))

@@ -31,8 +31,8 @@ local options, files = cli.parse {
           .. "(default auto: 4, unless the pitches say otherwise)" },
     { name = "reach", kind = "integer", value = "N", low = 0, high = 127, default = 127,
       help = "most keys from a root to the end of its range (default 127)" },
-    { name = "drums", kind = "integer", value = "KEY", low = 0, high = 127,
-      help = "one key for each file from KEY up, at its own pitch,\nplayed to its end" },
+    { name = "drums", kind = "text", value = "KEY",
+      help = "one key for each file from KEY (36 or C2) up, at its own pitch,\nplayed to its end" },
     { name = "name", kind = "text", value = "NAME",
       help = "the program's name, 12 bytes (default: the file's)" },
     { name = "check", help = "measure every file, and say where chunk, name and pitch differ" },
@@ -59,6 +59,11 @@ if not octave or octave < 2 or octave > 6 then
 end
 if not options.output and not options["dry-run"] and not options.check then
   cli.usage("-o PROGRAM is missing (--dry-run shows the layout alone)")
+end
+local firstDrum = options.drums and filenames.key(options.drums)
+if options.drums and not firstDrum then
+  cli.usage("--drums KEY: '" .. options.drums
+            .. "' is neither a note (C4 = 60) nor a number from 0 to 127")
 end
 if options.name then
   local obstacle = fields.whyNot(fields.find("PRGname"), options.name)
@@ -299,7 +304,7 @@ local function tuneOffset(it)
 end
 
 local function drums()
-  local keygroups, key = {}, options.drums
+  local keygroups, key = {}, firstDrum
   for _, it in ipairs(list) do
     if not it.failure then open(it) end
     if not it.failure and key > 127 then

@@ -4,6 +4,7 @@ local cli = require "cli"
 local json = require "json"
 local notes = require "notes"
 local progress = require "progress"
+local rootpitch = require "rootpitch"
 local samples = require "samples"
 local soundfile = require "soundfile"
 local text = require "text"
@@ -20,7 +21,8 @@ local options, files = cli.parse {
   options = {
     { name = "track", help = "print every value: time in seconds, Hz, note and cents" },
     { name = "set", help = "store key and tuning in the file, so that it plays in tune" },
-    { name = "dry-run", help = "with --set: say what would be stored, and store nothing" },
+    { name = "force", help = "with --set: store also a pitch that is not steady" },
+    { name = "dry-run", help = "say what would be stored and drawn, and write nothing" },
     { name = "plot", kind = "text", value = "PICTURE",
       help = "draw waveform, track and note grid into a .png or .svg file; with\n"
           .. "several files, into one for each: PICTURE-NAME.png" },
@@ -88,8 +90,14 @@ local function summary(track, rate)
 end
 
 -- Stores the pitch as key and tune: "set", or "as it was" when the file says so already.
-local function store(path, sample, found, it)
+local function store(path, sample, found, it, track)
   if not it.note then error("no pitch found: key and tuning stay as they are", 0) end
+  if not options.force then
+    local root, reason = rootpitch.of(program, sample, track)
+    if not root or not root.sure then
+      error((reason or "no steady pitch") .. ": key and tuning stay as they are (see --force)", 0)
+    end
+  end
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
   local key, tune = notes.keyAndTune(it.note)
@@ -116,9 +124,11 @@ local function pictureName(path)
 end
 
 local function draw(path, sample, it, rate)
+  local picture = pictureName(path)
+  if options["dry-run"] then return cli.note(picture, "would be drawn") end
   local plot = require "pitchplot"
   local bytes, format, width = samples.values(program, sample, 0)
-  plot.draw(pictureName(path), pictureKind, {
+  plot.draw(picture, pictureKind, {
     title = path:match("[^/]*$"), rate = rate, block = BLOCK, values = it.values, note = it.note,
     spread = it.spread, bytes = bytes, format = format, width = width,
     frames = program:SampleGetSize(sample),
@@ -143,10 +153,9 @@ end
 local function record(path, it, rate, stored, failure)
   local key, cents
   if it.note then key, cents = notes.nearest(it.note) end
-  return json.object("file", path, "key", key, "note", key and notes.name(key), "cents", cents,
+  return json.object("file", path, "error", failure, "key", key, "note", key and notes.name(key), "cents", cents,
     "hz", it.hertz, "voiced", it.voiced, "spread", it.spread, "rate", rate,
-    "set", stored, "error", failure,
-    "track", options.track and trackRecord(it, rate) or nil)
+    "set", stored, "track", options.track and it.values and trackRecord(it, rate) or nil)
 end
 
 local function columns(name, note, cents, hertz, voiced, spread, rest)
@@ -179,7 +188,7 @@ end
 
 local function fail(index, reason)
   cli.failed(files[index], reason)
-  printer.result(index, options.json and json.object("file", files[index], "error", reason) or nil)
+  printer.result(index, options.json and record(files[index], {}, nil, nil, reason) or nil)
 end
 
 local function done(index, sample, track, found)
@@ -192,7 +201,7 @@ local function done(index, sample, track, found)
   local it = summary(track, rate)
   -- What fails from here on does not take the result away.
   local stored, failure
-  if options.set then stored, failure = cli.try(store, path, sample, found, it) end
+  if options.set then stored, failure = cli.try(store, path, sample, found, it, track) end
   if options.plot then
     local _, undrawn = cli.try(draw, path, sample, it, rate)
     failure = failure or undrawn

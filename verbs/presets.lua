@@ -1,6 +1,7 @@
 -- zyl presets: lists the presets of sound banks.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local disk = require "disk"
 local json = require "json"
 local text = require "text"
 
@@ -11,8 +12,8 @@ local options, files = cli.parse {
 }
 
 local function presets(program, path)
-  local file, reason = io.open(path, "rb")
-  if not file then error(reason:gsub("^.*: ", ""), 0) end
+  local file, reason = disk.open(path)
+  if not file then error(reason, 0) end
   file:close()
   local names = {}
   if program:GetSFPresetArray(path, names) == 0 then error("no presets: not a SoundFont bank", 0) end

@@ -1,6 +1,7 @@
 -- zyl show: prints programs as tables.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local disk = require "disk"
 local json = require "json"
 local program = require "program"
 local text = require "text"
@@ -17,12 +18,6 @@ local options, files = cli.parse {
       .. "has no sample is left out.",
 }
 
-local function exists(path)
-  local file = io.open(path, "rb")
-  if file then file:close() end
-  return file ~= nil
-end
-
 local function zonesOf(object, k)
   local zones = {}
   for z = 0, program.ZONES - 1 do
@@ -31,7 +26,7 @@ local function zonesOf(object, k)
       zones[#zones + 1] = {
         number = z + 1, low = object:ZonelowVel(k, z), high = object:ZonehighVel(k, z),
         tune = object:ZonetuneOffset(k, z) / 256, pan = object:ZonepanOffset(k, z),
-        path = path, missing = not exists(path),
+        path = path, missing = not disk.isFile(path),
       }
     end
   end

@@ -1,6 +1,7 @@
 -- zyl verify: compares two programs or two samples field by field.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local disk = require "disk"
 local fields = require "fields"
 local json = require "json"
 local programs = require "programs"
@@ -17,7 +18,12 @@ local options, files = cli.parse {
 if #files ~= 2 then cli.usage("two files are needed, A and B") end
 
 local ORGAN = "TOLM"   -- the chunk of a program's organ extension
-local compared, differences = 0, {}
+local compared, differences, failure = 0, {}, nil
+
+local function fail(path, reason)
+  failure = failure or path .. ": " .. reason
+  cli.failed(path, reason)
+end
 
 local function compare(field, keygroup, zone, a, b)
   compared = compared + 1
@@ -44,7 +50,7 @@ end
 
 -- Whether the program file has an organ extension. A method that asks for its fields would make one.
 local function hasOrgan(path)
-  local file = assert(io.open(path, "rb"))
+  local file = assert(disk.open(path))
   local found, size = false, file:seek("end")
   local place = 8
   while not found and place + 8 <= size do
@@ -75,7 +81,7 @@ local function comparePrograms()
   local list = {}
   for i, path in ipairs(files) do
     local program, reason = programs.open(path)
-    if not program then return cli.failed(path, reason) end
+    if not program then return fail(path, reason) end
     list[i] = program
   end
   local a, b = list[1], list[2]
@@ -121,7 +127,7 @@ local function compareSamples()
   local program, open, facts = host.new("ZylSProgram"), {}, {}
   for i, path in ipairs(files) do
     local sample, reason = samples.open(program, path)
-    if not sample then return cli.failed(path, reason) end
+    if not sample then return fail(path, reason) end
     open[i], facts[i] = sample, samples.facts(program, sample)
   end
   for _, name in ipairs { "channels", "bits", "rate", "frames", "name", "key", "tune", "playback",
@@ -141,15 +147,21 @@ end
 local kinds = {}
 for i, path in ipairs(files) do
   local is, reason = programs.isProgram(path)
-  if is == nil then cli.failed(path, reason) end
+  if is == nil then fail(path, reason) end
   kinds[i] = is
 end
 if kinds[1] ~= nil and kinds[2] ~= nil then
-  if kinds[1] ~= kinds[2] then cli.usage("one is a program and the other is not") end
-  local _, failure = cli.try(kinds[1] and comparePrograms or compareSamples)
-  if failure then cli.failed(files[1], failure) end
+  if kinds[1] ~= kinds[2] then
+    local path = kinds[1] and files[2] or files[1]
+    local program = host.new("ZylSProgram")
+    if samples.open(program, path) then cli.usage("one is a program and the other a sample") end
+    fail(path, "neither a program nor a sound that can be read")
+  end
 end
-local failed = cli.anyFailed()
+if not failure and kinds[1] ~= nil and kinds[2] ~= nil then
+  local _, reason = cli.try(kinds[1] and comparePrograms or compareSamples)
+  if reason then fail(files[1], reason) end
+end
 if options.json then
   local list = {}
   for i, row in ipairs(differences) do
@@ -157,12 +169,13 @@ if options.json then
       "keygroup", row.field.family ~= "PRG" and row.keygroup + 1 or nil,
       "zone", row.field.family == "Zone" and row.zone + 1 or nil, "a", row.a, "b", row.b)
   end
-  local same = not failed and #differences == 0
-  io.write(json.encode(json.object("a", files[1], "b", files[2], "same", same,
+  local same
+  if not failure then same = #differences == 0 end
+  io.write(json.encode(json.object("a", files[1], "b", files[2], "error", failure, "same", same,
                                    "compared", compared, "differences", json.list(list))), "\n")
-elseif not failed and #differences == 0 then
+elseif not failure and #differences == 0 then
   if not options.quiet then io.write(("the same: %d values compared\n"):format(compared)) end
-elseif not failed then
+elseif not failure then
   local rows = fields.rows(differences)
   table.insert(rows, 1, { "field", "", "A", "B" })
   io.write(text.columns(rows, { true, true, true, true }),

@@ -1,6 +1,8 @@
 -- zyl view: draws a program as the editor shows it.
 package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
+local disk = require "disk"
+local filenames = require "filenames"
 local panels = require "panels"
 local notes = require "program"
 local text = require "text"
@@ -15,8 +17,8 @@ local options, files = cli.parse {
       help = "the picture to write, .png or .svg" },
     { name = "keygroup", kind = "integer", value = "N", low = 1, high = 1000000, default = 1,
       help = "the keygroup on the keyboard and in the zone list, from 1 (default 1)" },
-    { name = "key", kind = "integer", value = "K", low = 0, high = 127,
-      help = "the key, 0 to 127, whose keygroups stand out (default: the lowest of keygroup N)" },
+    { name = "key", kind = "text", value = "K",
+      help = "the key, 0 to 127 or a note (C3 is 60 here), whose keygroups stand out (default: the lowest of keygroup N)" },
     { name = "scale", kind = "number", value = "S", low = 0.25, high = 16, default = 2,
       help = "pixels of the picture for one of the editor (default 2)" },
     { name = "dark", help = "light on dark" },
@@ -28,19 +30,47 @@ if not options.output then cli.usage("-o PICTURE is missing") end
 if not options.output:lower():match("%.png$") and not options.output:lower():match("%.svg$") then
   cli.usage("-o " .. options.output .. ": the name must end in .png or .svg")
 end
+local marked = options.key and filenames.key(options.key, notes.MIDDLE_OCTAVE)
+if options.key and not marked then
+  cli.usage("--key K: '" .. options.key .. "' is neither a note nor a number from 0 to 127")
+end
 if #files > 1 then cli.usage("one FILE at a time") end
 local path = files[1]
+
+-- The zones whose sample is not at its place.
+local function missingSamples(program)
+  local list = {}
+  for k = 0, program:PRGkeyGroups() - 1 do
+    for z = 0, notes.ZONES - 1 do
+      local sample = program:ZoneSamplePath(k, z)
+      if sample ~= "" and not disk.isFile(sample) then
+        list[#list + 1] = { keygroup = k, path = sample }
+      end
+    end
+  end
+  return list
+end
 
 local function draw()
   local program = notes.read(path, true)
   local count, k = program:PRGkeyGroups(), options.keygroup - 1
   if k >= count then error(("there is no keygroup %d, the program has %d"):format(k + 1, count), 0) end
   local low, high = program:KGlowKey(k), program:KGhighKey(k)
+  local missing = missingSamples(program)
+  if #missing > 0 then
+    cli.warn(path, ("%d sample%s missing: %s%s"):format(#missing, #missing == 1 and "" or "s",
+             text.printable(missing[1].path), #missing > 1 and ", ..." or ""))
+  end
+  local here = {}
+  for _, it in ipairs(missing) do
+    if it.keygroup == k then here[#here + 1] = it.path:match("[^/]*$") .. " (missing)" end
+  end
   host.render({
-    ("%s – keygroup %d of %d: %s"):format(program:PRGname(), k + 1, count, notes.range(low, high)),
+    ("%s – keygroup %d of %d: %s   (C3 = key 60)"):format(program:PRGname(), k + 1, count, notes.range(low, high)),
     panels.keyboard(program, k),
-    "Keygroups", panels.keygroups(program, options.key or low),
-    ("Zones of keygroup %d"):format(k + 1), panels.zones(program, k),
+    "Keygroups", panels.keygroups(program, marked or low),
+    ("Zones of keygroup %d%s"):format(k + 1, #here > 0 and ": " .. table.concat(here, ", ") or ""),
+    panels.zones(program, k),
   }, options.output, { dark = options.dark, scale = options.scale })
   return true
 end

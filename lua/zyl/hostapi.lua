@@ -38,6 +38,14 @@ return {
   { name = "pump", result = "integer",
     meaning = "Deliver what other threads have sent to pads, and give how many calls were made.",
     { "seconds?", "number", "how long to wait for the first one" } },
+  { name = "fileType", result = "string|nil",
+    meaning = "Tell what a path leads to: \"file\", \"folder\" or \"other\", such as a pipe, which can "
+              .. "block when it is opened. Gives nil and the reason where nothing is.",
+    { "path", "string" } },
+  { name = "writeFile", result = "boolean|nil",
+    meaning = "Make a file hold these bytes, whole: until then, and on any failure, it stays as it "
+              .. "was. Gives true, or nil and the reason.",
+    { "path", "string" }, { "bytes", "string" } },
   { name = "keyboard", result = "host.Graphic",
     meaning = "Make a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.",
     { "place?", "table", "x, y, width and height in pixels (0, 0, 378, 24)" } },

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
@@ -61,6 +62,10 @@ int TypeOf(lua_State* L) {
 int NewPlainObject(lua_State* L) {
   PushOwned(L, std::unique_ptr<RIOObject>(ZylNewPlainObject(luaL_checkstring(L, 1))));
   return 1;
+}
+
+void PushText(lua_State* L, const std::string& text) {
+  lua_pushlstring(L, text.data(), text.size());
 }
 
 // The first `bytes` bytes behind the handle at argument 1.
@@ -122,6 +127,35 @@ int Pump(lua_State* L) {
   return 1;
 }
 
+int FileType(lua_State* L) {
+  std::error_code failure;
+  const std::filesystem::file_status status =
+      std::filesystem::status(luaL_checkstring(L, 1), failure);
+  if (std::filesystem::status_known(status) && std::filesystem::exists(status)) {
+    lua_pushstring(L, std::filesystem::is_regular_file(status) ? "file"
+                      : std::filesystem::is_directory(status)  ? "folder"
+                                                               : "other");
+    return 1;
+  }
+  if (!failure) failure = std::make_error_code(std::errc::no_such_file_or_directory);
+  lua_pushnil(L);
+  PushText(L, failure.message());
+  return 2;
+}
+
+int WriteFile(lua_State* L) {
+  size_t length = 0;
+  const char* bytes = luaL_checklstring(L, 2, &length);
+  std::string reason;
+  if (ZylWriteFile(luaL_checkstring(L, 1), {bytes, length}, reason)) {
+    lua_pushboolean(L, 1);
+    return 1;
+  }
+  lua_pushnil(L);
+  PushText(L, reason);
+  return 2;
+}
+
 int HostIndex(lua_State* L) {
   const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
   if (key == "sampleRate") {
@@ -149,12 +183,12 @@ int HostNewIndex(lua_State* L) {
 
 void OpenHostTable(lua_State* L) {
   const luaL_Reg functions[] = {
-      {"new", New},          {"delete", DeleteObject}, {"extend", ExtendClass},
-      {"methods", Methods},  {"typeof", TypeOf},       {"object", NewPlainObject},
-      {"buffer", Buffer},    {"floats", Floats},       {"var", NewVariable},
-      {"algo", NewAlgo},     {"pad", NewDataPad},      {"keyboard", NewKeyboard},
-      {"editor", NewEditor}, {"render", Render},       {"pump", Pump},
-      {nullptr, nullptr}};
+      {"new", New},           {"delete", DeleteObject}, {"extend", ExtendClass},
+      {"methods", Methods},   {"typeof", TypeOf},       {"object", NewPlainObject},
+      {"buffer", Buffer},     {"floats", Floats},       {"var", NewVariable},
+      {"algo", NewAlgo},      {"pad", NewDataPad},      {"keyboard", NewKeyboard},
+      {"editor", NewEditor},  {"render", Render},       {"pump", Pump},
+      {"fileType", FileType}, {"writeFile", WriteFile}, {nullptr, nullptr}};
   luaL_newlib(L, functions);
   PushNull(L);
   lua_setfield(L, -2, "null");

@@ -1,5 +1,6 @@
 -- The command line of a verb: options, help, messages, and the batch of files that goes on when
 -- one of them fails.
+local disk = require "disk"
 local folders = require "folders"
 local json = require "json"
 local progress = require "progress"
@@ -65,7 +66,7 @@ local function withoutFolders(words)
     seen[file] = true
   end
   for _, word in ipairs(words) do
-    if folders.isFolder(word) then
+    if disk.isFolder(word) then
       local inside = folders.sounds(word)
       for _, file in ipairs(inside) do add(file) end
       if #inside == 0 then cli.failed(word, "no sound file in this folder") end

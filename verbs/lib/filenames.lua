@@ -51,11 +51,11 @@ function filenames.notes(name)
   return found
 end
 
--- The key of a note that is written alone (C#3, the octave as notes.name has it), or of a number from
--- 0 to 127.
-function filenames.key(text)
+-- The key of a note that is written alone (C#3; key 60 is C in the octave `middle`, that of notes.name
+-- without it), or of a number from 0 to 127.
+function filenames.key(text, middle)
   local note = filenames.notes(text)[1]
-  local key = note and note.text == text and note.step + 12 * (5 - notes.MIDDLE_OCTAVE)
+  local key = note and note.text == text and note.step + 12 * (5 - (middle or notes.MIDDLE_OCTAVE))
               or math.tointeger(tonumber(text))
   return key and key >= 0 and key <= 127 and key or nil
 end

@@ -1,4 +1,4 @@
--- Folders: whether a path is one, and the sound files in it.
+-- The sound files of folders.
 local folders = {}
 
 -- What the module reads, by the names of its files.
@@ -8,14 +8,6 @@ for extension in ("wav wave rf64 w64 aif aiff aifc flac ogg oga opus mp3 au snd 
 end
 
 function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
-
-function folders.isFolder(path)
-  local file = io.open(path, "rb")
-  if not file then return false end
-  local _, _, code = file:read(0)
-  file:close()
-  return code == 21  -- EISDIR
-end
 
 -- The sound files of a folder, not of folders in it, in the order of their names.
 function folders.sounds(folder)

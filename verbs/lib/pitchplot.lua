@@ -136,10 +136,8 @@ function plot.draw(path, kind, sound)
   end
   surface:text(RIGHT, 28, says, 14, MEDIAN, "end")
   drawTrack(surface, sound, yOf, seconds)
-  local file = assert(io.open(path, "wb"))
-  local written, reason = file:write(surface:encode())
-  local closed = file:close()
-  if not written or not closed then error(path .. ": " .. (reason or "could not be written"), 0) end
+  local written, reason = host.writeFile(path, surface:encode())
+  if not written then error(reason, 0) end
 end
 
 return plot

@@ -1,12 +1,14 @@
 -- Program files through the script methods.
+local disk = require "disk"
+
 local programs = {}
 
 local MAGIC = "ZYLP"
 
 -- Whether a file begins as a program file does; nil and the reason when it cannot be read.
 function programs.isProgram(path)
-  local file, reason = io.open(path, "rb")
-  if not file then return nil, (reason:gsub("^.*: ", "")) end
+  local file, reason = disk.open(path)
+  if not file then return nil, reason end
   local head, failure = file:read(#MAGIC)
   file:close()
   if failure then return nil, (failure:gsub("^.*: ", "")) end
@@ -15,20 +17,18 @@ end
 
 -- nil when a program may be written there: nothing is there yet, or a program.
 function programs.whyNotReplaceable(path)
-  local file = io.open(path, "rb")
-  if not file then return nil end
-  file:close()
+  if not host.fileType(path) then return nil end
   local is, reason = programs.isProgram(path)
   if is then return nil end
   return reason or "is there and no program: not replaced"
 end
 
--- The program of a file in a new object, without its sounds; nil and the reason.
-function programs.open(path)
+-- The program of a file in a new object, with its sounds or without; nil and the reason.
+function programs.open(path, withSounds)
   local is, reason = programs.isProgram(path)
   if not is then return nil, reason or "no program file" end
   local program = host.new("ZylSProgram")
-  if not program:Read(path, 0) then return nil, "a program file that cannot be read" end
+  if not program:Read(path, withSounds and 1 or 0) then return nil, "a program file that cannot be read" end
   return program
 end
 

@@ -1,5 +1,6 @@
 -- Sample files through the script methods: opening, pitch tracks of many at once, raw values.
 local cli = require "cli"
+local disk = require "disk"
 local soundfile = require "soundfile"
 
 local samples = { FULL = 2147483647 }
@@ -73,7 +74,7 @@ local function cores()
 end
 
 local function sizeOf(path)
-  local file = io.open(path, "rb")
+  local file = disk.open(path)
   local size = file and file:seek("end") or 0
   if file then file:close() end
   return math.min(size, 1 << 40)

@@ -1,5 +1,7 @@
 -- A look at a sound file's outside: its container, its encoding and its chunks. Reads WAVE and AIFF
 -- chunk by chunk; no declared size is believed.
+local disk = require "disk"
+
 local soundfile = {}
 
 local MOST_CHUNKS = 4096
@@ -64,8 +66,8 @@ end
 -- whether it is plain PCM; chunks (id, size that is there, declared size, cut); problem as text.
 -- nil and the reason when the file cannot be read at all.
 function soundfile.inspect(path)
-  local file, reason = io.open(path, "rb")
-  if not file then return nil, (reason:gsub("^.*: ", "")) end
+  local file, reason = disk.open(path)
+  if not file then return nil, reason end
   local head, failure = file:read(12)
   if not head then
     file:close()
@@ -110,8 +112,8 @@ function soundfile.whyNotWritable(path, found)
     return "its sound (" .. (found.encoding or "unknown") .. ") would be converted: not written"
   end
   if found.problem then return found.problem .. ": not written" end
-  local probe, reason = io.open(path, "r+b")
-  if not probe then return (reason:gsub("^.*: ", "")) end
+  local probe, reason = disk.open(path, "r+b")
+  if not probe then return reason end
   probe:close()
   return nil
 end
