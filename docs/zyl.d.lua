@@ -2439,6 +2439,17 @@ function host.pad(bytes) end
 ---@return integer
 function host.pump(seconds) end
 
+---Tell what a path leads to: "file", "folder" or "other", such as a pipe, which can block when it is opened. Gives nil and the reason where nothing is.
+---@param path string
+---@return string|nil
+function host.fileType(path) end
+
+---Make a file hold these bytes, whole: until then, and on any failure, it stays as it was. Gives true, or nil and the reason.
+---@param path string
+---@param bytes string
+---@return boolean|nil
+function host.writeFile(path, bytes) end
+
 ---Make a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.
 ---@param place? table x, y, width and height in pixels (0, 0, 378, 24)
 ---@return host.Graphic

@@ -3,7 +3,6 @@
 --
 --   zyl run examples/automap.lua FOLDER PROGRAM
 
-package.path = (arg[0]:match("^.*/") or "./") .. "../verbs/lib/?.lua;" .. package.path
 local folders, notes = require "folders", require "notes"
 local rootpitch, samples = require "rootpitch", require "samples"
 

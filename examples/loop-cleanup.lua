@@ -3,7 +3,6 @@
 --
 --   zyl run examples/loop-cleanup.lua FILE...
 
-package.path = (arg[0]:match("^.*/") or "./") .. "../verbs/lib/?.lua;" .. package.path
 local loopsearch, samples, soundfile = require "loopsearch", require "samples", require "soundfile"
 
 local GOOD = 0.9                      -- quality, 1 being a perfect join

@@ -3,7 +3,6 @@
 --
 --   zyl run examples/pitch-report.lua FOLDER PICTURE.svg
 
-package.path = (arg[0]:match("^.*/") or "./") .. "../verbs/lib/?.lua;" .. package.path
 local canvas, folders, notes = require "canvas", require "folders", require "notes"
 local rootpitch, samples = require "rootpitch", require "samples"
 
@@ -52,6 +51,4 @@ for key = low, high do
   if key % 12 == 0 then surface:text(x(key), HEIGHT - 8, notes.name(key), 11, INK, "middle") end
 end
 for _, it in ipairs(report) do surface:rect(x(it.key) - 3, y(it.cents) - 3, 6, 6, DOT) end
-local picture = assert(io.open(arg[2], "wb"))
-picture:write(surface:encode())
-picture:close()
+assert(host.writeFile(arg[2], surface:encode()))

@@ -23,11 +23,9 @@ local function note(hertz, layer)
 end
 
 local function write(path, sound)
-  local file = assert(io.open(path, "wb"))
-  file:write("RIFF", string.pack("<I4", 36 + #sound), "WAVEfmt ",
-             string.pack("<I4I2I2I4I4I2I2", 16, 1, 1, RATE, 2 * RATE, 2, 16),
-             "data", string.pack("<I4", #sound), sound)
-  assert(file:close())
+  assert(host.writeFile(path, "RIFF" .. string.pack("<I4", 36 + #sound) .. "WAVEfmt "
+         .. string.pack("<I4I2I2I4I4I2I2", 16, 1, 1, RATE, 2 * RATE, 2, 16)
+         .. "data" .. string.pack("<I4", #sound) .. sound))
 end
 
 assert(os.execute("mkdir -p '" .. folder:gsub("'", "'\\''") .. "'"))

@@ -16,8 +16,7 @@ _zyl() {
         words='--module --profile --sample-rate --version --help'
       else
         words=$(zyl --help 2>/dev/null | awk '
-          /^Verbs:/ { verbs = 1; next } /^Shipped scripts:/ { shipped = 1; verbs = 0; next }
-          verbs && /^  [a-z]/ { print $1 } shipped { print }')
+          /^Verbs:/ { verbs = 1 } verbs && /^  [a-z]/ { print $1 }')
       fi
       ;;
     run) ;;

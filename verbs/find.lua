@@ -17,7 +17,7 @@ local options, words = cli.parse {
       help = "only what sounds for that velocity" },
     { name = "json", help = "print a JSON list, one object for each program" },
   },
-  status = "0 something sounds, 1 nothing does, 2 wrong command line, 4 some files failed",
+  answers = true, status = "0 something sounds, 1 nothing does, 2 wrong command line, 4 some files failed",
 }
 local key = filenames.key(words[1])
 if not key then cli.usage("'" .. words[1] .. "' is neither a note (C4 = 60) nor a number from 0 to 127") end

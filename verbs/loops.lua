@@ -10,7 +10,7 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "loops", folders = true,
-  about = "Finds loops in sample files and ranks them by how well they join, how alike the sound is\n"
+  about = "Finds loops in sample files and ranks them: by how well they join, how alike the sound is\n"
        .. "before the start and before the end, how even its level is, and by their length.",
   options = {
     { name = "top", kind = "integer", value = "N", low = 1, high = 1000, default = 1,

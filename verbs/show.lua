@@ -8,7 +8,7 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "show",
-  about = "Prints programs: keygroups with their key ranges, zones with their velocities and samples.\n"
+  about = "Prints programs as tables: keygroups with their key ranges, zones with their velocities and samples.\n"
        .. "Notes are named as in the editor's lists: C3 is key 60.",
   options = {
     { name = "quiet", help = "only the keygroups, without zones" },

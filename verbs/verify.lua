@@ -13,7 +13,7 @@ local options, files = cli.parse {
   about = "Compares two programs, or two samples, field by field, and prints where they differ. Sample\n"
        .. "paths count from the program's folder, so that a folder can be compared with its copy.",
   options = { { name = "json", help = "print a JSON object with the differences" } },
-  status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
+  answers = true, status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
 }
 if #files ~= 2 then cli.usage("two files are needed, A and B") end
 

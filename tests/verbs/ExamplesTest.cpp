@@ -6,8 +6,12 @@ namespace {
 
 class Examples : public Verbs {
  protected:
-  static Finished RunExample(const std::string& name, const std::string& arguments) {
-    return Zyl("run " ZYL_SOURCE "/examples/" + name + ".lua " + arguments, true);
+  Finished RunExample(const std::string& name, const std::string& arguments) const {
+    // A copy, as users make one: nothing but zyl itself helps it to its modules.
+    const std::string copy = Path(name + ".lua");
+    std::filesystem::copy_file(ZYL_SOURCE "/examples/" + name + ".lua", copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    return Zyl("run '" + copy + "' " + arguments, true);
   }
 };
 

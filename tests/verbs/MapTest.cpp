@@ -106,6 +106,35 @@ TEST_F(Map, TakesTheOctaveThatThePitchesAgreeOn) {
   EXPECT_EQ(Number(Of(RunMap("--dry-run --octave 4 " + Quoted("low")).out, "C3.wav"), "key"), 48);
 }
 
+// Key 60 is what programs write which know none, as beside the loops of these.
+TEST_F(Map, MistrustsTheKeySixty) {
+  struct Case {
+    const char* name;
+    double note;
+    const char* source;
+  };
+  const std::vector<std::vector<Case>> batches = {
+      {{"C2.wav", 36, "name"}, {"E2.wav", 40, "name"}, {"G2.wav", 43, "name"}},
+      {{"Take01.wav", 36, "pitch"}, {"Take02.wav", 60, "chunk"}, {"Take03.wav", 67, "pitch"}},
+      {{"only.wav", 52, "pitch"}},
+      {{"C4.wav", 60, "chunk"}},
+      {{"C3.wav", 60, "chunk"}},  // where C3 is key 60
+  };
+  for (size_t i = 0; i < batches.size(); ++i) {
+    const std::string folder = std::to_string(i);
+    for (const Case& it : batches[i]) Recording(folder + "/" + it.name, it.note);
+    EXPECT_EQ(Zyl("loops --write --min-quality 0 " + Quoted(folder)).status, 0);
+    const std::string out = RunMap("--dry-run " + Quoted(folder)).out;
+    for (const Case& it : batches[i]) {
+      const std::string object = Of(out, folder + "/" + it.name);
+      EXPECT_EQ(Number(object, "key"), it.note) << folder << object;
+      EXPECT_TRUE(Has(object, std::string("\"source\": \"") + it.source)) << folder << object;
+    }
+  }
+  const Finished quiet = Zyl("map --quiet --dry-run --from chunk " + Quoted("1"), true);
+  EXPECT_TRUE(Has(quiet.out, "2 of 3 files left out")) << quiet.out;
+}
+
 TEST_F(Map, WritesRangesLayersAndTuning) {
   Recording("p/x C2.wav", 36);
   Recording("p/x C3_v1.wav", 48);

@@ -72,13 +72,22 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
       {"loudVel=128", 2, "outside -128 to 127"},
       {"KGtune=40000", 2, "outside -32768 to 32767"},
       {"KGfilterResonance=65536", 2, "outside 0 to 65535"},
-      {"name=MoreThanTwelve", 2, "12 characters"},
+      {"name=MoreThanTwelve", 2, "12 bytes"},
       {"poly=many", 2, "no whole number"},
       {"KGSelect=perhaps", 2, "neither on nor off"},
       {"PRGkeyGroups=3", 2, "no field"},
       {"poly=9 highVel=+200", 4, "299 is outside"},
-      {"poly=9 filterFreq=2 --keygroups 13", 4, "there is no keygroup 13"},
+      {"poly=9 filterFreq=2 --keygroups 13", 4, "keygroup 13 is outside 1 to 12"},
       {"poly=9 --keygroups 0", 2, "no number from 1 on"},
+      {"filterFreq=99999999999999", 2, "outside 0 to 255"},
+      {"filterFreq=99999999999999999999", 2, "outside 0 to 255"},
+      {"KGhighKey=128", 2, "outside 0 to 127, the keys"},
+      {"lowVel=-200", 4, "outside 0 to 127, the velocities"},
+      {"KGlowKey=H", 2, "neither a note (C4 = 60) nor a number"},
+      {"poly=9 --zones 1-9", 2, "outside 1 to 4"},
+      {"KGlowKey=G9 --keygroups 5 --dry-run", 0, "keygroup 5  40 (E2)  ->  127 (G9)"},
+      {"KGlowKey=50 --keygroups 5 --dry-run", 0, "low lies above high"},
+      {"KGlowKey=C-1 --keygroups 1", 0, "0 values changed"},
       {"poly=9 --dry-run", 0, "not written"},
       {"poly=15", 0, "0 values changed"},
   };
@@ -116,6 +125,11 @@ TEST_F(ProgramVerbs, VerifySeesEachField) {
   std::filesystem::copy_file(Path("p.zprg"), Path("same.zprg"));
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("same.zprg")).status, 0);
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("missing.zprg")).status, 4);
+  std::ofstream(Path("bad")) << "no program";
+  const Finished bad = Zyl("verify --json " + Quoted("p.zprg") + " " + Quoted("bad"));
+  EXPECT_EQ(bad.status, 4);
+  EXPECT_TRUE(Has(bad.out, "neither a program nor a sound") && Has(bad.out, "\"same\": null"))
+      << bad.out;
 }
 
 TEST_F(ProgramVerbs, VerifyComparesSamples) {

@@ -1,4 +1,6 @@
 // The verbs for samples, run as a user runs them.
+#include <random>
+
 #include "verbs/VerbTools.h"
 
 namespace zyl::test {
@@ -71,6 +73,64 @@ TEST_F(Verbs, PitchPlotsPictures) {
   EXPECT_TRUE(Has(svg, "<svg") && Has(svg, "</svg>"));
 }
 
+TEST_F(Verbs, PitchStoresSteadyPitchesAlone) {
+  std::mt19937 random(4);
+  std::vector<int16_t> noise(30000);
+  for (int16_t& value : noise) value = static_cast<int16_t>(random() % 20000 - 10000);
+  WriteWave(Path("noise.wav"), {noise});
+  const std::string before = FileBytes(Path("noise.wav"));
+  const Finished refused = Zyl("pitch --set " + Quoted("noise.wav"), true);
+  EXPECT_EQ(refused.status, 4);
+  EXPECT_TRUE(Has(refused.out, "--force")) << refused.out;
+  const std::string picture = " --plot " + Quoted("dry.png") + " ";
+  EXPECT_EQ(Zyl("pitch --set --force --dry-run" + picture + Quoted("noise.wav")).status, 0);
+  EXPECT_FALSE(std::filesystem::exists(Path("dry.png")));
+  EXPECT_TRUE(FileBytes(Path("noise.wav")) == before);
+  EXPECT_EQ(Zyl("pitch --set --force " + Quoted("noise.wav")).status, 0);
+  EXPECT_FALSE(FileBytes(Path("noise.wav")) == before);
+}
+
+TEST_F(Verbs, AStoppedPlotLeavesTheOldPicture) {
+  const std::string file = Tone("long.wav", 330);
+  std::ofstream(Path("old.png")) << "old";
+  // Stopped at some moment of the drawing, or never reached.
+  for (const char* seconds : {"0.1", "0.3", "0.5"}) {
+    Shell(std::string("timeout -s INT ") + seconds + " " + ZYL_PROGRAM + " pitch --plot " +
+              Quoted("old.png") + " " + file,
+          true);
+    const std::string bytes = FileBytes(Path("old.png"));
+    EXPECT_TRUE(bytes == "old" || Has(bytes, "IEND")) << seconds;
+  }
+}
+
+TEST_F(Verbs, NothingWaitsForAPipe) {
+  ASSERT_EQ(Shell("mkfifo " + Quoted("pipe.wav"), true).status, 0);
+  for (const char* verb : {"sample", "pitch", "loops", "map --dry-run", "show", "presets",
+                           "edit poly=1", "find 60", "view -o x.png"}) {
+    const Finished run = Shell(
+        std::string("timeout 20 ") + ZYL_PROGRAM + " " + verb + " " + Quoted("pipe.wav"), true);
+    EXPECT_EQ(run.status, 4) << verb << run.out;
+    EXPECT_TRUE(Has(run.out, "is no regular file")) << verb << run.out;
+  }
+}
+
+TEST_F(Verbs, LostOutputIsAFailure) {
+  const std::string file = Tone("a.wav", 220);
+  const struct {
+    std::string line;
+    int status;
+  } cases[] = {{"methods", 1},         {"help KGSort", 1},    {"--help", 1},
+               {"eval 'print(1)'", 1}, {"sample " + file, 1}, {"verify " + file + " " + file, 4}};
+  for (const auto& it : cases) {
+    const std::string line = std::string(ZYL_PROGRAM) + " " + it.line;
+    const Finished run = Shell("{ " + line + " >/dev/full; }", true);
+    EXPECT_EQ(run.status, it.status) << it.line;
+    EXPECT_TRUE(Has(run.out, "standard output could not be written")) << run.out;
+    std::ofstream(Path("line.sh")) << "set -o pipefail; " << line << " | true";
+    EXPECT_EQ(Shell("bash " + Quoted("line.sh"), true).status, 0) << it.line;
+  }
+}
+
 TEST_F(Verbs, TheExampleReadsBackWhatItWrote) {
   Tone("one.wav", 220);
   Tone("two.wav", 440);
@@ -105,6 +165,7 @@ TEST_F(Verbs, ShowAndViewTellOfAProgram) {
     EXPECT_EQ(run.out, Path(name) + "\n");
     EXPECT_GT(std::filesystem::file_size(Path(name)), 1000u);
   }
+  EXPECT_TRUE(Has(Zyl("view -o '" + Path("p.svg") + "' " + file, true).out, "1 sample missing"));
   EXPECT_EQ(Zyl("view --keygroup 3 -o '" + Path("q.png") + "' " + file).status, 4);
   EXPECT_EQ(Zyl("view -o /nowhere/q.png " + file).status, 4);
   std::ofstream(Path("bad.zprg")) << "no program";

@@ -1,9 +1,16 @@
 #include "CommandLine.h"
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -48,9 +55,13 @@ std::string VerbList() {
   std::vector<std::string> shipped = ScriptVerbs();
   std::erase(shipped, "help");
   if (!shipped.empty()) {
-    text += "Shipped scripts:\n ";
-    for (const std::string& name : shipped) text += " " + name;
-    text += "\n";
+    text += "Shipped scripts ('zyl VERB --help' tells their options):\n";
+    constexpr size_t kColumn = 30;
+    for (const std::string& name : shipped) {
+      const std::string call = "  " + name;
+      const size_t gap = kColumn - std::min(call.size(), kColumn - 2);
+      text += call + std::string(gap, ' ') + VerbPurpose(name) + "\n";
+    }
   }
   return text;
 }
@@ -110,7 +121,7 @@ int ListMethods(const std::string& pattern) {
 
 // What the words ask for, checked before the module is loaded.
 struct Task {
-  enum Kind { kRunFile, kRunText, kMethods, kRepl } kind = kRunFile;
+  enum Kind { kRunFile, kRunText, kMethods, kRepl, kHelp } kind = kRunFile;
   std::string source;                  // the script file, the text or the pattern
   std::vector<std::string> arguments;  // with the script's name first
 };
@@ -119,6 +130,11 @@ struct Task {
 std::string ReadTask(const std::vector<std::string>& words, Task& task) {
   if (words.empty()) return "a verb is missing";
   const std::string& verb = words[0];
+  const bool asksForHelp = words.size() == 2 && (words[1] == "--help" || words[1] == "-h");
+  if (asksForHelp && (verb == "methods" || verb == "repl" || verb == "run" || verb == "eval")) {
+    task.kind = Task::kHelp;
+    return {};
+  }
   if (verb == "methods") {
     if (words.size() > 2) return "methods takes one pattern";
     task.kind = Task::kMethods;
@@ -162,6 +178,10 @@ int Run(const Options& options) {
   Task task;
   const std::string wrong = ReadTask(options.words, task);
   if (!wrong.empty()) return Usage(wrong);
+  if (task.kind == Task::kHelp) {
+    std::cout << VerbList();
+    return 0;
+  }
   if (!std::isfinite(options.sampleRateHz) || options.sampleRateHz <= 0) {
     return Usage("the sample rate must be above 0");
   }
@@ -202,7 +222,27 @@ int VerbIndex(const CLI::App& app, int argc, char** argv) {
 
 }  // namespace
 
-int RunCommandLine(int argc, char** argv) {
+namespace {
+
+// Whether whoever read standard output has gone.
+bool ReaderIsGone() {
+  pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+  return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
+// The exit status once all output is out. Output that got lost is a failure, but not that nobody
+// reads on.
+int Finished(int status) {
+  errno = 0;
+  std::cout.flush();
+  const bool lost = std::fflush(stdout) != 0 || std::ferror(stdout) != 0;
+  if (!lost || errno == EPIPE || ReaderIsGone()) return status;
+  std::cerr << "zyl: standard output could not be written"
+            << (errno != 0 ? std::string(": ") + std::strerror(errno) : std::string()) << '\n';
+  return status == 0 ? 1 : status;
+}
+
+int RunWords(int argc, char** argv) {
   Options options;
   CLI::App app("Runs Lua scripts over a sampler-program module: zyl [OPTIONS] VERB [ARG...]",
                "zyl");
@@ -233,6 +273,14 @@ int RunCommandLine(int argc, char** argv) {
     std::cerr << "zyl: " << error.what() << '\n';
     return 1;
   }
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  // A closed pipe is a write that fails.
+  std::signal(SIGPIPE, SIG_IGN);
+  return Finished(RunWords(argc, argv));
 }
 
 }  // namespace zyl

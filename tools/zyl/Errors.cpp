@@ -112,6 +112,18 @@ std::string Readable(lua_State* L, const ZylScriptError& error, int firstArgumen
   }
 }
 
+// Whether the first line begins as luaL_where does it: "file:line: ".
+bool HasPosition(std::string_view text) {
+  text = text.substr(0, text.find('\n'));
+  for (size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1)) {
+    const size_t end = text.find_first_not_of("0123456789", at + 1);
+    if (end != std::string_view::npos && end > at + 1 && text.substr(end).starts_with(": ")) {
+      return true;
+    }
+  }
+  return false;
+}
+
 // Levenshtein distance, letters compared without case.
 size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<size_t> row(b.size() + 1);
@@ -236,6 +248,8 @@ int AddTraceback(lua_State* L) {
   } else {
     text = lua_pushfstring(L, "(the error value is a %s)", luaL_typename(L, 1));
   }
+  // An error without a position speaks to people, not to whoever wrote the script.
+  if (lua_type(L, 1) == LUA_TSTRING && !HasPosition(text)) return 1;
   luaL_traceback(L, L, text, 1);
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kCallbackError);
   if (lua_isnil(L, -1) || lua_rawequal(L, -1, 1) == 0) {

@@ -138,7 +138,6 @@ void CatchSignals() {
   action.sa_handler = OnInterrupt;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
-  ::signal(SIGPIPE, SIG_IGN);
 }
 
 void ForgetInterrupt(lua_State* L) {

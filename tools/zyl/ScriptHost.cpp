@@ -26,14 +26,16 @@ int Help(lua_State* L) {
   return 0;
 }
 
-// Lets require find the Lua files that ship with zyl, before all others.
+// Lets require find the Lua files that ship with zyl: its own before all others, those of the
+// verbs, whose names are common, after them.
 void OpenLuaFolder(lua_State* L) {
   lua_pushcfunction(L, Help);
   lua_setglobal(L, "help");
   if (LuaFolder().empty()) return;
   lua_getglobal(L, "package");
   lua_getfield(L, -1, "path");
-  lua_pushfstring(L, "%s/?.lua;%s", LuaFolder().c_str(), lua_tostring(L, -1));
+  lua_pushfstring(L, "%s/?.lua;%s;%s/?.lua", LuaFolder().c_str(), lua_tostring(L, -1),
+                  VerbLibrary().c_str());
   lua_setfield(L, -3, "path");
   lua_pop(L, 2);
 }

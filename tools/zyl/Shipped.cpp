@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 namespace zyl {
@@ -25,6 +27,12 @@ std::vector<fs::path> Places(const char* name) {
   return folders;
 }
 
+std::string NearestFolder(const char* name) {
+  const std::vector<fs::path> places = Places(name);
+  const auto found = std::find_if(places.begin(), places.end(), IsFolder);
+  return found == places.end() ? std::string() : found->string();
+}
+
 }  // namespace
 
 fs::path ProgramFolder() {
@@ -34,11 +42,12 @@ fs::path ProgramFolder() {
 }
 
 const std::string& LuaFolder() {
-  static const std::string folder = [] {
-    const std::vector<fs::path> places = Places("lua");
-    const auto found = std::find_if(places.begin(), places.end(), IsFolder);
-    return found == places.end() ? std::string() : found->string();
-  }();
+  static const std::string folder = NearestFolder("lua");
+  return folder;
+}
+
+const std::string& VerbLibrary() {
+  static const std::string folder = NearestFolder("verbs/lib");
   return folder;
 }
 
@@ -53,6 +62,29 @@ fs::path VerbScript(const std::string& verb) {
     if (fs::is_regular_file(script, failure)) return script;
   }
   return {};
+}
+
+std::string VerbPurpose(const std::string& verb) {
+  std::ifstream file(VerbScript(verb));
+  const std::string script{std::istreambuf_iterator<char>(file), {}};
+  size_t at = script.find("about = \"");
+  std::string purpose;
+  bool inside = false;
+  for (; at < script.size(); ++at) {
+    const char c = script[at];
+    if (c == '"') {
+      inside = !inside;
+    } else if (inside ? c == ':' || c == '.' : c == ',') {
+      break;
+    } else if (inside && c == '\\') {
+      purpose += ' ';  // a line's end
+      ++at;
+    } else if (inside) {
+      purpose += c;
+    }
+  }
+  if (!purpose.empty()) purpose[0] = static_cast<char>(std::tolower(purpose[0]));
+  return purpose;
 }
 
 std::vector<std::string> ScriptVerbs() {

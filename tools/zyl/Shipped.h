@@ -14,6 +14,13 @@ std::filesystem::path ProgramFolder();
 // The folder of the Lua files, without a slash at its end; empty when there is none.
 const std::string& LuaFolder();
 
+// What a verb is for, in a few words: the beginning of the `about` in its script, up to a colon or the
+// sentence's end.
+std::string VerbPurpose(const std::string& verb);
+
+// The folder of the Lua files that the verbs share, empty when there is none.
+const std::string& VerbLibrary();
+
 // The script of that verb; empty when there is none.
 std::filesystem::path VerbScript(const std::string& verb);
 // The names of all verbs that are scripts, in order.

@@ -5,8 +5,9 @@ local folders = require "folders"
 local json = require "json"
 local progress = require "progress"
 
+local CLOSED_PIPE = 32  -- EPIPE
 local cli = { FAILED = 4, USAGE = 2 }
-local verb, anyFailed, quiet = "zyl", false, false
+local verb, anyFailed, quiet, answers = "zyl", false, false, false
 
 local function say(text)
   progress.hide()
@@ -80,11 +81,11 @@ end
 -- Reads the global `arg` and answers the options by name and the list of files, each one once.
 -- form: verb, about, options; an option: name, help, and but for flags a kind ("integer",
 -- "number", "text"), the value's name in help, low and high, default; `short` for a letter of its
--- own. With `folders` a folder stands for its sound files; with `repeats` words stay as they are
+-- own. `answers` says that the status 1 is an answer of the verb. With `folders` a folder stands for its sound files; with `repeats` words stay as they are
 -- written. `operands`, `more` and `status` are parts of the help. Ends the script after --help and
 -- on a wrong command line.
 function cli.parse(form)
-  verb = form.verb
+  verb, answers = form.verb, form.answers
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
   if not byName.quiet then
@@ -191,12 +192,10 @@ end
 -- Leaves the script with the batch's status.
 function cli.finish()
   progress.hide()
-  local flushed, reason = io.stdout:flush()
-  if not flushed then
-    say("standard output: " .. reason)
-    os.exit(1, true)
-  end
-  if anyFailed then os.exit(cli.FAILED, true) end
+  local flushed, _, code = io.stdout:flush()
+  -- Lost output is told of by zyl itself, with status 1 in the place of 0.
+  local lost = answers and not flushed and code ~= CLOSED_PIPE
+  if anyFailed or lost then os.exit(cli.FAILED, true) end
 end
 
 return cli
