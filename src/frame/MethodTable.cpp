@@ -21,8 +21,7 @@ ZylHandler HandlerOf() {
 #define FIELD(name, meaning) ROW(name, kFieldMethod<#name>)
 // NOLINTEND(bugprone-macro-parentheses)
 
-ZylFuncInfo table[] = {
-    ZYL_METHOD_LIST(METHOD, FIELD){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
+ZylFuncInfo table[] = {ZYL_METHOD_LIST(METHOD, FIELD){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
 
 #define NAME(name, meaning) #name,
 constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(NAME, NAME)};

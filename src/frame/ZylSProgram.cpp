@@ -74,7 +74,7 @@ int32_t ZylSProgram::SetMidiChannel(int32_t channel) {
 }
 
 void ZylSProgram::SetMidiChannelText(ROCParam* text) {
-  const std::string typed = text->Str().c_str();  // up to a NUL
+  const std::string typed(text->Str(), 0, text->Str().find('\0'));
   if (typed.empty()) return;
   if (typed.find_first_of("oO") != std::string::npos) {
     text->SetStr("Omni");

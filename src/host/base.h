@@ -348,8 +348,8 @@ ZYLHOST_API ROCPad* ZylFindPad(ZylDispatch* dispatch, const char* padName);
 // From any thread: on the script thread, when the queue of ZylPump is delivered, a pad that still
 // lives and whose value has the type of `value` takes it and sends.
 ZYLHOST_API void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value);
-// The same for a value that tells how something stands: behind a thousand that wait for the same pad
-// the newest takes the last one's place, so that a queue that nobody delivers stays small.
+// The same for a value that tells how something stands: behind a thousand that wait for the same
+// pad the newest takes the last one's place, so that a queue that nobody delivers stays small.
 ZYLHOST_API void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value);
 
 // A data pad: an object that leads to a byte value which DSP code reads.

@@ -451,7 +451,8 @@ bool CallFuzz::RunWorld() {
   // One round of all methods in each world, and the others by chance.
   for (int i = 0; i < callsPerWorld_; ++i) {
     size_t method = static_cast<uint32_t>(i) < count ? static_cast<size_t>(i) : Any(count);
-    // Each of these may start a thread or wait for the end of one: that takes a hundred others' time.
+    // Each of these may start a thread or wait for the end of one: that takes a hundred others'
+    // time.
     if (static_cast<uint32_t>(i) >= count && IsOfJobs(methods_[method].name) && !Once(20)) {
       method = Any(count);
     }

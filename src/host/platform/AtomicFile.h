@@ -7,7 +7,8 @@
 // kept.
 //
 // A process that ends in the middle leaves the target as it was. Its temporary file goes with it
-// where the system knows files without a name; elsewhere the next save of the same target removes it.
+// where the system knows files without a name; elsewhere the next save of the same target removes
+// it.
 //
 // After the first failure every operation answers false and Error() says what went wrong.
 #pragma once

@@ -38,8 +38,9 @@ bool FollowLinks(std::string& path) {
   return false;
 }
 
-// A temporary file is locked by whoever writes it, and its name is made of the target's. So one that
-// nobody holds is what an ended process left behind, and the next save of its target removes it.
+// A temporary file is locked by whoever writes it, and its name is made of the target's. So one
+// that nobody holds is what an ended process left behind, and the next save of its target removes
+// it.
 
 std::string TemporaryName(const std::string& target, int number) {
   // FNV-1a of the target's name.

@@ -79,8 +79,7 @@ bool HasName(const AifSample& sample) {
 // A kept title gives way to another one.
 void PlanOther(const ListChunk& other, const AifSample& sample, const FileOrigin* origin,
                FormPlan& plan) {
-  const bool renamed =
-      origin != nullptr && !sample.Name().empty() && sample.Name() != origin->name;
+  const bool renamed = origin != nullptr && !sample.Name().empty() && sample.Name() != origin->name;
   if (renamed && std::string_view(other.id, 4) == "NAME") {
     plan.Add("NAME", FieldWriter(ByteOrder::kBig).Text(sample.Name()).block);
   } else {

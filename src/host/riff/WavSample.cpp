@@ -64,8 +64,8 @@ void PlanOwn(const WavSample& sample, FormPlan& plan) {
   plan.Add(zyl::kOwnChunkId, zyl::PackOwnChunk(own));
 }
 
-// A kept chunk with what it repeats of the sample: the count of frames, the pitch, the title. Nothing
-// when all of that is still as it was read.
+// A kept chunk with what it repeats of the sample: the count of frames, the pitch, the title.
+// Nothing when all of that is still as it was read.
 std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
                              const FileOrigin& origin) {
   const std::string_view id(other.id, 4);
@@ -129,7 +129,8 @@ FormPlan Plan(const WavSample& sample) {
         break;
     }
   }
-  if (!sample.Name().empty() && !HasInfoList(sample)) plan.Add("LIST", zyl::MakeNameList(sample.Name()));
+  if (!sample.Name().empty() && !HasInfoList(sample))
+    plan.Add("LIST", zyl::MakeNameList(sample.Name()));
   return plan;
 }
 
