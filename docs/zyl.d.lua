@@ -2439,6 +2439,12 @@ function host.pad(bytes) end
 ---@return integer
 function host.pump(seconds) end
 
+---Give '; did you mean "NAME"?' with those of the names that come near, or an empty text.
+---@param name string
+---@param names string[]
+---@return string
+function host.suggestion(name, names) end
+
 ---Tell what a path leads to: "file", "folder" or "other", such as a pipe, which can block when it is opened. Gives nil and the reason where nothing is.
 ---@param path string
 ---@return string|nil

@@ -1,5 +1,4 @@
 -- zyl edit: sets fields of programs.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local fields = require "fields"
 local filenames = require "filenames"

@@ -1,5 +1,4 @@
 -- zyl find: tells which keygroups, zones and samples of programs sound for a key.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local disk = require "disk"
 local filenames = require "filenames"

@@ -1,5 +1,4 @@
 -- zyl loops: finds and rates loops in sample files, and stores the best one.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local json = require "json"
 local loopsearch = require "loopsearch"

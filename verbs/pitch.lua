@@ -1,5 +1,4 @@
 -- zyl pitch: finds the pitch of sample files, shows, draws and stores it.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local json = require "json"
 local notes = require "notes"

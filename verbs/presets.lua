@@ -1,5 +1,4 @@
 -- zyl presets: lists the presets of sound banks.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local disk = require "disk"
 local json = require "json"

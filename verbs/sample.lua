@@ -1,5 +1,4 @@
 -- zyl sample: shows what sample files hold.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local json = require "json"
 local notes = require "notes"

@@ -1,9 +1,9 @@
 -- zyl show: prints programs as tables.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local disk = require "disk"
 local json = require "json"
-local program = require "program"
+local notes = require "notes"
+local programs = require "programs"
 local text = require "text"
 
 local options, files = cli.parse {
@@ -20,7 +20,7 @@ local options, files = cli.parse {
 
 local function zonesOf(object, k)
   local zones = {}
-  for z = 0, program.ZONES - 1 do
+  for z = 0, programs.ZONES - 1 do
     local path = object:ZoneSamplePath(k, z)
     if path ~= "" then
       zones[#zones + 1] = {
@@ -34,7 +34,7 @@ local function zonesOf(object, k)
 end
 
 local function facts(path)
-  local object = program.read(path, false)
+  local object = programs.read(path, false)
   local it = { name = object:PRGname(), channel = object:PRGmidiChannel(),
                voices = object:PRGpoly() + 1, keygroups = {} }
   for k = 0, object:PRGkeyGroups() - 1 do
@@ -64,7 +64,7 @@ local function shown(path, it)
     end
   end
   for k, keygroup in ipairs(it.keygroups) do
-    local row = { tostring(k), program.range(keygroup.low, keygroup.high),
+    local row = { tostring(k), notes.range(keygroup.low, keygroup.high, notes.EDITOR_OCTAVE),
                   keygroup.low .. "–" .. keygroup.high, ("%+.2f"):format(keygroup.tune),
                   tostring(keygroup.filter) }
     local zones = options.quiet and {} or keygroup.zones
@@ -92,7 +92,7 @@ local function record(path, it, failure)
         "missing", zone.missing)
     end
     keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,
-      "low_note", program.note(keygroup.low), "high_note", program.note(keygroup.high),
+      "low_note", notes.name(keygroup.low, notes.EDITOR_OCTAVE), "high_note", notes.name(keygroup.high, notes.EDITOR_OCTAVE),
       "tune", keygroup.tune, "filter", keygroup.filter, "zones", json.list(zones))
   end
   it = it or {}

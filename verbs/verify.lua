@@ -1,5 +1,4 @@
 -- zyl verify: compares two programs or two samples field by field.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local disk = require "disk"
 local fields = require "fields"

@@ -1,10 +1,10 @@
 -- zyl view: draws a program as the editor shows it.
-package.path = (arg[0]:match("^.*/") or "./") .. "lib/?.lua;" .. package.path
 local cli = require "cli"
 local disk = require "disk"
 local filenames = require "filenames"
+local notes = require "notes"
 local panels = require "panels"
-local notes = require "program"
+local programs = require "programs"
 local text = require "text"
 
 local options, files = cli.parse {
@@ -30,7 +30,7 @@ if not options.output then cli.usage("-o PICTURE is missing") end
 if not options.output:lower():match("%.png$") and not options.output:lower():match("%.svg$") then
   cli.usage("-o " .. options.output .. ": the name must end in .png or .svg")
 end
-local marked = options.key and filenames.key(options.key, notes.MIDDLE_OCTAVE)
+local marked = options.key and filenames.key(options.key, notes.EDITOR_OCTAVE)
 if options.key and not marked then
   cli.usage("--key K: '" .. options.key .. "' is neither a note nor a number from 0 to 127")
 end
@@ -41,7 +41,7 @@ local path = files[1]
 local function missingSamples(program)
   local list = {}
   for k = 0, program:PRGkeyGroups() - 1 do
-    for z = 0, notes.ZONES - 1 do
+    for z = 0, programs.ZONES - 1 do
       local sample = program:ZoneSamplePath(k, z)
       if sample ~= "" and not disk.isFile(sample) then
         list[#list + 1] = { keygroup = k, path = sample }
@@ -52,7 +52,7 @@ local function missingSamples(program)
 end
 
 local function draw()
-  local program = notes.read(path, true)
+  local program = programs.read(path, true)
   local count, k = program:PRGkeyGroups(), options.keygroup - 1
   if k >= count then error(("there is no keygroup %d, the program has %d"):format(k + 1, count), 0) end
   local low, high = program:KGlowKey(k), program:KGhighKey(k)
@@ -66,7 +66,7 @@ local function draw()
     if it.keygroup == k then here[#here + 1] = it.path:match("[^/]*$") .. " (missing)" end
   end
   host.render({
-    ("%s – keygroup %d of %d: %s   (C3 = key 60)"):format(program:PRGname(), k + 1, count, notes.range(low, high)),
+    ("%s – keygroup %d of %d: %s   (C3 = key 60)"):format(program:PRGname(), k + 1, count, notes.range(low, high, notes.EDITOR_OCTAVE)),
     panels.keyboard(program, k),
     "Keygroups", panels.keygroups(program, marked or low),
     ("Zones of keygroup %d%s"):format(k + 1, #here > 0 and ": " .. table.concat(here, ", ") or ""),

@@ -38,6 +38,9 @@ return {
   { name = "pump", result = "integer",
     meaning = "Deliver what other threads have sent to pads, and give how many calls were made.",
     { "seconds?", "number", "how long to wait for the first one" } },
+  { name = "suggestion", result = "string",
+    meaning = "Give '; did you mean \"NAME\"?' with those of the names that come near, or an empty text.",
+    { "name", "string" }, { "names", "string[]" } },
   { name = "fileType", result = "string|nil",
     meaning = "Tell what a path leads to: \"file\", \"folder\" or \"other\", such as a pipe, which can "
               .. "block when it is opened. Gives nil and the reason where nothing is.",

@@ -52,7 +52,7 @@
   METHOD(SetUniqueFilePath, "Give the program a file path in the temporary folder that no file has yet.") \
   METHOD(IsValid, "Tell whether a program is attached.") \
   METHOD(IsLocked, "Tell whether the program is locked in memory.") \
-  METHOD(PRGname, "Name of the program, at most 12 characters.") \
+  METHOD(PRGname, "Name of the program, at most 12 bytes.") \
   FIELD(PRGmidiProg, "MIDI program number that selects the program.") \
   METHOD(PRGmidiChannel, "MIDI channel, 0 to 31 for channels 1 to 32, -1 Omni; 32 and more change nothing.") \
   FIELD(PRGpoly, "Polyphony less one: 0 is one voice, 15 sixteen.") \

@@ -66,7 +66,7 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
     int status;
     const char* says;
   } cases[] = {
-      {"filtrFreq=2", 2, "did you mean KGfilterFreq"},
+      {"filtrFreq=2", 2, "did you mean \"filterFreq\"?"},
       {"lowKey=2", 2, "may be PRGlowKey or KGlowKey"},
       {"poly=256", 2, "outside 0 to 255"},
       {"loudVel=128", 2, "outside -128 to 127"},

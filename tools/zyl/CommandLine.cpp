@@ -121,7 +121,7 @@ int ListMethods(const std::string& pattern) {
 
 // What the words ask for, checked before the module is loaded.
 struct Task {
-  enum Kind { kRunFile, kRunText, kMethods, kRepl, kHelp } kind = kRunFile;
+  enum Kind { kRunVerb, kRunFile, kRunText, kMethods, kRepl, kHelp } kind = kRunVerb;
   std::string source;                  // the script file, the text or the pattern
   std::vector<std::string> arguments;  // with the script's name first
 };
@@ -170,6 +170,7 @@ int RunTask(const Task& task, const std::string& module) {
   ScriptHost script(module);
   CatchSignals();
   if (task.kind == Task::kRepl) return RunRepl(script);
+  if (task.kind == Task::kRunVerb) return script.RunVerb(task.source, task.arguments);
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
                                      : script.RunText(task.source, task.arguments);
 }

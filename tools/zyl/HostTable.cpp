@@ -11,8 +11,8 @@
 
 #include "Algo.h"
 #include "Calls.h"
+#include "EditorCalls.h"
 #include "Errors.h"
-#include "Graphics.h"
 #include "Interruption.h"
 #include "Objects.h"
 #include "ScriptHost.h"
@@ -127,6 +127,18 @@ int Pump(lua_State* L) {
   return 1;
 }
 
+int NearestNames(lua_State* L) {
+  const std::string name = luaL_checkstring(L, 1);
+  luaL_checktype(L, 2, LUA_TTABLE);
+  std::vector<std::string> known;
+  for (lua_Integer i = 1; lua_rawgeti(L, 2, i) != LUA_TNIL; ++i) {
+    known.emplace_back(luaL_checkstring(L, -1));
+    lua_pop(L, 1);
+  }
+  PushText(L, Suggestion(name, known));
+  return 1;
+}
+
 int FileType(lua_State* L) {
   std::error_code failure;
   const std::filesystem::file_status status =
@@ -182,13 +194,25 @@ int HostNewIndex(lua_State* L) {
 }  // namespace
 
 void OpenHostTable(lua_State* L) {
-  const luaL_Reg functions[] = {
-      {"new", New},           {"delete", DeleteObject}, {"extend", ExtendClass},
-      {"methods", Methods},   {"typeof", TypeOf},       {"object", NewPlainObject},
-      {"buffer", Buffer},     {"floats", Floats},       {"var", NewVariable},
-      {"algo", NewAlgo},      {"pad", NewDataPad},      {"keyboard", NewKeyboard},
-      {"editor", NewEditor},  {"render", Render},       {"pump", Pump},
-      {"fileType", FileType}, {"writeFile", WriteFile}, {nullptr, nullptr}};
+  const luaL_Reg functions[] = {{"new", New},
+                                {"delete", DeleteObject},
+                                {"extend", ExtendClass},
+                                {"methods", Methods},
+                                {"typeof", TypeOf},
+                                {"object", NewPlainObject},
+                                {"buffer", Buffer},
+                                {"floats", Floats},
+                                {"var", NewVariable},
+                                {"algo", NewAlgo},
+                                {"pad", NewDataPad},
+                                {"keyboard", NewKeyboard},
+                                {"editor", NewEditor},
+                                {"render", Render},
+                                {"pump", Pump},
+                                {"suggestion", NearestNames},
+                                {"fileType", FileType},
+                                {"writeFile", WriteFile},
+                                {nullptr, nullptr}};
   luaL_newlib(L, functions);
   PushNull(L);
   lua_setfield(L, -2, "null");

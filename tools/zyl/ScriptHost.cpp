@@ -40,6 +40,14 @@ void OpenLuaFolder(lua_State* L) {
   lua_pop(L, 2);
 }
 
+int SearchVerbLibraryFirst(lua_State* L) {
+  lua_getglobal(L, "package");
+  lua_getfield(L, -1, "path");
+  lua_pushfstring(L, "%s/?.lua;%s", VerbLibrary().c_str(), lua_tostring(L, -1));
+  lua_setfield(L, -3, "path");
+  return 0;
+}
+
 // Opens the libraries; protected, since any of it can run out of memory.
 int OpenState(lua_State* L) {
   luaL_openlibs(L);
@@ -94,6 +102,12 @@ ScriptHost::~ScriptHost() {
   closing_ = true;
   CloseInterruption();
   lua_close(state_);
+}
+
+int ScriptHost::RunVerb(const std::string& path, const std::vector<std::string>& arguments) {
+  lua_pushcfunction(state_, SearchVerbLibraryFirst);
+  const int status = lua_pcall(state_, 0, 0, 0);
+  return status == LUA_OK ? RunFile(path, arguments) : RunChunk(status, arguments);
 }
 
 int ScriptHost::RunFile(const std::string& path, const std::vector<std::string>& arguments) {

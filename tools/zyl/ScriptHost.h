@@ -50,10 +50,12 @@ class ScriptHost {
     return **static_cast<ScriptHost**>(lua_getextraspace(state));
   }
 
-  // Both answer the exit status: 0, 1 after an error (message and traceback on standard error),
+  // They answer the exit status: 0, 1 after an error (message and traceback on standard error),
   // 130 after Ctrl-C, or what the script gave to os.exit. `arguments[0]` is the script's name.
   int RunFile(const std::string& path, const std::vector<std::string>& arguments);
   int RunText(const std::string& text, const std::vector<std::string>& arguments);
+  // As RunFile, for the script of a verb: it finds the verbs' own Lua files before all others.
+  int RunVerb(const std::string& path, const std::vector<std::string>& arguments);
 
   const std::string& Module() const { return module_; }
   lua_State* State() const { return state_; }

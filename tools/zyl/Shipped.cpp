@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
-#include <iterator>
 #include <set>
 
 namespace zyl {
@@ -66,25 +65,13 @@ fs::path VerbScript(const std::string& verb) {
 
 std::string VerbPurpose(const std::string& verb) {
   std::ifstream file(VerbScript(verb));
-  const std::string script{std::istreambuf_iterator<char>(file), {}};
-  size_t at = script.find("about = \"");
-  std::string purpose;
-  bool inside = false;
-  for (; at < script.size(); ++at) {
-    const char c = script[at];
-    if (c == '"') {
-      inside = !inside;
-    } else if (inside ? c == ':' || c == '.' : c == ',') {
-      break;
-    } else if (inside && c == '\\') {
-      purpose += ' ';  // a line's end
-      ++at;
-    } else if (inside) {
-      purpose += c;
-    }
-  }
-  if (!purpose.empty()) purpose[0] = static_cast<char>(std::tolower(purpose[0]));
-  return purpose;
+  std::string line;
+  std::getline(file, line);
+  const std::string head = "-- zyl " + verb + ": ";
+  if (!line.starts_with(head)) return {};
+  line.erase(0, head.size());
+  if (line.ends_with('.')) line.pop_back();
+  return line;
 }
 
 std::vector<std::string> ScriptVerbs() {

@@ -14,8 +14,7 @@ std::filesystem::path ProgramFolder();
 // The folder of the Lua files, without a slash at its end; empty when there is none.
 const std::string& LuaFolder();
 
-// What a verb is for, in a few words: the beginning of the `about` in its script, up to a colon or
-// the sentence's end.
+// What a verb is for, in a few words: its script begins with "-- zyl VERB: " and them.
 std::string VerbPurpose(const std::string& verb);
 
 // The folder of the Lua files that the verbs share, empty when there is none.

@@ -102,32 +102,6 @@ function fields.whyNot(field, value, shown)
   return ("%s is outside %d to %d, what %s holds"):format(shown or value, low, high, field.name)
 end
 
--- The edits that make one text the other: letters changed, added, left out.
-local function distance(a, b)
-  local row = {}
-  for j = 0, #b do row[j] = j end
-  for i = 1, #a do
-    local diagonal = row[0]
-    row[0] = i
-    for j = 1, #b do
-      local cost = a:byte(i) == b:byte(j) and 0 or 1
-      diagonal, row[j] = row[j], math.min(row[j] + 1, row[j - 1] + 1, diagonal + cost)
-    end
-  end
-  return row[#b]
-end
-
-local function nearest(name)
-  local lower, best, least = name:lower(), nil, math.max(#name // 2, 2)
-  for _, field in ipairs(fields.all()) do
-    for _, spelling in ipairs { field.name, field.short } do
-      local edits = distance(lower, spelling:lower())
-      if edits < least then best, least = field.name, edits end
-    end
-  end
-  return best
-end
-
 -- The field of that name, with its family or without, in any case; `family` decides where several
 -- have the name. nil and the reason when there is none, or more than one.
 function fields.find(name, family)
@@ -146,9 +120,14 @@ function fields.find(name, family)
     for i, field in ipairs(found) do names[i] = field.name end
     return nil, ("'%s' may be %s"):format(name, table.concat(names, " or "))
   end
-  local suggestion = nearest(name)
-  return nil, ("there is no field '%s'%s"):format(name,
-         suggestion and "; did you mean " .. suggestion .. "?" or "")
+  local known, seen = {}, {}
+  for _, field in ipairs(fields.all()) do
+    for _, spelling in ipairs { field.name, field.short } do
+      if not seen[spelling] then known[#known + 1] = spelling end
+      seen[spelling] = true
+    end
+  end
+  return nil, ("there is no field '%s'%s"):format(name, host.suggestion(name, known))
 end
 
 -- Calls each(field, keygroup, zone) for every field of a program with that many keygroups.

@@ -3,9 +3,17 @@ local notes = {}
 
 local NAMES = { "C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B" }
 
-notes.MIDDLE_OCTAVE = 4  -- the octave of key 60
+-- The octave of key 60: in physics, and in the editor's lists.
+notes.MIDDLE_OCTAVE, notes.EDITOR_OCTAVE = 4, 3
 
-function notes.name(key) return NAMES[key % 12 + 1] .. (key // 12 - 5 + notes.MIDDLE_OCTAVE) end
+-- `middle` is the octave of key 60, MIDDLE_OCTAVE without it.
+function notes.name(key, middle)
+  return NAMES[key % 12 + 1] .. (key // 12 - 5 + (middle or notes.MIDDLE_OCTAVE))
+end
+function notes.range(low, high, middle)
+  local first = notes.name(low, middle)
+  return low == high and first or first .. "–" .. notes.name(high, middle)
+end
 function notes.isBlack(key) return #NAMES[key % 12 + 1] == 2 end
 
 -- `a4` is the frequency of A4 in Hz.

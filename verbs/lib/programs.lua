@@ -4,6 +4,7 @@ local disk = require "disk"
 local programs = {}
 
 local MAGIC = "ZYLP"
+programs.ZONES = 4  -- of a keygroup
 
 -- Whether a file begins as a program file does; nil and the reason when it cannot be read.
 function programs.isProgram(path)
@@ -29,6 +30,13 @@ function programs.open(path, withSounds)
   if not is then return nil, reason or "no program file" end
   local program = host.new("ZylSProgram")
   if not program:Read(path, withSounds and 1 or 0) then return nil, "a program file that cannot be read" end
+  return program
+end
+
+-- The same; an error instead of nil.
+function programs.read(path, withSounds)
+  local program, reason = programs.open(path, withSounds)
+  if not program then error(reason, 0) end
   return program
 end
 

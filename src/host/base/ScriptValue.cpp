@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "../base.h"
+#include "Pool.h"
 
 RIOObject::~RIOObject() {
   if (anchor_ == nullptr) return;
@@ -58,47 +59,8 @@ ROCParam& ROCParam::operator=(const ROCParam& other) {
   return *this;
 }
 
-namespace {
-
-// Freed values of this thread, linked through their own memory. Without a destructor the access
-// costs no check; what a thread keeps at its end is bounded and small.
-struct Spare {
-  Spare* next;
-};
-struct Spares {
-  Spare* first;
-  int kept;
-};
-#if defined(__SANITIZE_ADDRESS__)
-constexpr int kMostSpares = 0;  // so that a use after the end is seen
-#else
-constexpr int kMostSpares = 64;
-#endif
-#if defined(__GNUC__) && !defined(_WIN32)
-__attribute__((tls_model("initial-exec")))
-#endif
-constinit thread_local Spares spares{};
-
-}  // namespace
-
-void* ROCParam::operator new(size_t size) {
-  Spares& mine = spares;
-  if (mine.first == nullptr || size != sizeof(ROCParam)) return ::operator new(size);
-  Spare* taken = mine.first;
-  mine.first = taken->next;
-  --mine.kept;
-  return taken;
-}
-
-void ROCParam::operator delete(void* memory, size_t size) noexcept {
-  Spares& mine = spares;
-  if (memory == nullptr || size != sizeof(ROCParam) || mine.kept >= kMostSpares) {
-    ::operator delete(memory);
-    return;
-  }
-  mine.first = new (memory) Spare{mine.first};
-  ++mine.kept;
-}
+void* ROCParam::operator new(size_t size) { return zyl::TakeBlock(size); }
+void ROCParam::operator delete(void* memory, size_t size) noexcept { zyl::GiveBlock(memory, size); }
 
 void ROCParam::CopyFrom(const ROCParam& other) {
   type_ = other.type_;

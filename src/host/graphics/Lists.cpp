@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "../base/Pool.h"
 #include "../lists.h"
-#include "Pool.h"
 
 ListView::ListView(std::vector<ListColumn> columns) : columns_(std::move(columns)) {
   int64_t left = 0;

@@ -2,8 +2,8 @@
 #include <set>
 #include <utility>
 
+#include "../base/Pool.h"
 #include "../graphics.h"
-#include "Pool.h"
 
 namespace {
 

@@ -1,0 +1,217 @@
+#include "EditorCalls.h"
+
+#include <cstdint>
+#include <exception>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Algo.h"
+#include "Editor.h"
+#include "Errors.h"
+#include "Objects.h"
+#include "Options.h"
+#include "Render.h"
+#include "Values.h"
+#include "host/hostapp.h"
+#include "host/lists.h"
+
+namespace zyl {
+
+namespace {
+
+constexpr int32_t kFarthestPixel = 100'000;  // of what scripts make
+constexpr int32_t kMostColumns = 1000;
+
+// Lua sees the few bytes of a userdata only: each new object counts for this many KiB.
+constexpr int kCountsForKiB = 4;
+
+ListColumn ReadColumn(lua_State* L, int index) {
+  constexpr const char* kFunction = "host.editor: column";
+  constexpr const char* kNumbers[] = {"parameter number", "display type", "minimum", "maximum"};
+  const Options options(L, index, kFunction, {"width", "style", "title"});
+  ListColumn column;
+  column.width = static_cast<int32_t>(options.Integer("width", 60, -1, kFarthestPixel));
+  column.style =
+      static_cast<uint32_t>(options.Integer("style", 0, 0, std::numeric_limits<uint32_t>::max()));
+  for (lua_Integer place = 1; place <= 4; ++place) {
+    column.scriptValues.push_back(
+        static_cast<int32_t>(options.Element(place, kNumbers[place - 1])));
+  }
+  column.title = options.Text("title", std::to_string(column.ScriptValue(0)));
+  return column;
+}
+
+std::vector<ListColumn> ReadColumns(lua_State* L) {
+  std::vector<ListColumn> columns;
+  lua_getfield(L, 1, "columns");
+  if (lua_isnil(L, -1)) luaL_error(L, "host.editor: the columns are missing");
+  if (!lua_istable(L, -1)) luaL_error(L, "host.editor: columns: a list of tables was expected");
+  const lua_Unsigned count = lua_rawlen(L, -1);
+  if (count > kMostColumns) luaL_error(L, "host.editor: more than %d columns", kMostColumns);
+  for (lua_Integer i = 1; i <= static_cast<lua_Integer>(count); ++i) {
+    lua_rawgeti(L, -1, i);
+    if (!lua_istable(L, -1)) luaL_error(L, "host.editor: columns: a list of tables was expected");
+    columns.push_back(ReadColumn(L, -1));
+    lua_pop(L, 1);
+  }
+  lua_pop(L, 1);
+  return columns;
+}
+
+int GiveList(lua_State* L) {
+  lua_pushvalue(L, lua_upvalueindex(1));
+  return 1;
+}
+
+// ---- Rendering ----
+
+const List* ListOf(lua_State* L, int index) {
+  index = lua_absindex(L, index);
+  RIOObject* object = CheckObject(L, index);
+  if (const auto* list = dynamic_cast<const List*>(object)) return list;
+  if (object == nullptr || !object->isROCAlgo()) return nullptr;
+  // An editor stands for its list.
+  const List* list = nullptr;
+  const int top = lua_gettop(L);
+  if (lua_getiuservalue(L, index, kFieldsSlot) == LUA_TTABLE) {
+    lua_pushliteral(L, "list");
+    lua_rawget(L, -2);
+    if (KindOf(L, -1) == Kind::kObject) {
+      list = dynamic_cast<const List*>(CheckObject(L, lua_gettop(L)));
+    }
+  }
+  lua_settop(L, top);
+  return list;
+}
+
+RenderItem ReadItem(lua_State* L, int index) {
+  RenderItem item;
+  if (lua_type(L, index) == LUA_TSTRING) {
+    item.heading = lua_tostring(L, index);
+    return item;
+  }
+  if (KindOf(L, index) != Kind::kObject) {
+    RaiseText(L, "host.render: a graphic object, a list or a text was expected, got " +
+                     ValueInWords(L, index));
+  }
+  item.list = ListOf(L, index);
+  if (item.list == nullptr) item.object = dynamic_cast<const GOObject*>(CheckObject(L, index));
+  if (item.list == nullptr && item.object == nullptr) {
+    luaL_error(L, "host.render: a %s cannot be drawn", CheckObject(L, index)->GetTypeName());
+  }
+  return item;
+}
+
+// No finalizer of the script runs while it lives.
+class WithoutCollection {
+ public:
+  explicit WithoutCollection(lua_State* L) : L_(L), wasRunning_(lua_gc(L, LUA_GCISRUNNING) != 0) {
+    lua_gc(L, LUA_GCSTOP);
+  }
+  ~WithoutCollection() {
+    if (wasRunning_) lua_gc(L_, LUA_GCRESTART);
+  }
+  WithoutCollection(const WithoutCollection&) = delete;
+  WithoutCollection& operator=(const WithoutCollection&) = delete;
+
+ private:
+  lua_State* L_;
+  bool wasRunning_;
+};
+
+bool EndsIn(const std::string& path, std::string_view end) {
+  if (path.size() < end.size()) return false;
+  for (size_t i = 0; i < end.size(); ++i) {
+    const char c = path[path.size() - end.size() + i];
+    if ((c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c) != end[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int NewKeyboard(lua_State* L) {
+  NeedTable(L, 1);
+  const Options options(L, 1, "host.keyboard", {"x", "y", "width", "height"});
+  const auto pixels = [&](const char* name, lua_Integer otherwise, lua_Integer low) {
+    return static_cast<int32_t>(options.Integer(name, otherwise, low, kFarthestPixel));
+  };
+  const int32_t x = pixels("x", 0, -kFarthestPixel);
+  const int32_t y = pixels("y", 0, -kFarthestPixel);
+  auto keyboard = MakeKeyboard("Keyboard", pixels("width", 378, 0), pixels("height", 24, 0));
+  keyboard->MoveTo(x, y);
+  PushOwned(L, std::move(keyboard));
+  lua_gc(L, LUA_GCSTEP, kCountsForKiB);
+  return 1;
+}
+
+int NewEditor(lua_State* L) {
+  NeedTable(L, 1);
+  lua_settop(L, 1);
+  const Options options(L, 1, "host.editor", {"name", "rowHeight", "columns"});
+  const std::string name = options.Text("name", "editor");
+  const auto rowHeight = static_cast<int32_t>(options.Integer("rowHeight", 16, 1, 1000));
+  std::vector<ListColumn> columns = ReadColumns(L);
+  std::unique_ptr<GOContainer> root = MakeListRoot(rowHeight);
+  auto list = std::make_unique<List>(static_cast<int>(columns.size()), rowHeight, root.get(),
+                                     std::move(columns));
+  PushOwned(L, std::move(list));
+  const int listIndex = lua_gettop(L);
+  lua_newtable(L);
+  lua_pushvalue(L, listIndex);
+  lua_setfield(L, -2, "list");
+  lua_pushvalue(L, listIndex);
+  lua_pushcclosure(L, GiveList, 1);
+  lua_setfield(L, -2, "GetList");
+  auto algo = std::make_unique<ROCAlgo>(name);
+  algo->SetGraphicRoot(root.release());
+  PushScriptAlgo(L, std::move(algo), lua_gettop(L));
+  lua_gc(L, LUA_GCSTEP, kCountsForKiB);
+  return 1;
+}
+
+int Render(lua_State* L) {
+  size_t pathLength = 0;
+  const std::string path = luaL_checklstring(L, 2, &pathLength);
+  if (path.size() != pathLength) luaL_error(L, "host.render: the file's name has a NUL in it");
+  NeedTable(L, 3);
+  const Options given(L, 3, "host.render", {"dark", "scale"});
+  RenderOptions options;
+  options.dark = given.Flag("dark");
+  options.scale = given.Number("scale", options.scale, 0.25, 16);
+  const bool svg = EndsIn(path, ".svg");
+  if (!svg && !EndsIn(path, ".png")) {
+    return luaL_error(L, "host.render: the file's name must end in .png or .svg");
+  }
+  // What is drawn is looked at as it stands, and must not go meanwhile.
+  const WithoutCollection still(L);
+  std::vector<RenderItem> items;
+  options.page = lua_istable(L, 1);
+  if (options.page) {
+    const auto count = static_cast<lua_Integer>(lua_rawlen(L, 1));
+    for (lua_Integer i = 1; i <= count; ++i) {
+      lua_rawgeti(L, 1, i);
+      items.push_back(ReadItem(L, -1));
+      lua_pop(L, 1);
+    }
+  } else {
+    items.push_back(ReadItem(L, 1));
+  }
+  std::string reason;
+  bool written = false;
+  try {
+    const std::string bytes =
+        RenderPicture(items, options, svg ? PictureKind::kSvg : PictureKind::kPng);
+    written = ZylWriteFile(path, bytes, reason);
+  } catch (const std::exception& failure) {
+    reason = failure.what();
+  }
+  if (!written) RaiseText(L, "host.render: " + reason);
+  return 0;
+}
+
+}  // namespace zyl
