@@ -325,7 +325,7 @@ function ZylSProgram:IsValid() end
 ---@return boolean
 function ZylSProgram:IsLocked() end
 
----Name of the program, at most 12 characters.
+---Name of the program, at most 12 bytes.
 ---Needs a program (Create, Read or Find).
 ---@param NewString? string
 ---@return string
