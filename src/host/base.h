@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -394,20 +393,20 @@ struct ZYLHOST_API UnitAttribute {
 };
 
 // The threads of a module that is being loaded when the group is made. Before the host unloads the
-// module it calls `stop`, on the script thread, and waits until every thread has returned from its
-// start routine: what a library does last on a thread may need the loader, which is taken while a
-// module goes, so that the module itself cannot wait for it then.
+// module it calls `stop`, on the script thread, and waits until every thread is over: what a
+// library does last on a thread may need the loader, which is taken while a module goes, so that
+// the module itself cannot wait for it then.
 class ZYLHOST_API ZylThreadGroup {
  public:
   explicit ZylThreadGroup(std::function<void()> stop);
   ~ZylThreadGroup();
   ZylThreadGroup(const ZylThreadGroup&) = delete;
   ZylThreadGroup& operator=(const ZylThreadGroup&) = delete;
-  // On the thread itself: it belongs to the group until its start routine has returned.
+  // On the thread itself, once: it belongs to the group until all of it has been cleared up.
   void Enter();
 
  private:
-  std::shared_ptr<zyl::ThreadMembers> members_;
+  zyl::ThreadMembers* members_;
 };
 
 // One line on the host's diagnostic stream.

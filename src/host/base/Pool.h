@@ -1,6 +1,6 @@
-// Memory for what comes and goes by the thousand: script values, and the graphic objects and cells of
-// a list that is filled anew. Freed blocks are kept for the next objects of their size, up to a few
-// megabytes for each thread; a block goes into the store of the thread that frees it.
+// Memory for what comes and goes by the thousand: script values, and the graphic objects and cells
+// of a list that is filled anew. Freed blocks are kept for the next objects of their size, up to a
+// few megabytes for each thread; a block goes into the store of the thread that frees it.
 #pragma once
 
 #include <cstddef>

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
 
 #include "../base.h"
+#include "../platform/Platform.h"
 #include "Registry.h"
 #include "Threads.h"
 
@@ -35,29 +37,22 @@ class ThreadMembers {
 
 namespace {
 
-// A group that there is. The members may outlive it, in the hand of a thread that is just leaving;
-// what is the module's own may not.
 struct Group {
   const void* module;
   std::function<void()> stop;
-  std::shared_ptr<ThreadMembers> members;
+  ThreadMembers* members;
 };
 
-// Script thread only, also at the very end of the process.
+// The groups that there are, and the members of all that ever were: a thread that is just leaving
+// may outlive its group. Script thread only, also at the very end of the process.
 std::vector<Group>& Groups() {
   static auto* groups = new std::vector<Group>;
   return *groups;
 }
-
-// The system destroys a thread's own objects after its start routine. This one lives in the host's
-// library, which stays when a module goes.
-struct Membership {
-  std::shared_ptr<ThreadMembers> members;
-  ~Membership() {
-    if (members != nullptr) members->Leave();
-  }
-};
-thread_local Membership membership;
+std::deque<ThreadMembers>& AllMembers() {
+  static auto* members = new std::deque<ThreadMembers>;
+  return *members;
+}
 
 }  // namespace
 
@@ -72,7 +67,7 @@ void EndThreadsOf(const void* module) {
 }  // namespace zyl
 
 ZylThreadGroup::ZylThreadGroup(std::function<void()> stop)
-    : members_(std::make_shared<zyl::ThreadMembers>()) {
+    : members_(&zyl::AllMembers().emplace_back()) {
   zyl::Groups().push_back({zyl::LoadingModule(), std::move(stop), members_});
 }
 ZylThreadGroup::~ZylThreadGroup() {
@@ -81,6 +76,6 @@ ZylThreadGroup::~ZylThreadGroup() {
 
 void ZylThreadGroup::Enter() {
   members_->Join();
-  const auto before = std::exchange(zyl::membership.members, members_);
-  if (before != nullptr) before->Leave();
+  zyl::CallAtThreadEnd([](void* members) { static_cast<zyl::ThreadMembers*>(members)->Leave(); },
+                       members_);
 }
