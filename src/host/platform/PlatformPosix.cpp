@@ -1,9 +1,9 @@
 #include <dlfcn.h>
-#include <limits.h>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
