@@ -67,6 +67,32 @@ function List:clear() end
 ---@class host.Editor: ROCAlgo
 ---@field list host.List
 
+---A picture to draw on. Coordinates are pixels, y down; colours are 0xRRGGBB.
+---@class host.Picture
+local Picture = {}
+---@param x number
+---@param y number
+---@param width number
+---@param height number
+---@param colour integer
+function Picture:rect(x, y, width, height, colour) end
+---@param points number[][] pairs { x, y }
+---@param width number
+---@param colour integer
+function Picture:line(points, width, colour) end
+---@param points number[][] pairs { x, y }
+---@param colour integer
+function Picture:polygon(points, colour) end
+---@param x number
+---@param baseline number
+---@param text string
+---@param size number font size in pixels
+---@param colour integer
+---@param anchor? "start"|"middle"|"end" what x is of the text; "start" without it
+function Picture:text(x, baseline, text, size, colour, anchor) end
+---Write the file, whole or not at all. Nothing can be drawn afterwards.
+function Picture:write() end
+
 ---@class ZylSProgram: ROCAlgo
 local ZylSProgram = {}
 
@@ -2471,6 +2497,12 @@ function host.editor(form) end
 ---@param path string ends in .png or .svg
 ---@param options? table dark = true, scale = 2
 function host.render(what, path, options) end
+
+---Make a white picture to draw on; its method write makes the file.
+---@param path string ends in .png or .svg
+---@param size? table width = 640, height = 480 in pixels, scale = 1
+---@return host.Picture
+function host.picture(path, size) end
 
 ---Print help on a method, a function of host, or all methods with that part of a name.
 ---@param what? string|function

@@ -3,12 +3,15 @@
 --
 --   zyl run examples/pitch-report.lua FOLDER PICTURE.svg
 
-local canvas, folders, notes = require "canvas", require "folders", require "notes"
+local folders, notes = require "folders", require "notes"
 local rootpitch, samples = require "rootpitch", require "samples"
 
 if not arg[2] then error("usage: zyl run pitch-report.lua FOLDER PICTURE.svg", 0) end
-local kind = arg[2]:lower():match("%.(%a+)$")
-if kind ~= "svg" and kind ~= "png" then error("the picture must be .svg or .png", 0) end
+-- The picture: keys along, cents up, one dot for each note.
+local WIDTH, HEIGHT, LEFT, MIDDLE, REACH = 900, 300, 50, 150, 50
+local INK, RULE, DOT = 0x24292F, 0xE3E7EB, 0xC2410C
+local surface = host.picture(arg[2], { width = WIDTH, height = HEIGHT })
+
 local files = folders.sounds(arg[1])
 local program = host.new("ZylSProgram")
 
@@ -35,12 +38,8 @@ for _, it in ipairs(report) do
 end
 print(("%d notes, %.1f cents off on average"):format(#report, sum / math.max(#report, 1)))
 
--- The picture: keys along, cents up, one dot for each note.
-local WIDTH, HEIGHT, LEFT, MIDDLE, REACH = 900, 300, 50, 150, 50
-local INK, RULE, DOT = 0x24292F, 0xE3E7EB, 0xC2410C
 local low, high = 60, 60
 for _, it in ipairs(report) do low, high = math.min(low, it.key), math.max(high, it.key) end
-local surface = canvas.new(kind, WIDTH, HEIGHT)
 local function x(key) return LEFT + (key - low + 0.5) / (high - low + 1) * (WIDTH - LEFT - 10) end
 local function y(cents) return MIDDLE - cents / REACH * 120 end
 for cents = -REACH, REACH, 25 do
@@ -51,4 +50,4 @@ for key = low, high do
   if key % 12 == 0 then surface:text(x(key), HEIGHT - 8, notes.name(key), 11, INK, "middle") end
 end
 for _, it in ipairs(report) do surface:rect(x(it.key) - 3, y(it.cents) - 3, 6, 6, DOT) end
-assert(host.writeFile(arg[2], surface:encode()))
+surface:write()

@@ -127,7 +127,7 @@ local function draw(path, sample, it, rate)
   if options["dry-run"] then return cli.note(picture, "would be drawn") end
   local plot = require "pitchplot"
   local bytes, format, width = samples.values(program, sample, 0)
-  plot.draw(picture, pictureKind, {
+  plot.draw(picture, {
     title = path:match("[^/]*$"), rate = rate, block = BLOCK, values = it.values, note = it.note,
     spread = it.spread, bytes = bytes, format = format, width = width,
     frames = program:SampleGetSize(sample),

@@ -59,4 +59,8 @@ return {
     { "what", "host.Graphic|host.Editor|host.List|table", "one, or a list of them and of texts" },
     { "path", "string", "ends in .png or .svg" },
     { "options?", "table", "dark = true, scale = 2" } },
+  { name = "picture", result = "host.Picture",
+    meaning = "Make a white picture to draw on; its method write makes the file.",
+    { "path", "string", "ends in .png or .svg" },
+    { "size?", "table", "width = 640, height = 480 in pixels, scale = 1" } },
 }

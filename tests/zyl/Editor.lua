@@ -111,6 +111,31 @@ for _, kind in ipairs { ".png", ".svg" } do
   os.remove(path .. kind)
 end
 
+local function draw(file)
+  local picture = host.picture(file, { width = 40, height = 20, scale = 2 })
+  picture:rect(0, 0, 10, 10, 0xFF0000)
+  picture:line({ { 0, 0 }, { 40, 20 } }, 2, 0x00FF00)
+  picture:polygon({ { 20, 0 }, { 40, 0 }, { 40, 10 } }, 0x0000FF)
+  picture:text(40, 18, "a<b\1", 8, 0x123456, "end")
+  picture:write()
+  check.raises("has been written", picture.write, picture)
+  return bytes(file)
+end
+local svg = draw(path .. ".svg")
+check.equal(svg, draw(path .. ".svg"))
+-- Four characters of 4.8 pixels end at x = 40; all is doubled by the scale.
+assert(svg:find('x="41.6" y="36" font-size="16" textLength="38.4" fill="#123456">a&lt;b\u{FFFD}</text>',
+                1, true), svg)
+check.equal(draw(path .. ".png"):sub(2, 4), "PNG")
+os.remove(path .. ".svg")
+os.remove(path .. ".png")
+local picture = host.picture("x.svg")
+check.raises(".png or .svg", host.picture, "x.gif")
+check.raises("too large", host.picture, "x.png", { width = 32767, height = 32767 })
+check.raises("0xRRGGBB", picture.rect, picture, 0, 0, 1, 1, 0x1000000)
+check.raises("{ x, y }", picture.line, picture, { { 1 } }, 1, 0)
+check.raises("above 0", picture.text, picture, 0, 0, "x", 0, 0)
+
 -- ---- What a callback or a finalizer takes away in the middle of a call ----
 
 -- Runs `again` whenever the collector comes by.

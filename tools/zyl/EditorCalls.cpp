@@ -14,6 +14,7 @@
 #include "Errors.h"
 #include "Objects.h"
 #include "Options.h"
+#include "PictureCalls.h"
 #include "Render.h"
 #include "Values.h"
 #include "host/hostapp.h"
@@ -123,15 +124,6 @@ class WithoutCollection {
   bool wasRunning_;
 };
 
-bool EndsIn(const std::string& path, std::string_view end) {
-  if (path.size() < end.size()) return false;
-  for (size_t i = 0; i < end.size(); ++i) {
-    const char c = path[path.size() - end.size() + i];
-    if ((c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c) != end[i]) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 int NewKeyboard(lua_State* L) {
@@ -175,19 +167,13 @@ int NewEditor(lua_State* L) {
 }
 
 int Render(lua_State* L) {
-  size_t pathLength = 0;
-  const std::string path = luaL_checklstring(L, 2, &pathLength);
-  if (path.size() != pathLength) luaL_error(L, "host.render: the file's name has a NUL in it");
+  const PictureFile file = CheckPictureFile(L, 2, "host.render");
   NeedTable(L, 3);
   const Options given(L, 3, "host.render", {"dark", "scale"});
   RenderOptions options;
   options.dark = given.Flag("dark");
   options.scale = given.Number("scale", options.scale, 0.25, 16);
-  const bool svg = EndsIn(path, ".svg");
-  if (!svg && !EndsIn(path, ".png")) {
-    return luaL_error(L, "host.render: the file's name must end in .png or .svg");
-  }
-  // What is drawn is looked at as it stands, and must not go meanwhile.
+  // Finalizers could destroy what is being drawn.
   const WithoutCollection still(L);
   std::vector<RenderItem> items;
   options.page = lua_istable(L, 1);
@@ -204,9 +190,7 @@ int Render(lua_State* L) {
   std::string reason;
   bool written = false;
   try {
-    const std::string bytes =
-        RenderPicture(items, options, svg ? PictureKind::kSvg : PictureKind::kPng);
-    written = ZylWriteFile(path, bytes, reason);
+    written = ZylWriteFile(file.path, RenderPicture(items, options, file.kind), reason);
   } catch (const std::exception& failure) {
     reason = failure.what();
   }

@@ -15,6 +15,7 @@
 #include "Errors.h"
 #include "Interruption.h"
 #include "Objects.h"
+#include "PictureCalls.h"
 #include "ScriptHost.h"
 #include "Values.h"
 #include "host/hostapp.h"
@@ -208,12 +209,14 @@ void OpenHostTable(lua_State* L) {
                                 {"keyboard", NewKeyboard},
                                 {"editor", NewEditor},
                                 {"render", Render},
+                                {"picture", NewPicture},
                                 {"pump", Pump},
                                 {"suggestion", NearestNames},
                                 {"fileType", FileType},
                                 {"writeFile", WriteFile},
                                 {nullptr, nullptr}};
   luaL_newlib(L, functions);
+  OpenPictures(L);
   PushNull(L);
   lua_setfield(L, -2, "null");
   lua_createtable(L, 0, 2);

@@ -1,17 +1,27 @@
 // A surface to draw on that becomes the bytes of a PNG or SVG file. Lengths are pixels before
-// scaling, y down; colours are 0xRRGGBB.
+// scaling, y down; colours are 0xRRGGBB. Equal drawings give equal bytes on every machine: a PNG
+// spells text with StrokeFont, an SVG holds it as text, above everything else that is drawn.
 #pragma once
 
 #include <cairo.h>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace zyl {
 
 enum class PictureKind { kPng, kSvg };
+// The kind that the end of a file name asks for; empty for any other name than .png and .svg.
+std::optional<PictureKind> PictureKindOf(std::string_view path);
+
+struct PicturePoint {
+  double x = 0;
+  double y = 0;
+};
 
 class Picture {
  public:
@@ -19,19 +29,24 @@ class Picture {
   static constexpr double kLargestSide = 32767;
   static constexpr double kLargestArea = 100e6;
 
-  // Throws std::runtime_error when the surface cannot be had.
+  // Throws std::runtime_error for a size beyond these limits, and when cairo makes no surface.
   Picture(PictureKind kind, double width, double height, double scale);
 
   void Rectangle(double x, double y, double width, double height, uint32_t rgb);
   void RoundedRectangle(double x, double y, double width, double height, double radius,
                         uint32_t rgb);
-  // `top` is where capitals begin, `size` how high a unit of the font's grid is.
+  void Line(std::span<const PicturePoint> points, double width, uint32_t rgb);
+  void Polygon(std::span<const PicturePoint> points, uint32_t rgb);
+  // `top` is the upper edge of capitals, `size` the height of a unit of the font's grid.
   void Text(double x, double top, std::string_view text, double size, uint32_t rgb);
+  static double TextWidth(std::string_view text, double size);
 
-  // The file's bytes; nothing can be drawn any more.
+  // Returns the file's bytes. Nothing can be drawn afterwards.
   std::string Encode();
 
  private:
+  void Path(std::span<const PicturePoint> points);
+  void StrokeText(double x, double top, std::string_view text, double size);
   void SetColor(uint32_t rgb);
 
   struct Destroy {
@@ -39,7 +54,9 @@ class Picture {
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
   };
   PictureKind kind_;
+  double scale_;
   std::string bytes_;
+  std::string svgText_;  // <text> elements
   std::unique_ptr<cairo_surface_t, Destroy> surface_;
   std::unique_ptr<cairo_t, Destroy> context_;
 };

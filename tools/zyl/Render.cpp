@@ -26,10 +26,6 @@ struct Size {
   double height = 0;
 };
 
-double TextWidth(std::string_view text, double size) {
-  return static_cast<double>(GOText::Length(text)) * kGlyphAdvance * size;
-}
-
 // ---- Lists ----
 
 // Of the display types the numbers, which stand at the right.
@@ -41,7 +37,7 @@ bool IsNumeric(const ListColumn& column) {
 
 double CellWidth(const GOObject& object) {
   const auto* text = dynamic_cast<const GOText*>(&object);
-  if (text != nullptr && text->AutoWidth()) return TextWidth(*text->Text(), 1);
+  if (text != nullptr && text->AutoWidth()) return Picture::TextWidth(*text->Text(), 1);
   GORect bounds;
   object.GetBounds(bounds);
   return bounds.Width();
@@ -52,7 +48,7 @@ std::vector<double> ColumnEdges(const List& list) {
   std::vector<double> widths(static_cast<size_t>(list.View().ColumnCount()));
   for (size_t j = 0; j < widths.size(); ++j) {
     const ListColumn& column = *list.View().Column(static_cast<int>(j));
-    widths[j] = std::max<double>(column.width, TextWidth(column.title, kTitleSize));
+    widths[j] = std::max<double>(column.width, Picture::TextWidth(column.title, kTitleSize));
   }
   for (const ListItem* row = list.First(); row != nullptr; row = row->Next()) {
     for (size_t j = 0; j < widths.size(); ++j) {
@@ -77,7 +73,7 @@ void DrawCellText(Picture& picture, const Theme& theme, const std::string& text,
   const auto room = static_cast<int32_t>((right - left) / kGlyphAdvance + kRounding);
   std::string shown = text;
   if (GOText::Length(text) > room) shown = CutTo(text, std::max(room - 1, 0)) + "\u2026";
-  const double x = atRight ? right - TextWidth(shown, 1) : left;
+  const double x = atRight ? right - Picture::TextWidth(shown, 1) : left;
   picture.Text(x, top, shown, 1, theme.text);
 }
 
@@ -87,7 +83,7 @@ void DrawList(Picture& picture, const Theme& theme, const List& list, double x, 
   picture.Rectangle(x, y, edges.back(), kHeaderHeight, theme.header);
   for (size_t j = 0; j + 1 < edges.size(); ++j) {
     const ListColumn& column = *list.View().Column(static_cast<int>(j));
-    const double width = TextWidth(column.title, kTitleSize);
+    const double width = Picture::TextWidth(column.title, kTitleSize);
     const double left = IsNumeric(column) ? edges[j + 1] - kPadding - width : edges[j] + kPadding;
     picture.Text(x + left, y + 5, column.title, kTitleSize, theme.headerText);
   }
@@ -123,8 +119,10 @@ void DrawList(Picture& picture, const Theme& theme, const List& list, double x, 
 
 Size SizeOf(const RenderItem& item, bool page) {
   if (item.list != nullptr) return SizeOf(*item.list);
-  if (item.object == nullptr) return {TextWidth(item.heading, kHeadingSize), kHeadingHeight};
-  if (const std::string* text = item.object->Text()) return {TextWidth(*text, 1), kTextHeight + 2};
+  if (item.object == nullptr)
+    return {Picture::TextWidth(item.heading, kHeadingSize), kHeadingHeight};
+  if (const std::string* text = item.object->Text())
+    return {Picture::TextWidth(*text, 1), kTextHeight + 2};
   GORect bounds;
   item.object->GetBounds(bounds);
   const bool labelled = page && IsKeyboard(*item.object);
@@ -157,14 +155,6 @@ std::string RenderPicture(const std::vector<RenderItem>& items, const RenderOpti
     whole.width = std::max(whole.width, size.width + 2 * margin);
     whole.height += size.height;
     if (item.heading.empty() && &item != &items.back()) whole.height += kItemGap;
-  }
-  const double wide = std::ceil(whole.width * options.scale);
-  const double high = std::ceil(whole.height * options.scale);
-  if (wide > Picture::kLargestSide || high > Picture::kLargestSide ||
-      wide * high > Picture::kLargestArea) {
-    throw std::runtime_error(
-        "the picture would be too large: " + std::to_string(static_cast<int64_t>(wide)) + " by " +
-        std::to_string(static_cast<int64_t>(high)) + " pixels");
   }
   const Theme& theme = ThemeOf(options.dark);
   Picture picture(kind, whole.width, whole.height, options.scale);

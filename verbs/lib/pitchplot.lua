@@ -1,6 +1,5 @@
 -- The picture of a pitch track: the waveform above, below it the track over a grid of notes, both
 -- over the same time.
-local canvas = require "canvas"
 local notes = require "notes"
 
 local plot = {}
@@ -38,12 +37,16 @@ local function drawWave(surface, sound)
   local lows, highs = extremes(sound, RIGHT - LEFT)
   local peak = 1e-9
   for i, low in ipairs(lows) do peak = math.max(peak, -low, highs[i]) end
-  local tops, bottoms = {}, {}
+  -- A column for each pixel, at least one pixel high.
+  local outline, columns = {}, #lows
   for i, low in ipairs(lows) do
-    tops[i] = middle - highs[i] / peak * half
-    bottoms[i] = math.max(middle - low / peak * half, tops[i] + 1)
+    local top = middle - highs[i] / peak * half
+    local bottom = math.max(middle - low / peak * half, top + 1)
+    outline[2 * i - 1], outline[2 * i] = { LEFT + i - 1, top }, { LEFT + i, top }
+    outline[4 * columns - 2 * i + 2] = { LEFT + i - 1, bottom }
+    outline[4 * columns - 2 * i + 1] = { LEFT + i, bottom }
   end
-  surface:area(LEFT, tops, bottoms, WAVE)
+  surface:polygon(outline, WAVE)
 end
 
 -- The lowest and highest key of the grid: all of the track but its outermost hundredths, and at
@@ -117,8 +120,8 @@ end
 -- Draws into the file `path`. sound: title, rate in Hz, frames, bytes of one channel with the format
 -- and width of a value, values (notes, or false) one for each `block` frames, and with a pitch note
 -- and spread.
-function plot.draw(path, kind, sound)
-  local surface = canvas.new(kind, WIDTH, HEIGHT)
+function plot.draw(path, sound)
+  local surface = host.picture(path, { width = WIDTH, height = HEIGHT })
   local seconds = sound.frames / sound.rate
   local low, high = keyRange(sound)
   local function yOf(note)
@@ -136,8 +139,7 @@ function plot.draw(path, kind, sound)
   end
   surface:text(RIGHT, 28, says, 14, MEDIAN, "end")
   drawTrack(surface, sound, yOf, seconds)
-  local written, reason = host.writeFile(path, surface:encode())
-  if not written then error(reason, 0) end
+  surface:write()
 end
 
 return plot
