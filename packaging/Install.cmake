@@ -10,6 +10,8 @@ install(DIRECTORY lua DESTINATION share/zyl)
 install(DIRECTORY examples DESTINATION share/zyl)
 # Completion for editors, and the manual.
 install(FILES docs/zyl.d.lua DESTINATION share/zyl OPTIONAL)
+install(FILES README.md DESTINATION share/doc/zyl)
+install(DIRECTORY docs DESTINATION share/doc/zyl PATTERN "zyl.d.lua" EXCLUDE)
 install(FILES LICENSE DESTINATION share/doc/zyl RENAME copyright)
 install(FILES packaging/zyl.bash DESTINATION share/bash-completion/completions RENAME zyl)
 

@@ -43,7 +43,7 @@ check.raises("a function has no host value", p.Ask, p, m, "Give")
 -- Calls inside calls: each raises what happened below it.
 local inner
 second.On = nil
-m.On = function(name, depth)
+m.On = function(_, depth)
   if depth > 0 then p:Notify("On", depth - 1) else p:Fail() end
 end
 check.equal(select(2, pcall(p.Notify, p, "On", 5)).kind, "Exception")

@@ -24,7 +24,7 @@ marker.fill = 0xFF123456
 check.equal(marker.fill, 0xFF123456 - 2 ^ 32 | 0)
 marker.fill = nil
 check.equal(marker.fill, nil)
-keyboard = nil
+keyboard = nil  -- luacheck: ignore
 collectgarbage()
 check.equal(marker.name, "KBSelector")
 
@@ -63,7 +63,7 @@ local list = editor.list
 program:ListFillZones(0, editor)
 host.delete(program)
 check.equal(list:cell(1, 0).object, nil)
-editor = nil
+editor = nil  -- luacheck: ignore
 collectgarbage()
 check.equal(list:rowCount(), 4)
 
@@ -171,6 +171,6 @@ for i = 1, 3000 do
   check.equal(type(changing.value) ~= "nil", true)
   swapping.GetList = function() return swappingList end
   other:ListFillKeygroups(swapping)
-  local cell = swappingList:cell(0, 0)
-  check.equal(cell == nil or host.typeof(cell) ~= nil, true)
+  local first = swappingList:cell(0, 0)
+  check.equal(first == nil or host.typeof(first) ~= nil, true)
 end

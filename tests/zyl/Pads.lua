@@ -49,7 +49,7 @@ check.equal(table.concat(sent, " "), "1 2 3 4")
 -- The callback stays without the pad's variable, and goes when it is taken away or the pad goes.
 sent = {}
 pad.onSend = function(value) sent[#sent + 1] = value end
-pad = nil
+pad = nil  -- luacheck: ignore
 collectgarbage()
 p:Send(m, "progress")
 p:Send(m, "progress", 2)

@@ -71,7 +71,7 @@ local function try(method, form, i, otherTypes)
   -- A pad takes the low bits of whatever stands for a parameter number.
   if argument.type == "any" or argument.name == "ParamNumber" then return end
   local types = { [argument.type] = true }
-  for _, other in ipairs(otherTypes) do types[other] = true end
+  for _, name in ipairs(otherTypes) do types[name] = true end
   local failure, what = expectRefused(method, form.arguments, i, wrong(types))
   refused = refused + 1
   if OWN_TEXT[method.name] then
@@ -91,8 +91,9 @@ for _, method in ipairs(reference.methods()) do
   for f, form in ipairs(method.forms) do
     -- A wrong first argument picks the last form.
     local firstTypes = {}
-    for i, other in ipairs(method.forms) do firstTypes[i] = other.arguments[1] and
-                                                            other.arguments[1].type end
+    for i, each in ipairs(method.forms) do
+      firstTypes[i] = each.arguments[1] and each.arguments[1].type
+    end
     for i in ipairs(form.arguments) do
       if i > 1 or f == #method.forms then try(method, form, i, i == 1 and firstTypes or {}) end
     end

@@ -55,11 +55,11 @@ end
 local function excerpt(sound, first, count, step)
   local values, frame, last = {}, first, first + count * step
   local sum, added = 0, 0
-  local order, value = sound.format:sub(1, 1), sound.format:sub(2)
-  local most = order .. value:rep(UNPACKED)
+  local order, code = sound.format:sub(1, 1), sound.format:sub(2)
+  local most = order .. code:rep(UNPACKED)
   while frame < last do
     local now = math.min(UNPACKED, last - frame)
-    local read = { string.unpack(now == UNPACKED and most or order .. value:rep(now), sound.bytes,
+    local read = { string.unpack(now == UNPACKED and most or order .. code:rep(now), sound.bytes,
                                  frame * sound.width + 1) }
     for i = 1, now do
       sum, added = sum + read[i], added + 1
