@@ -2,6 +2,7 @@
 // modules, making objects, fetching errors, delivering queued pad sends.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -64,3 +65,7 @@ ZYLHOST_API void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink
 // Makes the file hold these bytes, whole: on any failure it stays as it was, and `reason` says in
 // one line what went wrong. `path` is UTF-8.
 ZYLHOST_API bool ZylWriteFile(const std::string& path, std::string_view bytes, std::string& reason);
+
+// How many bytes of freed script values and graphic objects each thread keeps for reuse; frees what
+// this thread keeps. With 0, every allocation reaches the allocator, as tests of it need.
+ZYLHOST_API void ZylLimitFreeBlocks(size_t bytes);

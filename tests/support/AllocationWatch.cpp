@@ -13,10 +13,12 @@ std::atomic<size_t> peakBytes{0};
 std::atomic<size_t> largestBytes{SIZE_MAX};
 thread_local uint64_t failIn = 0;
 thread_local bool failed = false;
+thread_local bool failLater = false;
 
 void* Allocate(size_t size) noexcept {
   if (failIn > 0 && --failIn == 0) {
     failed = true;
+    if (failLater) failIn = 1;
     return nullptr;
   }
   if (size > largestBytes.load(std::memory_order_relaxed)) return nullptr;
@@ -61,8 +63,9 @@ size_t AllocationWatch::LiveBytes() { return liveBytes; }
 size_t AllocationWatch::PeakBytes() { return peakBytes; }
 void AllocationWatch::ResetPeak() { peakBytes = liveBytes.load(); }
 void AllocationWatch::SetLargest(size_t bytes) { largestBytes = bytes; }
-void AllocationWatch::FailAt(uint64_t n) {
+void AllocationWatch::FailAt(uint64_t n, Failing failing) {
   failIn = n;
+  failLater = failing == kThisAndAllLater;
   failed = false;
 }
 bool AllocationWatch::HasFailed() { return failed; }

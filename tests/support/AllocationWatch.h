@@ -1,5 +1,5 @@
-// Sees every allocation of a test program: `operator new` is replaced by one that counts, and that
-// can be told to fail. Link AllocationWatch.cpp to have it.
+// Watches every allocation of a test program and its libraries: replaces `operator new` by one that
+// counts and that fails on request. Link AllocationWatch.cpp to install it.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +15,10 @@ class AllocationWatch {
   static void ResetPeak();
   // No single allocation may pass `bytes`: it fails with std::bad_alloc as on a small machine.
   static void SetLargest(size_t bytes);
-  // The n-th allocation of this thread from now on (1 is the next) fails; 0 turns that off.
-  static void FailAt(uint64_t n);
+  // The n-th allocation of this thread from now on (1 is the next) fails; 0 turns that off. With
+  // kThisAndAllLater every later one fails too.
+  enum Failing { kThisAlone, kThisAndAllLater };
+  static void FailAt(uint64_t n, Failing failing = kThisAlone);
   // Whether an allocation was made to fail since FailAt.
   static bool HasFailed();
 };

@@ -136,7 +136,7 @@ class Listener : public ROCAlgo {
     const char* GetBaseClassName() const override { return ""; }
     void Destroy() override { delete this; }
     int CallFunctionIndirect(const char* name, ROCParams* arguments, ROCParam** result) override {
-      const auto found = listener_.functions_.find(name);
+      const auto found = listener_.functions_.find(std::string_view(name));
       if (found == listener_.functions_.end()) return kNoSuchMethod;
       found->second(*arguments, result);
       return 0;
@@ -145,7 +145,7 @@ class Listener : public ROCAlgo {
    private:
     Listener& listener_;
   };
-  std::map<std::string, Function> functions_;
+  std::map<std::string, Function, std::less<>> functions_;  // looked up without allocating
 };
 
 // A fixture with the module loaded and a folder that goes with the test.

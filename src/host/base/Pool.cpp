@@ -1,6 +1,10 @@
 #include "Pool.h"
 
+#include <atomic>
 #include <new>
+#include <utility>
+
+#include "../hostapp.h"
 
 namespace zyl {
 
@@ -13,6 +17,7 @@ constexpr size_t kMostBytes = 0;  // so that a use after the end is seen
 #else
 constexpr size_t kMostBytes = 8u << 20;
 #endif
+std::atomic<size_t> mostBytes{kMostBytes};
 
 // Free blocks are linked through their own memory.
 struct Free {
@@ -46,7 +51,8 @@ void* TakeBlock(size_t bytes) {
 void GiveBlock(void* block, size_t bytes) noexcept {
   const size_t size = SizeClass(bytes);
   Store& mine = store;
-  if (block == nullptr || size >= kSizes || mine.bytes + size * kStep > kMostBytes) {
+  if (block == nullptr || size >= kSizes ||
+      mine.bytes + size * kStep > mostBytes.load(std::memory_order_relaxed)) {
     ::operator delete(block);
     return;
   }
@@ -54,4 +60,14 @@ void GiveBlock(void* block, size_t bytes) noexcept {
   mine.bytes += size * kStep;
 }
 
+void LimitFreeBlocks(size_t bytes) noexcept {
+  mostBytes = bytes;
+  for (Free*& first : store.first) {
+    while (first != nullptr) ::operator delete(std::exchange(first, first->next));
+  }
+  store.bytes = 0;
+}
+
 }  // namespace zyl
+
+void ZylLimitFreeBlocks(size_t bytes) { zyl::LimitFreeBlocks(bytes); }

@@ -9,5 +9,7 @@ namespace zyl {
 
 void* TakeBlock(size_t bytes);
 void GiveBlock(void* block, size_t bytes) noexcept;
+// How many bytes of freed blocks each thread keeps from now on; frees those that this thread keeps.
+void LimitFreeBlocks(size_t bytes) noexcept;
 
 }  // namespace zyl

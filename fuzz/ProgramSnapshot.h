@@ -1,11 +1,12 @@
-// Everything that a call through one program object could change: the object's own fields, its
-// record's bytes, paths and table, and its samples' parameters and sound.
+// A checksum of everything that a call through one program object could change: the object's
+// fields, its record's bytes, paths and table, and its samples' parameters and sound.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -16,8 +17,14 @@ namespace zyl::test {
 
 class ProgramSnapshot {
  public:
-  explicit ProgramSnapshot(const ZylSProgram& object) {
-    Add("the object", &object.program, sizeof object.program);
+  // kAddresses tells a record from an equal one at another address. kCounts instead adds the counts
+  // of uses, locks and list entries, and is comparable between equal programs.
+  enum Identity { kAddresses, kCounts };
+
+  explicit ProgramSnapshot(const ZylSProgram& object, Identity identity = kAddresses)
+      : identity_(identity) {
+    AddReference("the object", object.program);
+    if (identity_ == kCounts) AddLists(object);
     for (const int32_t field :
          {static_cast<int32_t>(object.dirty), static_cast<int32_t>(object.enableRegisterCall),
           object.maxIndyOut, object.midiChannel, object.minPeriod, object.maxPeriod,
@@ -39,7 +46,7 @@ class ProgramSnapshot {
   }
 
  private:
-  // Of each part a sum is kept. Words are mixed so that none is without weight in it.
+  // The checksum of one part.
   struct Part {
     const char* name = "";
     uint64_t count = 0;
@@ -63,6 +70,22 @@ class ProgramSnapshot {
     part.sum ^= part.sum >> 29;
   }
   void AddText(const char* name, std::string_view text) { Add(name, text.data(), text.size()); }
+  void AddNumbers(const char* name, std::initializer_list<int64_t> numbers) {
+    for (const int64_t number : numbers) Add(name, &number, sizeof number);
+  }
+  void AddReference(const char* name, const void* address) {
+    const int64_t identity =
+        identity_ == kAddresses ? reinterpret_cast<intptr_t>(address) : address != nullptr;
+    AddNumbers(name, {identity});
+  }
+
+  void AddLists(const ZylSProgram& object) {
+    AddNumbers("the lists", {object.registeredModules.Count(), object.sampleObjects.Count()});
+    for (auto* node = object.sampleObjects.Head(); node != nullptr; node = node->next) {
+      AddNumbers("the sample objects", {node->item->refCount, node->item->locked});
+      if (node->item->sample != nullptr) AddSample(*node->item->sample);
+    }
+  }
 
   void AddRecord(const akaiProgram& record) {
     Add("the header", static_cast<const akaiProgramHdr*>(&record), sizeof(akaiProgramHdr));
@@ -70,7 +93,9 @@ class ProgramSnapshot {
     Add("the count", &count, sizeof count);
     const auto keygroups = static_cast<size_t>(count);
     Add("the keygroups", record.keyGroupArray, keygroups * sizeof(akaiKeyGroup));
-    Add("the sample table", record.sampleTable, kZones * keygroups * sizeof(genericSample*));
+    for (size_t i = 0; i < kZones * keygroups; ++i) {
+      AddReference("the sample table", record.sampleTable[i]);
+    }
     if (record.tolmoChunk != nullptr) {
       Add("the organ chunk", record.tolmoChunk.get(), sizeof(TolmoChunk));
     }
@@ -94,12 +119,13 @@ class ProgramSnapshot {
   void AddSample(const genericSample& sample) {
     constexpr size_t kMostBytes = 2048;  // of a channel's sound
     const SampleParameters& p = sample.shared();
-    for (const int64_t field :
-         {int64_t{p.dirty}, int64_t{p.sampleRate}, int64_t{p.bits}, int64_t{p.key}, int64_t{p.tune},
-          int64_t{p.playbackType}, int64_t{p.frameCount}, int64_t{p.holdLoopTuneOff},
-          int64_t{p.start}, int64_t{p.end}, int64_t{p.loopCount}, int64_t{sample.channel},
-          int64_t{sample.getChannelCount()}}) {
-      Add("a sample's parameters", &field, sizeof field);
+    AddNumbers(
+        "a sample's parameters",
+        {p.dirty, p.sampleRate, p.bits, p.key, p.tune, p.playbackType, p.frameCount,
+         p.holdLoopTuneOff, p.start, p.end, p.loopCount, sample.channel, sample.getChannelCount()});
+    if (identity_ == kCounts) {
+      AddNumbers("a sample's uses and locks",
+                 {sample.useCount, sample.lockValue, sample.memLocked, sample.copyCount});
     }
     Add("a sample's loops", p.loops, sizeof p.loops);
     AddText("a sample's name", sample.name == nullptr ? "" : sample.name);
@@ -112,7 +138,8 @@ class ProgramSnapshot {
     }
   }
 
-  std::array<Part, 20> parts_;
+  const Identity identity_;
+  std::array<Part, 24> parts_;
 };
 
 }  // namespace zyl::test

@@ -1,13 +1,12 @@
-// Calls the module's methods with arguments of every kind, in programs of every state, from a fixed
-// seed, and watches that the surface keeps its word: a call that fails says why and leaves its
-// program byte for byte as it was.
+// Calls the module's methods with arguments of every kind, on programs in every state, from a fixed
+// seed, and checks that a failing call reports an error and leaves its program unchanged byte for
+// byte.
 //
-// What a method wants at a position is not listed here: a failed call says it, and the next call of
-// that method is more likely to bring it. So methods are covered from the day they are in the
-// table.
+// The arguments that a method wants are not listed here: errors name them, and later calls of that
+// method use them more often. So new methods are covered as soon as they are in the table.
 //
-// Files are written into the scratch folder alone, which becomes the working folder; no allocation
-// may pass kLargestBytes, so that memory runs short now and then.
+// Writes files into the scratch folder only, which becomes the working folder. Allocations beyond
+// kLargestBytes fail.
 #pragma once
 
 #include <cstdint>
@@ -29,15 +28,14 @@ class CallFuzz : private ROCPadListener {
 
   // A new folder, in memory where the system has such a place: calls flush many files to disk.
   static std::string MakeFolder();
-  // The module must be loaded; `folder` exists and belongs to this object alone, which
-  // removes it at its end.
+  // The module must be loaded. `folder` exists; this object owns it and removes it when destroyed.
   CallFuzz(uint32_t seed, std::string folder, int callsPerWorld);
   ~CallFuzz() override;
   CallFuzz(const CallFuzz&) = delete;
   CallFuzz& operator=(const CallFuzz&) = delete;
 
-  // Makes a world of the next state and calls methods in it. False after the first
-  // broken promise, which Fault() tells with all that is needed to see it again.
+  // Makes a world of the next state and calls methods in it. False after the first fault, which
+  // Fault() describes with all that is needed to repeat it.
   bool RunWorld();
   const std::string& Fault() const { return fault_; }
 
@@ -80,6 +78,7 @@ class CallFuzz : private ROCPadListener {
   ROCParam* AnyValue(int type, const std::string& className);
   void FillArguments(size_t method, ROCParams& arguments);
   void Learn(size_t method, const ZylScriptError& error);
+  int Call(size_t method, Program& program, ROCParams& arguments, ROCParam** result);
   bool CallOnce(size_t method, Program& program);
   bool Break(size_t method, const ROCParams& arguments, const std::string& what);
   void Interfere();
@@ -104,8 +103,8 @@ class CallFuzz : private ROCPadListener {
   std::unique_ptr<Listener> listener_;
   std::vector<std::unique_ptr<RIOObject>> others_;
   std::vector<std::shared_ptr<ROCParam>> samples_;
-  bool interfered_ = false;  // a method was called from within the one that runs
-  int depth_ = 0;
+  bool interfered_ = false;            // a callback of the outermost call changed something
+  std::vector<ROCParams*> arguments_;  // of the running calls, the outermost first
 };
 
 }  // namespace zyl::test

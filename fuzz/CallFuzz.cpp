@@ -1,4 +1,4 @@
-#include "reliability/CallFuzz.h"
+#include "CallFuzz.h"
 
 #include <unistd.h>
 
@@ -12,8 +12,8 @@
 #include <sstream>
 #include <thread>
 
+#include "ProgramSnapshot.h"
 #include "frame/ZylSProgram.h"
-#include "reliability/ProgramSnapshot.h"
 #include "support/AllocationWatch.h"
 
 namespace zyl::test {
@@ -40,7 +40,7 @@ const char* const kWords[] = {
     "link.wav", "made/by.wav", ".",          "New Program", "a name that is longer than twelve",
     "%s%n%d"};
 
-// The module exports nothing, so this goes without a look at the type.
+// The module exports no types, so this cannot check the type.
 const ZylSProgram* ObjectBehind(const Program& program) {
   return reinterpret_cast<const ZylSProgram*>(program.Algo()->GetDispatch(true));
 }
@@ -145,7 +145,7 @@ void CallFuzz::RenewFolder() {
 
 void CallFuzz::EndWorld() {
   if (programs_.empty()) return;
-  // A worker may speak through the listener's pads until it has ended.
+  // A worker may send through the listener's pads until it has ended.
   RIOObject* any = programs_[0]->Algo();
   (*programs_[0])("DeleteTempSample");
   Settle(any, "PitchDataCalcCancel");
@@ -214,7 +214,7 @@ void CallFuzz::FillProgram(Program& program) {
   program("CalcProgramPitch");
 }
 
-// Half of the sample objects lose their record, the other half goes itself.
+// Half of the sample objects lose their record, the other half are destroyed.
 void CallFuzz::KillSamples(Program& program) {
   for (size_t i = 0; i < samples_.size(); i += 2) {
     auto* object = reinterpret_cast<CSample*>(samples_[i]->Object());
@@ -226,7 +226,7 @@ void CallFuzz::KillSamples(Program& program) {
   programs_[1]->operator()("PrepareDelete");
 }
 
-// Programs and samples that have grown make way for small ones, so that calls stay quick.
+// Replaces a program that has grown by a small one, so that calls stay fast.
 void CallFuzz::KeepWithinBounds(Program& program) {
   const auto* object = ObjectBehind(program);
   if (object->program != nullptr && object->program->AllocatedKeyGroups() > kMostKeygroups) {
@@ -245,9 +245,9 @@ void CallFuzz::KeepObject(const std::shared_ptr<ROCParam>& value) {
   }
 }
 
-// A module that is told something answers with a call of its own, now and then.
+// A callback calls methods now and then.
 void CallFuzz::Interfere() {
-  if (depth_ > 1 || !Once(4) || programs_.empty()) return;
+  if (arguments_.size() > 1 || !Once(4) || programs_.empty()) return;
   Program& program = *programs_[Any(kPrograms)];
   interfered_ = true;
   CallOnce(Any(static_cast<uint32_t>(counts_.size())), program);
@@ -405,24 +405,29 @@ bool CallFuzz::Break(size_t method, const ROCParams& arguments, const std::strin
   return false;
 }
 
+int CallFuzz::Call(size_t method, Program& program, ROCParams& arguments, ROCParam** result) {
+  arguments_.push_back(&arguments);
+  const int status =
+      program.Algo()->GetDispatch(true)->CallFunctionDirect(methods_[method], &arguments, result);
+  arguments_.pop_back();
+  return status;
+}
+
 bool CallFuzz::CallOnce(size_t method, Program& program) {
   ROCParams arguments;
   FillArguments(method, arguments);
   const auto* object = ObjectBehind(program);
   const ProgramSnapshot before(*object);
-  if (depth_ == 0) interfered_ = false;
-  ++depth_;
+  if (arguments_.empty()) interfered_ = false;
   ++calls_;
   ++counts_[method].calls[state_];
   ROCParam* made = nullptr;
-  const int status =
-      program.Algo()->GetDispatch(true)->CallFunctionDirect(methods_[method], &arguments, &made);
-  --depth_;
+  const int status = Call(method, program, arguments, &made);
   const std::shared_ptr<ROCParam> result(made, deleteROCParam);
   ZylScriptError error;
   const bool reported = ZylTakeError(error);
   if (status == 0) {
-    // A call from within may have left its report; who called it takes it before it returns.
+    // A call made by a callback may have left its report.
     if (reported && !interfered_) return Break(method, arguments, "an error without a status");
     ++counts_[method].done[state_];
     KeepObject(result);
@@ -434,7 +439,7 @@ bool CallFuzz::CallOnce(size_t method, Program& program) {
   if (reported && error.Readable().empty())
     return Break(method, arguments, "an error without text");
   if (reported) Learn(method, error);
-  // The one argument that is looked at after the value was stored: it only says who is told of it.
+  // "UpdateKG" is checked after the value was stored.
   if (!interfered_ && error.argument != "UpdateKG") {
     const std::string difference = ProgramSnapshot(*object).DifferenceFrom(before);
     if (!difference.empty()) {
@@ -457,7 +462,7 @@ bool CallFuzz::RunWorld() {
       method = Any(count);
     }
     if (Once(200)) ZylPump(0);
-    // What the calls have worn out is made anew.
+    // Replace what earlier calls have used up.
     if (state_ == kNoProgram && Once(40)) programs_[Any(kPrograms)] = std::make_unique<Program>();
     if (state_ >= kFullProgram && Once(150)) {
       Program& program = *programs_[Any(kPrograms)];
