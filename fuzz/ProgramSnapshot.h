@@ -88,7 +88,8 @@ class ProgramSnapshot {
   }
 
   void AddRecord(const akaiProgram& record) {
-    Add("the header", static_cast<const akaiProgramHdr*>(&record), sizeof(akaiProgramHdr));
+    Add("the header", static_cast<const akaiProgramHdrImage*>(&record),
+        sizeof(akaiProgramHdrImage));
     const int count = record.AllocatedKeyGroups();
     Add("the count", &count, sizeof count);
     const auto keygroups = static_cast<size_t>(count);

@@ -217,6 +217,19 @@ class ZYLHOST_API vendlKeyGroup : public vendlKeyGroupImage {
   std::string paths_[kZones];
 };
 
+// A program's header record and its organ extension, which lives beside the image.
+class ZYLHOST_API akaiProgramHdr : public akaiProgramHdrImage {
+ public:
+  bool IsTolmoChunk() const { return tolmoChunk != nullptr; }
+  // Creates the extension, filled with zeros, when there is none.
+  void EnableTolmoChunk();
+
+  std::unique_ptr<TolmoChunk> tolmoChunk;
+
+ protected:
+  akaiProgramHdr() : akaiProgramHdrImage() {}
+};
+
 class ZYLHOST_API akaiProgram : public akaiProgramHdr {
  public:
   // First elements of the allocated records; null while there are none.
@@ -256,11 +269,8 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   void setByteResonance(int keygroup, uint8_t value);
   void setUShortResonance(int keygroup, uint16_t value);
 
-  bool IsTolmoChunk() const { return tolmoChunk != nullptr; }
-  void EnableTolmoChunk();
   // Makes a program level change known where the locked record is read.
   void updateLockedTolmo();
-  std::unique_ptr<TolmoChunk> tolmoChunk;
 
   // Bytes in use by this record, with the samples of its zones (each file once).
   int getTotalMem(bool samples) const;

@@ -135,10 +135,10 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
   LIBRARY(355, 1) \
   FIELD(356, uint32_t, tmMidiChannel) \
   FIELD(360, uint32_t, lockCount)
-struct akaiProgramHdr {
+struct akaiProgramHdrImage {
   ZYL_DECLARE_FIELDS(ZYL_PROGRAM_HEADER_FIELDS)
 };
-ZYL_CHECK_FIELDS(akaiProgramHdr, ZYL_PROGRAM_HEADER_FIELDS, 364)
+ZYL_CHECK_FIELDS(akaiProgramHdrImage, ZYL_PROGRAM_HEADER_FIELDS, 364)
 
 // A velocity zone of a keygroup.
 #define ZYL_ZONE_FIELDS(FIELD, ARRAY, LIBRARY) \

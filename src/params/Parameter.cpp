@@ -6,7 +6,7 @@ std::byte* Bytes(void* record) { return static_cast<std::byte*>(record); }
 
 std::byte* ProgramField(akaiProgram& record, const Parameter& row) {
   void* image = row.record == Record::kTolmo ? static_cast<void*>(record.tolmoChunk.get())
-                                             : static_cast<akaiProgramHdr*>(&record);
+                                             : static_cast<akaiProgramHdrImage*>(&record);
   return Bytes(image) + row.place;
 }
 

@@ -15,7 +15,7 @@
 enum class FieldType : uint8_t { kU8, kI8, kU16, kI16, kI32, kText };
 
 // A text field is this long, filled up with NULs; one of full length has no end mark.
-inline constexpr size_t kTextFieldBytes = sizeof(akaiProgramHdr::name);
+inline constexpr size_t kTextFieldBytes = sizeof(akaiProgramHdrImage::name);
 
 enum class Record : uint8_t {
   kProgram,

@@ -42,8 +42,8 @@ constexpr Parameter TextRow(std::string_view method, size_t place, int number) {
 #define ZYL_ROW(prefix, record, structure, field, number, ...)                       \
   Row<decltype(structure::field)>(prefix #field, record, offsetof(structure, field), \
                                   number __VA_OPT__(, ) __VA_ARGS__)
-#define PRG(field, ...) ZYL_ROW("PRG", Record::kProgram, akaiProgramHdr, field, __VA_ARGS__)
-#define PRG_TEXT(field, number) TextRow("PRG" #field, offsetof(akaiProgramHdr, field), number)
+#define PRG(field, ...) ZYL_ROW("PRG", Record::kProgram, akaiProgramHdrImage, field, __VA_ARGS__)
+#define PRG_TEXT(field, number) TextRow("PRG" #field, offsetof(akaiProgramHdrImage, field), number)
 #define TOLMO(field) ZYL_ROW("TolmoPRG", Record::kTolmo, TolmoChunk, field, 0)
 #define KG(field, ...) ZYL_ROW("KG", Record::kKeygroup, akaiKeyGroup, field, __VA_ARGS__)
 #define EXT(field, ...) ZYL_ROW("KG", Record::kExtension, vendlKeyGroupImage, field, __VA_ARGS__)

@@ -59,7 +59,7 @@ int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
 
 int32_t PRGmasterDetune(ZylSProgram&, LoadedProgram program, IndexArg<"Index", 13> index,
                         Opt<int32_t, "NewValue"> newValue) {
-  static_assert(std::size(decltype(akaiProgramHdr::masterDetune){}) == 13);
+  static_assert(std::size(decltype(akaiProgramHdrImage::masterDetune){}) == 13);
   int8_t& detune = program->masterDetune[*index];
   const int32_t before = detune;
   if (newValue) detune = static_cast<int8_t>(*newValue);

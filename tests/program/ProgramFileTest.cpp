@@ -47,7 +47,7 @@ TEST_F(ProgramFile, EveryByteOfTheImagesComesBackAndTheNextFileIsTheSame) {
       }
     };
     // All but what the library keeps itself: channel, count, file name, mask and locks.
-    auto* header = static_cast<akaiProgramHdr*>(record.Get());
+    auto* header = static_cast<akaiProgramHdrImage*>(record.Get());
     const size_t ranges[][2] = {{0, 16}, {17, 42}, {43, 164}, {168, 220}, {352, 356}};
     for (const auto& [from, to] : ranges) scramble(header, from, to);
     for (int k = 0; k < 2; ++k) {
@@ -102,14 +102,14 @@ TEST_F(ProgramFile, DamageUnderAFittingChecksumNeverCrashes) {
       Reads(WithSum(damaged));
     }
   }
-  const std::string head = body.substr(0, 8 + 8 + sizeof(akaiProgramHdr));
+  const std::string head = body.substr(0, 8 + 8 + sizeof(akaiProgramHdrImage));
   struct {
     const char* what;
     std::string body;
     bool good;
   } const rows[] = {
       {"no keygroups at all", head, true},
-      {"a chunk twice", body + body.substr(8, 8 + sizeof(akaiProgramHdr)), false},
+      {"a chunk twice", body + body.substr(8, 8 + sizeof(akaiProgramHdrImage)), false},
       {"keygroups without extensions", head + Chunk("KGRP", std::string(192, 'k')), false},
       {"a path of a zone that is not there", head + Chunk("PATH", std::string(20, '\0')), false},
       {"an organ extension of another size", head + Chunk("TOLM", "short"), false},

@@ -30,7 +30,7 @@ class ProgramRecord {
   akaiProgram* Get() const { return record_; }
 
   size_t KeygroupPlace(int k) const {
-    return sizeof(akaiProgramHdr) + sizeof(akaiKeyGroup) * static_cast<size_t>(k);
+    return sizeof(akaiProgramHdrImage) + sizeof(akaiKeyGroup) * static_cast<size_t>(k);
   }
   size_t ExtensionPlace(int k) const {
     return KeygroupPlace(record_->AllocatedKeyGroups()) +
@@ -38,7 +38,7 @@ class ProgramRecord {
   }
   // The keygroup that a byte of the row belongs to, -1 for the header.
   int KeygroupOf(size_t byte) const {
-    if (byte < sizeof(akaiProgramHdr)) return -1;
+    if (byte < sizeof(akaiProgramHdrImage)) return -1;
     if (byte < ExtensionPlace(0)) {
       return static_cast<int>((byte - KeygroupPlace(0)) / sizeof(akaiKeyGroup));
     }
@@ -52,7 +52,7 @@ class ProgramRecord {
       row.insert(row.end(), first, first + size);
     };
     const int count = record_->AllocatedKeyGroups();
-    add(static_cast<const akaiProgramHdr*>(record_), sizeof(akaiProgramHdr));
+    add(static_cast<const akaiProgramHdrImage*>(record_), sizeof(akaiProgramHdrImage));
     for (int k = 0; k < count; ++k) add(record_->keyGroupArray + k, sizeof(akaiKeyGroup));
     for (int k = 0; k < count; ++k) {
       add(static_cast<const vendlKeyGroupImage*>(record_->keyGroupExtensions + k),

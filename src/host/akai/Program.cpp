@@ -60,7 +60,7 @@ void vendlKeyGroup::setSamplePath(int zone, const char* path, bool keepChannel) 
 // the first of the library's bytes after them says that they are in use.
 void vendlKeyGroup::EnableTolmoChunk() { library110[0] = 1; }
 
-akaiProgram::akaiProgram() : akaiProgramHdr() {}
+akaiProgram::akaiProgram() = default;
 
 akaiProgram::~akaiProgram() {
   Unlock();
@@ -137,7 +137,7 @@ void akaiProgram::setDefault() {
   extensionStore_.assign(1, vendlKeyGroup());
   sampleStore_.assign(kZones, nullptr);
   const uint32_t locks = lockCount;
-  static_cast<akaiProgramHdr&>(*this) = akaiProgramHdr();
+  static_cast<akaiProgramHdrImage&>(*this) = akaiProgramHdrImage();
   lockCount = locks;
   std::memcpy(name, "New Program", 12);
   poly = 15;
@@ -167,7 +167,7 @@ void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
   extensionStore_ = source->extensionStore_;
   sampleStore_.assign(source->sampleStore_.size(), nullptr);
   const uint32_t locks = lockCount;
-  static_cast<akaiProgramHdr&>(*this) = *source;
+  static_cast<akaiProgramHdrImage&>(*this) = *source;
   lockCount = locks;
   tolmoChunk =
       source->tolmoChunk == nullptr ? nullptr : std::make_unique<TolmoChunk>(*source->tolmoChunk);
@@ -279,10 +279,11 @@ void akaiProgram::setUShortResonance(int keygroup, uint16_t value) {
   if (Reaches(keygroup, 0)) keyGroupExtensions[keygroup].filterResonance = value;
 }
 
-void akaiProgram::EnableTolmoChunk() {
+void akaiProgramHdr::EnableTolmoChunk() {
   if (tolmoChunk != nullptr) return;
-  tolmoChunk = std::make_unique<TolmoChunk>();
-  if (lockCount != 0) zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
+  auto chunk = std::make_unique<TolmoChunk>();
+  if (lockCount != 0) zyl::HoldResident(chunk.get(), sizeof(TolmoChunk));
+  tolmoChunk = std::move(chunk);
 }
 // Readers of the record see the chunk itself; there is no copy to bring up to date.
 void akaiProgram::updateLockedTolmo() {}

@@ -115,7 +115,8 @@ std::vector<std::byte> ProgramImage(const akaiProgram& program, const std::strin
   image.AddBlock(kMagic, 4);
   image.AddWORD(kVersion);
   image.AddWORD(0);
-  AddChunk(image, "HEAD", static_cast<const akaiProgramHdr*>(&program), sizeof(akaiProgramHdr));
+  AddChunk(image, "HEAD", static_cast<const akaiProgramHdrImage*>(&program),
+           sizeof(akaiProgramHdrImage));
   const int count = program.AllocatedKeyGroups();
   AddChunk(image, "KGRP", program.keyGroupArray, sizeof(akaiKeyGroup) * static_cast<size_t>(count));
   MemInterpreter extensions;
@@ -338,7 +339,7 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
   };
   const size_t count = chunk("KGRP").size() / sizeof(akaiKeyGroup);
   const bool organ = !chunk("TOLM").empty();
-  if (chunk("HEAD").size() != sizeof(akaiProgramHdr) ||
+  if (chunk("HEAD").size() != sizeof(akaiProgramHdrImage) ||
       (organ && chunk("TOLM").size() != sizeof(TolmoChunk)) ||
       chunk("KGRP").size() != count * sizeof(akaiKeyGroup) ||
       chunk("KEXT").size() != count * sizeof(vendlKeyGroupImage) ||
@@ -353,7 +354,7 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
     vendlKeyGroupImage& image = extensions[k];
     std::memcpy(&image, chunk("KEXT").data() + k * sizeof(image), sizeof(image));
   }
-  akaiProgramHdr& header = *program;
+  akaiProgramHdrImage& header = *program;
   std::memcpy(&header, chunk("HEAD").data(), sizeof(header));
   program->lockCount = 0;  // of the program that was written, not of this one
   ProgramStore::Fill(program, std::move(keygroups), std::move(extensions), chunks.others);
