@@ -14,7 +14,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// The buffer is a sequence of whole slots to its end.
+// The buffer is a sequence of whole slots, as a writer makes them, to its end.
 bool IsWhole(PadBytes buffer) {
   while (!buffer.empty()) {
     uint32_t size = 0;
@@ -33,7 +33,7 @@ void TryId(uint32_t id, const std::vector<std::byte>& bytes) {
   if (!slot.empty()) {
     Require(slot.data() >= buffer.data());
     Require(slot.data() + slot.size() <= buffer.data() + buffer.size());
-    Require(slot.size() >= 16 && slot.size() % 8 == 0 && entries.size() * 4 + 12 <= slot.size());
+    Require(slot.size() >= 8 && (entries.empty() || entries.size() * 4 + 12 <= slot.size()));
   }
   const std::vector<std::byte> kept = zyl::WithoutPadSlot(buffer, slot);
   Require(kept.size() == bytes.size() - slot.size());

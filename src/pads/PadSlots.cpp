@@ -1,5 +1,7 @@
 #include "pads/PadSlots.h"
 
+#include <algorithm>
+
 #include "host/qx.h"
 
 namespace {
@@ -23,9 +25,9 @@ const std::byte* FindPadSlot(uint32_t slotId, const std::byte* buffer, size_t le
     MemInterpreter in(slot, kSizeAndId);
     const size_t size = in.GetDWORD();
     const uint32_t id = in.GetDWORD();
-    if (size < kSizeAndId || size > left) return nullptr;
-    if (id == slotId && size >= kHeaderBytes && size % kAlignment == 0) return slot;
-    left -= size;
+    if (size < kSizeAndId) return nullptr;
+    if (id == slotId) return slot;
+    left -= std::min(size, left);
   }
   return nullptr;
 }
@@ -35,7 +37,9 @@ namespace zyl {
 PadBytes PadSlot(uint32_t slotId, PadBytes buffer) {
   const std::byte* slot = FindPadSlot(slotId, buffer.data(), buffer.size());
   if (slot == nullptr) return {};
-  return {slot, MemInterpreter(slot, kSizeAndId).GetDWORD()};
+  const PadBytes rest = buffer.subspan(static_cast<size_t>(slot - buffer.data()));
+  const size_t size = MemInterpreter(slot, kSizeAndId).GetDWORD();
+  return rest.first(std::min(size, rest.size()));
 }
 
 std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot) {
@@ -49,9 +53,9 @@ std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot) {
     entry.number = in.GetWORD();
     entry.value = in.GetSHORT();
   }
-  // The last word of a slot is padding or an entry. Parameter 0 names nothing and is never written
-  // with the value 0, so zeros are padding.
-  if (!entries.empty() && entries.back() == PadEntry()) entries.pop_back();
+  // A padded slot is a multiple of 8 bytes long, so its number of words is odd. Parameter 0 names
+  // nothing and is never written with the value 0, so a last word of zeros is padding.
+  if (entries.size() % 2 == 1 && entries.back() == PadEntry()) entries.pop_back();
   return entries;
 }
 

@@ -1,11 +1,11 @@
 // Parameter slots in the bytes of a pad: finding, reading, building, replacing and removing them.
 //
-// A pad holds slots one behind the other. A slot is a header of three 32-bit words (size of the
-// whole slot, slot id, 0) and entries of two 16-bit words (parameter number, signed value), padded
-// with a zero word to a multiple of 8 bytes. All words are little-endian.
+// A pad holds slots without gaps between them. A slot is a header of three 32-bit words (size of
+// the whole slot, slot id, 0) and entries of two 16-bit words (parameter number, signed value),
+// padded with a zero word to a multiple of 8 bytes. All words are little-endian.
 //
-// Bytes of a pad may come from anywhere. A slot is one only when a writer could have made its size
-// and all of it lies within the pad; nothing is read or changed outside the given bytes.
+// The bytes of a pad may come from anywhere. A slot ends where its size says, at most at the end of
+// the given bytes; nothing outside them is read or changed.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +15,8 @@
 
 using PadBytes = std::span<const std::byte>;
 
-// The start of the slot with that id, or null. A size that no writer makes is passed over while it
-// leads on; one below 8 or beyond the end of the buffer ends the walk.
+// The start of the first slot with that id, or null. The walk moves on by each slot's size,
+// whatever it is; a size below 8 ends it, since no progress is possible.
 const std::byte* FindPadSlot(uint32_t slotId, const std::byte* buffer, size_t length);
 
 namespace zyl {
@@ -28,10 +28,11 @@ struct PadEntry {
   bool operator==(const PadEntry&) const = default;
 };
 
-// The bytes of a slot that FindPadSlot has found; empty without one.
+// The bytes of the slot that FindPadSlot finds, cut at the end of the buffer; empty without one.
 PadBytes PadSlot(uint32_t slotId, PadBytes buffer);
 
-// The entries of a found slot, without the padding word; none when the reserved word is not 0.
+// The whole entries of a found slot, without the padding word; none when the slot is shorter than
+// its header or the reserved word is not 0.
 std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot);
 
 std::vector<std::byte> MakePadSlot(uint32_t slotId, std::span<const PadEntry> entries);
