@@ -263,6 +263,9 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   bool setSample(const char* path, int keygroup, int zone, int channel, int reserved);
   // Puts a record (one use of it is taken over) or nothing into the zone, and its path with it.
   void setSample(genericSample* sample, int keygroup, int zone);
+  // Puts another channel of the zone's sample file into the zone, which keeps its path. False
+  // when the file has no such channel. The loaded file is used and never read again.
+  bool setSampleChannel(int keygroup, int zone, int channel);
   bool lockSample(int keygroup, int zone);
   void unlockSample(int keygroup, int zone);
 

@@ -24,19 +24,8 @@ class SampleZone {
     return there ? program_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
   }
 
-  // The zone plays this channel of the file from now on; a channel that the file has not changes
-  // nothing.
   void Reattach(int32_t channel) {
-    genericSample* sample = Sample();
-    if (channel < 0 || channel >= sample->getChannelCount()) return;
-    // The loaded file is taken, never read again: what was edited in it stays, and so does the path
-    // of a file that the disk has in another shape by now.
-    vendlKeyGroup& extension = program_->keyGroupExtensions[keygroup_];
-    const char* path = extension.SamplePath(zone_);
-    const std::string kept = path == nullptr ? "" : path;
-    program_->setSample(sample->createChannelRef(channel), keygroup_, zone_);
-    extension.setSamplePath(zone_, kept.c_str(), true);
-    object.PurgeSampleObjects();
+    if (program_->setSampleChannel(keygroup_, zone_, channel)) object.PurgeSampleObjects();
   }
 
   // Tells the modules that the sample's sound or track is about to change.

@@ -130,9 +130,7 @@ int32_t ChannelOfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup ke
   const genericSample* record = ZoneSample(program, keygroup, zone);
   if (record == nullptr) return -1;
   const int32_t before = record->channel;
-  if (newValue && *newValue >= 0 && *newValue < record->getChannelCount() &&
-      record->filePath != nullptr) {
-    program->setSample(record->filePath, *keygroup, *zone, *newValue, 0);
+  if (newValue && program->setSampleChannel(*keygroup, *zone, *newValue)) {
     object.PurgeSampleObjects();
   }
   return before;

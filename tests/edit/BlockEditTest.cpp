@@ -256,6 +256,12 @@ TEST_F(BlockEdits, ChannelsAreChosenForObjectsAndZonesAndAddedSilent) {
   program("SampleChannel", second, -1);
   EXPECT_EQ(program("SampleChannel", 0, 1, 0).Int(), 1);
   EXPECT_EQ(program("SampleGet", 0, 1).Object(), first) << "the zone plays the first channel now";
+  // The loaded file is used, whatever its path says, and the zone keeps its path.
+  program("ZoneSamplePath", 0, 1, "moved.wav");
+  program("SampleChannel", 0, 1, 2);
+  EXPECT_EQ(program("SampleIntValue", 0, 1, 306, 0).Int(), 2);
+  EXPECT_EQ(program("SampleGet", 0, 1).Object(), first);
+  EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text(), "moved.wav");
   EXPECT_EQ(program("SampleChannel", whole, 1).Int(), -1);
   EXPECT_EQ(program("SampleValue", whole, 0).Int(), 3);
 }

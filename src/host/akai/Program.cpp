@@ -260,6 +260,18 @@ void akaiProgram::setSample(genericSample* sample, int keygroup, int zone) {
   extension.pathChannel[zone] = sample == nullptr ? 0 : sample->channel;
 }
 
+bool akaiProgram::setSampleChannel(int keygroup, int zone, int channel) {
+  if (!Reaches(keygroup, zone)) return false;
+  const int index = kZones * keygroup + zone;
+  genericSample* old = sampleTable[index];
+  if (old == nullptr || channel < 0 || channel >= old->getChannelCount()) return false;
+  genericSample* sample = old->createChannelRef(channel);
+  if (sample == nullptr) return false;
+  PutSample(index, sample);
+  keyGroupExtensions[keygroup].pathChannel[zone] = channel;
+  return true;
+}
+
 bool akaiProgram::lockSample(int keygroup, int zone) {
   if (!Reaches(keygroup, zone)) return false;
   genericSample* sample = sampleTable[kZones * keygroup + zone];
