@@ -20,16 +20,17 @@ bool IsMemory(int32_t number) {
 struct MemoryFigure {
   int32_t bytes;
   bool isPercentage;
-  double percent;  // -1 when there is no whole
+  double percent;  // -1 when the whole is 0 bytes
 };
 MemoryFigure MemoryOf(const akaiProgram& record, int32_t number) {
   const bool locked = number < number::kTotalMemory;
   const int32_t bytes = locked ? record.getTotalLockedMem(true) : record.getTotalMem(true);
   const int32_t part = number - (locked ? number::kLockedMemory : number::kTotalMemory);
   if (part == 0) return {bytes, false, 0};
-  const int32_t ofAll = locked ? getTotalLockedMem() : getTotalMem();
-  const int32_t whole = part == 1 ? ofAll : qxGetTotalPhysicalMemory();
-  return {bytes, true, whole == 0 ? -1.0 : static_cast<double>(bytes) / whole * 100.0};
+  const int64_t ofAll = locked ? getTotalLockedMem() : getTotalMem();
+  // The script's figure of the machine's memory is capped at 2^31 - 1 bytes.
+  const auto whole = static_cast<double>(part == 1 ? ofAll : qxGetPhysicalMemoryBytes());
+  return {bytes, true, whole == 0 ? -1.0 : bytes / whole * 100.0};
 }
 
 int32_t LoadProgramValue(ZylSProgram& object, const Parameter& row) {
