@@ -154,7 +154,7 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
       text = OutputText(GetZoneOutput(object, k, zone));
       const int32_t output =
           typed.Value([&](ROCParam& given) { return OutputFromText(given, object.maxIndyOut); });
-      if (output != kNoValue) SetZoneOutput(object, k, zone, output);
+      if (newText != nullptr) SetZoneOutput(object, k, zone, output);
     }
   });
   return text;

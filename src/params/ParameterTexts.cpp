@@ -3,8 +3,8 @@
 #include <wx/string.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
-#include <vector>
 
 namespace {
 
@@ -44,6 +44,22 @@ std::string Lowered(std::string_view text) {
   std::transform(lowered.begin(), lowered.end(), lowered.begin(), Lower);
   return lowered;
 }
+// The index of the name that a text stands for, -1 for an empty text: the rule of MatchText.
+int32_t MatchingName(Names names, const char* text) {
+  if (*text == '\0') return -1;
+  size_t longest = 0;
+  for (const std::string_view name : names) longest = std::max(longest, name.size());
+  uint32_t left = ~uint32_t{0} >> (32 - names.size());  // a bit for each candidate
+  // No name has a letter beyond the longest one's end.
+  for (size_t i = 0; i < longest && text[i] != '\0'; ++i) {
+    for (size_t n = 0; n < names.size() && !std::has_single_bit(left); ++n) {
+      const std::string_view name = names[n];
+      if (name.size() > i && Lower(name[i]) != Lower(text[i])) left &= ~(uint32_t{1} << n);
+    }
+  }
+  return std::countr_zero(left);
+}
+
 // What was typed, up to a NUL, in lower case.
 std::string LoweredTyped(const ROCParam& typed) { return Lowered(typed.Str().c_str()); }
 bool Contains(const std::string& text, const char* part) {
@@ -146,21 +162,9 @@ Form RulesOf(TextForm form) {
 }  // namespace
 
 int32_t MatchText(Names names, ROCParam& typed) {
-  const char* text = typed.Str().c_str();
-  if (*text == '\0') return -1;
-  std::vector<bool> candidate(names.size(), true);
-  size_t left = names.size();
-  for (size_t i = 0; text[i] != '\0' && left >= 2; ++i) {
-    for (size_t n = 0; n < names.size() && left >= 2; ++n) {
-      const std::string_view name = names[n];
-      if (!candidate[n] || name.size() <= i || Lower(name[i]) == Lower(text[i])) continue;
-      candidate[n] = false;
-      --left;
-    }
-  }
-  const auto found = std::find(candidate.begin(), candidate.end(), true) - candidate.begin();
-  typed.SetStr(names[static_cast<size_t>(found)]);
-  return static_cast<int32_t>(found);
+  const int32_t match = MatchingName(names, typed.Str().c_str());
+  if (match >= 0) typed.SetStr(names[static_cast<size_t>(match)]);
+  return match;
 }
 
 std::string PlaybackTypeText(int32_t value) { return NameOf(kPlaybackTypes, value); }
@@ -184,16 +188,16 @@ std::string OutputText(int32_t output) {
 
 int32_t OutputFromText(ROCParam& typed, int32_t outputs) {
   const std::string text = LoweredTyped(typed);
-  // A signed byte holds it, as the field does.
+  // A signed byte holds an output, as the field does.
   const int32_t output =
       text.empty() ? 0 : static_cast<int8_t>(static_cast<uint32_t>(DecimalValue(text)) - 1u);
-  const int32_t held = std::min(output, std::max(outputs, 0) - 1);
-  if (held < 0 || Contains(text, "o")) {
+  if (output < 0 || Contains(text, "o")) {
     typed.SetStr(kOff);
     return -1;
   }
-  if (held != output) typed.SetStr(std::to_string(int64_t{held} + 1));
-  return held;
+  if (output < outputs) return output;
+  typed.SetStr(std::to_string(outputs));
+  return static_cast<int32_t>(static_cast<uint32_t>(outputs) - 1u);
 }
 
 std::string_view ChannelText(int32_t channel, int32_t channels) {
@@ -226,9 +230,13 @@ int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
     best = channel;
     bestFit = fit(channel);
   }
-  if (best < 0) return ChannelFromText(typed);
-  typed.SetStr(ChannelText(best, channels));
-  return best;
+  if (best >= 0) {
+    typed.SetStr(ChannelText(best, channels));
+    return best;
+  }
+  const int32_t place = MatchingName(kChannels, typed.Str().c_str());
+  if (place >= channels) return -1;
+  return ChannelFromText(typed);
 }
 
 std::string MemoryText(int32_t bytes) {

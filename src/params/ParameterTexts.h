@@ -37,15 +37,16 @@ inline constexpr int32_t kModSources = 24;
 std::string ValueText(TextForm form, int32_t value);
 int32_t ValueFromText(TextForm form, ROCParam& typed);
 
-// An individual output, counted from 0 and shown from 1; below 0 is "Off". A typed output beyond
-// `outputs` is the last one.
+// An individual output, counted from 0 and shown from 1; below 0 is "Off". A typed output at or
+// beyond `outputs` is replaced by `outputs`, also when that is 0 or less, and gives `outputs` - 1.
 std::string OutputText(int32_t output);
 int32_t OutputFromText(ROCParam& typed, int32_t outputs);
 
 // The name of a channel of a sample with this many channels, "" when it has none.
 std::string_view ChannelText(int32_t channel, int32_t channels);
 // The channel that a typed name means: the one that is shown so (of several the current one), the
-// first one whose text begins so, and only then the name's place in the table of channel names.
+// first one whose text begins so, and only then the name's place in the table of channel names. -1
+// when the sample has no such channel; the text is left alone then.
 int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current);
 
 // A number of bytes, in the unit that suits it.
