@@ -25,6 +25,10 @@ namespace {
 int callsLeft = -1;
 int failure = EIO;
 
+// Bytes or a new name that were not flushed yet, and renames of a file in that state.
+bool unflushed = false;
+int hastyRenames = 0;
+
 bool Fails() {
   if (callsLeft < 0 || callsLeft-- > 0) return false;
   callsLeft = -1;
@@ -41,10 +45,17 @@ int __real_rename(const char* from, const char* to);
 int __real_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags);
 
 ssize_t __wrap_write(int handle, const void* bytes, size_t count) {
+  unflushed = true;
   return Fails() ? -1 : __real_write(handle, bytes, count);
 }
-int __wrap_fsync(int handle) { return Fails() ? -1 : __real_fsync(handle); }
+int __wrap_fsync(int handle) {
+  if (Fails()) return -1;
+  unflushed = false;
+  return __real_fsync(handle);
+}
 int __wrap_rename(const char* from, const char* to) {
+  if (unflushed) ++hastyRenames;
+  unflushed = true;
   return Fails() ? -1 : __real_rename(from, to);
 }
 int __wrap_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
@@ -152,6 +163,16 @@ class Saves : public testing::Test {
   genericSample* sample_ = nullptr;
   std::vector<Target> targets_;
 };
+
+// A power failure after a save leaves the new file, whole.
+TEST_F(Saves, AreFlushedBeforeAndAfterTheRename) {
+  hastyRenames = 0;
+  for (const Target& target : targets_) {
+    EXPECT_TRUE(target.save());
+    EXPECT_EQ(hastyRenames, 0) << target.path;
+    EXPECT_FALSE(unflushed) << target.path << ": its new name";
+  }
+}
 
 TEST_F(Saves, SurviveEveryFailingWriteFlushLinkAndRename) {
   for (const int error : {EIO, ENOSPC}) {
