@@ -112,7 +112,7 @@ end
 local types = { [128] = "u8", [-128] = "i8", [32896] = "u16", [-32640] = "i16", [98432] = "i32" }
 local kProbe = 0x18080
 
-local function quoted(text) return '"' .. text:gsub('[\\"]', "\\%0") .. '"' end
+local function quoted(given) return '"' .. given:gsub('[\\"]', "\\%0") .. '"' end
 
 -- Items after a heading, in lines of a readable length.
 local function wrapped(lines, heading, items, separator)
@@ -164,7 +164,7 @@ local function takenTexts(level, number, lines, typed, names, read, reset)
       text(level, number, new)
       stored[start], replaced = read(), new.value
       marks = prg:Dirty() or marks
-      for told in pairs(told) do numbers[told] = true end
+      for one in pairs(told) do numbers[one] = true end
     end
     reset(1)
     local first = read()
@@ -175,10 +175,10 @@ local function takenTexts(level, number, lines, typed, names, read, reset)
     if replaced ~= given or isName[given] and not nothing then outcome = outcome .. " " .. quoted(replaced) end
     if marks then outcome = outcome .. " dirty" end
     local sorted = {}
-    for told in pairs(numbers) do sorted[#sorted + 1] = told end
+    for one in pairs(numbers) do sorted[#sorted + 1] = one end
     table.sort(sorted)
-    for _, told in ipairs(sorted) do
-      outcome = outcome .. " notifies " .. (told == number and "itself" or told)
+    for _, one in ipairs(sorted) do
+      outcome = outcome .. " notifies " .. (one == number and "itself" or one)
     end
     if not groups[outcome] then
       groups[outcome] = {}
@@ -273,7 +273,7 @@ local function describe(level, number, lines, claimed, blocks)
     local takes = text(level, number) ~= before
     if first == -1 and before == "" and not takes then return false end
     if takes then
-      local write = function(new) text(level, number, new) end
+      write = function(new) text(level, number, new) end
       local name = methodOf(level, write, "one", "two") or "-"
       claimed[name] = true
       row = row .. " " .. name .. " text\n" .. table.concat(textFieldLines(level, number), "\n")
