@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "frame/Module.h"
 
@@ -141,26 +141,23 @@ void ZylSProgram::NotifyParameterChanged(ROCParam* number, ROCParam* newValue, R
 }
 
 void ZylSProgram::CallRegistered(const char* method, ROCParams& arguments, bool dropDead) {
-  // A called script may register modules, and end ones that are registered: the walk goes over the
-  // entries of this moment, each held until it is over.
-  std::vector<ROCParam*> entries;
+  const RegisteredWalk walk(*this);
   for (auto* node = registeredModules.Head(); node != nullptr; node = node->next) {
-    node->item->AddReference();
-    entries.push_back(node->item);
-  }
-  for (ROCParam* entry : entries) {
-    RIOObject* object = entry->Object();
+    if (node->item == nullptr) continue;
+    RIOObject* object = node->item->Object();
     ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
     if (dispatch != nullptr) {
       ZylCallVirtualMethodVoidIfExists(dispatch, method, &arguments);
     } else if (dropDead) {
-      if (auto* node = registeredModules.Find(entry)) {
-        registeredModules.Remove(node);
-        deleteROCParam(entry);
-      }
+      deleteROCParam(std::exchange(node->item, nullptr));
     }
   }
-  for (ROCParam* entry : entries) deleteROCParam(entry);
+}
+
+ZylSProgram::RegisteredWalk::~RegisteredWalk() {
+  if (--program.walks_ > 0) return;
+  PlexList<ROCParam*>& entries = program.registeredModules;
+  while (auto* node = entries.Find(nullptr)) entries.Remove(node);
 }
 
 void ZylSProgram::ReleaseSampleObject(CSample*& object) {

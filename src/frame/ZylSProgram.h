@@ -56,8 +56,9 @@ class ZylSProgram final : public ZylDLLDispatch {
                               ROCParam* zone);
   void NotifyParameterChanged(int32_t number, ROCParam* newValue, ROCParam* keygroup = nullptr,
                               ROCParam* zone = nullptr);
-  // Calls the named script method of every registered module that can be called. With
-  // `dropDead`, modules that cannot be called any more leave the list.
+  // Calls the named script method of every registered module that has a dispatch, in list order. A
+  // called script may register and delete modules: one registered during the walk is called too.
+  // With `dropDead`, modules without an object or a dispatch are removed from the list.
   void CallRegistered(const char* method, ROCParams& arguments, bool dropDead);
 
   // Gives the list's reference on a sample object back and clears the caller's pointer.
@@ -76,7 +77,7 @@ class ZylSProgram final : public ZylDLLDispatch {
   int32_t smoothLength = 0;
   int32_t findPitchLen = 10;
   double rmsThres = 1e-5;
-  PlexList<ROCParam*> registeredModules;
+  PlexList<ROCParam*> registeredModules;  // during a notification some entries may be null
 
   // Every script method's handler: M reads the arguments and runs the method's body. An object that
   // is destroyed meanwhile goes when its outermost call has ended.
@@ -89,6 +90,19 @@ class ZylSProgram final : public ZylDLLDispatch {
   }
 
  private:
+  // A walk over registeredModules during which no node is removed, so that it is safe whatever the
+  // called scripts do: an entry that is dropped loses its value, and the end of the outermost walk
+  // removes it.
+  struct RegisteredWalk {
+    explicit RegisteredWalk(ZylSProgram& object) : program(object) { ++program.walks_; }
+    ~RegisteredWalk();
+    RegisteredWalk(const RegisteredWalk&) = delete;
+    RegisteredWalk& operator=(const RegisteredWalk&) = delete;
+
+    ZylSProgram& program;
+  };
+
+  int walks_ = 0;
   int runningCalls_ = 0;
   bool destroyed_ = false;
 };

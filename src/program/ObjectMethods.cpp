@@ -36,10 +36,12 @@ void PrepareDelete(ZylSProgram& object) {
 
 void Register(ZylSProgram& object, AlgoArg<"RegisterModule"> module) {
   const RIOObject* algo = module.Object();
-  const auto same = [&](const ROCParam* entry) { return entry->Object() == algo; };
+  const auto same = [&](const ROCParam* entry) {
+    return entry != nullptr && entry->Object() == algo;
+  };
   if (object.registeredModules.FindIf(same) != nullptr) return;
-  module.param->AddReference();
   object.registeredModules.AddTail(module.param);
+  module.param->AddReference();
 }
 
 bool IsValid(ZylSProgram& object) { return object.program != nullptr; }
