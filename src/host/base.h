@@ -330,7 +330,8 @@ class ZYLHOST_API ROCPad : public RIOObject {
   // Tells the listener of the pad's value: at once on the script thread, through the queue of
   // ZylPump from any other. The two numbers are the host's and carry no meaning here.
   void Send(int from, int flags);
-  // The owner's update operation for this pad; on the script thread only.
+  // The owner's update operation for this pad; on the script thread only. Sends that wait for this
+  // pad, and the calls queued before them, are delivered first.
   void UpdateOwner();
   void SetListener(ROCPadListener* listener) { listener_ = listener; }
 

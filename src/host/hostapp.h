@@ -56,7 +56,8 @@ ZYLHOST_API void ZylSetScriptThread();
 ZYLHOST_API bool ZylIsScriptThread();
 // Puts a call into the queue that ZylPump delivers on the script thread; from any thread.
 ZYLHOST_API void ZylPost(std::function<void()> call);
-// Delivers what waits; waits up to `seconds` for the first. Returns how many calls were made.
+// Makes the calls that wait, in the order in which they were posted; waits up to `seconds` for the
+// first. Returns how many it made. A call may pump in turn: the inner pump makes the next calls.
 ZYLHOST_API int ZylPump(double seconds);
 
 // Where diagnostics go; by default a line each on standard error.

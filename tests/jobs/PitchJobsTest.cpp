@@ -362,6 +362,12 @@ TEST_F(PitchJobs, PadsHearOnTheScriptThread) {
   EXPECT_EQ(watcher.updated.size(), 2u);
   program("ClearProgramPitch");
   EXPECT_EQ(watcher.updated.size(), 2u) << "there was no track";
+  program("CalcSamplePitch", sample);
+  Finish();
+  watcher.finishedSent.clear();
+  program("ClearSamplePitch", sample);
+  EXPECT_EQ(watcher.finishedSent.size(), 1u) << "it is not delivered after the cleared";
+  ZylPump(0);
   for (const Watcher* one : {&deaf, &replaced}) {
     EXPECT_TRUE(one->progressSent.empty() && one->finishedSent.empty() && one->updated.empty());
   }

@@ -36,6 +36,27 @@ check.equal(host.pump(), 3)
 check.equal(table.concat(sent, " "), "1 2 3")
 check.equal(host.pump(0.02), 0)
 
+-- A callback that pumps in turn gets the next ones; an update comes after the sends before it.
+local inner
+sent = {}
+pad.onSend = function(value)
+  sent[#sent + 1] = value
+  if value == 1 then inner = host.pump() end
+end
+p:Send(m, "progress", 3)
+check.equal(host.pump(), 1)
+check.equal(inner, 2)
+check.equal(table.concat(sent, " "), "1 2 3")
+sent = {}
+pad.onSend = function(value) sent[#sent + 1] = "send " .. value end
+pad.onUpdate = function(value) sent[#sent + 1] = "update " .. value end
+p:Send(m, "progress", 2)
+pad.value = 7
+p:Update(m, "progress")
+check.equal(table.concat(sent, ", "), "send 1, send 2, update 7")
+check.equal(pad.value, 7)
+check.equal(host.pump(), 0)
+
 -- Errors are raised by the call or the pump; the rest of the queue is delivered.
 sent = {}
 pad.onSend = function(value)

@@ -17,14 +17,55 @@
 
 namespace {
 
+// A call that waits for the script thread. The numbers of the queue's entries ascend.
+struct QueuedCall {
+  uint64_t number;
+  ROCParam pad;  // the pad that the call sends on, or a null object
+  std::function<void()> call;
+};
+
 std::mutex queueMutex;
 std::condition_variable queueFilled;
-std::deque<std::function<void()>> queue;
+std::deque<QueuedCall> queue;
+uint64_t lastNumber = 0;
 
 std::atomic<std::thread::id> scriptThread;
 
 std::mutex sinkMutex;
 std::function<void(std::string_view)> diagnosticSink;
+
+void Post(const ROCParam& pad, std::function<void()> call) {
+  {
+    const std::lock_guard<std::mutex> hold(queueMutex);
+    queue.push_back({lastNumber + 1, pad, std::move(call)});
+    ++lastNumber;
+  }
+  queueFilled.notify_one();
+}
+
+// Makes the waiting calls up to `number`, in order, and returns how many. Each call leaves the
+// queue before it is made, so that a call that delivers in turn continues where this one is.
+int DeliverUpTo(uint64_t number) {
+  for (int made = 0;; ++made) {
+    std::function<void()> call;
+    {
+      const std::lock_guard<std::mutex> hold(queueMutex);
+      if (queue.empty() || queue.front().number > number) return made;
+      call = std::move(queue.front().call);
+      queue.pop_front();
+    }
+    call();
+  }
+}
+
+// The number of the last call that waits to send on the pad; 0 when none does.
+uint64_t LastNumberOf(const ROCPad* pad) {
+  const std::lock_guard<std::mutex> hold(queueMutex);
+  const auto own = std::find_if(queue.rbegin(), queue.rend(), [&](const QueuedCall& waiting) {
+    return waiting.pad.Object() == pad;
+  });
+  return own == queue.rend() ? 0 : own->number;
+}
 
 }  // namespace
 
@@ -40,7 +81,7 @@ void ROCPad::Send(int, int) {
     if (listener_ != nullptr) listener_->OnSend(*this, *value_);
     return;
   }
-  ZylPost([self = self_, value = *value_] {
+  Post(self_, [self = self_, value = *value_] {
     // Only a ROCPad puts its own object into self_, and a destroyed one reads as null.
     auto* pad = static_cast<ROCPad*>(self.Object());
     if (pad != nullptr && pad->listener_ != nullptr) pad->listener_->OnSend(*pad, value);
@@ -70,7 +111,7 @@ void SendNow(const ROCParam& pad, const ROCParam& value) {
 
 void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
   if (pad.Object() == nullptr) return;  // nobody listens: the queue is not filled for nothing
-  ZylPost([pad, value] { SendNow(pad, value); });
+  Post(pad, [pad, value] { SendNow(pad, value); });
 }
 
 void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
@@ -87,7 +128,7 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
     ++own->count;
     own->newest = newest;
   }
-  ZylPost([pad, newest] {
+  Post(pad, [pad, newest] {
     ROCParam sent;
     {
       const std::lock_guard<std::mutex> hold(statesMutex);
@@ -101,22 +142,24 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
 }
 
 void ROCPad::UpdateOwner() {
+  if (const uint64_t last = LastNumberOf(this); last != 0) {
+    // The sends set the pad's value, and their callbacks may delete the pad.
+    const ROCParam self(self_);
+    const ROCParam updated(*value_);
+    DeliverUpTo(last);
+    if (self.Object() == nullptr) return;
+    *value_ = updated;
+  }
   if (listener_ != nullptr) listener_->OnUpdate(*this, *value_);
 }
 
 void ZylSetScriptThread() { scriptThread = std::this_thread::get_id(); }
 bool ZylIsScriptThread() { return scriptThread.load() == std::this_thread::get_id(); }
 
-void ZylPost(std::function<void()> call) {
-  {
-    const std::lock_guard<std::mutex> hold(queueMutex);
-    queue.push_back(std::move(call));
-  }
-  queueFilled.notify_one();
-}
+void ZylPost(std::function<void()> call) { Post(ROCParam(), std::move(call)); }
 
 int ZylPump(double seconds) {
-  std::deque<std::function<void()>> taken;
+  uint64_t last;
   {
     std::unique_lock<std::mutex> hold(queueMutex);
     if (queue.empty() && seconds > 0) {
@@ -124,10 +167,9 @@ int ZylPump(double seconds) {
       const auto limit = std::chrono::duration<double>(std::min(seconds, 86400.0));
       queueFilled.wait_for(hold, limit, [] { return !queue.empty(); });
     }
-    taken.swap(queue);
+    last = lastNumber;
   }
-  for (auto& call : taken) call();
-  return static_cast<int>(taken.size());
+  return DeliverUpTo(last);
 }
 
 void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink) {
