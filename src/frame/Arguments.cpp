@@ -11,7 +11,8 @@ bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*&
 
 bool ReadKeyGroup(Call& call, ROCParam*& param) {
   if (!ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, param)) return false;
-  return param->Int() < call.program.program->KeyGroupCount() || call.KeygroupRange();
+  const int32_t count = call.program.program->KeyGroupCount();
+  return param->Int() < count || call.KeygroupRange(param->Int(), count);
 }
 
 bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param) {
@@ -37,13 +38,13 @@ bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& par
 
 bool OneKeyGroup::Read(Call& call, OneKeyGroup& self) {
   if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
-  const bool known = *self >= 0 && *self < call.program.program->KeyGroupCount();
-  return known || call.KeygroupRange();
+  const int32_t count = call.program.program->KeyGroupCount();
+  return (*self >= 0 && *self < count) || call.KeygroupRange(*self, count);
 }
 
 bool OneZone::Read(Call& call, OneZone& self) {
   if (!argument::ReadTyped(call, "ZoneIndex", kTypeInteger, true, self.param)) return false;
-  return (*self >= 0 && *self < kZones) || call.ZoneRange();
+  return (*self >= 0 && *self < kZones) || call.ZoneRange(*self, kZones);
 }
 
 bool PadArg::Read(Call& call, PadArg& self) {

@@ -22,3 +22,8 @@ bool Call::Failure(const char* format) {
   status = ZylException(result, wxString::Format(format, method).utf8_str());
   return false;
 }
+bool Call::RangeError(const char* format, int32_t index, int32_t count) {
+  Failure(format);
+  ZylErrorIndex(index, count);
+  return false;
+}

@@ -28,8 +28,13 @@ class Call {
   // A text with one %s for the method's name.
   bool Failure(const char* format);
   bool NoProgram() { return Failure("%s: No program loaded. Method can not execute!"); }
-  bool KeygroupRange() { return Failure("%s: Keygroup index out of range!"); }
-  bool ZoneRange() { return Failure("%s: Zone index out of range!"); }
+  // The index and how many there are are reported besides the text.
+  bool KeygroupRange(int32_t index, int32_t count) {
+    return RangeError("%s: Keygroup index out of range!", index, count);
+  }
+  bool ZoneRange(int32_t index, int32_t count) {
+    return RangeError("%s: Zone index out of range!", index, count);
+  }
 
   void Return(ROCParam* value) { *result = value; }
 
@@ -40,5 +45,7 @@ class Call {
   int status = 0;
 
  private:
+  bool RangeError(const char* format, int32_t index, int32_t count);
+
   ROCParams* arguments_;
 };

@@ -123,6 +123,7 @@ class ZYLHOST_API ROCParam {
   void AddReference() {
     if (references_ != UINT16_MAX) ++references_;
   }
+  int References() const { return references_; }
   // True when the last reference went and the value must be freed.
   bool DropReference() { return references_ != UINT16_MAX && --references_ == 0; }
 
@@ -271,6 +272,8 @@ ZYLHOST_API int ZylArgValueException(ROCParam** result, const char* method, cons
 ZYLHOST_API int ZylArgUserException(ROCParam** result, const char* method, const char* text,
                                     int position);
 ZYLHOST_API int ZylException(ROCParam** result, const char* text);
+// Adds to the pending error that it is about an index, and how many items there are.
+ZYLHOST_API void ZylErrorIndex(int32_t index, int32_t count);
 // Passes on a status that a called script method returned.
 ZYLHOST_API int ZylHandleException(int status, ROCParam** result);
 
@@ -279,6 +282,12 @@ ZYLHOST_API int ZylCallVirtualMethodVoidIfExists(ZylDispatch* dispatch, const ch
                                                  ROCParams* arguments);
 ZYLHOST_API int ZylCallVirtualMethodIfExists(ZylDispatch* dispatch, const char* name,
                                              ROCParams* arguments, ROCParam** result);
+// The script methods that a class calls to notify the algorithms registered with its objects.
+inline constexpr char kOnProgramParameterChanged[] = "OnProgramParameterChanged";
+inline constexpr char kOnDeletingPrg[] = "OnDeletingPrg";
+inline constexpr char kOnDeletingSmpl[] = "OnDeletingSmpl";
+inline constexpr const char* kNotifications[] = {kOnProgramParameterChanged, kOnDeletingPrg,
+                                                 kOnDeletingSmpl};
 // The dispatch's class is, or derives from, the named one.
 ZYLHOST_API bool ZylIsKindOf(const ZylDispatch* dispatch, const char* className);
 

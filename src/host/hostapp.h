@@ -5,8 +5,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base.h"
 
@@ -28,6 +30,8 @@ class ZYLHOST_API ZylModule {
 ZYLHOST_API ROCAlgo* ZylNewScriptObject(const char* className);
 // A plain object of that type name: neither algorithm, pad nor sample.
 ZYLHOST_API RIOObject* ZylNewPlainObject(const std::string& typeName);
+// The names of the registered classes.
+ZYLHOST_API std::vector<std::string> ZylClassNames();
 // The method table of a registered class, ended by a null name; null for an unknown class.
 ZYLHOST_API const ZylFuncInfo* ZylClassMethods(const char* className);
 
@@ -41,6 +45,12 @@ struct ZYLHOST_API ZylScriptError {
   std::string given;     // kArgPType: the two class names
   std::string required;
   std::string message;  // kArgUser, kException; otherwise the readable line
+  // The index that was out of range and the number of items, where the method gave them.
+  struct Range {
+    int32_t index;
+    int32_t count;
+  };
+  std::optional<Range> range;
 
   const char* KindName() const;
   // One line that says what was wrong, for people.

@@ -71,6 +71,10 @@ int ZylException(ROCParam**, const char* text) {
   return Report(std::move(error));
 }
 
+void ZylErrorIndex(int32_t index, int32_t count) {
+  if (pending) pending->range = {index, count};
+}
+
 int ZylHandleException(int status, ROCParam**) { return status; }
 
 bool ZylTakeError(ZylScriptError& error) {

@@ -98,6 +98,14 @@ ROCAlgo* ZylNewScriptObject(const char* className) {
   return algo.release();
 }
 
+std::vector<std::string> ZylClassNames() {
+  std::vector<std::string> names;
+  for (const zyl::Registered& entry : zyl::All()) {
+    if (entry.classRecord != nullptr) names.emplace_back(entry.classRecord->className);
+  }
+  return names;
+}
+
 const ZylFuncInfo* ZylClassMethods(const char* className) {
   const std::unique_ptr<ROCAlgo> algo(ZylNewScriptObject(className));
   return algo == nullptr ? nullptr : algo->GetDispatch(true)->GetFuncTable();
