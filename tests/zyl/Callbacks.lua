@@ -97,10 +97,42 @@ for _ = 1, 20 do
   program:Register(module)
   program:Notify("On")
 end
-p:Register(host.algo { On = function() error("reached") end })
-collectgarbage()
-collectgarbage()
-check.equal(p:Notify("On"), 1)
+
+-- An object keeps the algorithms that it holds, and is collected with them although their callbacks
+-- hold it; what it was only given, or host.delete has ended, is collected before it.
+local gone
+local function collect()
+  gone = {}
+  collectgarbage()
+  collectgarbage()
+  return gone
+end
+local function marked(name, fields)
+  local mark = setmetatable({}, { __gc = function() gone[name] = true end })
+  fields.On = function() return mark, fields.holds end
+  return host.algo(fields)
+end
+local keeper = host.new("Probe")
+keeper:Register(marked("registered", { holds = keeper }))
+keeper:Register(host.var(marked("in a variable", {})))
+keeper:Types(marked("only given", {}), 1)
+local deleted = marked("deleted", {})
+keeper:Register(deleted)
+keeper:Register(deleted)
+host.delete(deleted)
+deleted = nil
+collect()
+check.equal(gone["only given"] and gone["deleted"], true)
+check.equal(gone["registered"] or gone["in a variable"], nil)
+check.equal(keeper:Notify("On"), 2)
+keeper = nil
+collect()
+check.equal(gone["registered"] and gone["in a variable"], true)
+keeper = host.new("Probe")
+keeper:Register(marked("of a deleted object", { holds = keeper }))
+host.delete(keeper)
+collect()
+check.equal(gone["of a deleted object"], true)
 
 -- A module's functions may hold the module itself: it is collected all the same.
 local watch = host.var(host.null)

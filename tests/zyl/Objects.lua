@@ -17,7 +17,7 @@ check.equal(type(p.Types), "function")
 check.raises('no method "Tyeps"; did you mean "Types"?', function() return p:Tyeps() end)
 check.raises("'Types'", function() p.Types = 1 end)
 check.raises('host.null has no method "Types"', function() host.null:Types() end)
-check.raises("there is no class 'Nothing'", host.new, "Nothing")
+check.raises('there is no class "Nothing"', host.new, "Nothing")
 for _, wrong in ipairs { host.pad(), host.algo {}, host.null, io.stdout, "p" } do
   check.raises("object:Types(...)", p.Types, wrong)
 end

@@ -1,5 +1,7 @@
 #include "Algo.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +20,7 @@ namespace {
 const char kAlgoMetatable = 0;
 const char kPadMetatable = 0;
 const char kDataPadMetatable = 0;
+const char kNearMisses = 0;  // the set of handler names that a diagnostic was printed for
 
 constexpr int kCallbackFailed = 1;
 
@@ -86,7 +89,7 @@ class ScriptDispatch final : public ZylDispatch {
 
   int CallFunctionIndirect(const char* name, ROCParams* arguments, ROCParam** result) override {
     Callback call{owner, name, arguments, result};
-    const bool done = host_.RunProtected(RunMethod, &call, owner);
+    const bool done = host_.RunProtected(Guarded<RunMethod>, &call, owner);
     if (!done) return kCallbackFailed;
     return call.found ? 0 : kNoSuchMethod;
   }
@@ -107,7 +110,7 @@ class PadCallbacks final : public ROCPadListener {
     Callback call{pad.Owner(), name};
     call.pad = &pad;
     call.value = &value;
-    host_.RunProtected(RunPadCallback, &call, pad.Owner());
+    host_.RunProtected(Guarded<RunPadCallback>, &call, pad.Owner());
   }
   ScriptHost& host_;
 };
@@ -166,6 +169,27 @@ int AlgoIndex(lua_State* L) {
   return 1;
 }
 
+// Prints a diagnostic, once for each name, when the name of the function at `value` is nearly that
+// of a notification: the module would silently never call it.
+void DiagnoseNearMiss(lua_State* L, int name, int value) {
+  if (lua_type(L, name) != LUA_TSTRING || !lua_isfunction(L, value)) return;
+  const std::string given = lua_tostring(L, name);
+  if (std::ranges::find(kNotifications, given) != std::end(kNotifications)) return;
+  const std::string suggestion =
+      Suggestion(given, {std::begin(kNotifications), std::end(kNotifications)});
+  if (suggestion.empty()) return;
+  lua_pushvalue(L, name);
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kNearMisses);
+  lua_pushvalue(L, -2);
+  if (lua_rawget(L, -2) == LUA_TNIL) {
+    lua_pushvalue(L, -3);
+    lua_pushboolean(L, 1);
+    lua_rawset(L, -4);
+    ZylDiagnostic("host.algo: \"" + given + "\" is not the name of a notification" + suggestion);
+  }
+  lua_pop(L, 3);
+}
+
 int AlgoNewIndex(lua_State* L) {
   CheckAlgo(L);
   const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? Key(L) : std::string_view();
@@ -175,6 +199,7 @@ int AlgoNewIndex(lua_State* L) {
   if (lua_getiuservalue(L, 1, kFieldsSlot) != LUA_TTABLE) {
     return luaL_error(L, "this algorithm has no fields");
   }
+  DiagnoseNearMiss(L, 2, 3);
   lua_insert(L, 2);
   lua_rawset(L, 2);
   return 0;
@@ -294,9 +319,11 @@ void PushScriptAlgo(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields) {
 }
 
 void OpenAlgo(lua_State* L) {
-  SaveMetatable(L, "ROCAlgo", nullptr, AlgoNewIndex, &kAlgoMetatable);
-  SaveMetatable(L, "ROCPad", PadIndex, PadNewIndex, &kPadMetatable);
-  SaveMetatable(L, "RODPad", DataPadIndex, DataPadNewIndex, &kDataPadMetatable);
+  lua_newtable(L);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kNearMisses);
+  SaveMetatable(L, "ROCAlgo", nullptr, Guarded<AlgoNewIndex>, &kAlgoMetatable);
+  SaveMetatable(L, "ROCPad", Guarded<PadIndex>, Guarded<PadNewIndex>, &kPadMetatable);
+  SaveMetatable(L, "RODPad", Guarded<DataPadIndex>, Guarded<DataPadNewIndex>, &kDataPadMetatable);
 
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kAlgoMetatable);
   // The listener is the upvalue of addPad and goes with the state, after every pad.
@@ -305,8 +332,8 @@ void OpenAlgo(lua_State* L) {
   lua_pushcfunction(L, FreeListener);
   lua_setfield(L, -2, "__gc");
   lua_setmetatable(L, -2);
-  lua_pushcclosure(L, AddPad, 1);
-  lua_pushcclosure(L, AlgoIndex, 1);
+  lua_pushcclosure(L, Guarded<AddPad>, 1);
+  lua_pushcclosure(L, Guarded<AlgoIndex>, 1);
   lua_setfield(L, -2, "__index");
   lua_pop(L, 1);
 }
@@ -332,6 +359,7 @@ int NewAlgo(lua_State* L) {
   const int fields = lua_gettop(L);
   lua_pushnil(L);
   while (lua_next(L, 1) != 0) {
+    DiagnoseNearMiss(L, lua_gettop(L) - 1, lua_gettop(L));
     lua_pushvalue(L, -2);
     lua_insert(L, -2);
     lua_rawset(L, fields);

@@ -5,7 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "AlgorithmLinks.h"
 #include "Errors.h"
+#include "HostTable.h"
 #include "Objects.h"
 #include "ScriptHost.h"
 #include "Values.h"
@@ -47,7 +49,7 @@ const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
 
 // The call itself, once its arguments are there; what it leaves on the stack are its results.
 int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method, RIOObject* object,
-         ROCParams* list, ArgumentList* arguments) {
+         ROCParams* list, ArgumentList* arguments, AlgorithmLinks* links) {
   ROCParam* result = nullptr;
   int status;
   int keptError = kNoError;
@@ -56,6 +58,7 @@ int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method, RIOObject* o
     status = object->GetDispatch(true)->CallFunctionDirect(method, list, &result);
   }
   const ParamPtr resultOwner(result);
+  if (links != nullptr) links->Settle();
   if (arguments != nullptr) arguments->CopyBack();
   if (keptError != kNoError) RaiseKept(L, keptError);
   if (status != 0) RaiseFailure(L, method, status);
@@ -68,8 +71,7 @@ int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method, RIOObject* o
   return 1;
 }
 
-int CallMethod(lua_State* L) {
-  const auto& bound = *static_cast<const BoundMethod*>(lua_touserdata(L, lua_upvalueindex(1)));
+int CallBound(lua_State* L, const BoundMethod& bound) {
   const ZylFuncInfo& method = *bound.method;
   const ObjectRef* self = SelfOfClass(L, bound.classTag);
   if (self == nullptr) {
@@ -80,9 +82,28 @@ int CallMethod(lua_State* L) {
   if (object == nullptr) return luaL_error(L, "%s: the object has been deleted", method.name);
 
   ScriptHost& host = ScriptHost::Of(L);
-  if (lua_gettop(L) == 1) return Call(L, host, method, object, host.NoArguments(), nullptr);
+  if (lua_gettop(L) == 1) {
+    return Call(L, host, method, object, host.NoArguments(), nullptr, nullptr);
+  }
   ArgumentList arguments(L, 2, method.name);
-  return Call(L, host, method, object, arguments.List(), &arguments);
+  if (!arguments.HasUserdata()) {
+    return Call(L, host, method, object, arguments.List(), &arguments, nullptr);
+  }
+  AlgorithmLinks links(L, *arguments.List());
+  // Making links may run finalizers of the script, which may delete the object.
+  object = self->value.Object();
+  if (object == nullptr) return luaL_error(L, "%s: the object has been deleted", method.name);
+  return Call(L, host, method, object, arguments.List(), &arguments, &links);
+}
+
+int CallMethod(lua_State* L) {
+  const auto& bound = *static_cast<const BoundMethod*>(lua_touserdata(L, lua_upvalueindex(1)));
+  try {
+    return CallBound(L, bound);
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  RaiseNoMemory(L, bound.method->name);
 }
 
 // Pushes the table of the methods that scripts have added to that class.
@@ -97,15 +118,26 @@ void PushAdded(lua_State* L, const char* className) {
   lua_remove(L, -2);
 }
 
-void AppendKeys(lua_State* L, int table, std::vector<std::string>& keys) {
-  lua_pushnil(L);
-  while (lua_next(L, table) != 0) {
-    keys.emplace_back(lua_tostring(L, -2));
-    lua_pop(L, 1);
+// Whether the shipped module zyl, once it is required, adds the method that the value at `name`
+// names. Where the module's own files are not there, it adds none.
+bool IsAddedByZyl(lua_State* L, int name) {
+  const int top = lua_gettop(L);
+  lua_getglobal(L, "require");
+  lua_pushliteral(L, "zyl.zylapi");
+  bool added = false;
+  if (lua_pcall(L, 1, 1, 0) == LUA_OK && lua_istable(L, -1)) {
+    for (lua_Integer i = 1; !added && lua_rawgeti(L, -1, i) == LUA_TTABLE; ++i) {
+      lua_getfield(L, -1, "name");
+      added = lua_rawequal(L, -1, name) != 0;
+      lua_pop(L, 2);
+    }
   }
+  lua_settop(L, top);
+  return added;
 }
 
-// The end of the look-up in a class's methods, argument 1; upvalue 1 is the table of those added.
+// The end of the look-up in a class's methods, argument 1. Upvalue 1 is the table of those added;
+// upvalue 2 tells whether it is the module's main class.
 int UnknownMethod(lua_State* L) {
   if (lua_type(L, 2) == LUA_TSTRING) {
     lua_pushvalue(L, 2);
@@ -119,6 +151,9 @@ int UnknownMethod(lua_State* L) {
   lua_pushvalue(L, lua_upvalueindex(1));
   AppendKeys(L, lua_gettop(L), known);
   std::sort(known.begin(), known.end());
+  if (lua_toboolean(L, lua_upvalueindex(2)) != 0 && IsAddedByZyl(L, 2)) {
+    RaiseText(L, "no method \"" + std::string(name, length) + "\"; require \"zyl\" adds it");
+  }
   RaiseUnknownName(L, "no method", {name, length}, known);
 }
 
@@ -131,7 +166,7 @@ void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {
   lua_newtable(L);
   const int metatable = lua_gettop(L);
   SetObjectMetamethods(L, dispatch.GetClassName());
-  lua_pushcfunction(L, NoField);
+  lua_pushcfunction(L, Guarded<NoField>);
   lua_setfield(L, metatable, "__newindex");
 
   const ZylFuncInfo* table = dispatch.GetFuncTable();
@@ -153,13 +188,22 @@ void MakeClassMetatable(lua_State* L, ZylDispatch& dispatch) {
   }
   lua_createtable(L, 0, 1);
   PushAdded(L, dispatch.GetClassName());
-  lua_pushcclosure(L, UnknownMethod, 1);
+  lua_pushboolean(L, std::string_view(dispatch.GetClassName()) == kMainClass);
+  lua_pushcclosure(L, Guarded<UnknownMethod>, 2);
   lua_setfield(L, -2, "__index");
   lua_setmetatable(L, -2);
   lua_setfield(L, metatable, "__index");
 }
 
 }  // namespace
+
+void AppendKeys(lua_State* L, int table, std::vector<std::string>& keys) {
+  lua_pushnil(L);
+  while (lua_next(L, table) != 0) {
+    if (lua_type(L, -2) == LUA_TSTRING) keys.emplace_back(lua_tostring(L, -2));
+    lua_pop(L, 1);
+  }
+}
 
 void OpenCalls(lua_State* L) {
   lua_newtable(L);

@@ -18,6 +18,9 @@ void PushClassMetatable(lua_State* L, ZylDispatch& dispatch);
 // The names of the methods of the dispatch's class and of those that scripts have added.
 void AppendMethodNames(lua_State* L, ZylDispatch& dispatch, std::vector<std::string>& names);
 
+// Appends the keys, which are strings, of the table at that stack index.
+void AppendKeys(lua_State* L, int table, std::vector<std::string>& keys);
+
 // host.extend(class, methods): adds functions of the script to the methods of a class. Names that
 // the class has itself are refused, and a refused table adds nothing.
 int ExtendClass(lua_State* L);

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "Calls.h"
+#include "Errors.h"
 #include "Objects.h"
 #include "Values.h"
 
@@ -108,7 +109,7 @@ Completion CompleteName(lua_State* L, std::string_view line) {
   }
   request.start = chain;
 
-  lua_pushcfunction(L, Collect);
+  lua_pushcfunction(L, Guarded<Collect>);
   lua_pushlightuserdata(L, &request);
   if (lua_pcall(L, 1, 0, 0) != LUA_OK) lua_pop(L, 1);
   if (request.path.empty()) {

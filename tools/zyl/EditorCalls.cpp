@@ -157,7 +157,7 @@ int NewEditor(lua_State* L) {
   lua_pushvalue(L, listIndex);
   lua_setfield(L, -2, "list");
   lua_pushvalue(L, listIndex);
-  lua_pushcclosure(L, GiveList, 1);
+  lua_pushcclosure(L, Guarded<GiveList>, 1);
   lua_setfield(L, -2, "GetList");
   auto algo = std::make_unique<ROCAlgo>(name);
   algo->SetGraphicRoot(root.release());

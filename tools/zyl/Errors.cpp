@@ -14,6 +14,7 @@ namespace {
 
 // Keys in the registry, by address.
 const char kErrorMetatable = 0;
+const char kNoMemoryError = 0;
 const char kCallbackError = 0;
 const char kCallbackTraceback = 0;
 
@@ -21,7 +22,10 @@ const char kCallbackTraceback = 0;
 // not its own lines.
 bool IsShipped(const lua_Debug& frame) {
   const std::string& folder = LuaFolder();
-  return !folder.empty() && std::string_view(frame.source).starts_with("@" + folder + "/");
+  std::string_view source = frame.source;
+  if (folder.empty() || !source.starts_with('@')) return false;
+  source.remove_prefix(1);
+  return source.starts_with(folder) && source.substr(folder.size()).starts_with('/');
 }
 
 // "file:line: " of the innermost Lua function of the script, or nothing.
@@ -88,7 +92,14 @@ std::string NumberHint(lua_State* L, int index, int expected) {
 // One line that says what was given and what was expected. The method's arguments stand on the
 // stack from index `firstArgument` on.
 std::string Readable(lua_State* L, const ZylScriptError& error, int firstArgument) {
-  if (error.kind == ZylScriptError::kException) return std::string(WithoutClass(error.message));
+  if (error.kind == ZylScriptError::kException) {
+    std::string text(WithoutClass(error.message));
+    if (error.range) {
+      text += " (index " + std::to_string(error.range->index) + ", count " +
+              std::to_string(error.range->count) + ')';
+    }
+    return text;
+  }
   const std::string method(WithoutClass(error.method));
   if (error.position < 1) return method + ": " + error.message;
   const int index = firstArgument + error.position - 1;
@@ -141,30 +152,24 @@ size_t EditDistance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
-}  // namespace
+constexpr char kNoMemory[] = "not enough memory";
 
-void OpenErrors(lua_State* L) {
-  lua_createtable(L, 0, 4);
-  lua_pushcfunction(L, ErrorToString);
-  lua_setfield(L, -2, "__tostring");
-  lua_pushcfunction(L, ErrorConcat);
-  lua_setfield(L, -2, "__concat");
-  lua_pushliteral(L, "method error");
-  lua_setfield(L, -2, "__name");
-  lua_rawsetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
-}
+// A failure that a method reported and its readable line.
+struct Failure {
+  const ZylScriptError& error;
+  const std::string& readable;
+};
 
-void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument) {
-  const bool atArgument = error.kind != ZylScriptError::kException;
-  const std::string readable = Readable(L, error, firstArgument);
+// Protected: makes the error table of the Failure that argument 1 points to.
+int MakeErrorTable(lua_State* L) {
+  const auto& [error, readable] = *static_cast<const Failure*>(lua_touserdata(L, 1));
   const bool ownText =
       error.kind == ZylScriptError::kArgUser || error.kind == ZylScriptError::kException;
-
   lua_createtable(L, 0, 10);
   SetText(L, "kind", error.KindName());
   SetText(L, "message", ownText ? error.message : readable);
   SetText(L, "readable", readable);
-  if (atArgument) {
+  if (error.kind != ZylScriptError::kException) {
     SetText(L, "method", error.method);
     lua_pushinteger(L, error.position);
     lua_setfield(L, -2, "position");
@@ -180,10 +185,74 @@ void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgume
     SetText(L, "given", error.given);
     SetText(L, "required", error.required);
   }
+  if (error.range) {
+    lua_pushinteger(L, error.range->index);
+    lua_setfield(L, -2, "index");
+    lua_pushinteger(L, error.range->count);
+    lua_setfield(L, -2, "count");
+  }
   PushWhere(L);
   lua_setfield(L, -2, "where");
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
   lua_setmetatable(L, -2);
+  return 1;
+}
+
+// Protected: makes the error table of memory that could not be had. Argument 1 is the method's name
+// as a light userdata, or null. Allocates nothing but in Lua.
+int MakeNoMemoryTable(lua_State* L) {
+  const auto* method = static_cast<const char*>(lua_touserdata(L, 1));
+  lua_createtable(L, 0, 4);
+  lua_pushstring(L, ZylScriptError().KindName());
+  lua_setfield(L, -2, "kind");
+  if (method == nullptr) {
+    lua_pushstring(L, kNoMemory);
+  } else {
+    lua_pushfstring(L, "%s: %s", method, kNoMemory);
+  }
+  lua_pushvalue(L, -1);
+  lua_setfield(L, -3, "message");
+  lua_setfield(L, -2, "readable");
+  PushWhere(L);
+  lua_setfield(L, -2, "where");
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
+  lua_setmetatable(L, -2);
+  return 1;
+}
+
+}  // namespace
+
+void OpenErrors(lua_State* L) {
+  lua_createtable(L, 0, 4);
+  lua_pushcfunction(L, ErrorToString);
+  lua_setfield(L, -2, "__tostring");
+  lua_pushcfunction(L, ErrorConcat);
+  lua_setfield(L, -2, "__concat");
+  lua_pushliteral(L, "method error");
+  lua_setfield(L, -2, "__name");
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
+
+  lua_pushcfunction(L, MakeNoMemoryTable);
+  lua_pushlightuserdata(L, nullptr);
+  lua_call(L, 1, 1);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kNoMemoryError);
+}
+
+void RaiseNoMemory(lua_State* L, const char* method) {
+  lua_settop(L, 0);
+  lua_pushcfunction(L, MakeNoMemoryTable);
+  lua_pushlightuserdata(L, const_cast<char*>(method));
+  if (lua_pcall(L, 1, 1, 0) != LUA_OK) lua_rawgetp(L, LUA_REGISTRYINDEX, &kNoMemoryError);
+  lua_error(L);
+  throw;  // not reached: lua_error does not return
+}
+
+void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument) {
+  const std::string readable = Readable(L, error, firstArgument);
+  Failure failure{error, readable};
+  lua_pushcfunction(L, MakeErrorTable);
+  lua_pushlightuserdata(L, &failure);
+  if (lua_pcall(L, 1, 1, 0) != LUA_OK) RaiseNoMemory(L, nullptr);
   lua_error(L);
   throw;  // not reached: lua_error does not return
 }

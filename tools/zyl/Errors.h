@@ -2,6 +2,8 @@
 // after the call, tracebacks.
 #pragma once
 
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +18,22 @@ void OpenErrors(lua_State* L);
 // Raises the error table of a failure that a method reported. The method's arguments stand on the
 // stack from index `firstArgument` on.
 [[noreturn]] void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument);
+// Raises the error of memory that could not be had: a table as for a method that reports an
+// Exception. It has `method` (null for none) and the script's position in its line, unless there is
+// no memory for them: then it is one that was made in advance.
+[[noreturn]] void RaiseNoMemory(lua_State* L, const char* method);
+// The C function `function` for Lua. Lua takes any other exception than its own for an error whose
+// value is on top of the stack, such as the argument that there was no memory to copy.
+template <lua_CFunction function>
+int Guarded(lua_State* L) {
+  try {
+    return function(L);
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  RaiseNoMemory(L, nullptr);
+}
+
 // Raises the error that a CallFrame kept, if there is one.
 void RaiseKept(lua_State* L, int keptError);
 // Raises `what` and the name in quotes, with the nearest of `known` as a suggestion.

@@ -212,20 +212,24 @@ void SaveMetatable(lua_State* L, const char* name, lua_CFunction newIndex, const
 
 void OpenGraphics(lua_State* L) {
   lua_newtable(L);
-  const luaL_Reg objectMethods[] = {
-      {"child", Child}, {"bounds", Bounds}, {"origin", Origin}, {nullptr, nullptr}};
+  const luaL_Reg objectMethods[] = {{"child", Guarded<Child>},
+                                    {"bounds", Guarded<Bounds>},
+                                    {"origin", Guarded<Origin>},
+                                    {nullptr, nullptr}};
   luaL_setfuncs(L, objectMethods, 0);
-  lua_pushcclosure(L, GraphicIndex, 1);
-  SaveMetatable(L, "graphic object", GraphicNewIndex, &kObjectMetatable);
+  lua_pushcclosure(L, Guarded<GraphicIndex>, 1);
+  SaveMetatable(L, "graphic object", Guarded<GraphicNewIndex>, &kObjectMetatable);
 
   lua_newtable(L);
-  const luaL_Reg listMethods[] = {
-      {"rowCount", RowCount}, {"cell", Cell}, {"clear", ClearList}, {nullptr, nullptr}};
+  const luaL_Reg listMethods[] = {{"rowCount", Guarded<RowCount>},
+                                  {"cell", Guarded<Cell>},
+                                  {"clear", Guarded<ClearList>},
+                                  {nullptr, nullptr}};
   luaL_setfuncs(L, listMethods, 0);
   SaveMetatable(L, "list", ReadOnly, &kListMetatable);
 
-  lua_pushcfunction(L, CellIndex);
-  SaveMetatable(L, "list cell", CellNewIndex, &kCellMetatable);
+  lua_pushcfunction(L, Guarded<CellIndex>);
+  SaveMetatable(L, "list cell", Guarded<CellNewIndex>, &kCellMetatable);
 }
 
 bool PushGraphicMetatable(lua_State* L, RIOObject* object) {

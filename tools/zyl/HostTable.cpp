@@ -31,10 +31,14 @@ using Clock = std::chrono::steady_clock;
 // A wait is cut into pieces of this length to notice Ctrl-C.
 constexpr double kWaitSeconds = 0.05;
 
+[[noreturn]] void RaiseUnknownClass(lua_State* L, const char* function, const char* className) {
+  RaiseUnknownName(L, std::string(function) + ": there is no class", className, ZylClassNames());
+}
+
 int New(lua_State* L) {
   const char* className = luaL_checkstring(L, 1);
   std::unique_ptr<RIOObject> object(ZylNewScriptObject(className));
-  if (object == nullptr) return luaL_error(L, "host.new: there is no class '%s'", className);
+  if (object == nullptr) RaiseUnknownClass(L, "host.new", className);
   PushOwned(L, std::move(object));
   // Lua sees the few bytes of the userdata only; objects that nobody holds are found in time when
   // each new one counts for this many KiB.
@@ -46,7 +50,7 @@ int New(lua_State* L) {
 int Methods(lua_State* L) {
   const char* className = luaL_optstring(L, 1, kMainClass);
   const ZylFuncInfo* method = ZylClassMethods(className);
-  if (method == nullptr) return luaL_error(L, "host.methods: there is no class '%s'", className);
+  if (method == nullptr) RaiseUnknownClass(L, "host.methods", className);
   lua_newtable(L);
   for (lua_Integer i = 1; method->name != nullptr; ++method, ++i) {
     lua_pushstring(L, method->name);
@@ -176,6 +180,11 @@ int HostIndex(lua_State* L) {
   } else if (key == "module") {
     lua_pushstring(L, ScriptHost::Of(L).Module().c_str());
   } else {
+    // A name that comes near a known one is a slip. Any other is nil, so that scripts can ask which
+    // functions there are.
+    std::vector<std::string> known = {"sampleRate", "module"};
+    AppendKeys(L, 1, known);
+    if (!Suggestion(key, known).empty()) RaiseUnknownName(L, "host has no field", key, known);
     lua_pushnil(L);
   }
   return 1;
@@ -195,34 +204,34 @@ int HostNewIndex(lua_State* L) {
 }  // namespace
 
 void OpenHostTable(lua_State* L) {
-  const luaL_Reg functions[] = {{"new", New},
-                                {"delete", DeleteObject},
-                                {"extend", ExtendClass},
-                                {"methods", Methods},
-                                {"typeof", TypeOf},
-                                {"object", NewPlainObject},
-                                {"buffer", Buffer},
-                                {"floats", Floats},
-                                {"var", NewVariable},
-                                {"algo", NewAlgo},
-                                {"pad", NewDataPad},
-                                {"keyboard", NewKeyboard},
-                                {"editor", NewEditor},
-                                {"render", Render},
-                                {"picture", NewPicture},
-                                {"pump", Pump},
-                                {"suggestion", NearestNames},
-                                {"fileType", FileType},
-                                {"writeFile", WriteFile},
+  const luaL_Reg functions[] = {{"new", Guarded<New>},
+                                {"delete", Guarded<DeleteObject>},
+                                {"extend", Guarded<ExtendClass>},
+                                {"methods", Guarded<Methods>},
+                                {"typeof", Guarded<TypeOf>},
+                                {"object", Guarded<NewPlainObject>},
+                                {"buffer", Guarded<Buffer>},
+                                {"floats", Guarded<Floats>},
+                                {"var", Guarded<NewVariable>},
+                                {"algo", Guarded<NewAlgo>},
+                                {"pad", Guarded<NewDataPad>},
+                                {"keyboard", Guarded<NewKeyboard>},
+                                {"editor", Guarded<NewEditor>},
+                                {"render", Guarded<Render>},
+                                {"picture", Guarded<NewPicture>},
+                                {"pump", Guarded<Pump>},
+                                {"suggestion", Guarded<NearestNames>},
+                                {"fileType", Guarded<FileType>},
+                                {"writeFile", Guarded<WriteFile>},
                                 {nullptr, nullptr}};
   luaL_newlib(L, functions);
   OpenPictures(L);
   PushNull(L);
   lua_setfield(L, -2, "null");
   lua_createtable(L, 0, 2);
-  lua_pushcfunction(L, HostIndex);
+  lua_pushcfunction(L, Guarded<HostIndex>);
   lua_setfield(L, -2, "__index");
-  lua_pushcfunction(L, HostNewIndex);
+  lua_pushcfunction(L, Guarded<HostNewIndex>);
   lua_setfield(L, -2, "__newindex");
   lua_setmetatable(L, -2);
   lua_setglobal(L, "host");

@@ -131,9 +131,9 @@ void OpenObjects(lua_State* L) {
 
   lua_newtable(L);
   SetObjectMetamethods(L, "host object");
-  lua_pushcfunction(L, PlainIndex);
+  lua_pushcfunction(L, Guarded<PlainIndex>);
   lua_setfield(L, -2, "__index");
-  lua_pushcfunction(L, PlainIndex);
+  lua_pushcfunction(L, Guarded<PlainIndex>);
   lua_setfield(L, -2, "__newindex");
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kPlainMetatable);
 
@@ -144,9 +144,9 @@ void OpenObjects(lua_State* L) {
 }
 
 void SetObjectMetamethods(lua_State* L, const char* name) {
-  const luaL_Reg shared[] = {{"__eq", ObjectEqual},
-                             {"__tostring", ObjectToString},
-                             {"__gc", ObjectGc},
+  const luaL_Reg shared[] = {{"__eq", Guarded<ObjectEqual>},
+                             {"__tostring", Guarded<ObjectToString>},
+                             {"__gc", Guarded<ObjectGc>},
                              {nullptr, nullptr}};
   luaL_setfuncs(L, shared, 0);
   SetKind(L, Kind::kObject, name);
@@ -173,6 +173,7 @@ void PushObject(lua_State* L, RIOObject* object) {
 }
 
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
+  ScriptHost::Of(L).ExpectDestruction();
   // Nobody else knows the object yet, so nobody can have ended it.
   PushNew(L, object.get())->owned = true;
   static_cast<void>(object.release());  // the userdata has it now
@@ -196,6 +197,11 @@ int DeleteObject(lua_State* L) {
   }
   ref->owned = false;
   ref->value = ROCParam();
+  // What the userdata refers to does not have to live until it is collected.
+  for (int slot = 1; slot <= kObjectSlots; ++slot) {
+    lua_pushnil(L);
+    lua_setiuservalue(L, 1, slot);
+  }
   RaiseKept(L, ScriptHost::Of(L).Destroy(L, object, false));
   return 0;
 }

@@ -21,6 +21,7 @@ enum ObjectSlot : int {
   kFieldsSlot = 1,  // of an algorithm: the table of its fields, script methods among them
   kPadsSlot = 2,    // of an algorithm: its pads' callbacks, by the address of the pad
   kOwnerSlot = 1,   // of a part of another object: that one's userdata
+  kHeldSlot = 1,    // of a registered class's object: the algorithms that it holds, as keys
   kObjectSlots = 2,
 };
 

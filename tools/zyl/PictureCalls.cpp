@@ -152,11 +152,11 @@ int NewPicture(lua_State* L) {
 }
 
 void OpenPictures(lua_State* L) {
-  const luaL_Reg methods[] = {{"rect", DrawRectangle},  {"line", DrawLine},
-                              {"polygon", DrawPolygon}, {"text", DrawText},
-                              {"write", WritePicture},  {nullptr, nullptr}};
+  const luaL_Reg methods[] = {{"rect", Guarded<DrawRectangle>},  {"line", Guarded<DrawLine>},
+                              {"polygon", Guarded<DrawPolygon>}, {"text", Guarded<DrawText>},
+                              {"write", Guarded<WritePicture>},  {nullptr, nullptr}};
   luaL_newmetatable(L, kMetatable);
-  lua_pushcfunction(L, CollectPicture);
+  lua_pushcfunction(L, Guarded<CollectPicture>);
   lua_setfield(L, -2, "__gc");
   luaL_newlib(L, methods);
   lua_setfield(L, -2, "__index");

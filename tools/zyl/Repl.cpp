@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 
+#include "Errors.h"
 #include "Interruption.h"
 #include "LineEditor.h"
 #include "Shipped.h"
@@ -100,7 +101,7 @@ Loaded Load(lua_State* L, const std::string& text, int firstLine) {
 bool Run(lua_State* L) {
   lua_pushcfunction(L, ToLine);
   lua_insert(L, -2);
-  lua_pushcfunction(L, RunAndPrint);
+  lua_pushcfunction(L, Guarded<RunAndPrint>);
   lua_insert(L, -2);
   const bool done = lua_pcall(L, 1, 0, -3) == LUA_OK;
   std::fflush(stdout);
@@ -123,7 +124,7 @@ int EndOpenTransactions(lua_State* L) {
 // After Ctrl-C: the next chunk runs as ever.
 void Recover(lua_State* L) {
   ForgetInterrupt(L);
-  lua_pushcfunction(L, EndOpenTransactions);
+  lua_pushcfunction(L, Guarded<EndOpenTransactions>);
   if (lua_pcall(L, 0, 0, 0) != LUA_OK) std::fprintf(stderr, "%s\n", lua_tostring(L, -1));
   lua_settop(L, 0);
 }

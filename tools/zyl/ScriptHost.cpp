@@ -29,7 +29,7 @@ int Help(lua_State* L) {
 // Lets require find the Lua files that ship with zyl: its own before all others, those of the
 // verbs, whose names are common, after them.
 void OpenLuaFolder(lua_State* L) {
-  lua_pushcfunction(L, Help);
+  lua_pushcfunction(L, Guarded<Help>);
   lua_setglobal(L, "help");
   if (LuaFolder().empty()) return;
   lua_getglobal(L, "package");
@@ -89,7 +89,7 @@ int CallChunk(lua_State* L) {
 ScriptHost::ScriptHost(std::string module) : module_(std::move(module)), state_(luaL_newstate()) {
   if (state_ == nullptr) throw std::bad_alloc();
   *static_cast<ScriptHost**>(lua_getextraspace(state_)) = this;
-  lua_pushcfunction(state_, OpenState);
+  lua_pushcfunction(state_, Guarded<OpenState>);
   if (lua_pcall(state_, 0, 0, 0) != LUA_OK) {
     const char* text = lua_tostring(state_, -1);
     const std::string reason = text == nullptr ? "no memory" : text;
@@ -124,7 +124,7 @@ int ScriptHost::RunChunk(int loadStatus, const std::vector<std::string>& argumen
     Chunk chunk{arguments};
     lua_pushcfunction(state_, AddTraceback);
     lua_insert(state_, -2);
-    lua_pushcfunction(state_, CallChunk);
+    lua_pushcfunction(state_, Guarded<CallChunk>);
     lua_insert(state_, -2);
     lua_pushlightuserdata(state_, &chunk);
     status = lua_pcall(state_, 2, 0, -4);
@@ -132,14 +132,18 @@ int ScriptHost::RunChunk(int loadStatus, const std::vector<std::string>& argumen
   if (ExitWasRequested()) return RequestedExitStatus();
   if (status == LUA_OK) return 0;
   const char* text = lua_tostring(state_, -1);
-  const std::string message = text == nullptr ? "an error without a message" : text;
   std::fflush(stdout);
   if (WasInterrupted()) {
     std::fputs("zyl: interrupted\n", stderr);
     return 130;
   }
-  std::fprintf(stderr, "zyl: %s\n", message.c_str());
+  std::fprintf(stderr, "zyl: %s\n", text == nullptr ? "an error without a message" : text);
   return 1;
+}
+
+void ScriptHost::ExpectDestruction() {
+  if (doomed_.capacity() <= expected_) doomed_.reserve(2 * expected_ + 16);
+  ++expected_;
 }
 
 int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
@@ -151,6 +155,7 @@ int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
     doomed_.push_back(object);
     return kNoError;
   }
+  --expected_;
   // The destruction is a call of its own: it may tell scripts about itself.
   int keptError = kNoError;
   {
@@ -164,6 +169,7 @@ void ScriptHost::DestroyDoomed() {
   while (!doomed_.empty()) {
     RIOObject* object = doomed_.front();
     doomed_.erase(doomed_.begin());
+    --expected_;
     delete object;
   }
 }

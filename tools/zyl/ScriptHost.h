@@ -63,6 +63,8 @@ class ScriptHost {
   bool Closing() const { return closing_; }
   bool InCall() const { return innermost_ != nullptr; }
 
+  // Makes room for the destruction of one more object of the script, which then needs no memory.
+  void ExpectDestruction();
   // Destroys an object of the script; waits for the outermost frame when `object` is in a call, or
   // (with `whenIdle`) while any call runs. A waiting object counts as destroyed for scripts.
   // Answers what was kept of the errors of callbacks meanwhile.
@@ -86,6 +88,7 @@ class ScriptHost {
   CallFrame* innermost_ = nullptr;
   bool closing_ = false;
   std::vector<RIOObject*> doomed_;
+  size_t expected_ = 0;  // objects that the script owns, those in doomed_ among them
   ROCParams noArguments_;
 };
 

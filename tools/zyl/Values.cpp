@@ -224,19 +224,19 @@ void SetKind(lua_State* L, Kind kind, const char* name) {
 }
 
 void OpenValues(lua_State* L) {
-  const luaL_Reg variable[] = {{"__index", VariableIndex},
-                               {"__newindex", VariableNewIndex},
-                               {"__tostring", VariableToString},
-                               {"__gc", VariableGc},
+  const luaL_Reg variable[] = {{"__index", Guarded<VariableIndex>},
+                               {"__newindex", Guarded<VariableNewIndex>},
+                               {"__tostring", Guarded<VariableToString>},
+                               {"__gc", Guarded<VariableGc>},
                                {nullptr, nullptr}};
   lua_newtable(L);
   luaL_setfuncs(L, variable, 0);
   SetKind(L, Kind::kVariable, "host.var");
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kVariableMetatable);
 
-  const luaL_Reg null[] = {{"__index", NullIndex},
-                           {"__newindex", NullIndex},
-                           {"__tostring", NullToString},
+  const luaL_Reg null[] = {{"__index", Guarded<NullIndex>},
+                           {"__newindex", Guarded<NullIndex>},
+                           {"__tostring", Guarded<NullToString>},
                            {nullptr, nullptr}};
   lua_newuserdatauv(L, 0, 0);
   lua_newtable(L);
@@ -395,6 +395,7 @@ ROCParam* ArgumentList::Make(int index, const ValueUse& use) {
     case LUA_TSTRING:
       return newROCParam(ToText(L_, index));
     case LUA_TUSERDATA:
+      hasUserdata_ = true;
       if (KindOf(L_, index) == Kind::kVariable) {
         ROCParam* value = static_cast<Variable*>(lua_touserdata(L_, index))->value;
         value->AddReference();

@@ -55,6 +55,7 @@ class ArgumentList {
   void CopyBack() {
     if (hasTables_) CopyTablesBack();
   }
+  bool HasUserdata() const { return hasUserdata_; }
 
  private:
   ROCParam* Make(int index, const ValueUse& use);
@@ -63,6 +64,7 @@ class ArgumentList {
   lua_State* L_;
   int first_;
   bool hasTables_ = false;
+  bool hasUserdata_ = false;
   ROCParams list_;  // releases its entries, also when a Lua error unwinds the constructor
 };
 

@@ -1,0 +1,88 @@
+#include "AlgorithmLinks.h"
+
+#include "Objects.h"
+
+namespace zyl {
+
+namespace {
+
+// Pushes the userdata of the algorithm that the value holds, if the script owns that algorithm.
+bool PushOwnAlgo(lua_State* L, const ROCParam* value) {
+  const RIOObject* object = value == nullptr ? nullptr : value->Object();
+  if (object == nullptr || !object->isROCAlgo() || !PushKnown(L, object)) return false;
+  if (static_cast<ObjectRef*>(lua_touserdata(L, -1))->owned) return true;
+  lua_pop(L, 1);
+  return false;
+}
+
+}  // namespace
+
+AlgorithmLinks::AlgorithmLinks(lua_State* L, const ROCParams& list) : L_(L), list_(list) {
+  for (int i = 0; i < list.count; ++i) {
+    luaL_checkstack(L, 8, "algorithms");
+    if (!PushOwnAlgo(L, list.Entry(i))) continue;
+    any_ = true;
+    if (i < ROCParams::kInside) references_[i] = list.Entry(i)->References();
+    Add();
+    lua_pop(L, 1);
+  }
+}
+
+// Adds the algorithm on top of the stack to the table of links. The value false marks a link that
+// Settle decides on.
+void AlgorithmLinks::Add() {
+  if (lua_getiuservalue(L_, 1, kHeldSlot) != LUA_TTABLE) {
+    lua_pop(L_, 1);
+    lua_newtable(L_);
+    lua_pushvalue(L_, -1);
+    lua_setiuservalue(L_, 1, kHeldSlot);
+  }
+  lua_pushvalue(L_, -2);
+  const bool known = lua_rawget(L_, -2) != LUA_TNIL;
+  lua_pop(L_, 1);
+  if (!known) {
+    RemoveDeleted();
+    lua_pushvalue(L_, -2);
+    lua_pushboolean(L_, 0);
+    lua_rawset(L_, -3);
+  }
+  lua_pop(L_, 1);
+}
+
+// Removes the algorithms that the script has deleted from the table on top of the stack.
+void AlgorithmLinks::RemoveDeleted() {
+  for (lua_pushnil(L_); lua_next(L_, -2) != 0;) {
+    lua_pop(L_, 1);
+    if (static_cast<ObjectRef*>(lua_touserdata(L_, -1))->value.Object() != nullptr) continue;
+    lua_pushvalue(L_, -1);
+    lua_pushnil(L_);
+    lua_rawset(L_, -4);
+  }
+}
+
+void AlgorithmLinks::Settle() {
+  if (!any_) return;
+  const bool linked = lua_getiuservalue(L_, 1, kHeldSlot) == LUA_TTABLE;
+  for (int i = 0; linked && i < list_.count; ++i) {
+    const ROCParam* value = list_.Entry(i);
+    if (!PushOwnAlgo(L_, value)) continue;
+    const int before = i < ROCParams::kInside ? references_[i] : 1;
+    const bool held = value->References() > before;
+    lua_pushvalue(L_, -1);
+    const bool pending = lua_rawget(L_, -3) == LUA_TBOOLEAN && lua_toboolean(L_, -1) == 0;
+    lua_pop(L_, 1);
+    if (!pending) {
+      lua_pop(L_, 1);
+      continue;
+    }
+    if (held) {
+      lua_pushboolean(L_, 1);
+    } else {
+      lua_pushnil(L_);
+    }
+    lua_rawset(L_, -3);
+  }
+  lua_pop(L_, 1);
+}
+
+}  // namespace zyl
