@@ -1,4 +1,4 @@
----@meta
+---@meta zyl
 -- Annotations for editors with a Lua language server: completion, argument names, types. Made by
 -- `./dev docs`; not a file to run.
 
@@ -108,7 +108,7 @@ function ZylSProgram:Dirty(NewDirty) end
 ---@return boolean
 function ZylSProgram:Read(PrgName, LoadSmpl, MC) end
 
----Write the program to PrgPath, or to its own file. WriteMode is passed to the file layer (51 without it).
+---Write the program to PrgPath, or to its own file, which is replaced: other hard links to it keep the old content. WriteMode is passed to the file layer (51 without it).
 ---Needs a program (Create, Read or Find).
 ---@param PrgPath? string
 ---@param WriteMode? integer
@@ -127,7 +127,7 @@ function ZylSProgram:Find(PrgName, MC) end
 ---@return boolean
 function ZylSProgram:Create(ProgramToCopy, CopySamples) end
 
----Register an algorithm: its OnProgramParameterChanged is called at every change, its OnDeletingPrg at the end.
+---Register an algorithm: its OnProgramParameterChanged is called at every change, its OnDeletingSmpl before a sample object or its data goes, its OnDeletingPrg at the end.
 ---@param RegisterModule ROCAlgo
 function ZylSProgram:Register(RegisterModule) end
 
@@ -154,12 +154,12 @@ function ZylSProgram:EmptyPadData(Pad) end
 ---@param SlotID integer
 function ZylSProgram:RemoveDataFromPad(Pad, SlotID) end
 
----Count the channels of a sample file; 0 when it cannot be read.
+---Count the channels of a sample file; 0 when it cannot be read. A file with more than 16 channels is refused.
 ---@param Path string
 ---@return integer
 function ZylSProgram:GetChannelCount(Path) end
 
----Fill ResultArray with the four texts of each preset of a preset file, and count the presets.
+---Fill ResultArray with the name of each preset of a preset file, and count the presets.
 ---@param FilePath string
 ---@param ResultArray table
 ---@return integer
@@ -305,18 +305,18 @@ function ZylSProgram:KGFindByKey(KeyToFind, StartAt) end
 ---@return boolean
 function ZylSProgram:KGSelect(KeyGroupIndex, SelectFlag) end
 
----Whether registered algorithms are told of changes.
+---Whether registered algorithms are notified of changes. Every call of ZoneIntValue switches it on again.
 ---@param Enable? boolean
 ---@return boolean
 function ZylSProgram:EnableRegisterCall(Enable) end
 
----Fill the editor's keygroup list: a row for each keygroup, values shown as keys with KeyAsValue.
+---Append a row for each keygroup to the editor's keygroup list; rows that are there stay. Key columns show note names, or numbers with KeyAsValue true.
 ---Needs a program (Create, Read or Find).
 ---@param ListModule ROCAlgo|host.Null
 ---@param KeyAsValue? boolean
 function ZylSProgram:ListFillKeygroups(ListModule, KeyAsValue) end
 
----Fill the editor's zone list with the four zones of a keygroup.
+---Fill the first four rows of the editor's zone list with the zones of a keygroup. Key columns show note names, or numbers with KeyAsValue true.
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1; a negative one none
 ---@param ListModule ROCAlgo|host.Null
@@ -950,19 +950,19 @@ function ZylSProgram:PRGextTriggerCtrl(NewValue) end
 ---@return integer
 function ZylSProgram:PRGextTriggerThreshold(NewValue) end
 
----Whether the program is muted, 0 or 1; no change of the program that is written.
+---Whether the program is muted, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.
 ---Needs a program (Create, Read or Find).
 ---@param Mute? integer
 ---@return integer
 function ZylSProgram:PRGmute(Mute) end
 
----Whether the program plays alone, 0 or 1; no change of the program that is written.
+---Whether the program plays alone, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.
 ---Needs a program (Create, Read or Find).
 ---@param Solo? integer
 ---@return integer
 function ZylSProgram:PRGsolo(Solo) end
 
----Whether the program is muted by its timbre, 0 or 1; no change of the program that is written.
+---Whether the program is muted by its timbre, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.
 ---Needs a program (Create, Read or Find).
 ---@param Mute? integer
 ---@return integer
@@ -1729,7 +1729,7 @@ function ZylSProgram:Zoneplaybacktype(KeyGroupIndex, ZoneIndex, NewValue) end
 ---@return string
 function ZylSProgram:ZoneSamplePath(KeyGroupIndex, ZoneIndex, NewPath) end
 
----Give the zone the sample of a file, or none when NewSample is absent.
+---Give the zone the sample of a file, or none when NewSample is absent. A file with more than 16 channels is refused.
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1
 ---@param ZoneIndex integer 0 to 3
@@ -1956,7 +1956,7 @@ function ZylSProgram:SampleReverseValues(Sample, StartIndex, EndIndex) end
 ---@return integer
 function ZylSProgram:SampleGetRefCount(Sample) end
 
----Write the sample to NewPath, or to its own file; the bits of ChannelMask choose channels, 0 all of them.
+---Write the sample to NewPath, or to its own file, which is replaced: other hard links to it keep the old content; the bits of ChannelMask choose channels, 0 all of them.
 ---@param Sample CSample
 ---@param NewPath? string
 ---@param ChannelMask? integer
@@ -2082,7 +2082,7 @@ function ZylSProgram:SampleMemory(Sample, LockedMemory) end
 ---@return integer
 function ZylSProgram:PRGIntValue(Index, NewValue) end
 
----Value of the keygroup parameter with that number, 100 to 199: of the last keygroup when several are addressed.
+---Value of the keygroup parameter with that number, 100 to 199: of the last keygroup when several are addressed. Setting it sets the dirty flag and notifies only if NewValue differs from that one value.
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
 ---@param Index integer
@@ -2090,7 +2090,7 @@ function ZylSProgram:PRGIntValue(Index, NewValue) end
 ---@return integer
 function ZylSProgram:KGIntValue(KeyGroupIndex, Index, NewValue) end
 
----Value of the zone parameter with that number, 200 to 299; UpdateKG says for which keygroups the change is told.
+---Value of the zone parameter with that number, 200 to 299; UpdateKG says for which keygroups the change is notified. Every call, also one that only reads, switches notifications on again (EnableRegisterCall).
 ---Needs a program (Create, Read or Find).
 ---@param KeyGroupIndex integer 0 to the count - 1; -1 all keygroups, -2 the selected ones
 ---@param ZoneIndex integer 0 to 3
@@ -2370,14 +2370,6 @@ function ZylSProgram:TolmoPRGfilter_default(NewValue) end
 ---@field zones fun(self: zyl.Keygroup): fun(): zyl.Zone?
 ---@field [string] function
 
----Loop over the keygroups: for kg in prg:keygroups() do ... end.
----@return fun(): zyl.Keygroup?
-function ZylSProgram:keygroups() end
-
----Loop over the zones of all keygroups.
----@return fun(): zyl.Zone?
-function ZylSProgram:zones() end
-
 ---@class zyl.Wanted
 ---@field [integer] integer one of these keygroups
 ---@field key? integer its range holds the key
@@ -2387,16 +2379,47 @@ function ZylSProgram:zones() end
 ---@field all? boolean
 ---@field add? boolean keep those that are selected
 
----Select the keygroups that have everything that is asked for; gives their indexes.
----@param wanted zyl.Wanted
+local zyl = {}
+
+---Loop over the keygroups: for kg in prg:keygroups() do ... end.
+---@return fun(): zyl.Keygroup?
+function ZylSProgram:keygroups() end
+
+---Loop over the keygroups: for kg in prg:keygroups() do ... end.
+---@param program ZylSProgram
+---@return fun(): zyl.Keygroup?
+function zyl.keygroups(program) end
+
+---Loop over the zones of all keygroups: for zone in prg:zones() do ... end.
+---@return fun(): zyl.Zone?
+function ZylSProgram:zones() end
+
+---Loop over the zones of all keygroups: for zone in prg:zones() do ... end.
+---@param program ZylSProgram
+---@return fun(): zyl.Zone?
+function zyl.zones(program) end
+
+---Select the keygroups that have everything that is asked for, and no others; gives their indexes.
+---@param wanted zyl.Wanted indexes, key, keys, sample, where, all, add
 ---@return integer[]
 function ZylSProgram:select(wanted) end
 
----Call the function; when it fails the program is put back as it was, and the error goes on.
----@generic T
----@param body fun(program: ZylSProgram): T
----@return T
+---Select the keygroups that have everything that is asked for, and no others; gives their indexes.
+---@param program ZylSProgram
+---@param wanted zyl.Wanted indexes, key, keys, sample, where, all, add
+---@return integer[]
+function zyl.select(program, wanted) end
+
+---Call body(program) and give its results; when it fails, put the program back as it was and raise the error again.
+---@param body fun(program: ZylSProgram): any
+---@return any
 function ZylSProgram:transaction(body) end
+
+---Call body(program) and give its results; when it fails, put the program back as it was and raise the error again.
+---@param program ZylSProgram
+---@param body fun(program: ZylSProgram): any
+---@return any
+function zyl.transaction(program, body) end
 
 ---@class host
 ---@field null host.Null an object that is null
@@ -2507,3 +2530,5 @@ function host.picture(path, size) end
 ---Print help on a method, a function of host, or all methods with that part of a name.
 ---@param what? string|function
 function help(what) end
+
+return zyl

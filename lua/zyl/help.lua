@@ -43,7 +43,8 @@ local function methodText(method)
   return table.concat(parts)
 end
 
-local function hostText(entry)
+-- The text for an entry of zyl.hostapi or zyl.zylapi.
+local function entryText(entry, prefix)
   local arguments = {}
   for i, argument in ipairs(entry) do
     local name, optional = argument[1]:match("^(%w+)(%??)$")
@@ -51,8 +52,18 @@ local function hostText(entry)
                      optional = optional == "?" }
   end
   local form = { arguments = arguments, results = { entry.result } }
-  return reference.signature("host." .. entry.name, form) .. "\n" .. argumentLines(arguments) ..
+  return reference.signature(prefix .. entry.name, form) .. "\n" .. argumentLines(arguments) ..
          wrapped(entry.meaning, "  ")
+end
+
+-- The text for a function of require "zyl": NAME, zyl.NAME or prg:NAME.
+local function zylText(name)
+  local bare = name:match("^zyl%.([%w_]+)$") or name
+  for _, entry in ipairs(require "zyl.zylapi") do
+    if entry.name == bare then
+      return entryText(entry, "prg:") .. wrapped('Needs require "zyl".', "  ")
+    end
+  end
 end
 
 local function list(methods)
@@ -70,7 +81,8 @@ help NAME            what a method takes, gives and means
 help PART            all methods with PART in their names
 help --search WORD   all methods with WORD in name, arguments or meaning
 
-In scripts: help("KGSort"), help(prg.KGSort), help(host.pump). The methods, and one of each group:
+In scripts: help("KGSort"), help(prg.KGSort), help(host.pump). Of require "zyl": help("zyl.select"),
+and so on for keygroups, zones and transaction. The methods, and one of each group:
 ]] }
   for _, group in ipairs(reference.groups()) do
     lines[#lines + 1] = ("  %-26s %3d  %s\n"):format(group.title, #group.methods,
@@ -86,8 +98,10 @@ function help.named(name)
   local method = reference.method(name)
   if method then return methodText(method) end
   for _, entry in ipairs(require "zyl.hostapi") do
-    if name == "host." .. entry.name and host[entry.name] then return hostText(entry) end
+    if name == "host." .. entry.name then return entryText(entry, "host.") end
   end
+  local ofZyl = zylText(name)
+  if ofZyl then return ofZyl end
   local fitting, part = {}, name:lower()
   for _, candidate in ipairs(reference.methods()) do
     local whole = candidate.name:lower()
@@ -96,10 +110,10 @@ function help.named(name)
   end
   if #fitting == 1 then return methodText(fitting[1]) end
   if #fitting > 1 then return list(fitting) end
-  -- The look-up itself knows the nearest names.
-  local object = host.new("ZylSProgram")
-  local _, reason = pcall(function() return object[name] end)
-  return nil, (tostring(reason):gsub("^.-:%d+: ", ""))
+  local known = host.methods()
+  for _, entry in ipairs(require "zyl.hostapi") do known[#known + 1] = "host." .. entry.name end
+  for _, entry in ipairs(require "zyl.zylapi") do known[#known + 1] = entry.name end
+  return nil, ('no method "%s"%s'):format(name, host.suggestion(name, known))
 end
 
 -- The methods that have all of the words in name, arguments or meaning.
@@ -116,6 +130,11 @@ function help.search(words)
     local all, whole = true, table.concat(text, "\n"):lower()
     for _, word in ipairs(words) do all = all and whole:find(word:lower(), 1, true) ~= nil end
     if all then found[#found + 1] = method end
+  end
+  for _, entry in ipairs(require "zyl.zylapi") do
+    local whole, all = ("zyl.%s\n%s"):format(entry.name, entry.meaning):lower(), true
+    for _, word in ipairs(words) do all = all and whole:find(word:lower(), 1, true) ~= nil end
+    if all then found[#found + 1] = { name = "zyl." .. entry.name, meaning = entry.meaning } end
   end
   if #found > 0 then return list(found) end
   return nil, 'nothing has "' .. table.concat(words, '" and "') .. '" in it'

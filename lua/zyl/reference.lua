@@ -71,8 +71,8 @@ function reference.groups()
   return list
 end
 
--- The name of a method, or of a function of host, that a script holds as a function; nil for any
--- other function.
+-- The name of a method, or of a function of host or of require "zyl", that a script holds as a
+-- function; nil for any other function.
 function reference.nameOf(f)
   local object = host.new("ZylSProgram")
   for _, name in ipairs(host.methods()) do
@@ -80,6 +80,9 @@ function reference.nameOf(f)
   end
   for name, member in pairs(host) do
     if member == f then return "host." .. name end
+  end
+  for name, member in pairs(package.loaded.zyl or {}) do
+    if member == f then return "zyl." .. name end
   end
 end
 

@@ -7,16 +7,16 @@
 #define ZYL_METHOD_LIST(METHOD, FIELD) \
   METHOD(Dirty, "Tell whether the program or one of its samples was changed since it was written; sets the flag.") \
   METHOD(Read, "Attach the program that a program file holds. LoadSmpl 0 leaves the samples on disk (1 without it); MC sets the MIDI channel, -1 Omni.") \
-  METHOD(Write, "Write the program to PrgPath, or to its own file. WriteMode is passed to the file layer (51 without it).") \
+  METHOD(Write, "Write the program to PrgPath, or to its own file, which is replaced: other hard links to it keep the old content. WriteMode is passed to the file layer (51 without it).") \
   METHOD(Find, "Attach a program that is in memory already, by its file name. MC sets the MIDI channel, -1 Omni.") \
   METHOD(Create, "Attach a new program: a copy of ProgramToCopy's, or a default one for a null object. CopySamples false leaves the zones empty.") \
-  METHOD(Register, "Register an algorithm: its OnProgramParameterChanged is called at every change, its OnDeletingPrg at the end.") \
+  METHOD(Register, "Register an algorithm: its OnProgramParameterChanged is called at every change, its OnDeletingSmpl before a sample object or its data goes, its OnDeletingPrg at the end.") \
   METHOD(WriteDataToPad, "Write the values of the numbered parameters into the slot SlotID of a data pad.") \
   METHOD(ReadDataFromPad, "Set the parameters that the slot SlotID of a data pad holds.") \
   METHOD(EmptyPadData, "Remove everything from a data pad.") \
   METHOD(RemoveDataFromPad, "Remove the slot SlotID from a data pad.") \
-  METHOD(GetChannelCount, "Count the channels of a sample file; 0 when it cannot be read.") \
-  METHOD(GetSFPresetArray, "Fill ResultArray with the four texts of each preset of a preset file, and count the presets.") \
+  METHOD(GetChannelCount, "Count the channels of a sample file; 0 when it cannot be read. A file with more than 16 channels is refused.") \
+  METHOD(GetSFPresetArray, "Fill ResultArray with the name of each preset of a preset file, and count the presets.") \
   METHOD(CreateTempSample, "Give the temporary sample for a path and channel, made empty by the path's extension (wav, aif, s) when there is none.") \
   METHOD(GetTempSample, "Give the temporary sample for a path and channel when the file is in memory. Lock true locks it and gives the lock value, false gives the record's number.") \
   METHOD(ReadTempSample, "Give the temporary sample for a path and channel, loaded from its file when it is not in memory. Lock true locks it and gives the lock value.") \
@@ -44,9 +44,9 @@
   METHOD(KGSort, "Sort the keygroups by low key (SortByData 100) or high key (101), ascending with Direction 0, else descending.") \
   METHOD(KGFindByKey, "Find the first keygroup at or after StartAt whose key range holds the key; -1 when there is none.") \
   METHOD(KGSelect, "Tell whether a keygroup is selected, before SelectFlag selects it or not.") \
-  METHOD(EnableRegisterCall, "Whether registered algorithms are told of changes.") \
-  METHOD(ListFillKeygroups, "Fill the editor's keygroup list: a row for each keygroup, values shown as keys with KeyAsValue.") \
-  METHOD(ListFillZones, "Fill the editor's zone list with the four zones of a keygroup.") \
+  METHOD(EnableRegisterCall, "Whether registered algorithms are notified of changes. Every call of ZoneIntValue switches it on again.") \
+  METHOD(ListFillKeygroups, "Append a row for each keygroup to the editor's keygroup list; rows that are there stay. Key columns show note names, or numbers with KeyAsValue true.") \
+  METHOD(ListFillZones, "Fill the first four rows of the editor's zone list with the zones of a keygroup. Key columns show note names, or numbers with KeyAsValue true.") \
   METHOD(UpdateKeyboardSelection, "Colour the keyboards of the editor's keygroup list for a selected key.") \
   METHOD(SampleCopyFile, "Copy a sample file whole; the destination is replaced only when the copy is complete.") \
   METHOD(SetUniqueFilePath, "Give the program a file path in the temporary folder that no file has yet.") \
@@ -128,9 +128,9 @@
   FIELD(PRGextTriggerNote, "Note that the external trigger plays, a MIDI note 0 to 127.") \
   FIELD(PRGextTriggerCtrl, "MIDI controller that the external trigger listens to, 0 to 127.") \
   FIELD(PRGextTriggerThreshold, "Controller value from which the external trigger plays, 0 to 127.") \
-  METHOD(PRGmute, "Whether the program is muted, 0 or 1; no change of the program that is written.") \
-  METHOD(PRGsolo, "Whether the program plays alone, 0 or 1; no change of the program that is written.") \
-  METHOD(PRGtmmute, "Whether the program is muted by its timbre, 0 or 1; no change of the program that is written.") \
+  METHOD(PRGmute, "Whether the program is muted, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.") \
+  METHOD(PRGsolo, "Whether the program plays alone, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.") \
+  METHOD(PRGtmmute, "Whether the program is muted by its timbre, 0 or 1. It is stored in the program file; setting it neither sets the dirty flag nor notifies.") \
   METHOD(PRGtmMidiChannel, "Mask of the MIDI channels, bit 0 for channel 1: those of all objects that hold the program. A value set lasts until one of them changes its channel.") \
   FIELD(KGlowKey, "Lowest key of the range, a MIDI note 0 to 127.") \
   FIELD(KGhighKey, "Highest key of the range, a MIDI note 0 to 127.") \
@@ -215,7 +215,7 @@
   FIELD(ZonepanOffset, "Stereo position added to the program's, usually -50 to 50.") \
   FIELD(Zoneplaybacktype, "Playback: 0 as the sample says, 1 loop into the release, 2 loop until the release, 3 no loops, 4 to the end.") \
   METHOD(ZoneSamplePath, "File path of the zone's sample as the program file keeps it; setting it loads nothing.") \
-  METHOD(ZoneSampleSet, "Give the zone the sample of a file, or none when NewSample is absent.") \
+  METHOD(ZoneSampleSet, "Give the zone the sample of a file, or none when NewSample is absent. A file with more than 16 channels is refused.") \
   METHOD(ZoneSampleExists, "Tell whether the zone has a sample.") \
   FIELD(ZonePitchPlay, "How other pitches are made: 0 resampling, 1 pitch shift, 2 formant, 3 robot.") \
   FIELD(ZoneTimeStretchOffset, "Time stretch of the zone, 0 is none.") \
@@ -248,7 +248,7 @@
   METHOD(SampleOffsetValues, "Add to the frames from StartIndex up to, but not including, EndIndex, held within the sample's width.") \
   METHOD(SampleReverseValues, "Reverse the frames StartIndex to EndIndex, both included.") \
   METHOD(SampleGetRefCount, "Count the users of the sample.") \
-  METHOD(SampleWrite, "Write the sample to NewPath, or to its own file; the bits of ChannelMask choose channels, 0 all of them.") \
+  METHOD(SampleWrite, "Write the sample to NewPath, or to its own file, which is replaced: other hard links to it keep the old content; the bits of ChannelMask choose channels, 0 all of them.") \
   METHOD(SampleWriteMerged, "Write channels of several samples into one file, in the order given.") \
   METHOD(SampleChannel, "Channel of the file that the sample is, from 0; -1 the whole sample, or a zone without one.") \
   METHOD(SampleChannelCount, "Number of channels of the sample's file.") \
@@ -266,8 +266,8 @@
   METHOD(SampleName, "Name of the sample.") \
   METHOD(SampleMemory, "Give the bytes of one channel of the sample; with LockedMemory true, 0 while they are not locked.") \
   METHOD(PRGIntValue, "Value of the program parameter with that number, 1 to 95; -1 for a number that names nothing.") \
-  METHOD(KGIntValue, "Value of the keygroup parameter with that number, 100 to 199: of the last keygroup when several are addressed.") \
-  METHOD(ZoneIntValue, "Value of the zone parameter with that number, 200 to 299; UpdateKG says for which keygroups the change is told.") \
+  METHOD(KGIntValue, "Value of the keygroup parameter with that number, 100 to 199: of the last keygroup when several are addressed. Setting it sets the dirty flag and notifies only if NewValue differs from that one value.") \
+  METHOD(ZoneIntValue, "Value of the zone parameter with that number, 200 to 299; UpdateKG says for which keygroups the change is notified. Every call, also one that only reads, switches notifications on again (EnableRegisterCall).") \
   METHOD(SampleIntValue, "Value of the parameter of a zone's sample with that number, 300 to 315; -1 without a sample.") \
   METHOD(PRGStringValue, "Text of a program parameter as an editor shows it; sets the value from a typed text, which becomes the text that was stored.") \
   METHOD(KGStringValue, "Text of a keygroup parameter as an editor shows it; sets the value from a typed text, which becomes the text that was stored.") \

@@ -98,6 +98,16 @@ TEST(Api, EveryScriptPasses) {
   }
 }
 
+TEST(Api, AHandlerWithNearlyTheNameOfANotificationIsSaidOnce) {
+  const Outcome outcome = Zyl(
+      OverProbe({"eval",
+                 "for i = 1, 2 do host.algo { OnProgramParameterchanged = print, On = print } end "
+                 "local m = host.algo { OnDeletingPrg = print } m.OnDeletingSmpl = print"}));
+  EXPECT_EQ(outcome.err,
+            "zylhost: host.algo: \"OnProgramParameterchanged\" is not the name of a notification; "
+            "did you mean \"OnProgramParameterChanged\"?\n");
+}
+
 // Over the product's module.
 TEST(Api, TheEditorsScriptPasses) {
   const Outcome outcome = Zyl({"run", std::string(ZYL_TEST_SCRIPTS) + "/Editor.lua"});
@@ -147,8 +157,12 @@ TEST(Reference, HelpFindsMethodsByNamePartAndMeaning) {
       {{"help", "kgfilterfreq"}, 0, "parameter number 103"},
       {{"help", "KGenv3Rate"}, 0, "KGenv3Rate4  Time of step 4"},
       {{"help", "host.pump"}, 0, "host.pump([seconds]) -> integer\n"},
+      {{"help", "zyl.transaction"}, 0, "prg:transaction(body) -> any\n"},
+      {{"eval", "require 'zyl' help(host.new('ZylSProgram').zones)"}, 0, "prg:zones()"},
+      {{"help", "--search", "keygroups", "asked"}, 0, "zyl.select"},
       {{"help", "pitch"}, 0, "zyl pitch --help"},
       {{"help", "KGfiltrFreq"}, 1, "did you mean \"KGfilterFreq\"?"},
+      {{"help", "transactoin"}, 1, "did you mean \"transaction\"?"},
       {{"help", "--search", "cutoff", "keygroup"}, 0, "KGfilterFreq      Filter cutoff"},
       {{"help", "--search", "no such word"}, 1, "no such word"},
       {{"help", "a", "b"}, 2, "give one NAME"},
@@ -183,6 +197,13 @@ TEST(CommandLine, ExitStatusAndMessages) {
       {OverProbe({"eval", "print(1) error('here')"}), 1, "1\n",
        "zyl: eval:1: here\nstack traceback"},
       {OverProbe({"eval", "x ="}), 1, "", "eval:1:"},
+      {OverProbe({"eval", "host.nwe()"}), 1, "", "no field \"nwe\"; did you mean \"new\"?"},
+      {OverProbe({"eval", "print(host.qqqqqqqqqq)"}), 0, "nil\n", ""},
+      {{"eval", "local p = host.new('ZylSProgram') p:Create(host.null) p:KGtune(1)"},
+       1,
+       "",
+       "KGtune: Keygroup index out of range! (index 1, count 1)\n"},
+      {{"eval", "host.new('ZylsProgram')"}, 1, "", "did you mean \"ZylSProgram\"?"},
       {OverProbe({"eval", "host.new('Probe'):Fail('abc', 'ArgType')"}), 1, "",
        "zyl: eval:1: Fail: argument 1 \"Number\" is a string, expected an integer\n"},
       {OverProbe({"eval", "print(arg[0], #arg, ...)", "--module", "-x", "--help", ""}), 0,

@@ -5,8 +5,11 @@ local folder = arg[1]
 local inspect = require "zyl.inspect"
 
 local prg = host.new("ZylSProgram")
-check.raises('no method "select"', function() return prg.select end)
-require "zyl"
+check.raises('no method "select"; require "zyl" adds it', function() return prg.select end)
+local zyl = require "zyl"
+for _, entry in ipairs(require "zyl.zylapi") do
+  check.equal(prg[entry.name], zyl[entry.name], entry.name .. " of zyl.zylapi")
+end
 
 prg:Create(host.null)
 for k = 1, 4 do prg:KGCreate(k) end

@@ -147,21 +147,23 @@ local function addMethodStub(lines, method)
   add("")
 end
 
-local function addHostStub(lines, entry)
-  local words = {}
+-- A function `prefix`NAME; `self` is an argument before those of the entry.
+local function addStub(lines, entry, prefix, self)
+  local words, arguments = {}, table.move(entry, 1, #entry, self and 2 or 1, { self })
   lines[#lines + 1] = "---" .. entry.meaning
-  for i, argument in ipairs(entry) do
-    words[i] = argument[1]:gsub("%?", "")
+  for _, argument in ipairs(arguments) do
+    words[#words + 1] = argument[1]:gsub("%?", "")
     lines[#lines + 1] = ("---@param %s %s %s"):format(argument[1], argument[2],
                         argument[3] or ""):gsub("%s+$", "")
   end
   lines[#lines + 1] = entry.result and "---@return " .. entry.result or nil
-  lines[#lines + 1] = ("function host.%s(%s) end"):format(entry.name, table.concat(words, ", "))
+  lines[#lines + 1] = ("function %s%s(%s) end"):format(prefix, entry.name, table.concat(words, ", "))
   lines[#lines + 1] = ""
 end
 
+-- The file is the module zyl for language servers: it returns what require "zyl" gives.
 local HEAD = [[
----@meta
+---@meta zyl
 -- Annotations for editors with a Lua language server: completion, argument names, types. Made by
 -- `./dev docs`; not a file to run.
 
@@ -275,14 +277,6 @@ local SUGAR = [[
 ---@field zones fun(self: zyl.Keygroup): fun(): zyl.Zone?
 ---@field [string] function
 
----Loop over the keygroups: for kg in prg:keygroups() do ... end.
----@return fun(): zyl.Keygroup?
-function ZylSProgram:keygroups() end
-
----Loop over the zones of all keygroups.
----@return fun(): zyl.Zone?
-function ZylSProgram:zones() end
-
 ---@class zyl.Wanted
 ---@field [integer] integer one of these keygroups
 ---@field key? integer its range holds the key
@@ -292,24 +286,19 @@ function ZylSProgram:zones() end
 ---@field all? boolean
 ---@field add? boolean keep those that are selected
 
----Select the keygroups that have everything that is asked for; gives their indexes.
----@param wanted zyl.Wanted
----@return integer[]
-function ZylSProgram:select(wanted) end
-
----Call the function; when it fails the program is put back as it was, and the error goes on.
----@generic T
----@param body fun(program: ZylSProgram): T
----@return T
-function ZylSProgram:transaction(body) end
+local zyl = {}
 ]]
 
 local function stubs()
   local lines = { HEAD }
-  if host.editor then lines[#lines + 1] = EDITOR end
+  lines[#lines + 1] = EDITOR
   lines[#lines + 1] = "---@class ZylSProgram: ROCAlgo\nlocal ZylSProgram = {}\n"
   for _, method in ipairs(reference.methods()) do addMethodStub(lines, method) end
   lines[#lines + 1] = SUGAR
+  for _, entry in ipairs(require "zyl.zylapi") do
+    addStub(lines, entry, "ZylSProgram:")
+    addStub(lines, entry, "zyl.", { "program", "ZylSProgram" })
+  end
   lines[#lines + 1] = [[
 ---@class host
 ---@field null host.Null an object that is null
@@ -318,12 +307,14 @@ local function stubs()
 host = {}
 ]]
   for _, entry in ipairs(hostapi) do
-    if host[entry.name] then addHostStub(lines, entry) end
+    addStub(lines, entry, "host.")
   end
   lines[#lines + 1] = [[
 ---Print help on a method, a function of host, or all methods with that part of a name.
 ---@param what? string|function
-function help(what) end]]
+function help(what) end
+
+return zyl]]
   return lines
 end
 
