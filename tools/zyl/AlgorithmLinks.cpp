@@ -17,20 +17,21 @@ bool PushOwnAlgo(lua_State* L, const ROCParam* value) {
 
 }  // namespace
 
-AlgorithmLinks::AlgorithmLinks(lua_State* L, const ROCParams& list) : L_(L), list_(list) {
-  for (int i = 0; i < list.count; ++i) {
-    luaL_checkstack(L, 8, "algorithms");
-    if (!PushOwnAlgo(L, list.Entry(i))) continue;
+void AlgorithmLinks::Add() {
+  luaL_checkstack(L_, 8, "algorithms");
+  for (int i = 0; i < list_.count; ++i) {
+    const ROCParam* value = list_.Entry(i);
+    if (i < ROCParams::kInside) references_[i] = value == nullptr ? 0 : value->References();
+    if (!PushOwnAlgo(L_, value)) continue;
     any_ = true;
-    if (i < ROCParams::kInside) references_[i] = list.Entry(i)->References();
-    Add();
-    lua_pop(L, 1);
+    AddTop();
+    lua_pop(L_, 1);
   }
 }
 
 // Adds the algorithm on top of the stack to the table of links. The value false marks a link that
-// Settle decides on.
-void AlgorithmLinks::Add() {
+// RemoveUnheld decides on.
+void AlgorithmLinks::AddTop() {
   if (lua_getiuservalue(L_, 1, kHeldSlot) != LUA_TTABLE) {
     lua_pop(L_, 1);
     lua_newtable(L_);
@@ -60,8 +61,7 @@ void AlgorithmLinks::RemoveDeleted() {
   }
 }
 
-void AlgorithmLinks::Settle() {
-  if (!any_) return;
+void AlgorithmLinks::RemoveUnheld() {
   const bool linked = lua_getiuservalue(L_, 1, kHeldSlot) == LUA_TTABLE;
   for (int i = 0; linked && i < list_.count; ++i) {
     const ROCParam* value = list_.Entry(i);

@@ -13,21 +13,25 @@ namespace zyl {
 // The links of one call, whose object is at stack index 1.
 class AlgorithmLinks {
  public:
+  AlgorithmLinks(lua_State* L, const ROCParams& list) : L_(L), list_(list) {}
   // Links the object to every algorithm among the arguments. This comes before the call, because a
   // failed allocation must not leave an algorithm that is held and not linked.
-  AlgorithmLinks(lua_State* L, const ROCParams& list);
+  void Add();
   // After the call: removes the links of the algorithms that the method does not hold. Does not
   // allocate.
-  void Settle();
+  void Settle() {
+    if (any_) RemoveUnheld();
+  }
 
  private:
-  void Add();
+  void AddTop();
+  void RemoveUnheld();
   void RemoveDeleted();
 
   lua_State* L_;
   const ROCParams& list_;
   bool any_ = false;
-  int references_[ROCParams::kInside] = {};  // of the algorithms' values, before the call
+  int references_[ROCParams::kInside];  // of the algorithms' values, before the call
 };
 
 }  // namespace zyl
