@@ -112,25 +112,24 @@ local function marked(name, fields)
   fields.On = function() return mark, fields.holds end
   return host.algo(fields)
 end
-local keeper = host.new("Probe")
-keeper:Register(marked("registered", { holds = keeper }))
-keeper:Register(host.var(marked("in a variable", {})))
-keeper:Types(marked("only given", {}), 1)
+local held = { keeper = host.new("Probe") }
+held.keeper:Register(marked("registered", { holds = held.keeper }))
+held.keeper:Register(host.var(marked("in a variable", {})))
+held.keeper:Types(marked("only given", {}), 1)
 local deleted = marked("deleted", {})
-keeper:Register(deleted)
-keeper:Register(deleted)
+held.keeper:Register(deleted)
+held.keeper:Register(deleted)
 host.delete(deleted)
-deleted = nil
 collect()
 check.equal(gone["only given"] and gone["deleted"], true)
 check.equal(gone["registered"] or gone["in a variable"], nil)
-check.equal(keeper:Notify("On"), 2)
-keeper = nil
+check.equal(held.keeper:Notify("On"), 2)
+held.keeper = nil
 collect()
 check.equal(gone["registered"] and gone["in a variable"], true)
-keeper = host.new("Probe")
-keeper:Register(marked("of a deleted object", { holds = keeper }))
-host.delete(keeper)
+held.keeper = host.new("Probe")
+held.keeper:Register(marked("of a deleted object", { holds = held.keeper }))
+host.delete(held.keeper)
 collect()
 check.equal(gone["of a deleted object"], true)
 
