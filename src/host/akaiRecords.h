@@ -1,10 +1,11 @@
-// The images of a program record: packed structs, little-endian, one field for every byte range that
-// is read or written. LIBRARY bytes are not interpreted; every read, copy and write preserves them.
+// The images of a program record: packed structs, little-endian, one field for every byte range
+// that is read or written. LIBRARY bytes are not interpreted; every read, copy and write preserves
+// them.
 // "...Reference" fields hold a pointer in the 32-bit layout; the data itself is kept beside the
 // image, so that the image is the same on every machine.
 //
-// Each list gives a record's fields in order: byte offset, type, name. The structs are declared from
-// the lists, and the offsets are checked at compile time.
+// Each list gives a record's fields in order: byte offset, type, name. The structs are declared
+// from the lists, and the offsets are checked at compile time.
 #pragma once
 
 #include <cstddef>
@@ -22,11 +23,11 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
 #define ZYL_CHECK_FIELD(offset, type, name) static_assert(offsetof(Record, name) == (offset));
 #define ZYL_CHECK_ARRAY(offset, type, name, count) ZYL_CHECK_FIELD(offset, type, name)
 #define ZYL_CHECK_LIBRARY(offset, count) ZYL_CHECK_FIELD(offset, uint8_t, library##offset)
-#define ZYL_CHECK_FIELDS(record, list, size)                      \
-  namespace record##Layout {                                      \
-  using Record = ::record;                                        \
-  static_assert(sizeof(Record) == (size));                        \
-  list(ZYL_CHECK_FIELD, ZYL_CHECK_ARRAY, ZYL_CHECK_LIBRARY)       \
+#define ZYL_CHECK_FIELDS(record, list, size)                  \
+  namespace record##Layout {                                  \
+    using Record = ::record;                                  \
+    static_assert(sizeof(Record) == (size));                  \
+    list(ZYL_CHECK_FIELD, ZYL_CHECK_ARRAY, ZYL_CHECK_LIBRARY) \
   }
 
 // clang-format off
