@@ -11,7 +11,7 @@
 #include <string>
 
 #include "frame/Forms.h"
-#include "params/ParameterTexts.h"
+#include "params/ParameterTable.h"
 
 // A typed text, replaced in place by the text of what it stored. Null: only read.
 using TypedText = ROCParam*;

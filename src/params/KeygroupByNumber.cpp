@@ -107,13 +107,13 @@ std::string KGStringValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keyg
                           Arg<int32_t, "Index"> number, OptVar<std::string, "NewString"> newText) {
   const Parameter* row = RowOfNumber(*number, number::kFirstKeygroup, kLastKeygroup);
   std::string text;
-  if (row == nullptr || row->text == TextForm::kNone) return text;
+  if (row == nullptr || row->text == nullptr) return text;
   TypedValue typed(newText.param);
   ForEachByNumber(object, *keygroup, [&](akaiProgram& record, int k) {
     std::byte* field = KeygroupField(record, *row, k);
-    text = ValueText(row->text, LoadField(field, row->type));
+    text = ValueText(*row->text, LoadField(field, row->type));
     const int32_t value =
-        typed.Value([&](ROCParam& given) { return ValueFromText(row->text, given); });
+        typed.Value([&](ROCParam& given) { return ValueFromText(*row->text, given); });
     if (value != kNoValue) StoreField(field, row->type, value);
   });
   return text;
@@ -144,11 +144,11 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
   std::string text;
   TypedValue typed(newText);
   ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
-    if (row != nullptr && row->text != TextForm::kNone) {
+    if (row != nullptr && row->text != nullptr) {
       std::byte* field = ZoneField(record, *row, k, zone);
-      text = ValueText(row->text, LoadField(field, row->type));
+      text = ValueText(*row->text, LoadField(field, row->type));
       const int32_t value =
-          typed.Value([&](ROCParam& given) { return ValueFromText(row->text, given); });
+          typed.Value([&](ROCParam& given) { return ValueFromText(*row->text, given); });
       if (value != kNoValue) StoreField(field, row->type, value);
     } else if (number == number::kZoneOutput) {
       text = OutputText(GetZoneOutput(object, k, zone));

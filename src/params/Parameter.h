@@ -6,13 +6,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "host/akai.h"
+#include "host/base.h"
 
-enum class FieldType : uint8_t { kU8, kI8, kU16, kI16, kI32, kText };
+enum class FieldType : uint8_t { kNone, kU8, kI8, kU16, kI16, kI32, kText };
 
 // A text field is this long, filled up with NULs; one of full length has no end mark.
 inline constexpr size_t kTextFieldBytes = sizeof(akaiProgramHdrImage::name);
@@ -38,21 +40,30 @@ enum class Store : uint8_t {
   kTolmo,  // in place, and the keygroup's organ extension is switched on
 };
 
-// How a value is shown and typed; what each form means stands in ParameterTexts.cpp.
-enum class TextForm : uint8_t {
-  kNone,
-  kPriority,
-  kReassignment,
-  kPitchBendMode,
-  kWaveform,
-  kModSource,
-  kPlaybackType,
-  kFilterType,
-  kOnOff,
-  kConstantPitch,
-  kPitchPlay,
-  kVoices,
-  kMuteGroup,
+// What a typed text stands for when it stands for no value: nothing is stored then.
+inline constexpr int32_t kNoValue = INT32_MIN;
+
+// A typed text that contains `part`, in any case, means `value` and is replaced by `canonical`.
+struct Keyword {
+  const char* part;
+  int32_t value;
+  const char* canonical;
+  int32_t valueWithSlash = kNoValue;  // for a text that also contains "/"
+};
+
+// How values are shown and typed.
+struct TextForm {
+  std::span<const char* const> names = {};  // shown for the values 0, 1, ...
+  const char* otherwise = "";               // shown for every other value
+  // The first keyword that a typed text contains decides; without keywords MatchText does.
+  std::span<const Keyword> keywords = {};
+  const char* unmatched = nullptr;  // replaces a typed text that contains no keyword
+  // A form that shows the value as a number instead.
+  enum class Numbers : uint8_t {
+    kNone,
+    kFromOne,    // stored from 0, shown from 1
+    kOffAtZero,  // "Off" for 0
+  } numbers = Numbers::kNone;
 };
 
 struct Parameter {
@@ -63,12 +74,13 @@ struct Parameter {
   uint16_t zoneStride = 0;
   int16_t number = 0;  // 0: reached by name alone
   Store store = Store::kField;
-  TextForm text = TextForm::kNone;
+  const TextForm* text = nullptr;  // null: it has no text
 };
 
 template <class T>
 constexpr FieldType FieldTypeOf() {
   using Field = std::remove_all_extents_t<T>;
+  if constexpr (std::is_same_v<Field, char>) return FieldType::kText;
   if constexpr (std::is_same_v<Field, uint8_t>) return FieldType::kU8;
   if constexpr (std::is_same_v<Field, int8_t>) return FieldType::kI8;
   if constexpr (std::is_same_v<Field, uint16_t>) return FieldType::kU16;

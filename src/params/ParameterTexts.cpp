@@ -8,33 +8,11 @@
 
 namespace {
 
-constexpr const char* kPlaybackTypes[] = {"As sample", "Loop Rel", "Loop >Rel", "No loops",
-                                          "To end"};
-constexpr const char* kFilterTypes[] = {"LP2",   "LP2 R", "LP4",   "LP4 R", "LP6",
-                                        "LP6 R", "HP2",   "HP2 R", "HP4",   "HP4 R",
-                                        "BP2",   "BP2 R", "BP4",   "BP4 R"};
-constexpr const char* kPriorities[] = {"Low", "Norm", "High", "Hold"};
-constexpr const char* kWaveforms[] = {"Triangle", "Sawtooth", "Square", "Random"};
-constexpr const char* kModSourceNames[] = {
-    "No Mod",    "Modwheel",   "Bend",      "Pressure",  "External1", "Velocity",
-    "Key",       "LFO1",       "LFO2",      "Env1",      "Env2",      "!Modwheel",
-    "!Bend",     "!External1", "Env3",      "External2", "External3", "External4",
-    "External5", "External6",  "External7", "External8", "External9", "External10"};
-static_assert(std::size(kModSourceNames) == kModSources);
 constexpr const char* kChannels[] = {"Left center", "Left",     "Center", "Right center",
                                      "Right",       "Surround", "Mono"};
-constexpr const char* kConstantPitches[] = {"Track",     "Const",   "Pitch",
-                                            "Ptch/cnst", "Stretch", "Str/cnst"};
-constexpr const char* kPitchPlays[] = {"Resample", "PitchShift", "Formant", "Robot"};
-constexpr const char* kInvalid = "<invalid>";
 constexpr const char* kOff = "Off";
 
 using Names = std::span<const char* const>;
-
-std::string NameOf(Names names, int32_t value, const char* otherwise = "") {
-  const bool named = value >= 0 && static_cast<size_t>(value) < names.size();
-  return named ? names[static_cast<size_t>(value)] : otherwise;
-}
 
 char Lower(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -66,97 +44,25 @@ bool Contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
 }
 
-// Forms that are typed by a part of a word, whose letters may be of either case: the first keyword
-// that the text contains decides.
-struct Keyword {
-  const char* part;
-  int32_t value;
-  const char* canonical;
-  int32_t valueWithSlash = kNoValue;  // of a text that also contains a "/"
-};
-
-int32_t FromKeywords(std::span<const Keyword> keywords, ROCParam& typed) {
+int32_t FromKeywords(const TextForm& form, ROCParam& typed) {
   const std::string text = LoweredTyped(typed);
-  for (const Keyword& keyword : keywords) {
+  for (const Keyword& keyword : form.keywords) {
     if (!Contains(text, keyword.part)) continue;
     typed.SetStr(keyword.canonical);
     const bool slash = keyword.valueWithSlash != kNoValue && Contains(text, "/");
     return slash ? keyword.valueWithSlash : keyword.value;
   }
+  if (form.unmatched != nullptr) typed.SetStr(form.unmatched);
   return kNoValue;
 }
 
-constexpr Keyword kTypedReassignment[] = {{"o", 0, "Oldest"}, {"q", 1, "Quietest"}};
-constexpr Keyword kTypedPitchBendMode[] = {{"h", 1, "Held"}, {"n", 0, "Normal"}};
-constexpr Keyword kTypedOnOff[] = {{"of", 0, kOff}, {"on", 1, "On"}};
-constexpr Keyword kTypedConstantPitch[] = {
-    {"str", 4, "Stretch", 5}, {"tr", 0, "Track"}, {"co", 1, "Const"}, {"pi", 2, "Pitch", 3}};
-constexpr Keyword kTypedPitchPlay[] = {
-    {"re", 0, "Resample"}, {"pi", 1, "PitchShift"}, {"fo", 2, "Formant"}, {"ro", 3, "Robot"}};
-
-int32_t PitchPlayFromText(ROCParam& typed) {
-  const int32_t value = FromKeywords(kTypedPitchPlay, typed);
-  if (value == kNoValue) typed.SetStr(kInvalid);
-  return value;
-}
-
-// Stored from 0, shown from 1.
-std::string VoicesText(int32_t value) { return std::to_string(value + 1); }
-int32_t VoicesFromText(ROCParam& typed) {
-  return static_cast<uint8_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
-}
-
-std::string MuteGroupText(int32_t value) { return value == 0 ? kOff : std::to_string(value); }
-int32_t MuteGroupFromText(ROCParam& typed) {
+int32_t NumberOrOff(ROCParam& typed) {
   const std::string text = LoweredTyped(typed);
   if (Contains(text, "o")) {
     typed.SetStr(kOff);
     return 0;
   }
   return text.empty() ? kNoValue : static_cast<uint8_t>(DecimalValue(text));
-}
-
-// Both directions of a form.
-struct Form {
-  std::string (*text)(int32_t value);
-  int32_t (*fromText)(ROCParam& typed);
-};
-
-Form RulesOf(TextForm form) {
-  switch (form) {
-    case TextForm::kPriority:
-      return {PriorityText, PriorityFromText};
-    case TextForm::kReassignment:
-      return {[](int32_t value) -> std::string { return value == 0 ? "Oldest" : "Quietest"; },
-              [](ROCParam& typed) { return FromKeywords(kTypedReassignment, typed); }};
-    case TextForm::kPitchBendMode:
-      return {[](int32_t value) -> std::string { return value == 0 ? "Normal" : "Held"; },
-              [](ROCParam& typed) { return FromKeywords(kTypedPitchBendMode, typed); }};
-    case TextForm::kWaveform:
-      return {WaveformText, WaveformFromText};
-    case TextForm::kModSource:
-      return {ModSourceText, ModSourceFromText};
-    case TextForm::kPlaybackType:
-      return {PlaybackTypeText, PlaybackTypeFromText};
-    case TextForm::kFilterType:
-      return {FilterTypeText, FilterTypeFromText};
-    case TextForm::kOnOff:
-      return {[](int32_t value) -> std::string { return value == 0 ? kOff : "On"; },
-              [](ROCParam& typed) { return FromKeywords(kTypedOnOff, typed); }};
-    case TextForm::kConstantPitch:
-      return {[](int32_t value) { return NameOf(kConstantPitches, value, kConstantPitches[0]); },
-              [](ROCParam& typed) { return FromKeywords(kTypedConstantPitch, typed); }};
-    case TextForm::kPitchPlay:
-      return {[](int32_t value) { return NameOf(kPitchPlays, value, kInvalid); },
-              PitchPlayFromText};
-    case TextForm::kVoices:
-      return {VoicesText, VoicesFromText};
-    case TextForm::kMuteGroup:
-      return {MuteGroupText, MuteGroupFromText};
-    case TextForm::kNone:
-      break;
-  }
-  return {[](int32_t) { return std::string(); }, [](ROCParam&) { return kNoValue; }};
 }
 
 }  // namespace
@@ -167,20 +73,30 @@ int32_t MatchText(Names names, ROCParam& typed) {
   return match;
 }
 
-std::string PlaybackTypeText(int32_t value) { return NameOf(kPlaybackTypes, value); }
-std::string FilterTypeText(int32_t value) { return NameOf(kFilterTypes, value); }
-std::string PriorityText(int32_t value) { return NameOf(kPriorities, value); }
-std::string WaveformText(int32_t value) { return NameOf(kWaveforms, value); }
-std::string ModSourceText(int32_t value) { return NameOf(kModSourceNames, value); }
-int32_t PlaybackTypeFromText(ROCParam& typed) { return MatchText(kPlaybackTypes, typed); }
-int32_t FilterTypeFromText(ROCParam& typed) { return MatchText(kFilterTypes, typed); }
-int32_t PriorityFromText(ROCParam& typed) { return MatchText(kPriorities, typed); }
-int32_t WaveformFromText(ROCParam& typed) { return MatchText(kWaveforms, typed); }
-int32_t ModSourceFromText(ROCParam& typed) { return MatchText(kModSourceNames, typed); }
-int32_t ChannelFromText(ROCParam& typed) { return MatchText(kChannels, typed); }
+std::string ValueText(const TextForm& form, int32_t value) {
+  switch (form.numbers) {
+    case TextForm::Numbers::kFromOne:
+      return std::to_string(value + 1);
+    case TextForm::Numbers::kOffAtZero:
+      return value == 0 ? kOff : std::to_string(value);
+    case TextForm::Numbers::kNone:
+      break;
+  }
+  const bool named = value >= 0 && static_cast<size_t>(value) < form.names.size();
+  return named ? form.names[static_cast<size_t>(value)] : form.otherwise;
+}
 
-std::string ValueText(TextForm form, int32_t value) { return RulesOf(form).text(value); }
-int32_t ValueFromText(TextForm form, ROCParam& typed) { return RulesOf(form).fromText(typed); }
+int32_t ValueFromText(const TextForm& form, ROCParam& typed) {
+  switch (form.numbers) {
+    case TextForm::Numbers::kFromOne:
+      return static_cast<uint8_t>(static_cast<uint32_t>(DecimalValue(typed.Str())) - 1u);
+    case TextForm::Numbers::kOffAtZero:
+      return NumberOrOff(typed);
+    case TextForm::Numbers::kNone:
+      break;
+  }
+  return form.keywords.empty() ? MatchText(form.names, typed) : FromKeywords(form, typed);
+}
 
 std::string OutputText(int32_t output) {
   return output < 0 ? kOff : std::to_string(int64_t{output} + 1);
@@ -236,7 +152,7 @@ int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
   }
   const int32_t place = MatchingName(kChannels, typed.Str().c_str());
   if (place >= channels) return -1;
-  return ChannelFromText(typed);
+  return MatchText(kChannels, typed);
 }
 
 std::string MemoryText(int32_t bytes) {

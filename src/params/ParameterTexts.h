@@ -12,30 +12,14 @@
 #include "host/base.h"
 #include "params/Parameter.h"
 
-// What a typed text means that stands for no value: nothing is stored then.
-inline constexpr int32_t kNoValue = INT32_MIN;
-
 // The index of the name that a typed text stands for, -1 for an empty text. Letter by letter, names
 // that differ from the text are given up, as long as two are left; the first one that is left is
 // meant, and replaces the text. So every text stands for some name.
 int32_t MatchText(std::span<const char* const> names, ROCParam& typed);
 
-std::string PlaybackTypeText(int32_t value);
-std::string FilterTypeText(int32_t value);
-std::string PriorityText(int32_t value);
-std::string WaveformText(int32_t value);
-std::string ModSourceText(int32_t value);
-int32_t PlaybackTypeFromText(ROCParam& typed);
-int32_t FilterTypeFromText(ROCParam& typed);
-int32_t PriorityFromText(ROCParam& typed);
-int32_t WaveformFromText(ROCParam& typed);
-int32_t ModSourceFromText(ROCParam& typed);
-int32_t ChannelFromText(ROCParam& typed);
-inline constexpr int32_t kModSources = 24;
-
-// The text of a value in a row's form, and the value that a typed text has in it (kNoValue: none).
-std::string ValueText(TextForm form, int32_t value);
-int32_t ValueFromText(TextForm form, ROCParam& typed);
+// The text of a value, and the value of a typed text (kNoValue: none).
+std::string ValueText(const TextForm& form, int32_t value);
+int32_t ValueFromText(const TextForm& form, ROCParam& typed);
 
 // An individual output, counted from 0 and shown from 1; below 0 is "Off". A typed output at or
 // beyond `outputs` is replaced by `outputs`, also when that is 0 or less, and gives `outputs` - 1.

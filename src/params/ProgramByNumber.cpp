@@ -59,11 +59,12 @@ void StoreProgramValue(ZylSProgram& object, const Parameter& row, int32_t value)
 std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* number,
                       TypedText typed) {
   std::byte* field = ProgramField(*object.program, row);
-  std::string text = ValueText(row.text, LoadField(field, row.type));
+  if (row.text == nullptr) return {};
+  std::string text = ValueText(*row.text, LoadField(field, row.type));
   if (typed == nullptr) return text;
-  const int32_t value = ValueFromText(row.text, *typed);
+  const int32_t value = ValueFromText(*row.text, *typed);
   if (value == kNoValue) return text;
-  if (row.text == TextForm::kModSource) {
+  if (row.text == &text_form::kModSource) {
     ROCParam* newValue = newROCParam(value);
     ProgramParamValue(object, number, newValue);
     deleteROCParam(newValue);
@@ -142,9 +143,9 @@ bool SourceNumber::Read(Call& call, SourceNumber& self) {
 }
 
 int32_t ModulationSourceNumber(ZylSProgram&, VarArg<std::string, "InValue"> name) {
-  return ModSourceFromText(*name.param);
+  return MatchText(text_form::kModSource.names, *name.param);
 }
 
 std::string ModulationSourceName(ZylSProgram&, SourceNumber number) {
-  return std::string(ModSourceText(number.value));
+  return ValueText(text_form::kModSource, number.value);
 }

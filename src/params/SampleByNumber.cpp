@@ -6,6 +6,7 @@
 #include "frame/Module.h"
 #include "params/ByNumber.h"
 #include "params/ParameterNumbers.h"
+#include "params/ParameterTable.h"
 #include "params/ParameterTexts.h"
 #include "params/ProgramMethods.h"
 #include "sample/SampleAccess.h"
@@ -162,11 +163,11 @@ std::string PlaybackText(const SampleZone& zone, genericSample& sample, TypedTex
   SampleParameters& parameters = sample.shared();
   const int32_t before = parameters.playbackType;
   if (typed != nullptr) {
-    parameters.playbackType = std::max(PlaybackTypeFromText(*typed) - 1, 0);
+    parameters.playbackType = std::max(ValueFromText(text_form::kPlaybackType, *typed) - 1, 0);
     sample.updateChannels();
     if (parameters.playbackType != before) MarkDirty(zone);
   }
-  return before == INT32_MAX ? "" : PlaybackTypeText(before + 1);
+  return before == INT32_MAX ? "" : ValueText(text_form::kPlaybackType, before + 1);
 }
 
 std::string ChannelName(SampleZone& zone, const genericSample& sample, TypedText typed) {

@@ -162,11 +162,17 @@ int main() {
   std::cout << "-- Made by the build out of the module's method list.\nreturn {\n";
 // NOLINTBEGIN(bugprone-macro-parentheses): names are pasted and quoted here
 #define METHOD(name, meaning) WriteMethod<decltype(&name)>(#name, meaning, "");
-#define FIELD(name, meaning)                                                      \
+#define OWN(record, field, number, meaning, ...) \
+  NAMED_METHOD(ZYL_METHOD_NAME(record, field), meaning)
+#define NAMED_METHOD(name, meaning) METHOD(name, meaning)
+#define FIELD(record, field, number, meaning, ...) \
+  NAMED_FIELD(ZYL_METHOD_NAME(record, field), meaning)
+#define NAMED_FIELD(name, meaning) FIELD_METHOD(name, meaning)
+#define FIELD_METHOD(name, meaning)                                               \
   WriteMethod<std::remove_const_t<decltype(kFieldMethod<#name>)>>(#name, meaning, \
                                                                   FieldText(ParameterOf(#name)));
   // NOLINTEND(bugprone-macro-parentheses)
-  ZYL_METHOD_LIST(METHOD, FIELD)
+  ZYL_METHOD_LIST(FIELD, OWN, METHOD)
   std::cout << "}\n" << std::flush;
   return std::cout ? 0 : 1;
 }
