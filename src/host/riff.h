@@ -107,6 +107,7 @@ class ZYLHOST_API BasicSample {
   virtual bool CreateInterleavedBuffer();
   // The object holds a whole file image: a known format and sound for all its channels.
   virtual bool IsValid() const;
+  // The title. An empty one is not written, and removes the one that the file came with.
   virtual void SetName(const char* name);
   // Writes the file's bytes. False when the object is not valid or the file refuses them; the file
   // is then abandoned.
@@ -128,9 +129,8 @@ class ZYLHOST_API BasicSample {
   // Frames of the file as read or planned, also when its sound was not loaded.
   uint64_t FrameCount() const;
   unsigned BytesPerValue() const;
-  unsigned BitsPerValue() const {
-    return bits_;
-  }  // as the file declares, 8 * BytesPerValue at most
+  // As the file declares; rounded up to whole bytes it is BytesPerValue.
+  unsigned BitsPerValue() const { return bits_; }
   void SetBitsPerValue(unsigned bits);
   const std::string& Name() const { return name_; }
   uint8_t FormatFlag() const { return formatFlag_; }

@@ -62,6 +62,88 @@ TEST_F(SampleFiles, AKeyAndSixteenLoopsPassBothContainers) {
   }
 }
 
+// Values that no file can hold are clamped; none costs the others.
+TEST_F(SampleFiles, ParametersOutOfRangeAreClampedAlone) {
+  Open(16, Counting(100, 1));
+  SetPoints(first, {200, -5, 90, 10, 20, 300});
+  program("Samplekey", first, 200);
+  program("Sampletune", first, -100000);
+  program("SampleplaybackType", first, 3);
+  program("SampleholdLoopTuneOff", first, 1);
+  for (const std::string& to : {Path("wild.wav"), Path("wild.aif")}) {
+    ASSERT_TRUE(program("SampleWrite", first, to).Bool());
+    RIOObject* read = Whole(to);
+    EXPECT_EQ(Points(read), (Values{99, 99, 20, 99})) << to;
+    EXPECT_EQ(Get(read, "Samplekey"), 200);
+    EXPECT_EQ(Get(read, "Sampletune"), -100000);
+    EXPECT_EQ(Get(read, "SampleplaybackType"), 3);
+    EXPECT_EQ(Get(read, "SampleholdLoopTuneOff"), 1);
+  }
+}
+
+// A header of fewer bits than the container holds is read as silence by some programs.
+TEST_F(SampleFiles, WidthsOfNoWholeBytesComeBackAndOthersReadThem) {
+  for (const int bits : {6, 12, 18, 20, 28}) {
+    const int stored = (bits + 7) / 8 * 8;
+    Values values;
+    for (const int value : {-32, -1, 0, 1, 31}) values.push_back(value * (1 << (stored - 6)));
+    Open(stored, {values, values});
+    program("SampleBits", first, bits);
+    for (const char* name : {"width.wav", "width.aif"}) {
+      ASSERT_TRUE(program("SampleWrite", first, Path(name)).Bool());
+      // libsndfile takes no AIFF file of less than 8 bits.
+      if (bits >= 8 || name == std::string("width.wav")) {
+        EXPECT_EQ(Sound(Path(name)).channels, (std::vector<Values>{values, values}));
+      }
+      RIOObject* read = Whole(Path(name));
+      EXPECT_EQ(Get(read, "SampleBits"), bits);
+      EXPECT_EQ(Read(read, 1), values);
+    }
+    const std::string format = Chunk(Path("width.wav"), "fmt ");
+    EXPECT_EQ(format.size(), 16u);
+    EXPECT_EQ(format.at(14), stored);
+  }
+}
+
+// The name that a record has by its path is no title.
+TEST_F(SampleFiles, ATitleIsWrittenWhenItWasSetOrRead) {
+  Open(16, {{1, 2}});
+  StoreSound(Path("plain.aif"), SF_FORMAT_AIFF, 16, {{1, 2}});
+  const std::string listed = Bytes(path) + std::string("LIST\x0e\0\0\0INFOISFT\x02\0\0\0me", 22);
+  Store(Path("listed.wav"), listed);
+  for (const std::string& name : {path, Path("plain.aif"), Path("listed.wav")}) {
+    SCOPED_TRACE(name);
+    const bool aif = name.ends_with("aif");
+    const std::string before = Bytes(name);
+    RIOObject* sample = Whole(name);
+    EXPECT_FALSE(program("SampleName", sample).Text().empty());
+    program("Samplekey", sample, 61);
+    program("Samplekey", sample, 60);
+    ASSERT_TRUE(program("SampleWrite", sample).Bool());
+    EXPECT_EQ(Bytes(name), before);
+    program("SampleName", sample, "Kick");
+    ASSERT_TRUE(program("SampleWrite", sample).Bool());
+    program("DeleteTempSample");
+    sample = Whole(name);
+    EXPECT_EQ(program("SampleName", sample).Text(), "Kick");
+    EXPECT_NE(Chunk(name, aif ? "NAME" : "LIST").find("Kick"), std::string::npos);
+    program("SampleName", sample, "");
+    ASSERT_TRUE(program("SampleWrite", sample).Bool());
+    EXPECT_EQ(Bytes(name).find("Kick"), std::string::npos);
+  }
+}
+
+// A file that is of the other kind than its name says is saved as what it is.
+TEST_F(SampleFiles, AMisnamedFileKeepsItsKind) {
+  StoreSound(Path("misnamed.wav"), SF_FORMAT_AIFF, 16, {{1, 2}});
+  const std::string before = Bytes(Path("misnamed.wav"));
+  RIOObject* sample = Whole(Path("misnamed.wav"));
+  EXPECT_TRUE(program("SampleWrite", sample).Bool());
+  EXPECT_EQ(Bytes(Path("misnamed.wav")), before);
+  EXPECT_TRUE(program("SampleWrite", sample, Path("named.wav")).Bool());
+  EXPECT_EQ(Bytes(Path("named.wav")).substr(0, 4), "RIFF");
+}
+
 TEST_F(SampleFiles, AWriteKeepsUnknownChunksAndTheMaskSelectsChannels) {
   Open(16, {{1, 2}, {3, 4}, {5, 6}});
   std::string image = Bytes(path) + std::string("note\x04\0\0\0keep", 12);

@@ -140,8 +140,9 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   }
 }
 
-// A file with every oddity that must survive: chunks before and between, odd sizes, a second format
-// and sound, few bits in a wide container, and a channel mask.
+// Files with every oddity that must survive: chunks before and between, odd sizes, a second format
+// and sound, few bits in a wide container, a channel mask, a long format, pads that are not zero or
+// missing, bytes after the form, sound after a gap and before a rest.
 TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const TempFolder folder;
   const auto extensible =
@@ -182,13 +183,28 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const auto ssnd = Big().U32(0).U32(0).Raw(sound.data(), 12).block;
   Store(folder.File("c.aifc"),
         FileOf("FORM", "AIFC", {{"FVER", odd}, {"COMM", sowt}, {"SSND", ssnd}}));
-  for (const char* file : {"a.wav", "b.aif", "c.aifc"}) {
+  const auto longFormat = Little().Raw(WavFormatChunk(1, 16).data(), 16).U16(0).block;
+  Octets loose =
+      FileOf("RIFF", "WAVE", {{std::string("J\0NK", 4), odd}, {"fmt ", longFormat}, {"data", odd}});
+  loose[23] = 'p';   // the pad of the first chunk
+  loose.pop_back();  // that of the last chunk; the form counted it
+  loose[4] = static_cast<uint8_t>(loose[4] - 1);
+  Store(folder.File("d.wav"), loose);
+  const auto gap = Big().U32(2).U32(0).U16(7).Raw(sound.data(), 9).U8(1).block;
+  Octets tail = FileOf("FORM", "AIFF", {{"COMM", AifFormatChunk(1, 3, 24)}, {"SSND", gap}});
+  tail.insert(tail.end(), {'T', 'A', 'G'});
+  Store(folder.File("e.aif"), tail);
+  for (const char* file : {"a.wav", "b.aif", "c.aifc", "d.wav", "e.aif"}) {
     SCOPED_TRACE(file);
     const auto sample = Read(folder.File(file));
     ASSERT_NE(sample, nullptr);
     ASSERT_TRUE(WriteTo(*sample, folder.File("again")));
     EXPECT_EQ(Load(folder.File("again")), Load(folder.File(file)));
   }
+  const auto changed = Read(folder.File("d.wav"));
+  changed->parameters.key = 61;
+  ASSERT_TRUE(WriteTo(*changed, folder.File("again")));
+  EXPECT_EQ(ListFileChunks(folder.File("again")).at(1).size, 18u);
   const auto wav = Read(folder.File("a.wav"));
   EXPECT_EQ(wav->BitsPerValue(), 20u);
   EXPECT_EQ(wav->Name(), "Kick");

@@ -111,11 +111,11 @@ void SampleFile::Adopt(std::unique_ptr<BasicSample> file) {
     SetBlocks(std::move(blocks), static_cast<int>(file->BytesPerValue()), positions);
   }
   parameters.frameCount = positions;
-  // Values that a file keeps in a wider container stay as wide as they are stored.
-  const unsigned bits = file->BitsPerValue();
-  const unsigned bytes = file->BytesPerValue();
-  parameters.bits = static_cast<uint16_t>((bits + 7) / 8 == bytes ? bits : 8 * bytes);
-  if (!file->Name().empty()) name_ = file->Name();
+  parameters.bits = static_cast<uint16_t>(file->BitsPerValue());
+  if (!file->Name().empty()) {
+    name_ = file->Name();
+    titled_ = true;
+  }
   parameters.sampleRate = from.rateHz;
   parameters.key = from.key;
   parameters.tune = from.tune;
@@ -241,8 +241,7 @@ void SampleFile::DropUse(genericSample* record) {
 }
 
 void SampleFile::SetPath(const std::string& path) {
-  // A name that came from the path goes with it; one that was given stays.
-  if (name_.empty() || name_ == FileString(path_).BaseName()) name_ = FileString(path).BaseName();
+  if (!titled_) name_ = FileString(path).BaseName();
   path_ = path;
   absolutePath_ = path.empty() ? path : AbsolutePath(path);
   fileName_ = FileString(path).FileName();
@@ -274,6 +273,7 @@ void SampleFile::ForgetPath() {
 
 void SampleFile::SetName(const std::string& name) {
   name_ = name;
+  titled_ = !name.empty();
   Link();
 }
 

@@ -50,6 +50,7 @@ class SampleFile {
   void SetPath(const std::string& path);
   void SetName(const std::string& name);
   const std::string& Name() const { return name_; }
+  bool HasTitle() const { return titled_; }
   // Takes the path from all records: the file was replaced by a newer reading of it.
   void ForgetPath();
   // Out of Find's sight: a reading of a header alone, or one that is not finished.
@@ -98,6 +99,7 @@ class SampleFile {
   std::string absolutePath_;
   std::string fileName_;
   std::string name_;
+  bool titled_ = false;  // the name was set or read; otherwise it comes from the path
   uint32_t sourceId_ = 0;
   int copyNumber_ = 1;
   int type_ = 0;

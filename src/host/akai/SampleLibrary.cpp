@@ -195,6 +195,10 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
     reason = path + ": samples are stored as .wav or .aif";
     return false;
   }
+  std::unique_ptr<BasicSample> made;
+  BasicSample* file = container_.get();
+  // A file of the other kind than its name says stays what it is under its own name.
+  const bool ownName = file != nullptr && AbsolutePath(path) == absolutePath_;
   std::vector<unsigned> selected;
   for (unsigned c = 0; c < blocks_.size(); ++c) {
     if (channelMask == 0 || (static_cast<unsigned>(channelMask) >> c & 1u) != 0) {
@@ -205,11 +209,9 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
     reason = path + ": the channel mask selects no channel of the sample";
     return false;
   }
-  std::unique_ptr<BasicSample> made;
-  BasicSample* file = container_.get();
-  const bool fits = kind == Container::kWave ? dynamic_cast<WavSample*>(file) != nullptr
-                                             : dynamic_cast<AifSample*>(file) != nullptr;
-  if (!fits) {
+  const bool sameKind = kind == Container::kWave ? dynamic_cast<WavSample*>(file) != nullptr
+                                                 : dynamic_cast<AifSample*>(file) != nullptr;
+  if (!sameKind && !ownName) {
     if (kind == Container::kWave) {
       made = std::make_unique<WavSample>();
     } else {
@@ -218,7 +220,7 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
     file = made.get();
   }
   CopyParametersTo(*file);
-  file->SetName(name_.c_str());
+  file->SetName(titled_ ? name_.c_str() : "");
   file->SetChannelCount(static_cast<unsigned>(selected.size()));
   // The file object must not keep what it was lent, however this ends.
   const std::unique_ptr<BasicSample, void (*)(BasicSample*)> lent(

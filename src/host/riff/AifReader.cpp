@@ -7,6 +7,7 @@
 #include "AifFormat.h"
 #include "AifSampler.h"
 #include "ChunkWalker.h"
+#include "FormOrigin.h"
 #include "OwnChunk.h"
 #include "SampleAccess.h"
 #include "SampleReaders.h"
@@ -50,7 +51,7 @@ Slot SlotOf(const ChunkHead& head) {
   return head.Is(kOwnChunkId) ? Slot::kOwn : Slot::kOther;
 }
 
-void KeepOther(const ChunkHead& head, Bytes bytes, BasicSample& sample, FileOrigin& origin) {
+void KeepOther(const ChunkHead& head, Bytes bytes, BasicSample& sample) {
   ListChunk other;
   std::memcpy(other.id, head.id, sizeof other.id);
   if (head.Is("NAME") && sample.Name().empty()) {
@@ -59,7 +60,6 @@ void KeepOther(const ChunkHead& head, Bytes bytes, BasicSample& sample, FileOrig
   }
   other.data = std::move(bytes);
   sample.otherChunks.push_back(std::move(other));
-  origin.layout.push_back(Slot::kOther);
 }
 
 void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, AifParts& parts,
@@ -67,13 +67,11 @@ void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, 
   ChunkWalker walker(source);
   ChunkHead head;
   while (walker.Next(head)) {
-    const auto known = [&](Slot slot) {
-      return std::find(origin.layout.begin(), origin.layout.end(), slot) != origin.layout.end();
-    };
+    const auto known = [&](Slot slot) { return HasPlace(origin.layout, slot); };
     if (head.Is("SSND") && !known(Slot::kSound)) {
       parts.sound = head;
       parts.hasSound = true;
-      origin.layout.push_back(Slot::kSound);
+      AddPlace(source, walker, head, Slot::kSound, origin);
       continue;
     }
     if (!head.Whole()) {
@@ -84,14 +82,23 @@ void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, 
     if (slot == Slot::kOwn && known(slot)) continue;
     Bytes bytes = ReadChunk(source, head);
     if (slot != Slot::kOther && !known(slot) && TakeKnownChunk(bytes, slot, origin, parts)) {
-      origin.layout.push_back(slot);
+      AddPlace(source, walker, head, slot, origin);
+      origin.stored[static_cast<size_t>(slot)] = std::move(bytes);
     } else {
-      KeepOther(head, std::move(bytes), sample, origin);
+      AddPlace(source, walker, head, Slot::kOther, origin);
+      KeepOther(head, std::move(bytes), sample);
     }
   }
-  if ((walker.SawBadSize() || walker.FormCut()) && reason.empty()) {
-    reason = "a declared size does not fit the file";
-  }
+  RememberForm(source, walker, origin, reason);
+}
+
+// What precedes and follows the sound in its chunk.
+void RememberSoundChunk(const ByteSource& source, const ChunkHead& sound, uint64_t offset,
+                        uint64_t soundBytes, FileOrigin& origin) {
+  Bytes& head = origin.stored[static_cast<size_t>(Slot::kSound)];
+  head.resize(static_cast<size_t>(offset - sound.offset));
+  head.resize(source.ReadAt(sound.offset, head.data(), head.size()));
+  RememberSoundTail(source, sound, offset, soundBytes, origin);
 }
 
 // Finds the sound behind the two words that open its chunk.
@@ -109,7 +116,7 @@ bool FindSound(const ByteSource& source, const AifParts& parts, uint64_t& offset
 }
 
 bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& type,
-             AifSample& sample, bool withData, std::string& reason) {
+             AifSample& sample, FileOrigin& origin, bool withData, std::string& reason) {
   const AifFormat& format = parts.format;
   const unsigned bytesPerValue =
       type.bytesPerValue > 0 ? type.bytesPerValue : (format.bits + 7) / 8;
@@ -144,6 +151,9 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
     return Refuse(reason, "there is not enough memory for the sound");
   }
   if (!complete) AddReason(reason, "some of the sound cannot be read");
+  if (parts.hasSound) {
+    RememberSoundChunk(source, parts.sound, offset, frames * layout.FrameBytes(), origin);
+  }
   SampleAccess::SetWritable(sample);
   return true;
 }
@@ -159,7 +169,7 @@ void TakeParameters(AifParts& parts, AifSample& sample, FileOrigin& origin, std:
     origin.aif.loopMarks = parts.own->loopMarks;
   }
   parameters.rateHz = SettleRate(parts.format.rateHz, reason);
-  if (SettleLoops(parameters, sample.FrameCount())) {
+  if (SettleParameters(parameters, sample.FrameCount())) {
     AddReason(reason, "a loop reaches outside the sound");
   }
 }
@@ -178,7 +188,7 @@ bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::st
   if (!parts.hasFormat) return Refuse(reason, "the file has no format");
   if (!ChannelsFit(parts.format.channels, reason)) return false;
   if (const AifPcmType* type = FindAifPcmType(parts.format.compression)) {
-    if (!ReadPcm(source, parts, *type, sample, withData, reason)) return false;
+    if (!ReadPcm(source, parts, *type, sample, origin, withData, reason)) return false;
     origin.aif.compression = parts.format.compression;
     origin.aif.compressionName = parts.format.compressionName;
   } else {
@@ -188,6 +198,11 @@ bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::st
   origin.aif.rate = parts.format.rate;
   TakeParameters(parts, sample, origin, reason);
   RememberOrigin(sample, origin);
+  // A format that was decoded or mended is made anew.
+  if (FindAifPcmType(parts.format.compression) == nullptr ||
+      parts.format.frames != sample.FrameCount() || parts.format.rateHz < 1) {
+    origin.stored[static_cast<size_t>(Slot::kFormat)].clear();
+  }
   return true;
 }
 

@@ -13,6 +13,7 @@ using zyl::Bytes;
 using zyl::FieldWriter;
 using zyl::FileOrigin;
 using zyl::FormPlan;
+using zyl::Place;
 using zyl::Slot;
 
 constexpr uint8_t kAifcFlag = 1;
@@ -60,71 +61,81 @@ bool NeedsInstrument(const RiffParameters& now, const FileOrigin* origin) {
   return now.key != then.key || now.tune != then.tune || now.loops != then.loops;
 }
 
-void PlanOwn(const AifSample& sample, const AifKept& marked, FormPlan& plan) {
+void PlanOwn(const RiffParameters& parameters, uint64_t frames, const AifKept& marked,
+             FormPlan& plan) {
   RiffParameters readBack;
-  zyl::FromAifSampler(zyl::ToAifSampler(sample.parameters), readBack);
-  if (zyl::SameMeaning(readBack, sample.parameters, sample.FrameCount())) return;
+  zyl::FromAifSampler(zyl::ToAifSampler(parameters), readBack);
+  if (zyl::SameMeaning(readBack, parameters, frames)) return;
   zyl::OwnChunk own;
-  own.frames = sample.FrameCount();
-  own.parameters = sample.parameters;
+  own.frames = frames;
+  own.parameters = parameters;
   own.loopMarks = marked.loopMarks;
   plan.Add(zyl::kOwnChunkId, zyl::PackOwnChunk(own));
-}
-
-bool HasName(const AifSample& sample) {
-  return std::any_of(sample.otherChunks.begin(), sample.otherChunks.end(),
-                     [](const ListChunk& c) { return std::string_view(c.id, 4) == "NAME"; });
-}
-
-// A kept title gives way to another one.
-void PlanOther(const ListChunk& other, const AifSample& sample, const FileOrigin* origin,
-               FormPlan& plan) {
-  const bool renamed = origin != nullptr && !sample.Name().empty() && sample.Name() != origin->name;
-  if (renamed && std::string_view(other.id, 4) == "NAME") {
-    plan.Add("NAME", FieldWriter(ByteOrder::kBig).Text(sample.Name()).block);
-  } else {
-    plan.Keep(other);
-  }
 }
 
 FormPlan Plan(const AifSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
   const Storage storage = ChooseStorage(sample, origin);
-  const AifKept marked = zyl::PlaceMarkers(sample.parameters, origin);
+  RiffParameters parameters = sample.parameters;
+  zyl::SettleParameters(parameters, sample.FrameCount());
+  const bool unchanged = zyl::Unchanged(sample, parameters);
+  const AifKept marked = zyl::PlaceMarkers(parameters, origin);
+  // Another title takes the place of the kept one.
+  const bool renamed = sample.Name() != (origin != nullptr ? origin->name : std::string());
+  bool titled = !renamed || sample.Name().empty();
+  const auto addTitle = [&](FormPlan& to) {
+    if (!titled) to.Add("NAME", FieldWriter(ByteOrder::kBig).Text(sample.Name()).block);
+    titled = true;
+  };
   FormPlan plan;
   plan.order = ByteOrder::kBig;
   plan.form = "FORM";
   plan.type = storage.isAifc ? "AIFC" : "AIFF";
   plan.sound = {sample.ChannelCount(), sample.BytesPerValue(), storage.bigEndian, false};
   size_t nextOther = 0;
-  for (const Slot slot : zyl::LayoutOf(sample, {Slot::kFormat, Slot::kOther, Slot::kMarkers,
-                                                Slot::kSampler, Slot::kOwn, Slot::kSound})) {
-    switch (slot) {
+  for (const Place& place : zyl::LayoutOf(sample, {Slot::kFormat, Slot::kOther, Slot::kMarkers,
+                                                   Slot::kSampler, Slot::kOwn, Slot::kSound})) {
+    const size_t planned = plan.chunks.size();
+    switch (place.slot) {
       case Slot::kFormat:
+        if (zyl::SameFormat(sample) && origin->frames == sample.FrameCount() &&
+            zyl::KeepStored(sample, place.slot, "COMM", plan)) {
+          break;
+        }
         plan.Add("COMM", MakeFormat(sample, origin, storage));
         break;
       case Slot::kMarkers:
+        if (unchanged && zyl::KeepStored(sample, place.slot, "MARK", plan)) break;
         if (!marked.markers.empty()) plan.Add("MARK", zyl::MakeMarkers(marked));
         break;
       case Slot::kSampler:
-        if (NeedsInstrument(sample.parameters, origin)) {
-          plan.Add("INST", zyl::MakeInstrument(sample.parameters, marked));
+        if (unchanged && zyl::KeepStored(sample, place.slot, "INST", plan)) break;
+        if (NeedsInstrument(parameters, origin)) {
+          plan.Add("INST", zyl::MakeInstrument(parameters, marked));
         }
         break;
       case Slot::kOwn:
-        PlanOwn(sample, marked, plan);
+        if (unchanged && zyl::KeepStored(sample, place.slot, zyl::kOwnChunkId, plan)) break;
+        PlanOwn(parameters, sample.FrameCount(), marked, plan);
         break;
       case Slot::kSound:
-        plan.chunks.push_back({"SSND", Bytes(8), nullptr, true});
+        zyl::PlanSound(sample, "SSND", Bytes(8), plan);
         break;
-      case Slot::kOther:
-        PlanOther(sample.otherChunks[nextOther++], sample, origin, plan);
+      case Slot::kOther: {
+        const ListChunk& other = sample.otherChunks[nextOther++];
+        const std::string_view id(other.id, 4);  // may hold zeros
+        if (renamed && id == "NAME") {
+          addTitle(plan);
+        } else {
+          plan.Keep(id, other.data);
+        }
         break;
+      }
     }
+    if (plan.chunks.size() > planned) plan.chunks.back().pad = place.pad;
   }
-  if (!sample.Name().empty() && !HasName(sample)) {
-    plan.Add("NAME", FieldWriter(ByteOrder::kBig).Text(sample.Name()).block);
-  }
+  addTitle(plan);
+  zyl::PlanSurroundings(sample, plan);
   return plan;
 }
 

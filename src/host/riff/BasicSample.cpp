@@ -57,9 +57,7 @@ bool BasicSample::CreateInterleavedBuffer() {
   const unsigned oldBits = bits_;
   frameCount_ = frames;
   bytesPerValue_ = widest;
-  // Fewer bits than the width holds stay as they were set, or as the file had them.
-  const bool asRead = origin_ && origin_->bits == bits_ && origin_->bytesPerValue == widest;
-  if ((bits_ + 7) / 8 != widest && !asRead) bits_ = 8 * widest;
+  if ((bits_ + 7) / 8 != widest) bits_ = 8 * widest;
   const uint64_t soundBytes = frames * widest * channels_.size();
   if (frames > UINT32_MAX || PlannedFileBytes(soundBytes) > zyl::kMaxFileBytes) {
     frameCount_ = oldFrames;

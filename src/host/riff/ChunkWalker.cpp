@@ -31,6 +31,7 @@ ChunkWalker::ChunkWalker(const ByteSource& source) : source_(source) {
   form_ = form;
   type_.assign(reinterpret_cast<const char*>(head) + 8, 4);
   const uint64_t declared = kHeadBytes + FieldReader(head + 4, 4, order_).U32();
+  if (declared > sizeof head && declared <= source.Size()) formBytes_ = declared;
   next_ = sizeof head;
   formCut_ = declared > source.Size() && form != "RF64" && form != "BW64";
   formEnd_ = declared <= sizeof head ? source.Size() : std::min(declared, source.Size());

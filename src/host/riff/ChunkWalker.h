@@ -45,6 +45,10 @@ class ChunkWalker {
 
   // The next chunk; false at the end.
   bool Next(ChunkHead& head);
+  // Where the chunk after the last one that Next returned begins, padding included.
+  uint64_t Place() const { return next_; }
+  // Length of the whole form as declared; 0 where the file is shorter or the form was left open.
+  uint64_t FormBytes() const { return formBytes_; }
   // Some size did not fit the file.
   bool SawBadSize() const { return sawBadSize_; }
   // The form was declared longer than its file.
@@ -62,6 +66,7 @@ class ChunkWalker {
   std::string_view soundId_;
   uint64_t next_ = 0;
   uint64_t formEnd_ = 0;
+  uint64_t formBytes_ = 0;
   uint64_t largeSoundBytes_ = 0;  // from a "ds64" chunk
   int count_ = 0;
   bool nested_ = false;

@@ -243,21 +243,4 @@ bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData,
   return true;
 }
 
-void DropChunks(BasicSample& sample, FileOrigin& origin,
-                std::initializer_list<std::string_view> ids) {
-  std::vector<ListChunk> chunks;
-  std::vector<Slot> layout;
-  size_t next = 0;
-  for (const Slot slot : origin.layout) {
-    if (slot == Slot::kOther) {
-      ListChunk& chunk = sample.otherChunks[next++];
-      if (std::find(ids.begin(), ids.end(), std::string_view(chunk.id, 4)) != ids.end()) continue;
-      chunks.push_back(std::move(chunk));
-    }
-    layout.push_back(slot);
-  }
-  sample.otherChunks = std::move(chunks);
-  origin.layout = std::move(layout);
-}
-
 }  // namespace zyl

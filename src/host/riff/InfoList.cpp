@@ -1,6 +1,7 @@
 #include "InfoList.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 namespace zyl {
@@ -41,6 +42,10 @@ std::string ListedName(const Bytes& list) {
   return title ? std::string(title->text.substr(0, title->text.find('\0'))) : std::string();
 }
 
+bool IsInfoList(const Bytes& list) {
+  return FieldReader(list, ByteOrder::kLittle).Text(4) == "INFO";
+}
+
 Bytes MakeNameList(const std::string& name) {
   FieldWriter out(ByteOrder::kLittle);
   out.Text("INFO");
@@ -48,13 +53,15 @@ Bytes MakeNameList(const std::string& name) {
   return std::move(out.block);
 }
 
-std::optional<Bytes> WithListedName(const Bytes& list, const std::string& name) {
-  const auto title = FindTitle(list);
-  if (!title) return std::nullopt;
+Bytes WithListedName(const Bytes& list, const std::string& name) {
+  TitlePlace place;
+  place.begin = place.end = list.size();
+  if (const auto title = FindTitle(list)) place = *title;
   FieldWriter out(ByteOrder::kLittle);
-  out.Raw(list.data(), title->begin);
-  AddTitle(out, name);
-  out.Raw(list.data() + title->end, list.size() - title->end);
+  out.Raw(list.data(), place.begin);
+  if (place.begin % 2 != 0) out.U8(0);
+  if (!name.empty()) AddTitle(out, name);
+  out.Raw(list.data() + place.end, list.size() - place.end);
   return std::move(out.block);
 }
 

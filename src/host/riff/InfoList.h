@@ -1,7 +1,6 @@
 // The title of a WAVE file in its list of information texts.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "ByteOrder.h"
@@ -12,7 +11,10 @@ namespace zyl {
 std::string ListedName(const Bytes& list);
 // A list that holds a title alone.
 Bytes MakeNameList(const std::string& name);
-// The list with another title in the place of its own; nothing for a list without one.
-std::optional<Bytes> WithListedName(const Bytes& list, const std::string& name);
+// Whether a "LIST" chunk's data is a list of information texts.
+bool IsInfoList(const Bytes& list);
+// Such a list with another title in place of its own, or after its texts; without one for an empty
+// name.
+Bytes WithListedName(const Bytes& list, const std::string& name);
 
 }  // namespace zyl

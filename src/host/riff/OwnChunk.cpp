@@ -1,14 +1,19 @@
 #include "OwnChunk.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace zyl {
 namespace {
 
+// Version 2 ends with the bits per value; it is used only where there is a width to tell, so that
+// readers of version 1 read the others.
 constexpr uint32_t kVersion = 1;
+constexpr uint32_t kVersionWithBits = 2;
+constexpr size_t kBitsBytes = 4;
 constexpr size_t kLoopBytes = 24;
-constexpr int64_t kMaxTune = 32767;
+// The largest values that the records of samples hold.
+constexpr int32_t kTopKey = 255;
+constexpr int32_t kTopPlaybackType = 255;
 
 RiffParameters Plain(RiffParameters parameters, uint64_t frames) {
   parameters.rateHz = 0;
@@ -23,7 +28,11 @@ RiffParameters Plain(RiffParameters parameters, uint64_t frames) {
 Bytes PackOwnChunk(const OwnChunk& own) {
   const RiffParameters& p = own.parameters;
   FieldWriter out(ByteOrder::kLittle);
-  out.U32(kVersion).U64(own.frames).I32(p.key).I32(p.tune).I32(p.playbackType);
+  out.U32(own.bits > 0 ? kVersionWithBits : kVersion)
+      .U64(own.frames)
+      .I32(p.key)
+      .I32(p.tune)
+      .I32(p.playbackType);
   out.I32(p.holdLoopTuneOff).I32(p.start).I32(p.end).U32(static_cast<uint32_t>(p.loops.size()));
   for (size_t i = 0; i < p.loops.size(); ++i) {
     const RiffLoop& loop = p.loops[i];
@@ -31,12 +40,15 @@ Bytes PackOwnChunk(const OwnChunk& own) {
     out.U32(loop.start).U32(loop.end).U32(loop.fineLen).U32(loop.times).U32(loop.type);
     out.U16(marked ? own.loopMarks[i].first : 0).U16(marked ? own.loopMarks[i].second : 0);
   }
+  if (own.bits > 0) out.U32(own.bits);
   return std::move(out.block);
 }
 
 std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes) {
   FieldReader in(bytes, ByteOrder::kLittle);
-  if (in.U32() != kVersion) return std::nullopt;
+  const uint32_t version = in.U32();
+  if (version != kVersion && version != kVersionWithBits) return std::nullopt;
+  const size_t endBytes = version == kVersionWithBits ? kBitsBytes : 0;
   OwnChunk own;
   RiffParameters& p = own.parameters;
   own.frames = in.U64();
@@ -47,12 +59,7 @@ std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes) {
   p.start = in.I32();
   p.end = in.I32();
   const uint32_t loopCount = in.U32();
-  const auto frames = static_cast<int64_t>(std::min<uint64_t>(own.frames, INT64_MAX));
-  if (p.key < 0 || p.key > 127 || std::abs(int64_t{p.tune}) > kMaxTune || p.start < 0 ||
-      p.end < -1 || p.start > frames || p.end >= std::max<int64_t>(frames, 1)) {
-    return std::nullopt;
-  }
-  if (!in.Good() || loopCount > kMaxLoops || in.Left() != loopCount * kLoopBytes) {
+  if (!in.Good() || loopCount > kMaxLoops || in.Left() != loopCount * kLoopBytes + endBytes) {
     return std::nullopt;
   }
   for (uint32_t i = 0; i < loopCount; ++i) {
@@ -66,6 +73,7 @@ std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes) {
     const uint16_t first = in.U16();
     own.loopMarks.emplace_back(first, in.U16());
   }
+  if (endBytes > 0) own.bits = in.U32();
   return own;
 }
 
@@ -73,7 +81,13 @@ bool SameMeaning(const RiffParameters& a, const RiffParameters& b, uint64_t fram
   return Plain(a, frames) == Plain(b, frames);
 }
 
-bool SettleLoops(RiffParameters& parameters, uint64_t frames) {
+bool SettleParameters(RiffParameters& parameters, uint64_t frames) {
+  const auto lastFrame =
+      static_cast<int32_t>(std::clamp<int64_t>(static_cast<int64_t>(frames) - 1, 0, INT32_MAX));
+  parameters.key = std::clamp(parameters.key, 0, kTopKey);
+  parameters.playbackType = std::clamp(parameters.playbackType, 0, kTopPlaybackType);
+  parameters.start = std::clamp(parameters.start, 0, lastFrame);
+  parameters.end = std::clamp(parameters.end, -1, frames == 0 ? -1 : lastFrame);
   bool changed = false;
   std::vector<RiffLoop> whole;
   for (RiffLoop loop : parameters.loops) {
@@ -85,7 +99,8 @@ bool SettleLoops(RiffParameters& parameters, uint64_t frames) {
       loop.end = static_cast<uint32_t>(frames - 1);
       changed = true;
     }
-    whole.push_back(loop);
+    loop.times = std::min<uint32_t>(loop.times, INT32_MAX);
+    if (whole.size() < kMaxLoops) whole.push_back(loop);
   }
   parameters.loops = std::move(whole);
   return changed;

@@ -20,19 +20,21 @@ inline constexpr char kOwnChunkId[] = "zyls";
 struct OwnChunk {
   uint64_t frames = 0;        // length of the sound that the parameters belong to
   RiffParameters parameters;  // all but the rate
+  unsigned bits = 0;          // WAVE: bits per value where the format chunk tells more; else 0
   std::vector<std::pair<uint16_t, uint16_t>> loopMarks;  // AIFF: the markers of each loop
 };
 
 Bytes PackOwnChunk(const OwnChunk& own);
-// Nothing for an unknown version or a damaged chunk.
+// Nothing for an unknown version or a chunk that is cut off. Values are as stored.
 std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes);
 
 // Whether two sets of parameters mean the same for a sound of `frames` frames: the rate aside, and
 // the last frame named or left open.
 bool SameMeaning(const RiffParameters& a, const RiffParameters& b, uint64_t frames);
 
-// Pulls loops into the sound: those outside it go, ends behind it come to its last frame. True when
-// that changed something.
-bool SettleLoops(RiffParameters& parameters, uint64_t frames);
+// Clamps the parameters to what a sample of `frames` frames can have. Readers do so with what they
+// found and writers with what they store, so that what is written is what is read. Loops outside
+// the sound are dropped, ends after it come to its last frame; true when that changed a loop.
+bool SettleParameters(RiffParameters& parameters, uint64_t frames);
 
 }  // namespace zyl

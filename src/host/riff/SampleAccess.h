@@ -1,6 +1,7 @@
 // The inside of sample objects, for the readers and writers of this folder.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -23,11 +24,19 @@ struct BasicSample::Channel {
 
 namespace zyl {
 
-// The places of a file's chunks, in file order.
+// What a chunk is to the format; all but kOther occur at most once.
 enum class Slot : uint8_t { kFormat, kSound, kMarkers, kSampler, kOwn, kOther };
+inline constexpr size_t kKnownSlots = 5;
 
-// What a "smpl" chunk holds besides the sampler parameters.
+// A chunk's place in its file.
+struct Place {
+  Slot slot;
+  int pad = 0;  // the byte after an odd chunk; -1 where the file ends without one
+};
+
+// What "fmt " and "smpl" chunks hold besides the sampler parameters.
 struct WavKept {
+  unsigned formatBits = 0;  // bits per value by the format chunk alone
   uint32_t channelMask = 0;
   uint32_t manufacturer = 0;
   uint32_t product = 0;
@@ -59,7 +68,15 @@ struct AifKept {
 };
 
 struct FileOrigin {
-  std::vector<Slot> layout;
+  std::vector<Place> layout;
+  // The known chunks as stored, by slot, to be written again while what they say is unchanged; of
+  // the sound what precedes it in its chunk. Empty where the reader mended the chunk.
+  std::array<Bytes, kKnownSlots> stored;
+  Bytes soundTail;         // bytes after the last whole frame in the sound's chunk
+  Bytes prefix;            // an ID3 tag before the form
+  Bytes tail;              // bytes after the last chunk
+  uint64_t formBytes = 0;  // length of the form as declared; 0 where the file is damaged
+  uint64_t chunksEnd = 0;  // where the last chunk ends
   bool hadSampler = false;
   uint64_t frames = 0;
   unsigned channels = 0;
@@ -71,6 +88,11 @@ struct FileOrigin {
   AifKept aif;
 };
 
+inline bool HasPlace(const std::vector<Place>& layout, Slot slot) {
+  return std::any_of(layout.begin(), layout.end(),
+                     [slot](const Place& place) { return place.slot == slot; });
+}
+
 struct SampleAccess {
   using Channel = BasicSample::Channel;
   static std::vector<Channel>& Channels(BasicSample& sample) { return sample.channels_; }
@@ -78,6 +100,7 @@ struct SampleAccess {
     return sample.channels_;
   }
   static const FileOrigin* Origin(const BasicSample& sample) { return sample.origin_.get(); }
+  static FileOrigin* Origin(BasicSample& sample) { return sample.origin_.get(); }
   static FileOrigin& NewOrigin(BasicSample& sample) {
     sample.origin_ = std::make_unique<FileOrigin>();
     return *sample.origin_;
@@ -90,6 +113,7 @@ struct SampleAccess {
     sample.frameCount_ = frames;
   }
   static void SetFlag(BasicSample& sample, uint8_t flag) { sample.formatFlag_ = flag; }
+  static void SetBits(BasicSample& sample, unsigned bits) { sample.bits_ = bits; }
   static void SetFrames(BasicSample& sample, uint64_t frames) { sample.frameCount_ = frames; }
   static void SetWritable(BasicSample& sample) { sample.writable_ = true; }
 };

@@ -17,6 +17,10 @@ namespace zyl {
 bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::string& reason);
 bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::string& reason);
 
+// A FLAC file, and the chunks of the WAVE file that it was made from where it carries them (see
+// FlacChunks.h).
+bool ReadFlac(const ByteSource& source, WavSample& sample, bool withData, std::string& reason);
+
 // Sound that libsndfile decodes: integer formats at their own width, floating point as 24 bits and
 // lossy formats as 16 bits, both held at the limits.
 bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData, std::string& reason);
@@ -44,18 +48,5 @@ inline int32_t SettleRate(double rateHz, std::string& reason) {
   AddReason(reason, "the sample rate makes no sense and is taken as 44100 Hz");
   return 44100;
 }
-
-inline void RememberOrigin(const BasicSample& sample, FileOrigin& origin) {
-  origin.frames = sample.FrameCount();
-  origin.channels = sample.ChannelCount();
-  origin.bits = sample.BitsPerValue();
-  origin.bytesPerValue = sample.BytesPerValue();
-  origin.parameters = sample.parameters;
-  origin.name = sample.Name();
-}
-
-// Forgets other chunks that describe how values were stored, where those were decoded.
-void DropChunks(BasicSample& sample, FileOrigin& origin,
-                std::initializer_list<std::string_view> ids);
 
 }  // namespace zyl

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "ChunkWalker.h"
+#include "FormOrigin.h"
 #include "InfoList.h"
 #include "OwnChunk.h"
 #include "SampleAccess.h"
@@ -61,7 +62,13 @@ WavFormat ReadFormat(const Bytes& bytes) {
     if (wide > container && wide <= 4) container = wide;
   }
   if (format.bits >= 1 && container <= 4) format.bytesPerValue = container;
+  // A width that would fit a narrower container says nothing about the values.
+  if ((format.bits + 7) / 8 < container) format.bits = static_cast<uint16_t>(8 * container);
   return format;
+}
+
+Bytes& StoredFormat(FileOrigin& origin) {
+  return origin.stored[static_cast<size_t>(Slot::kFormat)];
 }
 
 struct WavParts {
@@ -74,7 +81,7 @@ struct WavParts {
   std::optional<OwnChunk> own;
 };
 
-void TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, WavParts& parts,
+void TakeKnownChunk(Bytes bytes, Slot slot, FileOrigin& origin, WavParts& parts,
                     std::string& reason) {
   bool loopsMissing = false;
   switch (slot) {
@@ -90,6 +97,7 @@ void TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, WavParts&
       parts.own = UnpackOwnChunk(bytes);
       break;
   }
+  origin.stored[static_cast<size_t>(slot)] = std::move(bytes);
 }
 
 void KeepOther(const ByteSource& source, const ChunkHead& head, BasicSample& sample,
@@ -104,7 +112,6 @@ void KeepOther(const ByteSource& source, const ChunkHead& head, BasicSample& sam
     sample.SetName(ListedName(other.data).c_str());
   }
   sample.otherChunks.push_back(std::move(other));
-  origin.layout.push_back(Slot::kOther);
 }
 
 WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin,
@@ -113,13 +120,11 @@ WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& orig
   WavParts parts;
   ChunkHead head;
   while (walker.Next(head)) {
-    const auto known = [&](Slot slot) {
-      return std::find(origin.layout.begin(), origin.layout.end(), slot) != origin.layout.end();
-    };
+    const auto known = [&](Slot slot) { return HasPlace(origin.layout, slot); };
     if (head.Is("data") && !known(Slot::kSound)) {
       parts.sound = head;
       parts.hasSound = true;
-      origin.layout.push_back(Slot::kSound);
+      AddPlace(source, walker, head, Slot::kSound, origin);
     } else if (!head.Whole()) {
       AddReason(reason, "a chunk is cut off");
     } else if (head.Is("ds64") && walker.Form() != "RIFF") {
@@ -130,21 +135,20 @@ WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& orig
                         : head.Is(kOwnChunkId)                       ? Slot::kOwn
                                                                      : Slot::kOther;
       if (slot != Slot::kOther && !known(slot)) {
-        origin.layout.push_back(slot);
+        AddPlace(source, walker, head, slot, origin);
         TakeKnownChunk(ReadChunk(source, head), slot, origin, parts, reason);
       } else if (slot != Slot::kOwn) {
         KeepOther(source, head, sample, origin, parts);
+        AddPlace(source, walker, head, Slot::kOther, origin);
       }
     }
   }
-  if ((walker.SawBadSize() || walker.FormCut()) && reason.empty()) {
-    reason = "a declared size does not fit the file";
-  }
+  RememberForm(source, walker, origin, reason);
   return parts;
 }
 
-bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample, bool withData,
-             std::string& reason) {
+bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample, FileOrigin& origin,
+             bool withData, std::string& reason) {
   const WavFormat& format = parts.format;
   if (format.bytesPerValue == 0) {
     return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
@@ -167,8 +171,30 @@ bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample,
     return Refuse(reason, "there is not enough memory for the sound");
   }
   if (!complete) AddReason(reason, "some of the sound cannot be read");
+  RememberSoundTail(source, parts.sound, parts.sound.offset, frames * layout.FrameBytes(), origin);
   SampleAccess::SetWritable(sample);
   return true;
+}
+
+// Takes what the chunks say of the sound that was read.
+void TakeParameters(const WavParts& parts, WavSample& sample, FileOrigin& origin,
+                    std::string& reason) {
+  RiffParameters& parameters = sample.parameters;
+  const int32_t rateHz = parameters.rateHz;
+  FromWavSampler(parts.sampler, parameters);
+  if (parts.own && parts.own->frames == sample.FrameCount() &&
+      ToWavSampler(parts.own->parameters) == parts.sampler) {
+    parameters = parts.own->parameters;
+    parameters.rateHz = rateHz;
+    const unsigned bits = parts.own->bits;
+    if (bits >= 1 && (bits + 7) / 8 == sample.BytesPerValue()) SampleAccess::SetBits(sample, bits);
+  }
+  if (SettleParameters(parameters, sample.FrameCount())) {
+    AddReason(reason, "a loop reaches outside the sound");
+  }
+  origin.wav.formatBits = parts.format.bits;
+  origin.wav.channelMask = parts.format.channelMask;
+  RememberOrigin(sample, origin);
 }
 
 }  // namespace
@@ -184,23 +210,17 @@ bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::st
   if (!parts.hasFormat) return Refuse(reason, "the file has no format");
   if (!ChannelsFit(format.channels, reason)) return false;
   if (format.tag == kPcm) {
-    if (!ReadPcm(source, parts, sample, withData, reason)) return false;
+    if (!ReadPcm(source, parts, sample, origin, withData, reason)) return false;
   } else {
     if (!DecodeSound(source, sample, withData, reason)) return false;
     DropChunks(sample, origin, {"fact", "PEAK"});
+    StoredFormat(origin).clear();
   }
-  RiffParameters& parameters = sample.parameters;
-  FromWavSampler(parts.sampler, parameters);
-  if (parts.own && parts.own->frames == sample.FrameCount() &&
-      ToWavSampler(parts.own->parameters) == parts.sampler) {
-    parameters = parts.own->parameters;
+  sample.parameters.rateHz = SettleRate(format.rateHz, reason);
+  if (static_cast<uint32_t>(sample.parameters.rateHz) != format.rateHz) {
+    StoredFormat(origin).clear();
   }
-  parameters.rateHz = SettleRate(format.rateHz, reason);
-  if (SettleLoops(parameters, sample.FrameCount())) {
-    AddReason(reason, "a loop reaches outside the sound");
-  }
-  origin.wav.channelMask = format.channelMask;
-  RememberOrigin(sample, origin);
+  TakeParameters(parts, sample, origin, reason);
   return true;
 }
 

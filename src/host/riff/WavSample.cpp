@@ -18,34 +18,31 @@ using zyl::Bytes;
 using zyl::FieldWriter;
 using zyl::FileOrigin;
 using zyl::FormPlan;
+using zyl::Place;
 using zyl::Slot;
 
 constexpr uint8_t kExtensibleFlag = 1;
 
+// The header declares the whole container: some programs refuse fewer bits, or read silence. The
+// own chunk keeps the width.
 Bytes MakeFormat(const WavSample& sample, const FileOrigin* origin) {
   const uint32_t channels = sample.ChannelCount();
   const uint32_t frameBytes = channels * sample.BytesPerValue();
+  const uint32_t bits = 8 * sample.BytesPerValue();
   const bool extensible = (sample.FormatFlag() & kExtensibleFlag) != 0;
   const auto rateHz = static_cast<uint32_t>(std::max(sample.parameters.rateHz, 0));
   const uint64_t bytesPerSecond = std::min<uint64_t>(uint64_t{rateHz} * frameBytes, UINT32_MAX);
   FieldWriter out(ByteOrder::kLittle);
   out.U16(extensible ? 0xFFFE : 1).U16(channels).U32(rateHz);
   out.U32(static_cast<uint32_t>(bytesPerSecond)).U16(frameBytes);
-  out.U16(extensible ? 8 * sample.BytesPerValue() : sample.BitsPerValue());
+  out.U16(bits);
   if (extensible) {
     const bool sameChannels = origin != nullptr && origin->channels == channels;
-    out.U16(22).U16(sample.BitsPerValue()).U32(sameChannels ? origin->wav.channelMask : 0);
+    out.U16(22).U16(bits).U32(sameChannels ? origin->wav.channelMask : 0);
     // The sub-format identifier of PCM.
     out.U32(1).U16(0).U16(0x10).U32(0xAA000080).U32(0x719B3800);
   }
   return std::move(out.block);
-}
-
-bool HasInfoList(const WavSample& sample) {
-  return std::any_of(sample.otherChunks.begin(), sample.otherChunks.end(), [](const ListChunk& c) {
-    return std::string_view(c.id, 4) == "LIST" && c.data.size() >= 4 &&
-           std::memcmp(c.data.data(), "INFO", 4) == 0;
-  });
 }
 
 bool NeedsSmpl(const RiffParameters& now, const FileOrigin* origin) {
@@ -54,22 +51,31 @@ bool NeedsSmpl(const RiffParameters& now, const FileOrigin* origin) {
   return now.key != then.key || now.tune != then.tune || now.loops != then.loops;
 }
 
-void PlanOwn(const WavSample& sample, FormPlan& plan) {
+// The bits per value that the format chunk to be written declares.
+unsigned FormatBits(const WavSample& sample) {
+  const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
+  const bool kept =
+      zyl::SameFormat(sample) && !origin->stored[static_cast<size_t>(Slot::kFormat)].empty();
+  return kept ? origin->wav.formatBits : 8 * sample.BytesPerValue();
+}
+
+void PlanOwn(const WavSample& sample, const RiffParameters& parameters, FormPlan& plan) {
   RiffParameters readBack;
-  zyl::FromWavSampler(zyl::ToWavSampler(sample.parameters), readBack);
-  if (zyl::SameMeaning(readBack, sample.parameters, sample.FrameCount())) return;
+  zyl::FromWavSampler(zyl::ToWavSampler(parameters), readBack);
+  const bool widthTold = sample.BitsPerValue() == FormatBits(sample);
+  if (widthTold && zyl::SameMeaning(readBack, parameters, sample.FrameCount())) return;
   zyl::OwnChunk own;
   own.frames = sample.FrameCount();
-  own.parameters = sample.parameters;
+  own.parameters = parameters;
+  own.bits = widthTold ? 0 : sample.BitsPerValue();
   plan.Add(zyl::kOwnChunkId, zyl::PackOwnChunk(own));
 }
 
-// A kept chunk with what it repeats of the sample: the count of frames, the pitch, the title.
-// Nothing when all of that is still as it was read.
+// A kept chunk with what it repeats of the sample: the count of frames, the pitch. Nothing when
+// that is still as it was read.
 std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
-                             const FileOrigin& origin) {
+                             const RiffParameters& now, const FileOrigin& origin) {
   const std::string_view id(other.id, 4);
-  const RiffParameters& now = sample.parameters;
   const RiffParameters& then = origin.parameters;
   if (id == "fact" && other.data.size() >= 4 && origin.frames != sample.FrameCount()) {
     FieldWriter out(ByteOrder::kLittle);
@@ -80,57 +86,92 @@ std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
   if (id == "inst" && other.data.size() >= 7 && (now.key != then.key || now.tune != then.tune)) {
     return zyl::MakeInst(other.data, now);
   }
-  if (id == "LIST" && !sample.Name().empty() && sample.Name() != origin.name &&
-      zyl::ListedName(other.data) == origin.name) {
-    return zyl::WithListedName(other.data, sample.Name());
-  }
   return std::nullopt;
 }
 
-void PlanOther(const ListChunk& other, const WavSample& sample, const FileOrigin* origin,
-               FormPlan& plan) {
-  std::optional<Bytes> renewed;
-  if (origin != nullptr) renewed = Renewed(other, sample, *origin);
+// Puts another title than the file came with into the list that has the old one, or into the first
+// list of texts where there was none.
+class TitlePlanner {
+ public:
+  TitlePlanner(const std::string& oldName, const std::string& newName)
+      : oldName_(oldName), newName_(newName), pending_(oldName != newName) {}
+
+  std::optional<Bytes> Renewed(const ListChunk& other) {
+    if (!pending_ || std::string_view(other.id, 4) != "LIST" || !zyl::IsInfoList(other.data) ||
+        zyl::ListedName(other.data) != oldName_) {
+      return std::nullopt;
+    }
+    Bytes renewed = zyl::WithListedName(other.data, newName_);
+    // A damaged list does not show what is appended.
+    if (zyl::ListedName(renewed) != newName_) return std::nullopt;
+    pending_ = false;
+    return renewed;
+  }
+  void PlanRest(FormPlan& plan) const {
+    if (pending_ && !newName_.empty()) plan.Add("LIST", zyl::MakeNameList(newName_));
+  }
+
+ private:
+  const std::string& oldName_;
+  const std::string& newName_;
+  bool pending_;
+};
+
+void PlanOther(const ListChunk& other, const WavSample& sample, const RiffParameters& parameters,
+               const FileOrigin* origin, TitlePlanner& title, FormPlan& plan) {
+  const std::string_view id(other.id, 4);  // may hold zeros
+  std::optional<Bytes> renewed = title.Renewed(other);
+  if (!renewed && origin != nullptr) renewed = Renewed(other, sample, parameters, *origin);
   if (renewed) {
-    plan.Add(std::string(other.id, 4).c_str(), std::move(*renewed));
+    plan.Add(id, std::move(*renewed));
   } else {
-    plan.Keep(other);
+    plan.Keep(id, other.data);
   }
 }
 
 FormPlan Plan(const WavSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
+  RiffParameters parameters = sample.parameters;
+  zyl::SettleParameters(parameters, sample.FrameCount());
+  const bool unchanged = zyl::Unchanged(sample, parameters);
+  static const std::string noName;
+  TitlePlanner title(origin != nullptr ? origin->name : noName, sample.Name());
   FormPlan plan;
   plan.form = "RIFF";
   plan.type = "WAVE";
   plan.sound = {sample.ChannelCount(), sample.BytesPerValue(), false, sample.BytesPerValue() == 1};
   size_t nextOther = 0;
-  for (const Slot slot : zyl::LayoutOf(
+  for (const Place& place : zyl::LayoutOf(
            sample, {Slot::kFormat, Slot::kOther, Slot::kSound, Slot::kSampler, Slot::kOwn})) {
-    switch (slot) {
+    const size_t planned = plan.chunks.size();
+    switch (place.slot) {
       case Slot::kFormat:
+        if (zyl::SameFormat(sample) && zyl::KeepStored(sample, place.slot, "fmt ", plan)) break;
         plan.Add("fmt ", MakeFormat(sample, origin));
         break;
       case Slot::kSound:
-        plan.chunks.push_back({"data", {}, nullptr, true});
+        zyl::PlanSound(sample, "data", {}, plan);
         break;
       case Slot::kSampler:
-        if (NeedsSmpl(sample.parameters, origin)) {
-          plan.Add("smpl", zyl::MakeSmpl(sample.parameters, sample.FrameCount(), origin));
+        if (unchanged && zyl::KeepStored(sample, place.slot, "smpl", plan)) break;
+        if (NeedsSmpl(parameters, origin)) {
+          plan.Add("smpl", zyl::MakeSmpl(parameters, sample.FrameCount(), origin));
         }
         break;
       case Slot::kOwn:
-        PlanOwn(sample, plan);
+        if (unchanged && zyl::KeepStored(sample, place.slot, zyl::kOwnChunkId, plan)) break;
+        PlanOwn(sample, parameters, plan);
         break;
       case Slot::kOther:
-        PlanOther(sample.otherChunks[nextOther++], sample, origin, plan);
+        PlanOther(sample.otherChunks[nextOther++], sample, parameters, origin, title, plan);
         break;
       case Slot::kMarkers:
         break;
     }
+    if (plan.chunks.size() > planned) plan.chunks.back().pad = place.pad;
   }
-  if (!sample.Name().empty() && !HasInfoList(sample))
-    plan.Add("LIST", zyl::MakeNameList(sample.Name()));
+  title.PlanRest(plan);
+  zyl::PlanSurroundings(sample, plan);
   return plan;
 }
 
