@@ -203,6 +203,16 @@ void StoreHandMadeSamples() {
              {{"FVER", Big().U32(0xA2805140).block}, {"COMM", swapped}, {"SSND", block}}));
   Store("sample_file", "chunks.aif", Form("FORM", "AIFF", {{"COMM", common}, {"SSND", block}}));
   Store("sample_file", "plain.wav", Form("RIFF", "WAVE", {format, {"data", sound}}));
+  const Bytes looped = Form("RIFF", "WAVE", {format, {"smpl", Sampler(1)}, {"data", sound}});
+  Store("sample_file", "tagged.wav",
+        Big()
+            .Text("ID3")
+            .U16(0x0400)
+            .U8(0)
+            .U32(4)
+            .Text("abcd")
+            .Raw(looped.data(), looped.size())
+            .block);
   Store("sample_file", "sound.au",
         Big().Text(".snd").U32(24).U32(16).U32(3).U32(8000).U32(1).Raw(sound.data(), 16).block);
 }

@@ -133,6 +133,44 @@ TEST_F(SampleFiles, ATitleIsWrittenWhenItWasSetOrRead) {
   }
 }
 
+// A form after an ID3 tag, and the chunks that a FLAC file keeps of a WAVE file.
+TEST_F(SampleFiles, LoopsComeOutOfATaggedWaveAndOutOfFlac) {
+  Open(16, Counting(50, 1));
+  SetPoints(first, {0, 49, 10, 40});
+  ASSERT_TRUE(program("SampleWrite", first, Path("looped.wav")).Bool());
+  const std::string wave = Bytes(Path("looped.wav"));
+  const std::string tagged = std::string("ID3\4\0\0\0\0\0\4abcd", 14) + wave;
+  Store(Path("tagged.wav"), tagged);
+  RIOObject* sample = Whole(Path("tagged.wav"));
+  EXPECT_EQ(Points(sample), (Values{0, 49, 10, 40}));
+  EXPECT_EQ(Chunk(Path("tagged.wav"), "smpl"), Chunk(Path("looped.wav"), "smpl"));
+  EXPECT_TRUE(program("SampleWrite", sample).Bool());
+  EXPECT_EQ(Bytes(Path("tagged.wav")), tagged);
+
+  StoreSound(Path("plain.flac"), SF_FORMAT_FLAC, 16, Counting(50, 1));
+  const std::string plain = Bytes(Path("plain.flac"));
+  std::string flac = plain.substr(0, 42);  // the mark and the one block that every file has
+  const auto add = [&](const std::string& chunk) {
+    flac += std::string("\2\0\0", 3) + static_cast<char>(chunk.size() + 4) + "riff" + chunk;
+  };
+  const auto whole = [&](const char* id) {
+    const std::string data = Chunk(Path("looped.wav"), id);
+    return id + std::string(1, static_cast<char>(data.size())) + std::string(3, '\0') + data;
+  };
+  add(wave.substr(0, 12));
+  add(whole("fmt "));
+  add(whole("data").substr(0, 8));
+  add("odd " + std::string("\3\0\0\0abc\0", 8));
+  add(whole("smpl"));
+  Store(Path("kept.flac"), flac + plain.substr(42));
+  sample = Whole(Path("kept.flac"));
+  EXPECT_EQ(Points(sample), (Values{0, 49, 10, 40}));
+  EXPECT_EQ(Read(sample, 0), Counting(50, 1)[0]);
+  ASSERT_TRUE(program("SampleWrite", sample, Path("from-flac.wav")).Bool());
+  EXPECT_EQ(Points(Whole(Path("from-flac.wav"))), (Values{0, 49, 10, 40}));
+  EXPECT_EQ(Chunk(Path("from-flac.wav"), "odd "), "abc");
+}
+
 // A file that is of the other kind than its name says is saved as what it is.
 TEST_F(SampleFiles, AMisnamedFileKeepsItsKind) {
   StoreSound(Path("misnamed.wav"), SF_FORMAT_AIFF, 16, {{1, 2}});

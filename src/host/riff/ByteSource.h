@@ -48,6 +48,20 @@ class MemorySource : public ByteSource {
   size_t count_;
 };
 
+// Another source from `skip` on.
+class SourceFrom : public ByteSource {
+ public:
+  SourceFrom(const ByteSource& source, uint64_t skip) : source_(source), skip_(skip) {}
+  uint64_t Size() const override { return source_.Size() - skip_; }
+  size_t ReadAt(uint64_t offset, void* bytes, size_t count) const override {
+    return offset >= Size() ? 0 : source_.ReadAt(skip_ + offset, bytes, count);
+  }
+
+ private:
+  const ByteSource& source_;
+  uint64_t skip_;
+};
+
 class ByteSink {
  public:
   virtual ~ByteSink() = default;

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "ChunkWalker.h"
+#include "FlacChunks.h"
 #include "FormOrigin.h"
 #include "InfoList.h"
 #include "OwnChunk.h"
@@ -218,6 +219,28 @@ bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::st
   }
   sample.parameters.rateHz = SettleRate(format.rateHz, reason);
   if (static_cast<uint32_t>(sample.parameters.rateHz) != format.rateHz) {
+    StoredFormat(origin).clear();
+  }
+  TakeParameters(parts, sample, origin, reason);
+  return true;
+}
+
+bool ReadFlac(const ByteSource& source, WavSample& sample, bool withData, std::string& reason) {
+  if (!DecodeSound(source, sample, withData, reason)) return false;
+  const Bytes form = WaveChunksOfFlac(source);
+  const MemorySource chunks(form.data(), form.size());
+  const ChunkWalker walker(chunks);
+  if (walker.Type() != "WAVE" || walker.Order() == ByteOrder::kBig) return true;
+  FileOrigin& origin = SampleAccess::NewOrigin(sample);
+  std::string ofChunks;
+  const WavParts parts = Collect(chunks, sample, origin, ofChunks);
+  const WavFormat& format = parts.format;
+  if (format.tag == kPcm && format.channels == sample.ChannelCount() &&
+      format.bytesPerValue == sample.BytesPerValue() &&
+      format.rateHz == static_cast<uint32_t>(sample.parameters.rateHz)) {
+    SampleAccess::SetBits(sample, format.bits);
+    SampleAccess::SetFlag(sample, format.extensible ? 1 : 0);
+  } else {
     StoredFormat(origin).clear();
   }
   TakeParameters(parts, sample, origin, reason);
