@@ -1,129 +1,158 @@
-// Idea. The terms of the rating are never negative, so a candidate is out as soon as a part of its
-// sum reaches the best quality so far, and such a part is cheap:
+// Idea. All terms of the rating are at least 0, so a lower bound of a candidate's rating that
+// reaches the best quality so far rules the candidate out. Neighbouring candidates are bounded side
+// by side, in single precision and without the common division by 65535; where one is not ruled
+// out, its part of `partSize` candidates is rated in double precision, term by term.
 //
-//   screen   P = |r(m) - r(E)| + sum of w(i) * |step(m + i) - step(E - 1)|,  step(p) = r(p+1) -
-//   r(p)
+//   rating  |r(m) - r(E)| + sum of w(i) |step(m + i) - step(E - 1)|,   step(p) = r(p + 1) - r(p)
 //
-// in single precision, on whole-number differences (the common division by 65535 moves to the
-// limit), a group of neighbouring candidates side by side, in stages of ever more terms; a group
-// without a candidate below the limit is left at the end of a stage. Start candidates share their
-// inner differences, end candidates the steps after the loop start.
+// Start candidates share f(p) = |step(p) - step(E - 1)|. As w(i) = 0.025 (20 - i), the sum is
+// made of groups of four, each with two figures that neighbours share too:
+//   sum over k = 0, 4, .. 16 of w(k + 3) four(m + k) + slant(m + k)
+//   four(p) = f(p) + .. + f(p + 3)    slant(p) = 0.025 (3 f(p) + 2 f(p + 1) + f(p + 2))
 //
-//   rate     the groups that pass, in double precision, in the order of the formula
+// End candidates differ in s = step(E - 1) alone. For any group of the terms b(i) = step(m + i),
+//   sum of w(i) |b(i) - s| >= W |c - s|,   W = sum of w(i),   c = sum of w(i) b(i) / W,
+// with equality where s lies outside the group: groups of neighbouring b(i) lose little.
 //
-// A candidate that is screened out is truly no better. P carries fewer than 32 roundings, each of
-// relative size 2^-24, on a sum of terms >= 0, and the differences of the rated slopes deviate
-// from the whole-number differences by at most 2^-20 of themselves (32-bit data, where the
-// quotients are largest; different steps are at least 1 apart). Together that is below 2^-18; the
-// limit is raised by 2^-16. Where steps are rounded before they are subtracted, the error is
-// bounded apart: see EndRule.
+// The limit is the best quality, raised by 2^-16 of itself and by `slack`, so that no rounding
+// rules out a better candidate. With u = 2^-24 and M the largest magnitude of the values,
+//   - a converted value is off by u M, a step of two by 4 u M, a fixed step or c by 2 u M: each
+//     term by 6 u M times its weight, and the sum by less than 64 u M = `slack`. Values below 2^22,
+//     their steps and the differences of steps are exact; `slack` is 0.
+//   - what remains are fewer than 64 roundings of relative size u in sums of terms >= 0, and the
+//     rounding of the rated slopes, whose differences deviate by at most 2^-20 of themselves.
+//
+// Candidates with the same window of values tie, and the first of them is taken. So one that ties
+// with the best is not rated, and a block whose values repeat those of one period before, the
+// distance of such a tie, is skipped.
 #include "sample/LoopScreen.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
-#include <type_traits>
+#include <numeric>
 
 #include "util/ValueAccess.h"
-
-#if defined(__GNUC__) || defined(__clang__)
-#define ZYL_INLINE [[gnu::always_inline]] inline
-#else
-#define ZYL_INLINE inline
-#endif
-
-// The search is compiled once for every machine and once more for AVX2, chosen at run time.
-#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
-#define ZYL_LOOP_SCREEN_AVX2 1
-#endif
+#include "util/WideVectors.h"
 
 namespace zyl {
 
 namespace {
 
-constexpr std::int32_t groupSize = 64;    // candidates screened side by side
-constexpr std::int32_t ratedSize = 32;    // candidates rated side by side
-constexpr std::int32_t blockSize = 1024;  // the working data of a block stays in the first cache
+constexpr std::int32_t partSize = 32;    // candidates bounded, and rated, side by side
+constexpr std::int32_t blockSize = 512;  // the working data of a block stays in the first cache
+constexpr std::int32_t cacheLine = 64;
+constexpr std::int32_t prefetchDistance = 2048;
 constexpr std::int32_t longestWindow = loopTermCount + 1;
-constexpr std::int32_t paddedSize = blockSize + groupSize + longestWindow;
-constexpr float outOfRace = 1e30F;
+constexpr std::int32_t paddedSize = blockSize + partSize + longestWindow;
 
-using Unpacker = void (*)(const std::byte* values, std::ptrdiff_t from, std::int32_t count,
-                          std::int32_t* out) noexcept;
+struct Search {
+  const ValueView& view;
+  std::int32_t shift;  // the window of candidate p begins at position p - shift
+  std::int32_t first, last;
 
-template <class Access>
-void Unpack(const std::byte* values, std::ptrdiff_t from, std::int32_t count,
-            std::int32_t* out) noexcept {
-  for (std::int32_t i = 0; i < count; ++i) out[i] = Access::Read(values, from + i);
-}
+  const std::byte* WindowBytes(std::int32_t candidate) const noexcept {
+    return view.values + (std::ptrdiff_t{candidate} - shift) * view.bytesPerValue;
+  }
+};
 
-Unpacker UnpackerFor(int bytesPerValue) noexcept {
-  return VisitWidth(bytesPerValue,
-                    [](auto access) -> Unpacker { return &Unpack<decltype(access)>; });
-}
-
-// Differences are whole numbers in `Number`: int32 among small values, double among others.
-template <class Number>
-ZYL_INLINE Number Step(std::int32_t from, std::int32_t to) noexcept {
-  return static_cast<Number>(to) - static_cast<Number>(from);
+template <class Access, class Number>
+ZYL_INLINE void Unpack(const std::byte* from, std::int32_t count, Number* to) noexcept {
+  for (std::int32_t i = 0; i < count; ++i) to[i] = static_cast<Number>(Access::Read(from, i));
 }
 
 template <class Number>
-ZYL_INLINE float Magnitude(Number difference) noexcept {
-  return static_cast<float>(difference < 0 ? -difference : difference);
+ZYL_INLINE void Unpack(const Search& search, std::int32_t candidate, std::int32_t count,
+                       Number* to) noexcept {
+  const std::byte* from = search.WindowBytes(candidate);
+  switch (search.view.bytesPerValue) {
+    case 1:
+      return Unpack<ValueAccess<1>>(from, count, to);
+    case 2:
+      return Unpack<ValueAccess<2>>(from, count, to);
+    case 3:
+      return Unpack<ValueAccess<3>>(from, count, to);
+    default:
+      return Unpack<ValueAccess<4>>(from, count, to);
+  }
 }
 
-// Whether steps among these values, and the differences of such steps, stay within int32.
-ZYL_INLINE bool AreSmall(const std::int32_t* values, std::int32_t count) noexcept {
-  std::int32_t reach = 0;
-  for (std::int32_t i = 0; i < count; ++i) reach |= values[i] < 0 ? ~values[i] : values[i];
-  return reach < (1 << 28);
+ZYL_INLINE double Difference(std::int32_t from, std::int32_t to) noexcept {
+  return static_cast<double>(to) - static_cast<double>(from);
 }
 
-// What differs between the two searches. A rule rates a candidate on a window of `window` values,
-// beside what is fixed in the rule. It prepares, for `count` candidates, the joints (the first
-// terms of P) and the features from which Term makes the weighted i-th slope term of P; Rate
-// gives the qualities of `ratedSize` candidates as the formula has them.
+ZYL_INLINE float Reach(const float* values, std::int32_t count) noexcept {
+  std::int32_t bits = 0;  // magnitudes compare as integers do
+  for (std::int32_t i = 0; i < count; ++i) {
+    bits = std::max(bits, std::bit_cast<std::int32_t>(values[i]) & 0x7FFFFFFF);
+  }
+  return std::bit_cast<float>(bits);
+}
+
+// What differs between the two searches. A rule bounds the candidate at an index of a block from
+// the block's values and from features that Prepare makes of them; Rate gives the qualities of
+// `partSize` candidates whose windows begin at `values`.
 struct StartRule {
   static constexpr std::int32_t window = loopTermCount + 1;
-  static constexpr double slack = 0.0;
 
   std::int32_t beforeEnd, end;
-  bool hasSmallValues;
-  float weights[loopTermCount];
+  float singleEnd, endStep, reach;
+  std::array<float, loopTermCount> weights;
 
   StartRule(std::int32_t valueBeforeEnd, std::int32_t valueAtEnd) noexcept
-      : beforeEnd(valueBeforeEnd), end(valueAtEnd) {
-    hasSmallValues = AreSmall(&beforeEnd, 1) && AreSmall(&end, 1);
-    std::transform(loopTermWeights.begin(), loopTermWeights.end(), weights,
+      : beforeEnd(valueBeforeEnd),
+        end(valueAtEnd),
+        singleEnd(static_cast<float>(end)),
+        endStep(static_cast<float>(Difference(beforeEnd, end))) {
+    const float fixed[] = {static_cast<float>(beforeEnd), singleEnd};
+    reach = Reach(fixed, 2);
+    std::transform(loopTermWeights.begin(), loopTermWeights.end(), weights.begin(),
                    [](double weight) { return static_cast<float>(weight); });
   }
 
-  template <class Number>
-  ZYL_INLINE void Prepare(const std::int32_t* values, std::int32_t count, float* joints,
-                          float* features) const noexcept {
-    const Number endStep = Step<Number>(beforeEnd, end);
-    for (std::int32_t i = 0; i < count; ++i) joints[i] = Magnitude(Step<Number>(end, values[i]));
-    for (std::int32_t i = 0; i < count + loopTermCount - 1; ++i) {
-      features[i] = Magnitude(Step<Number>(values[i], values[i + 1]) - endStep);
+  struct Features {
+    alignas(64) float steps[paddedSize] = {};   // f
+    alignas(64) float fours[paddedSize] = {};   // the sums of four f
+    alignas(64) float slants[paddedSize] = {};  // what their falling weights add
+  };
+
+  ZYL_INLINE void Prepare(const float* values, std::int32_t count,
+                          Features& features) const noexcept {
+    const std::int32_t stepCount = count + loopTermCount - 1;
+    for (std::int32_t i = 0; i < stepCount; ++i) {
+      features.steps[i] = std::fabs((values[i + 1] - values[i]) - endStep);
+    }
+    for (std::int32_t i = 0; i + 3 < stepCount; ++i) {
+      const float* steps = features.steps + i;
+      const float two = steps[0] + steps[1];
+      const float three = two + steps[2];
+      features.fours[i] = three + steps[3];
+      features.slants[i] = weights[loopTermCount - 1] * (steps[0] + two + three);
     }
   }
 
-  ZYL_INLINE float Term(const float* features, int i) const noexcept {
-    return weights[i] * features[i];
+  ZYL_INLINE float Bound(const float* values, const Features& features,
+                         std::int32_t at) const noexcept {
+    float bound = std::fabs(values[at] - singleEnd);
+    for (std::int32_t i = 0; i < loopTermCount; i += 4) {
+      bound += weights[static_cast<std::size_t>(i) + 3] * features.fours[at + i];
+      bound += features.slants[at + i];
+    }
+    return bound;
   }
 
   ZYL_INLINE void Rate(const std::int32_t* values, double* qualities) const noexcept {
     const double endSlope = LoopSlope(beforeEnd, end);
-    double differences[ratedSize + loopTermCount];
-    for (std::int32_t i = 0; i < ratedSize + loopTermCount - 1; ++i) {
+    double differences[partSize + loopTermCount];
+    for (std::int32_t i = 0; i < partSize + loopTermCount - 1; ++i) {
       differences[i] = std::fabs(LoopSlope(values[i], values[i + 1]) - endSlope);
     }
-    for (std::int32_t lane = 0; lane < ratedSize; ++lane) {
-      qualities[lane] = std::fabs(Step<double>(end, values[lane])) / loopFullScale;
+    for (std::int32_t lane = 0; lane < partSize; ++lane) {
+      qualities[lane] = std::fabs(Difference(end, values[lane])) / loopFullScale;
     }
     for (std::size_t i = 0; i < loopTermCount; ++i) {
-      for (std::size_t lane = 0; lane < ratedSize; ++lane) {
+      for (std::size_t lane = 0; lane < partSize; ++lane) {
         qualities[lane] += loopTermWeights[i] * differences[lane + i];
       }
     }
@@ -132,238 +161,216 @@ struct StartRule {
 
 struct EndRule {
   static constexpr std::int32_t window = 2;  // the value before the candidate and its own
+  static constexpr std::size_t groupCount = 4;
 
   std::int32_t start;
-  bool hasSmallValues;
+  float singleStart, reach;
   double startSlopes[loopTermCount];
-  float startSteps[loopTermCount];
-  float weights[loopTermCount];
-  // Steps and start steps are rounded to single precision before they are subtracted. |a' - b'|
-  // exceeds |a - b| by at most 2^-24 (|a| + |b|) <= 2^-24 (2 |b| + |a - b|): the share of the
-  // start steps b is bounded here, with room; that of the difference is one more rounding.
-  double slack = 0.0;
+  float groupSteps[groupCount], groupWeights[groupCount];  // c and W
 
   // `starts` are the values at which the slopes start, `nexts` those after them.
   EndRule(const std::int32_t* starts, const std::int32_t* nexts) noexcept
-      : start(starts[0]), hasSmallValues(AreSmall(starts, 1)) {
+      : start(starts[0]), singleStart(static_cast<float>(start)) {
+    float fixed[2 * loopTermCount];
+    double steps[loopTermCount];
+    std::size_t rising[loopTermCount];
     for (std::size_t i = 0; i < loopTermCount; ++i) {
-      const double step = Step<double>(starts[i], nexts[i]);
-      startSlopes[i] = step / loopFullScale;
-      startSteps[i] = static_cast<float>(step);
-      weights[i] = static_cast<float>(loopTermWeights[i]);
-      slack += loopTermWeights[i] * std::fabs(step) * 0x1p-22;
+      fixed[2 * i] = static_cast<float>(starts[i]);
+      fixed[2 * i + 1] = static_cast<float>(nexts[i]);
+      steps[i] = Difference(starts[i], nexts[i]);
+      startSlopes[i] = LoopSlope(starts[i], nexts[i]);
+      rising[i] = i;
+    }
+    reach = Reach(fixed, 2 * loopTermCount);
+    std::sort(std::begin(rising), std::end(rising),
+              [&](std::size_t a, std::size_t b) { return steps[a] < steps[b]; });
+    constexpr std::size_t groupSize = loopTermCount / groupCount;
+    for (std::size_t group = 0; group < groupCount; ++group) {
+      double weight = 0.0, moment = 0.0;
+      for (std::size_t i = group * groupSize; i < (group + 1) * groupSize; ++i) {
+        weight += loopTermWeights[rising[i]];
+        moment += loopTermWeights[rising[i]] * steps[rising[i]];
+      }
+      groupWeights[group] = static_cast<float>(weight);
+      groupSteps[group] = static_cast<float>(moment / weight);
     }
   }
 
-  template <class Number>
-  ZYL_INLINE void Prepare(const std::int32_t* values, std::int32_t count, float* joints,
-                          float* features) const noexcept {
-    for (std::int32_t i = 0; i < count; ++i) {
-      joints[i] = Magnitude(Step<Number>(start, values[i + 1]));
-      features[i] = static_cast<float>(Step<Number>(values[i], values[i + 1]));
-    }
-  }
+  struct Features {};
 
-  ZYL_INLINE float Term(const float* features, int i) const noexcept {
-    return weights[i] * std::fabs(startSteps[i] - features[0]);
+  ZYL_INLINE void Prepare(const float*, std::int32_t, Features&) const noexcept {}
+
+  ZYL_INLINE float Bound(const float* values, const Features&, std::int32_t at) const noexcept {
+    const float step = values[at + 1] - values[at];
+    float bound = std::fabs(singleStart - values[at + 1]);
+    for (std::size_t group = 0; group < groupCount; ++group) {
+      bound += groupWeights[group] * std::fabs(groupSteps[group] - step);
+    }
+    return bound;
   }
 
   ZYL_INLINE void Rate(const std::int32_t* values, double* qualities) const noexcept {
-    double endSlopes[ratedSize];
-    for (std::int32_t lane = 0; lane < ratedSize; ++lane) {
+    double endSlopes[partSize];
+    for (std::int32_t lane = 0; lane < partSize; ++lane) {
       endSlopes[lane] = LoopSlope(values[lane], values[lane + 1]);
-      qualities[lane] = std::fabs(Step<double>(values[lane + 1], start)) / loopFullScale;
+      qualities[lane] = std::fabs(Difference(start, values[lane + 1])) / loopFullScale;
     }
     for (std::size_t i = 0; i < loopTermCount; ++i) {
-      for (std::size_t lane = 0; lane < ratedSize; ++lane) {
+      for (std::size_t lane = 0; lane < partSize; ++lane) {
         qualities[lane] += loopTermWeights[i] * std::fabs(startSlopes[i] - endSlopes[lane]);
       }
     }
   }
 };
 
-// Adds the terms [From, To) to the sums of a group; true when one is still below the limit.
-template <int From, int To, class Rule>
-ZYL_INLINE bool AddTerms(const Rule& rule, const float* features, float limit,
-                         float* sums) noexcept {
-  int below = 0;
-  for (std::int32_t lane = 0; lane < groupSize; ++lane) {
-    float sum = sums[lane];
-    for (int i = From; i < To; ++i) sum += rule.Term(features + lane, i);
-    sums[lane] = sum;
-    below |= sum < limit ? 1 : 0;
-  }
-  return below != 0;
-}
-
-// `sums` come in as the joints. False: no candidate of the group can be better.
+// A pass over the candidates of a search, block by block.
 template <class Rule>
-ZYL_INLINE bool ScreenGroup(const Rule& rule, const float* features, float limit,
-                            float* sums) noexcept {
-  return AddTerms<0, 4>(rule, features, limit, sums) &&
-         AddTerms<4, 8>(rule, features, limit, sums) &&
-         AddTerms<8, 12>(rule, features, limit, sums) &&
-         AddTerms<12, loopTermCount>(rule, features, limit, sums);
-}
+class Pass {
+ public:
+  ZYL_INLINE Pass(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept
+      : rule_(rule), search_(search), best_(best) {}
 
-struct Search {
-  const std::byte* values;
-  Unpacker unpack;
-  bool isNarrow;       // fewer than 32 bits
-  std::int32_t shift;  // the window of candidate p begins at position p - shift
-  std::int32_t first, last;
+  ZYL_INLINE void Run() noexcept {
+    for (first_ = search_.first; first_ < search_.last && best_.quality > 0.0; first_ += count_) {
+      count_ = std::min(blockSize, search_.last - first_);
+      if (RepeatsEarlierBlock()) continue;
+      LoadBlock();
+      for (std::int32_t part = 0; part < count_; part += partSize) {
+        if (AnyBoundBelowLimit(part) && AnyIsNoTie(part)) RatePart(part);
+      }
+    }
+  }
+
+ private:
+  // `count` candidates from a on and from b on.
+  bool HaveSameWindows(std::int32_t a, std::int32_t b, std::int32_t count) const noexcept {
+    const std::int32_t bytes = (count + Rule::window - 1) * search_.view.bytesPerValue;
+    return std::memcmp(search_.WindowBytes(a), search_.WindowBytes(b),
+                       static_cast<std::size_t>(bytes)) == 0;
+  }
+
+  bool RepeatsEarlierBlock() const noexcept {
+    return period_ > 0 && first_ - search_.first >= period_ &&
+           HaveSameWindows(first_, first_ - period_, count_);
+  }
+
+  ZYL_INLINE void LoadBlock() noexcept {
+    const std::int32_t valueCount = count_ + Rule::window - 1;
+    Unpack(search_, first_, valueCount, values_);
+    for (std::int32_t i = 0; i < blockSize * search_.view.bytesPerValue; i += cacheLine) {
+      Prefetch(search_.WindowBytes(first_) + prefetchDistance + i);
+    }
+    rule_.Prepare(values_, count_, features_);
+    slack_ = 0.0;
+    if (search_.view.bytesPerValue > 2) {
+      constexpr float exactReach = 0x1p22F;
+      const float reach = std::max(rule_.reach, Reach(values_, valueCount));
+      if (reach >= exactReach) slack_ = reach * 0x1p-18;
+    }
+    UpdateLimit();
+  }
+
+  ZYL_INLINE void UpdateLimit() noexcept {
+    limit_ = static_cast<float>((best_.quality * loopFullScale + slack_) * (1.0 + 0x1p-16));
+  }
+
+  // Candidates past the block's end may be among those below the limit; they are not rated.
+  ZYL_INLINE bool AnyBoundBelowLimit(std::int32_t part) noexcept {
+    const float limit = limit_;
+    int below = 0;
+    for (std::int32_t i = 0; i < partSize; ++i) {
+      const float bound = rule_.Bound(values_, features_, part + i);
+      bounds_[i] = bound;
+      below |= bound < limit ? 1 : 0;
+    }
+    return below != 0;
+  }
+
+  // Of the candidates whose bound is below the limit.
+  ZYL_INLINE bool AnyIsNoTie(std::int32_t part) noexcept {
+    if (Rule::window == 2 && slack_ == 0.0 && period_ > 0) {
+      // The values are exact. Where few of them occur, most parts have ties.
+      const float limit = limit_, before = bestWindow_[0], own = bestWindow_[1];
+      int differs = 0;
+      for (std::int32_t i = 0; i < partSize; ++i) {
+        const int same =
+            (values_[part + i] == before ? 1 : 0) & (values_[part + i + 1] == own ? 1 : 0);
+        differs |= (bounds_[i] < limit ? 1 : 0) & (same ^ 1);
+      }
+      if (differs == 0) return false;
+    }
+    for (std::int32_t i = 0; i < std::min(partSize, count_ - part); ++i) {
+      if (!(bounds_[i] < limit_)) continue;
+      const std::int32_t candidate = first_ + part + i;
+      if (!hasBest_ || !HaveSameWindows(candidate, best_.position, 1)) return true;
+      period_ = candidate - best_.position;
+    }
+    return false;
+  }
+
+  ZYL_INLINE void RatePart(std::int32_t part) noexcept {
+    const std::int32_t count = std::min(partSize, count_ - part);
+    std::int32_t values[partSize + longestWindow] = {};
+    double qualities[partSize];
+    Unpack(search_, first_ + part, count + Rule::window - 1, values);
+    rule_.Rate(values, qualities);
+    for (std::int32_t i = 0; i < count; ++i) {
+      if (!best_.Offer(qualities[i], first_ + part + i)) continue;
+      hasBest_ = true;
+      bestWindow_[0] = values_[part + i];
+      bestWindow_[1] = values_[part + i + 1];
+    }
+    UpdateLimit();
+  }
+
+  const Rule& rule_;
+  const Search& search_;
+  BestLoopPoint& best_;
+  bool hasBest_ = false;              // the best position is a candidate of this pass
+  std::int32_t period_ = 0;           // the distance of a tie from the best
+  float bestWindow_[2] = {NAN, NAN};  // how the window of the best begins
+
+  std::int32_t first_ = 0, count_ = 0;
+  double slack_ = 0.0;
+  float limit_ = 0.0F;
+  alignas(64) float values_[paddedSize] = {};
+  typename Rule::Features features_;
+  alignas(64) float bounds_[partSize];
 };
-
-// Calls `visit` with the index of every mark that is set, until it answers false. Eight marks are
-// looked at together, most of them being clear. Answers whether it went through all.
-template <std::int32_t Count, class Visitor>
-ZYL_INLINE bool ForMarked(const std::uint8_t* marks, Visitor visit) noexcept {
-  for (std::int32_t eight = 0; eight < Count; eight += 8) {
-    std::uint64_t any;
-    std::memcpy(&any, marks + eight, sizeof any);
-    if (any == 0) continue;
-    for (std::int32_t i = eight; i < eight + 8; ++i) {
-      if (marks[i] != 0 && !visit(i)) return false;
-    }
-  }
-  return true;
-}
-
-// The candidates of a block and what is known of them.
-template <class Rule>
-struct Block {
-  std::int32_t first, count;
-  alignas(64) std::int32_t values[paddedSize] = {};
-  alignas(64) float sums[paddedSize] = {};
-  alignas(64) float features[paddedSize] = {};
-  // The window of the best candidate so far: one with the same values cannot be better. In
-  // periodic signals there are many; once one has been met they are dropped before the screening.
-  std::int32_t bestWindow[Rule::window];
-  bool hasBestWindow = false;
-  bool hasMetTie = false;
-
-  ZYL_INLINE void Load(const Rule& rule, const Search& search) noexcept {
-    const std::int32_t valueCount = count + Rule::window - 1;
-    search.unpack(search.values, std::ptrdiff_t{first} - search.shift, valueCount, values);
-    if (rule.hasSmallValues && (search.isNarrow || AreSmall(values, valueCount))) {
-      rule.template Prepare<std::int32_t>(values, count, sums, features);
-    } else {
-      rule.template Prepare<double>(values, count, sums, features);
-    }
-    std::fill_n(sums + count, groupSize, outOfRace);
-  }
-
-  ZYL_INLINE bool IsTie(std::int32_t candidate) const noexcept {
-    return hasBestWindow && std::memcmp(values + candidate, bestWindow, sizeof bestWindow) == 0;
-  }
-
-  // Takes the ties of a group out of the race.
-  ZYL_INLINE void DropTies(std::int32_t group) noexcept {
-    const std::int32_t* at = values + group;
-    float* groupSums = sums + group;
-    const std::int32_t first0 = bestWindow[0];
-    const std::int32_t first1 = bestWindow[1];
-    if constexpr (Rule::window == 2) {
-      for (std::int32_t i = 0; i < groupSize; ++i) {
-        groupSums[i] = at[i] == first0 && at[i + 1] == first1 ? outOfRace : groupSums[i];
-      }
-    } else {
-      std::uint8_t likely[groupSize];
-      for (std::int32_t i = 0; i < groupSize; ++i) {
-        likely[i] = at[i] == first0 && at[i + 1] == first1 ? 1 : 0;
-      }
-      ForMarked<groupSize>(likely, [&](std::int32_t i) {
-        if (IsTie(group + i)) groupSums[i] = outOfRace;
-        return true;
-      });
-    }
-  }
-
-  // Whether one of the candidates from `part` on is below the limit and no tie.
-  ZYL_INLINE bool AnyPassed(std::int32_t part, float limit) noexcept {
-    std::uint8_t below[ratedSize];
-    for (std::int32_t i = 0; i < ratedSize; ++i) below[i] = sums[part + i] < limit ? 1 : 0;
-    return !ForMarked<ratedSize>(below, [&](std::int32_t i) {
-      if (!IsTie(part + i)) return false;
-      hasMetTie = true;
-      return true;
-    });
-  }
-
-  ZYL_INLINE void RatePart(const Rule& rule, std::int32_t part, BestLoopPoint& best) noexcept {
-    double qualities[ratedSize];
-    rule.Rate(values + part, qualities);
-    for (std::int32_t i = part; i < std::min(part + ratedSize, count); ++i) {
-      if (!best.Offer(qualities[i - part], first + i)) continue;
-      std::memcpy(bestWindow, values + i, sizeof bestWindow);
-      hasBestWindow = true;
-    }
-  }
-};
-
-template <class Rule>
-ZYL_INLINE void Run(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept {
-  Block<Rule> block;
-  for (block.first = search.first; block.first < search.last && best.quality > 0.0;
-       block.first += block.count) {
-    block.count = std::min(blockSize, search.last - block.first);
-    block.Load(rule, search);
-    for (std::int32_t group = 0; group < block.count; group += groupSize) {
-      if (block.hasMetTie) block.DropTies(group);
-      const auto limit =
-          static_cast<float>((best.quality * loopFullScale + rule.slack) * (1.0 + 0x1p-16));
-      if (!ScreenGroup(rule, block.features + group, limit, block.sums + group)) continue;
-      for (std::int32_t part = group; part < group + groupSize; part += ratedSize) {
-        if (block.AnyPassed(part, limit)) block.RatePart(rule, part, best);
-      }
-    }
-  }
-}
 
 template <class Rule>
 void RunPlain(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept {
-  Run(rule, search, best);
+  Pass<Rule>(rule, search, best).Run();
 }
 
-#ifdef ZYL_LOOP_SCREEN_AVX2
 template <class Rule>
-__attribute__((target("avx2"))) void RunAvx2(const Rule& rule, const Search& search,
-                                             BestLoopPoint& best) noexcept {
-  Run(rule, search, best);
+ZYL_AVX2 void RunAvx2(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept {
+  Pass<Rule>(rule, search, best).Run();
 }
-#endif
 
 template <class Rule>
-void RunBest(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept {
-#ifdef ZYL_LOOP_SCREEN_AVX2
-  if (__builtin_cpu_supports("avx2")) return RunAvx2(rule, search, best);
-#endif
-  RunPlain(rule, search, best);
+void Run(const Rule& rule, const Search& search, BestLoopPoint& best) noexcept {
+  HasAvx2() ? RunAvx2(rule, search, best) : RunPlain(rule, search, best);
 }
 
 }  // namespace
 
 void OfferLoopStarts(const ValueView& view, std::int32_t loopEnd, std::int32_t shift,
                      std::int32_t first, std::int32_t last, BestLoopPoint& best) noexcept {
-  const Search search{
-      view.values, UnpackerFor(view.bytesPerValue), view.bytesPerValue < 4, shift, first, last};
-  const std::int32_t beforeEnd = GetValue(view, loopEnd - 1);
-  const std::int32_t end = GetValue(view, loopEnd);
-  RunBest(StartRule(beforeEnd, end), search, best);
+  const StartRule rule(GetValue(view, loopEnd - 1), GetValue(view, loopEnd));
+  Run(rule, {view, shift, first, last}, best);
 }
 
 void OfferLoopEnds(const ValueView& view,
                    const std::array<std::int32_t, loopTermCount>& slopePositions,
                    std::int32_t first, std::int32_t last, BestLoopPoint& best) noexcept {
-  const Search search{
-      view.values, UnpackerFor(view.bytesPerValue), view.bytesPerValue < 4, 1, first, last};
   std::int32_t starts[loopTermCount];
   std::int32_t nexts[loopTermCount];
   for (std::size_t i = 0; i < loopTermCount; ++i) {
     starts[i] = GetValue(view, slopePositions[i]);
     nexts[i] = GetValue(view, slopePositions[i] + 1);
   }
-  RunBest(EndRule(starts, nexts), search, best);
+  Run(EndRule(starts, nexts), {view, 1, first, last}, best);
 }
 
 }  // namespace zyl
