@@ -20,13 +20,10 @@
 #include <array>
 #include <cstddef>
 
+#include "util/WideVectors.h"
+
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
-#endif
-
-// Wider vectors are left out on Windows, where GCC does not align the stack for them.
-#if defined(__x86_64__) && !defined(_WIN32)
-#define ZYL_WIDE_VECTORS 1
 #endif
 
 namespace zyl {
@@ -92,7 +89,7 @@ inline uint32_t SignBits(Ints mask) {
 #include "PitchKernelsBody.inc"
 }  // namespace baseline
 
-#if defined(ZYL_WIDE_VECTORS)
+#if ZYL_HAS_AVX2_CODE
 
 #if defined(__clang__)
 #pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
@@ -117,47 +114,18 @@ inline uint32_t SignBits(Ints mask) {
 }  // namespace avx2
 #if defined(__clang__)
 #pragma clang attribute pop
-#pragma clang attribute push(__attribute__((target("avx512f,avx512bw,avx512dq"))), \
-                             apply_to = function)
-#else
-#pragma GCC pop_options
-#pragma GCC push_options
-#pragma GCC target("avx512f,avx512bw,avx512dq")
-#endif
-namespace avx512 {
-constexpr int kVectorBytes = 64;
-constexpr char kName[] = "avx512";
-using RawWords = uint32_t __attribute__((vector_size(64)));
-inline auto PairProducts(RawWords a, RawWords b) {
-  using RawInts = int32_t __attribute__((vector_size(64)));
-  return reinterpret_cast<RawInts>(
-      _mm512_madd_epi16(reinterpret_cast<__m512i>(a), reinterpret_cast<__m512i>(b)));
-}
-template <class Ints>
-inline uint32_t SignBits(Ints mask) {
-  return static_cast<uint32_t>(_mm512_movepi32_mask(reinterpret_cast<__m512i>(mask)));
-}
-#include "PitchKernelsBody.inc"
-}  // namespace avx512
-#if defined(__clang__)
-#pragma clang attribute pop
 #else
 #pragma GCC pop_options
 #endif
 
-#endif  // ZYL_WIDE_VECTORS
+#endif  // ZYL_HAS_AVX2_CODE
 
 }  // namespace
 
 std::vector<const PitchKernels*> RunnablePitchKernels() {
   std::vector<const PitchKernels*> runnable = {&baseline::kKernels};
-#if defined(ZYL_WIDE_VECTORS)
-  __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2")) runnable.push_back(&avx2::kKernels);
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-      __builtin_cpu_supports("avx512dq")) {
-    runnable.push_back(&avx512::kKernels);
-  }
+#if ZYL_HAS_AVX2_CODE
+  if (HasAvx2()) runnable.push_back(&avx2::kKernels);
 #endif
   return runnable;
 }
