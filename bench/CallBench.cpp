@@ -1,12 +1,7 @@
 // What a method call from a script costs: PRGpoly() of a loaded program against an empty C
 // function that is registered in the same Lua state, and a parameter by number against one by name,
 // all called in the same loop of one run.
-#include <algorithm>
-#include <cstdio>
-#include <memory>
-#include <string>
-#include <vector>
-
+#include "Measure.h"
 #include "Script.h"
 #include "host/hostapp.h"
 #include "zyl/ScriptHost.h"
@@ -15,9 +10,15 @@ namespace {
 
 int Empty(lua_State*) { return 0; }
 
-// The rounds alternate and the fastest of each counts, so that other work on the machine weighs on
-// neither.
-const char* const kScript = R"(
+int Report(lua_State* state) {
+  bench::Report(luaL_checkstring(state, 1), luaL_checknumber(state, 2),
+                bench::AtMost(luaL_checknumber(state, 3)));
+  return 0;
+}
+
+// The rounds alternate and the fastest of each counts, so that other work on the machine does not
+// bias the ratios.
+const char* const kScript = R"lua(
 local calls, rounds = 200000, 15
 local program = host.new("ZylSProgram")
 program:Create(host.null)
@@ -40,12 +41,10 @@ for _ = 1, rounds do
   end)
   set = fastest(set, function() for i = 1, calls do program:PRGpoly(i & 15) end end)
 end
-print(("empty C function:  %6.1f ns"):format(bare / calls * 1e9))
-print(("PRGpoly()          %6.1f ns   ratio %.2f   bar 5"):format(get / calls * 1e9, get / bare))
-print(("PRGIntValue(n)     %6.1f ns   to PRGpoly() %.2f   bar 1.5"):format(number / calls * 1e9,
-  number / get))
-print(("PRGpoly(n)         %6.1f ns   ratio %.2f"):format(set / calls * 1e9, set / bare))
-)";
+report("PRGpoly(), times an empty C function", get / bare, 5)
+report("PRGpoly(v), times an empty C function", set / bare, 5)
+report("PRGIntValue(n), times PRGpoly()", number / get, 1.5)
+)lua";
 
 }  // namespace
 
@@ -53,5 +52,6 @@ int main() {
   const auto module = bench::LoadModule();
   zyl::ScriptHost script;
   lua_register(script.State(), "empty", Empty);
+  lua_register(script.State(), "report", Report);
   return script.RunText(kScript, {"bench"});
 }

@@ -1,17 +1,13 @@
-// How long reading sample files takes beside libsndfile reading the same file as shorts.
-//
-// Each line: name, ratio of the medians, bar. Repetitions of both sides alternate, so that a
-// machine that gets slower or faster under way slows or speeds both.
+// How long reading sample files takes compared with libsndfile reading the same file as shorts,
+// into one buffer for the whole sound, as a program that keeps the sound would; and, without a bar,
+// into a small buffer block by block, which costs no memory.
 #include <sndfile.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,7 +19,6 @@ namespace {
 
 constexpr size_t kFileBytes = 100u * 1000 * 1000;
 constexpr int kRepetitions = 9;
-constexpr double kBar = 2.0;
 
 bool StoreFile(const std::string& path, unsigned channels) {
   const size_t frames = kFileBytes / 2 / channels;
@@ -80,26 +75,17 @@ int main() {
       good = false;
       break;
     }
-    std::vector<double> own;
-    std::vector<double> peer;
-    std::vector<double> blocks;
-    for (int i = 0; i <= kRepetitions; ++i) {
-      const double ownSeconds = bench::Seconds([&] { ReadOwn(path); });
-      const double peerSeconds = bench::Seconds([&] { ReadPeer(path); });
-      const double blockSeconds = bench::Seconds([&] { ReadPeerBlocks(path); });
-      if (i == 0) continue;  // fills the file cache
-      own.push_back(ownSeconds);
-      peer.push_back(peerSeconds);
-      blocks.push_back(blockSeconds);
-    }
-    const double ratio = bench::Median(own) / bench::Median(peer);
-    std::printf("read-wav-100MB-%uch  %.2f  %.2f\n", channels, ratio, kBar);
-    std::printf(
-        "read-wav-100MB-%uch-against-blocks  %.2f  %.2f  (%.1f ms own, %.1f ms peer, %.1f ms "
-        "blocks)\n",
-        channels, bench::Median(own) / bench::Median(blocks), kBar, 1e3 * bench::Median(own),
-        1e3 * bench::Median(peer), 1e3 * bench::Median(blocks));
-    good = good && ratio <= kBar;
+    ReadOwn(path);  // fills the file cache
+    const std::string name =
+        "reading 100 MB, " + std::to_string(channels) + " ch, times libsndfile";
+    bench::Report(name,
+                  bench::Ratio(
+                      kRepetitions, [&] { ReadOwn(path); }, [&] { ReadPeer(path); }),
+                  bench::AtMost(2.0));
+    bench::Report(name + "'s blocks",
+                  bench::Ratio(
+                      kRepetitions, [&] { ReadOwn(path); }, [&] { ReadPeerBlocks(path); }),
+                  bench::kNoBar);
   }
   std::filesystem::remove_all(folder);
   return good ? 0 : 1;

@@ -1,7 +1,6 @@
 // What refilling the keygroup list costs, 1000 keygroups with 12 columns, against plain reads of
 // the same values through the script method, in one run. A refill empties the list and fills it
 // again.
-#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -62,27 +61,21 @@ int main() {
   List list(static_cast<int>(Columns().size()), kRowHeight, lists.GraphicRoot(), Columns());
   lists.SetDispatch(new ListDispatch(list));
 
-  std::vector<double> readTimes;
-  std::vector<double> fillTimes;
-  for (int round = 0; round < kRounds; ++round) {
-    int64_t sum = 0;
-    readTimes.push_back(bench::CpuSeconds([&] {
-      for (int k = 0; k < kKeygroups; ++k) {
-        for (const ListColumn& column : Columns()) {
-          sum += bench::Call(*program, "KGIntValue", k, column.ScriptValue(0))->Int();
+  int64_t sum = 0;
+  const double ratio = bench::Ratio(
+      kRounds,
+      [&] {
+        list.Clear();
+        bench::Call(*program, "ListFillKeygroups", static_cast<RIOObject*>(&lists));
+      },
+      [&] {
+        for (int k = 0; k < kKeygroups; ++k) {
+          for (const ListColumn& column : Columns()) {
+            sum += bench::Call(*program, "KGIntValue", k, column.ScriptValue(0))->Int();
+          }
         }
-      }
-    }));
-    asm volatile("" : : "r"(sum));
-    fillTimes.push_back(bench::CpuSeconds([&] {
-      list.Clear();
-      bench::Call(*program, "ListFillKeygroups", static_cast<RIOObject*>(&lists));
-    }));
-  }
-  if (list.RowCount() != kKeygroups) return 1;
-  const double read = bench::Median(readTimes);
-  const double fill = bench::Median(fillTimes);
-  std::printf("plain reads            %7.0f us\n", read * 1e6);
-  std::printf("clear and fill         %7.0f us   ratio %.2f   bar 3\n", fill * 1e6, fill / read);
-  return fill / read < 3 ? 0 : 1;
+        asm volatile("" : : "r"(sum));
+      });
+  if (list.RowCount() != kKeygroups) bench::Fail("the list does not have a row for each keygroup");
+  bench::Report("refilling the keygroup list, times plain reads", ratio, bench::AtMost(3));
 }

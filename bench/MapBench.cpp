@@ -1,7 +1,6 @@
-// zyl map by sound alone: 88 notes of each instrument, whose names say nothing. One line each: how
-// much faster they are done than they play, by processor time of all threads and by the clock
-// (which counts what else the machine does); how many root keys between 55 Hz and 1.5 kHz are
-// right; and the largest error of the tuning there.
+// zyl map by sound alone: 88 notes of each instrument, whose names say nothing. Reports how much
+// faster than real time they are mapped, by processor time of all threads and by the clock; how
+// many root keys are right; and the largest tuning error between 55 Hz and 1.5 kHz.
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -62,7 +61,7 @@ void Measure(const zyl::test::Instrument& instrument, const fs::path& folder) {
   std::vector<double> processor;
   for (int i = 0; i < kRounds; ++i) {
     const double before = ProcessorSeconds();
-    seconds.push_back(bench::Seconds([&] { static_cast<void>(std::system(command.c_str())); }));
+    seconds.push_back(bench::WallSeconds([&] { static_cast<void>(std::system(command.c_str())); }));
     processor.push_back(ProcessorSeconds() - before);
   }
   const std::string json = ReadAll(out);
@@ -78,11 +77,15 @@ void Measure(const zyl::test::Instrument& instrument, const fs::path& folder) {
     if (is) worst = std::max(worst, std::abs(Number(json, file, "cents") - 100 * kOffKey));
   }
   const double playing = (kHighest - kLowest + 1) * kSeconds;
-  std::printf(
-      "map %-9s %4.0f times faster than it plays by processor time, %4.0f by the clock "
-      "(bar 100)   %d of %d keys right (bar all), %d of 88 in all, tuning within %.1f cents\n",
-      instrument.name, playing / bench::Median(processor), playing / bench::Median(seconds), right,
-      kLastJudged - kFirstJudged + 1, rightInAll, worst);
+  const std::string name = std::string("zyl map, ") + instrument.name;
+  bench::Report(name + ", times real time by processor time", playing / bench::Median(processor),
+                bench::AtLeast(100));
+  bench::Report(name + ", times real time by the clock", playing / bench::Median(seconds),
+                bench::kNoBar);
+  bench::Report(name + ", right keys of 55 Hz to 1.5 kHz", right,
+                bench::AtLeast(kLastJudged - kFirstJudged + 1));
+  bench::Report(name + ", right keys of 88", rightInAll, bench::kNoBar);
+  bench::Report(name + ", largest tuning error in cents", worst, bench::kNoBar);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // What a query costs while a worker analyses a long sample: PitchDataProgressRatio, called as a
-// script's call reaches the module. Prints the median and the 99th percentile of every call.
+// script's call reaches the module: the median and the 99th percentile by the clock.
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "Measure.h"
 #include "Script.h"
 
 namespace {
@@ -59,6 +60,6 @@ int main() {
   const auto at = [&](double share) {
     return micros[static_cast<size_t>(share * static_cast<double>(micros.size() - 1))];
   };
-  std::printf("PitchDataProgressRatio during an analysis, %zu calls\n", micros.size());
-  std::printf("p50 %8.2f us\np99 %8.2f us   bar 50\n", at(0.5), at(0.99));
+  bench::Report("PitchDataProgressRatio, p50 us", at(0.5), bench::kNoBar);
+  bench::Report("PitchDataProgressRatio, p99 us", at(0.99), bench::AtMost(50));
 }
