@@ -1,13 +1,14 @@
 // Idea. All terms of the rating are at least 0, so a lower bound of a candidate's rating that
 // reaches the best quality so far rules the candidate out. Neighbouring candidates are bounded side
-// by side, in single precision and without the common division by 65535; where one is not ruled
-// out, its part of `partSize` candidates is rated in double precision, term by term.
+// by side, in single precision and without the common division by 65535. Where a part of
+// `partSize` candidates is not ruled out, its bounds are raised to the whole rating; where that
+// does not rule it out either, it is rated in double precision, term by term.
 //
 //   rating  |r(m) - r(E)| + sum of w(i) |step(m + i) - step(E - 1)|,   step(p) = r(p + 1) - r(p)
 //
-// Start candidates share f(p) = |step(p) - step(E - 1)|. As w(i) = 0.025 (20 - i), the sum is
-// made of groups of four, each with two figures that neighbours share too:
-//   sum over k = 0, 4, .. 16 of w(k + 3) four(m + k) + slant(m + k)
+// Start candidates share f(p) = |step(p) - step(E - 1)| and its sums of four. As
+// w(i) = 0.025 (20 - i), the sum is that over k = 0, 4, 8, 12, 16 of w(k + 3) four(m + k) +
+// slant(m + k), and the bound leaves out the slants:
 //   four(p) = f(p) + .. + f(p + 3)    slant(p) = 0.025 (3 f(p) + 2 f(p + 1) + f(p + 2))
 //
 // End candidates differ in s = step(E - 1) alone. For any group of the terms b(i) = step(m + i),
@@ -15,7 +16,8 @@
 // with equality where s lies outside the group: groups of neighbouring b(i) lose little.
 //
 // The limit is the best quality, raised by 2^-16 of itself and by `slack`, so that no rounding
-// rules out a better candidate. With u = 2^-24 and M the largest magnitude of the values,
+// rules out a better candidate. With u = 2^-24 and M the largest magnitude of the values, or that
+// of their width until a block's bounds are first raised,
 //   - a converted value is off by u M, a step of two by 4 u M, a fixed step or c by 2 u M: each
 //     term by 6 u M times its weight, and the sum by less than 64 u M = `slack`. Values below 2^22,
 //     their steps and the differences of steps are exact; `slack` is 0.
@@ -28,10 +30,10 @@
 #include "sample/LoopScreen.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <numeric>
 
 #include "util/ValueAccess.h"
 #include "util/WideVectors.h"
@@ -112,9 +114,9 @@ struct StartRule {
   }
 
   struct Features {
-    alignas(64) float steps[paddedSize] = {};   // f
-    alignas(64) float fours[paddedSize] = {};   // the sums of four f
-    alignas(64) float slants[paddedSize] = {};  // what their falling weights add
+    alignas(64) float steps[paddedSize] = {};  // f
+    alignas(64) float fours[paddedSize] = {};
+    alignas(64) float slants[paddedSize] = {};
   };
 
   ZYL_INLINE void Prepare(const float* values, std::int32_t count,
@@ -125,10 +127,7 @@ struct StartRule {
     }
     for (std::int32_t i = 0; i + 3 < stepCount; ++i) {
       const float* steps = features.steps + i;
-      const float two = steps[0] + steps[1];
-      const float three = two + steps[2];
-      features.fours[i] = three + steps[3];
-      features.slants[i] = weights[loopTermCount - 1] * (steps[0] + two + three);
+      features.fours[i] = (steps[0] + steps[1]) + (steps[2] + steps[3]);
     }
   }
 
@@ -137,8 +136,21 @@ struct StartRule {
     float bound = std::fabs(values[at] - singleEnd);
     for (std::int32_t i = 0; i < loopTermCount; i += 4) {
       bound += weights[static_cast<std::size_t>(i) + 3] * features.fours[at + i];
-      bound += features.slants[at + i];
     }
+    return bound;
+  }
+
+  ZYL_INLINE void PrepareRaise(std::int32_t count, Features& features) const noexcept {
+    for (std::int32_t i = 0; i < count + loopTermCount - 4; ++i) {
+      const float* steps = features.steps + i;
+      const float two = steps[0] + steps[1];
+      features.slants[i] = weights[loopTermCount - 1] * ((two + two) + (steps[0] + steps[2]));
+    }
+  }
+
+  ZYL_INLINE float Raise(float bound, const float*, const Features& features,
+                         std::int32_t at) const noexcept {
+    for (std::int32_t i = 0; i < loopTermCount; i += 4) bound += features.slants[at + i];
     return bound;
   }
 
@@ -166,6 +178,7 @@ struct EndRule {
   std::int32_t start;
   float singleStart, reach;
   double startSlopes[loopTermCount];
+  float startSteps[loopTermCount], weights[loopTermCount];
   float groupSteps[groupCount], groupWeights[groupCount];  // c and W
 
   // `starts` are the values at which the slopes start, `nexts` those after them.
@@ -179,6 +192,8 @@ struct EndRule {
       fixed[2 * i + 1] = static_cast<float>(nexts[i]);
       steps[i] = Difference(starts[i], nexts[i]);
       startSlopes[i] = LoopSlope(starts[i], nexts[i]);
+      startSteps[i] = static_cast<float>(steps[i]);
+      weights[i] = static_cast<float>(loopTermWeights[i]);
       rising[i] = i;
     }
     reach = Reach(fixed, 2 * loopTermCount);
@@ -209,6 +224,17 @@ struct EndRule {
     return bound;
   }
 
+  ZYL_INLINE void PrepareRaise(std::int32_t, Features&) const noexcept {}
+
+  ZYL_INLINE float Raise(float, const float* values, const Features&,
+                         std::int32_t at) const noexcept {
+    const float step = values[at + 1] - values[at];
+    float bound = std::fabs(singleStart - values[at + 1]);
+#pragma GCC unroll 20
+    for (int i = 0; i < loopTermCount; ++i) bound += weights[i] * std::fabs(startSteps[i] - step);
+    return bound;
+  }
+
   ZYL_INLINE void Rate(const std::int32_t* values, double* qualities) const noexcept {
     double endSlopes[partSize];
     for (std::int32_t lane = 0; lane < partSize; ++lane) {
@@ -236,7 +262,9 @@ class Pass {
       if (RepeatsEarlierBlock()) continue;
       LoadBlock();
       for (std::int32_t part = 0; part < count_; part += partSize) {
-        if (AnyBoundBelowLimit(part) && AnyIsNoTie(part)) RatePart(part);
+        if (AnyBoundBelowLimit(part) && AnyRaisedBoundBelowLimit(part) && AnyIsNoTie(part)) {
+          RatePart(part);
+        }
       }
     }
   }
@@ -261,12 +289,19 @@ class Pass {
       Prefetch(search_.WindowBytes(first_) + prefetchDistance + i);
     }
     rule_.Prepare(values_, count_, features_);
-    slack_ = 0.0;
-    if (search_.view.bytesPerValue > 2) {
-      constexpr float exactReach = 0x1p22F;
-      const float reach = std::max(rule_.reach, Reach(values_, valueCount));
-      if (reach >= exactReach) slack_ = reach * 0x1p-18;
-    }
+    const int bytes = search_.view.bytesPerValue;
+    slack_ = bytes > 2 ? std::ldexp(0x1p-19, 8 * bytes) : 0.0;
+    isPreparedToRaise_ = false;
+    UpdateLimit();
+  }
+
+  ZYL_INLINE void PrepareRaise() noexcept {
+    isPreparedToRaise_ = true;
+    rule_.PrepareRaise(count_, features_);
+    if (search_.view.bytesPerValue <= 2) return;
+    constexpr float exactReach = 0x1p22F;
+    const float reach = std::max(rule_.reach, Reach(values_, count_ + Rule::window - 1));
+    slack_ = reach < exactReach ? 0.0 : reach * 0x1p-18;
     UpdateLimit();
   }
 
@@ -274,31 +309,42 @@ class Pass {
     limit_ = static_cast<float>((best_.quality * loopFullScale + slack_) * (1.0 + 0x1p-16));
   }
 
-  // Candidates past the block's end may be among those below the limit; they are not rated.
   ZYL_INLINE bool AnyBoundBelowLimit(std::int32_t part) noexcept {
-    const float limit = limit_;
-    int below = 0;
     for (std::int32_t i = 0; i < partSize; ++i) {
-      const float bound = rule_.Bound(values_, features_, part + i);
-      bounds_[i] = bound;
-      below |= bound < limit ? 1 : 0;
+      bounds_[i] = rule_.Bound(values_, features_, part + i);
     }
-    return below != 0;
+    return AnyBelowLimit(part);
+  }
+
+  ZYL_INLINE bool AnyRaisedBoundBelowLimit(std::int32_t part) noexcept {
+    if (!isPreparedToRaise_) PrepareRaise();
+    for (std::int32_t i = 0; i < partSize; ++i) {
+      bounds_[i] = rule_.Raise(bounds_[i], values_, features_, part + i);
+    }
+    return AnyBelowLimit(part);
+  }
+
+  // May be true for candidates past the block's end, which are not rated. Leaves out ties with
+  // short windows of exact values: where few values occur, most parts have one.
+  ZYL_INLINE bool AnyBelowLimit(std::int32_t part) const noexcept {
+    constexpr bool seesTies = Rule::window == 2;
+    const bool leavesOutTies = seesTies && period_ > 0 && slack_ == 0.0;
+    const float before = leavesOutTies ? bestWindow_[0] : NAN;
+    const float own = bestWindow_[1];
+    const float limit = limit_;
+    int any = 0;
+    for (std::int32_t i = 0; i < partSize; ++i) {
+      int below = bounds_[i] < limit ? 1 : 0;
+      if constexpr (seesTies) {
+        below &= (values_[part + i] != before ? 1 : 0) | (values_[part + i + 1] != own ? 1 : 0);
+      }
+      any |= below;
+    }
+    return any != 0;
   }
 
   // Of the candidates whose bound is below the limit.
   ZYL_INLINE bool AnyIsNoTie(std::int32_t part) noexcept {
-    if (Rule::window == 2 && slack_ == 0.0 && period_ > 0) {
-      // The values are exact. Where few of them occur, most parts have ties.
-      const float limit = limit_, before = bestWindow_[0], own = bestWindow_[1];
-      int differs = 0;
-      for (std::int32_t i = 0; i < partSize; ++i) {
-        const int same =
-            (values_[part + i] == before ? 1 : 0) & (values_[part + i + 1] == own ? 1 : 0);
-        differs |= (bounds_[i] < limit ? 1 : 0) & (same ^ 1);
-      }
-      if (differs == 0) return false;
-    }
     for (std::int32_t i = 0; i < std::min(partSize, count_ - part); ++i) {
       if (!(bounds_[i] < limit_)) continue;
       const std::int32_t candidate = first_ + part + i;
@@ -332,6 +378,7 @@ class Pass {
 
   std::int32_t first_ = 0, count_ = 0;
   double slack_ = 0.0;
+  bool isPreparedToRaise_ = false;
   float limit_ = 0.0F;
   alignas(64) float values_[paddedSize] = {};
   typename Rule::Features features_;
