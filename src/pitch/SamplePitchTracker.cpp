@@ -96,7 +96,7 @@ std::optional<std::vector<float>> AnalyzePitch(SamplePitchTracker& tracker,
   const int n = static_cast<int>(track.size());
   CorrectOctaveErrors(track.data(), n, settings.findPitchLen);
   CorrectOctaveErrors(track.data(), n, settings.findPitchLen);
-  SmoothTrack(track.data(), n, settings.smoothLength);
+  if (!SmoothTrack(track.data(), n, settings.smoothLength, &tracker.abort)) return std::nullopt;
   return track;
 }
 

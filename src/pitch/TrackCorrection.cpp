@@ -13,10 +13,12 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -152,89 +154,21 @@ float Corrected(float value, double typical) {
   return static_cast<float>(typical);
 }
 
-// ---- Smoothing ----
-//
-// Weights w(d) = (1 + cos(d pi / L)) / 2 at distances d = -L .. L. The 2 L + 1 of them add up to L,
-// as the cosines cancel. A value's result is the weighted mean of the voiced values around it.
+constexpr int kLongestTrack = 1 << 24;  // blocks of 128 frames in 2^31 frames
+constexpr int kLanes = 8;
 
-constexpr int kLongReach = 256;  // from here on the second way is the faster one
-
-void SmoothByTaps(const std::vector<float>& before, float* track, int reach, double length) {
-  std::vector<float> taps(static_cast<std::size_t>(reach) + 1);
-  for (std::size_t j = 0; j < taps.size(); ++j) {
-    const double weight = 0.5 * (1.0 + std::cos(static_cast<double>(j) * kPi / length));
-    taps[j] = static_cast<float>(weight / length);
+// Weights w(j) = (1 + cos(j pi / L)) / 2 by distance j = 0 .. L, scaled so that the 2 L + 1 taps at
+// -L .. L add up to 1.
+std::vector<float> SmoothingTaps(int length) {
+  const auto weight = [&](int j) { return 0.5 * (1.0 + std::cos(j * kPi / length)); };
+  double sum = 0.0;
+  for (int j = 0; j <= length; ++j) sum += weight(j);
+  const double scale = 0.5 / (sum - 0.5);
+  std::vector<float> taps(static_cast<std::size_t>(length) + 1);
+  for (int j = 0; j <= length; ++j) {
+    taps[static_cast<std::size_t>(j)] = static_cast<float>(weight(j) * scale);
   }
-  const int n = static_cast<int>(before.size());
-  for (int i = 0; i < n; ++i) {
-    if (before[static_cast<std::size_t>(i)] == 0.0F) continue;
-    double sum = 0.0;
-    double norm = 0.0;  // what the taps of voiced values add up to
-    const int last = reach < n - 1 - i ? i + reach : n - 1;
-    for (int j = std::max(0, i - reach); j <= last; ++j) {
-      const double value = before[static_cast<std::size_t>(j)];
-      const double tap = taps[static_cast<std::size_t>(std::abs(j - i))];
-      sum += value * tap;
-      norm += value != 0.0 ? tap : 0.0;
-    }
-    track[i] = static_cast<float>(sum / norm);
-  }
-}
-
-// What a mean needs of a stretch of values, whatever its centre i: with t = pi / L,
-//   2 w(j - i) = 1 + cos(j t) cos(i t) + sin(j t) sin(i t).
-struct Stretch {
-  double sum = 0.0, sumCos = 0.0, sumSin = 0.0;
-  double norm = 0.0, normCos = 0.0, normSin = 0.0;
-
-  void Add(double value, double angle) {
-    if (value == 0.0) return;
-    const double cosine = std::cos(angle);
-    const double sine = std::sin(angle);
-    sum += value;
-    sumCos += value * cosine;
-    sumSin += value * sine;
-    norm += 1.0;
-    normCos += cosine;
-    normSin += sine;
-  }
-};
-
-double MeanAround(double angle, const Stretch& a, const Stretch& b) {
-  const double cosine = std::cos(angle);
-  const double sine = std::sin(angle);
-  const double sum = a.sum + b.sum + cosine * (a.sumCos + b.sumCos) + sine * (a.sumSin + b.sumSin);
-  return sum /
-         (a.norm + b.norm + cosine * (a.normCos + b.normCos) + sine * (a.normSin + b.normSin));
-}
-
-// Costs the same for every length. The track is cut into pieces as wide as a window: each window is
-// the end of one piece and the start of the next, whose sums grow from the cut, so that nothing is
-// ever subtracted.
-void SmoothByStretches(const std::vector<float>& before, float* track, int reach, double length) {
-  const int n = static_cast<int>(before.size());
-  const int width = 2 * reach + 1;
-  const double step = kPi / length;
-  const auto add = [&](int j, Stretch& to) {
-    if (j >= 0 && j < n) to.Add(before[static_cast<std::size_t>(j)], j * step);
-  };
-  std::vector<Stretch> ends;  // of the piece that begins at i = first - reach, from there on
-  for (int first = 0; first < n; first += width) {
-    const int count = std::min(width, n - first);
-    ends.resize(static_cast<std::size_t>(count));
-    Stretch end;
-    for (int k = std::min(width, n - first + reach); k-- > 0;) {
-      add(first - reach + k, end);
-      if (k < count) ends[static_cast<std::size_t>(k)] = end;
-    }
-    Stretch start;
-    for (int k = 0; k < count; ++k) {
-      const int i = first + k;
-      if (k > 0) add(i + reach, start);
-      if (before[static_cast<std::size_t>(i)] == 0.0F) continue;
-      track[i] = static_cast<float>(MeanAround(i * step, ends[static_cast<std::size_t>(k)], start));
-    }
-  }
+  return taps;
 }
 
 }  // namespace
@@ -257,14 +191,34 @@ void CorrectOctaveErrors(float* track, int n, int findPitchLen) {
   }
 }
 
-void SmoothTrack(float* track, int n, int smoothLength) {
-  if (n < 1 || smoothLength < 1) return;
-  // Only distances inside the track are ever looked up.
-  const int reach = std::min(smoothLength, n - 1);
-  const std::vector<float> before(track, track + n);
-  if (reach < kLongReach) {
-    SmoothByTaps(before, track, reach, smoothLength);
-  } else {
-    SmoothByStretches(before, track, reach, smoothLength);
+// Lanes are neighbouring values, each summed in the order of its window. The zeros around the track
+// count as unvoiced blocks, and a term of 0 changes no sum.
+bool SmoothTrack(float* track, int n, int smoothLength, const std::atomic<bool>* abort) {
+  if (n < 1 || smoothLength < 1) return true;
+  const int length = std::min(smoothLength, kLongestTrack);
+  const std::vector<float> taps = SmoothingTaps(length);
+  std::vector<float> padded(static_cast<std::size_t>(n) + 2 * taps.size() + kLanes);
+  float* const before = padded.data() + length;
+  std::copy_n(track, n, before);
+  for (int first = 0; first < n; first += kLanes) {
+    if (abort != nullptr && *abort) return false;
+    std::array<double, kLanes> sum{};
+    std::array<double, kLanes> norm;
+    norm.fill(1.0);
+    for (int j = -length; j <= length; ++j) {
+      const double tap = taps[static_cast<std::size_t>(std::abs(j))];
+      const float* const values = before + first + j;
+      for (std::size_t lane = 0; lane < kLanes; ++lane) {
+        const double value = values[lane];
+        sum[lane] += tap * value;
+        norm[lane] -= value == 0.0 ? tap : 0.0;
+      }
+    }
+    for (int lane = 0; lane < std::min(kLanes, n - first); ++lane) {
+      float& result = track[first + lane];
+      const auto l = static_cast<std::size_t>(lane);
+      if (result != 0.0F) result = static_cast<float>(sum[l] / norm[l]);
+    }
   }
+  return true;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 // Repairs of a finished pitch track of n values (periods in frames, 0 where there is none), in
 // place.
 
@@ -14,5 +16,7 @@ double TypicalPeriod(const float* track, int n, int i, double factor, int halfWi
 void CorrectOctaveErrors(float* track, int n, int findPitchLen);
 
 // Weighted mean over smoothLength values to each side (raised cosine), of voiced values only;
-// unvoiced ones stay 0. Does nothing for a smoothLength below 1.
-void SmoothTrack(float* track, int n, int smoothLength);
+// unvoiced ones stay 0. Does nothing for a smoothLength below 1; one above 2^24, which is the
+// longest track, is clamped. The time it takes grows with n * smoothLength. False, with an
+// incomplete track, when `abort` was set meanwhile.
+bool SmoothTrack(float* track, int n, int smoothLength, const std::atomic<bool>* abort = nullptr);

@@ -223,3 +223,32 @@ void PlainCorrectOctaveErrors(std::vector<float>& track, int halfWidth) {
   }
   track = copy;
 }
+
+void PlainSmoothTrack(std::vector<float>& track, int length) {
+  std::vector<double> weights;
+  double sum = 0;
+  for (int j = 0; j <= length; ++j) {
+    weights.push_back(0.5 * (1 + std::cos(j * kPi / length)));
+    sum += weights.back();
+  }
+  std::vector<float> taps;
+  for (const double weight : weights)
+    taps.push_back(static_cast<float>(weight * (0.5 / (sum - 0.5))));
+  const int n = static_cast<int>(track.size());
+  std::vector<float> smoothed(track.size());
+  for (int i = 0; i < n; ++i) {
+    if (track[static_cast<std::size_t>(i)] == 0) continue;
+    double acc = 0;
+    double norm = 1;
+    for (int j = i - length; j <= i + length; ++j) {
+      const double tap = taps[static_cast<std::size_t>(std::abs(j - i))];
+      if (j >= 0 && j < n && track[static_cast<std::size_t>(j)] != 0) {
+        acc += tap * track[static_cast<std::size_t>(j)];
+      } else {
+        norm -= tap;
+      }
+    }
+    smoothed[static_cast<std::size_t>(i)] = static_cast<float>(acc / norm);
+  }
+  track = smoothed;
+}

@@ -16,3 +16,4 @@ std::vector<float> PlainPitchTrack(const std::vector<double>& frames, double rat
 
 double PlainTypicalPeriod(const std::vector<float>& track, int index, double factor, int halfWidth);
 void PlainCorrectOctaveErrors(std::vector<float>& track, int halfWidth);
+void PlainSmoothTrack(std::vector<float>& track, int length);
