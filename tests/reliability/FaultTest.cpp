@@ -6,6 +6,7 @@
 // nothing of it.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,6 +25,9 @@ namespace {
 // How many of the caught calls still go through; negative: all of them.
 int callsLeft = -1;
 int failure = EIO;
+// Where a save reports that it is about to rename its file, and then waits for good; negative: it
+// goes on.
+int renamePipe = -1;
 
 // Bytes or a new name that were not flushed yet, and renames of a file in that state.
 bool unflushed = false;
@@ -56,6 +60,9 @@ int __wrap_fsync(int handle) {
 int __wrap_rename(const char* from, const char* to) {
   if (unflushed) ++hastyRenames;
   unflushed = true;
+  if (renamePipe >= 0 && __real_write(renamePipe, "r", 1) == 1) {
+    for (;;) pause();
+  }
   return Fails() ? -1 : __real_rename(from, to);
 }
 int __wrap_linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
@@ -70,6 +77,32 @@ using zyltest::Load;
 using zyltest::Octets;
 
 constexpr int kMostSteps = 3000;
+
+// A copy of the process that does `work`. It ends with this object, and with the test's process.
+class Child {
+ public:
+  explicit Child(const std::function<void()>& work) {
+    const pid_t parent = getpid();
+    process_ = fork();
+    EXPECT_GE(process_, 0);
+    if (process_ != 0) return;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() == parent) work();
+    _exit(0);
+  }
+  ~Child() { Kill(); }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  void Kill() {
+    if (process_ <= 0) return;
+    ::kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+    process_ = 0;
+  }
+
+ private:
+  pid_t process_ = 0;
+};
 
 // A program with a sample of its own, and what is to be saved of them.
 class Saves : public testing::Test {
@@ -90,7 +123,7 @@ class Saves : public testing::Test {
     // More than one block of the file's buffer.
     sample_->setBuffer(NewSampleBlock(kFrames * 2), 2, kFrames);
     const auto changeSample = [this](int number) {
-      std::byte* sound = sample_->WritableChannel(0);
+      std::byte* sound = sample_->WritableChannel(0).bytes;
       for (int i = 0; i < 2 * kFrames; ++i) sound[i] = static_cast<std::byte>(i % 100 + number);
     };
     changeSample(0);
@@ -225,18 +258,15 @@ TEST_F(Saves, AreOldOrNewWhenTheProcessIsKilledAtAnyMoment) {
   const size_t entries = folder_.EntryCount();
   int changedOnes = 0;
   for (int kill = 0; kill < kKills; ++kill) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
+    Child child([&] {
       for (int round = 0;; ++round) {
         const Target& target = targets_[static_cast<size_t>(round) % targets_.size()];
         target.change(1 + round / 3 % 2);
         target.save();
       }
-    }
+    });
     usleep(static_cast<useconds_t>(random() % 8000));
-    ::kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    child.Kill();
     for (size_t t = 0; t < targets_.size(); ++t) {
       const Octets now = Load(targets_[t].path);
       ASSERT_TRUE(now == contents[t].first || now == contents[t].second)
@@ -251,37 +281,27 @@ TEST_F(Saves, AreOldOrNewWhenTheProcessIsKilledAtAnyMoment) {
   EXPECT_EQ(folder_.EntryCount(), entries) << "what was left is gone with the next save";
 }
 
-// What a process left that ended between naming its file and renaming it, or on a file system that
-// knows no nameless ones, and what one that still runs has there.
+// What a process left that was killed between naming its file and renaming it, and what one that
+// still runs has there.
 TEST_F(Saves, RemoveWhatIsLeftAndNothingThatIsInUse) {
   const Target& target = targets_[0];
   EXPECT_TRUE(target.save());
-  // The name is found by looking, while a save is stopped before its rename.
   const size_t entries = folder_.EntryCount();
-  std::string left;
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    for (;;) target.save();
-  }
-  for (int i = 0; i < 100000 && left.empty(); ++i) {
-    ::kill(child, SIGSTOP);
-    int status = 0;
-    waitpid(child, &status, WUNTRACED);
-    std::error_code failed;
-    for (const auto& entry : std::filesystem::directory_iterator(
-             std::filesystem::path(target.path).parent_path(), failed)) {
-      if (entry.path().extension() == ".tmp") left = entry.path().string();
-    }
-    if (left.empty()) ::kill(child, SIGCONT);
-  }
-  ASSERT_FALSE(left.empty()) << "never stopped between naming and renaming";
+  int atRename[2];
+  ASSERT_EQ(pipe(atRename), 0);
+  Child child([&] {
+    renamePipe = atRename[1];
+    target.save();
+  });
+  close(atRename[1]);
+  char reported = 0;
+  ASSERT_EQ(read(atRename[0], &reported, 1), 1) << "the save came to no rename";
+  close(atRename[0]);
+  EXPECT_EQ(folder_.EntryCount(), entries + 1);
   EXPECT_TRUE(target.save());
-  EXPECT_TRUE(std::filesystem::exists(left)) << "its process still runs";
-  ::kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
+  EXPECT_EQ(folder_.EntryCount(), entries + 1) << "its process still runs";
+  child.Kill();
   EXPECT_TRUE(target.save());
-  EXPECT_FALSE(std::filesystem::exists(left));
   EXPECT_EQ(folder_.EntryCount(), entries);
 }
 
