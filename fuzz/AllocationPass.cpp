@@ -385,9 +385,9 @@ int TryMethod(const ZylFuncInfo& method, const std::string& calls) {
 // Tries the methods that `wanted` names, or all for an empty text. The number of faults.
 int TryMethods(std::string_view wanted) {
   constexpr bool kIsField[] = {
-#define ZYL_METHOD(name, meaning) false,
-#define ZYL_FIELD(name, meaning) true,
-      ZYL_METHOD_LIST(ZYL_METHOD, ZYL_FIELD)
+#define ZYL_METHOD(...) false,
+#define ZYL_FIELD(...) true,
+      ZYL_METHOD_LIST(ZYL_FIELD, ZYL_METHOD, ZYL_METHOD)
 #undef ZYL_METHOD
 #undef ZYL_FIELD
   };
