@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,14 @@ class ZYLHOST_API MemInterpreter {
 ZYLHOST_API void qxSetProfile(const std::string& path);
 ZYLHOST_API int32_t qxGetPrivateProfileLong(const char* section, const char* key,
                                             int32_t defaultValue, const char* file);
+
+// Replaces the file at `path` by what `write` stores in the empty file whose path it is given.
+// Until that is whole and on disk, and when `write` returns false, the file stays as it was. False
+// with a reason in one line that names the path; the reason is empty when it was `write` that
+// failed. Paths are UTF-8.
+ZYLHOST_API bool qxReplaceFile(const std::string& path,
+                               const std::function<bool(const std::string& temporary)>& write,
+                               std::string& reason);
 
 // Bytes; a figure beyond 2^31 - 1 reads as 2^31 - 1.
 ZYLHOST_API int32_t qxGetTotalPhysicalMemory();

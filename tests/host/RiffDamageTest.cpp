@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstring>
@@ -248,6 +250,49 @@ TEST(AtomicFile, MissingAndVanishingFoldersAreFailures) {
   EXPECT_FALSE(RiffFile(folder.File("no/such/file.wav")).Good());
   std::filesystem::create_directory(folder.File("gone"));
   RiffFile vanishing(folder.File("gone/file.wav"));
+TEST(AtomicFile, KeepsOwnerModeAndAttributes) {
+  const TempFolder folder;
+  const std::string path = folder.File("target");
+  Store(path, {1});
+  const bool privileged = geteuid() == 0;
+  if (privileged) {
+    ASSERT_EQ(chown(path.c_str(), 1234, 2345), 0);
+  }
+  chmod(path.c_str(), 06751);
+  const bool attributes = setxattr(path.c_str(), "user.zyl", "kept", 4, 0) == 0;
+  zyl::AtomicFile file(path);
+  ASSERT_TRUE(file.Write("xyz", 3) && file.Commit());
+  struct stat status {};
+  stat(path.c_str(), &status);
+  EXPECT_EQ(status.st_mode & 07777, 06751u);
+  EXPECT_TRUE(!privileged || (status.st_uid == 1234 && status.st_gid == 2345));
+  char value[5] = "";
+  if (attributes) {
+    EXPECT_EQ(getxattr(path.c_str(), "user.zyl", value, 4), 4);
+    EXPECT_STREQ(value, "kept");
+  }
+}
+
+TEST(AtomicFile, ATargetThatTheProcessMayNotWriteIsRefused) {
+  const TempFolder folder;
+  const std::string path = folder.File("target");
+  Store(path, {1});
+  chmod(path.c_str(), 0444);
+  EXPECT_FALSE(zyl::AtomicFile(path).Good()) << "read-only, whoever the user is";
+  chmod(path.c_str(), 0644);
+  EXPECT_TRUE(zyl::AtomicFile(path).Good());
+  if (geteuid() != 0) return;
+  // Someone else's file, in a folder that everybody may write.
+  chmod(folder.File("").c_str(), 0777);
+  ASSERT_EQ(seteuid(65534), 0);
+  const bool foreign = zyl::AtomicFile(path).Good();
+  const bool fresh = zyl::AtomicFile(folder.File("new")).Good();
+  ASSERT_EQ(seteuid(0), 0);
+  EXPECT_FALSE(foreign);
+  EXPECT_TRUE(fresh);
+  EXPECT_EQ(Load(path), Octets{1});
+}
+
   std::filesystem::remove_all(folder.File("gone"));
   EXPECT_FALSE(vanishing.Close());
 }

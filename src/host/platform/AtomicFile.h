@@ -1,16 +1,19 @@
-// A file that is there whole or not at all.
+// A file that is replaced whole or not at all.
 //
 // Everything written goes to a temporary file in the target's folder. Commit() flushes it to disk
 // and renames it over the target; an object that is destroyed without a successful Commit removes
 // the temporary file and leaves the target as it was. A target that is a symbolic link is followed:
-// the file it points to is replaced and the link stays. The permissions of an existing target are
-// kept.
+// the file it points to is replaced and the link stays.
 //
-// A process that ends in the middle leaves the target as it was. Its temporary file goes with it
-// where the system knows files without a name; elsewhere the next save of the same target removes
-// it.
+// An existing target must be a regular file that the process may write. One without any write
+// permission is refused for every user, also for one whom the system would let write it. The new
+// file takes over the target's owner, group, mode, access control list and user attributes, as far
+// as the system lets the process set them.
 //
-// After the first failure every operation answers false and Error() says what went wrong.
+// A process that ends before Commit leaves the target as it was. The system removes its temporary
+// file where it supports files without a name; elsewhere the next save of the same target does.
+//
+// After the first failure every operation returns false and Error() says what went wrong.
 #pragma once
 
 #include <cstddef>
@@ -22,8 +25,11 @@ namespace zyl {
 
 class AtomicFile {
  public:
+  // When the temporary file gets its name: kAtOnce for a caller that has it filled by its path.
+  enum class Naming { kAtCommit, kAtOnce };
+
   // Opens the temporary file; `path` is UTF-8. Good() tells whether that worked.
-  explicit AtomicFile(const std::string& path);
+  explicit AtomicFile(const std::string& path, Naming naming = Naming::kAtCommit);
   ~AtomicFile();
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
@@ -35,6 +41,8 @@ class AtomicFile {
   uint64_t Size() const { return sizeBytes_; }
   // True when the target now holds, on disk, every byte written. Once only.
   bool Commit();
+  // Empty while the temporary file has no name.
+  const std::string& TemporaryPath() const { return tempPath_; }
   bool Committed() const { return state_ == State::kCommitted; }
   // Removes the temporary file; the target stays as it was. No effect after Commit.
   void Abandon();
@@ -47,9 +55,9 @@ class AtomicFile {
   bool WriteThrough(const std::byte* bytes, size_t count);
   bool Fail(const std::string& doing);
 
-  std::string path_;      // as the caller gave it
-  std::string target_;    // the file behind a symbolic link
-  std::string tempPath_;  // empty while the temporary file has no name
+  std::string path_;    // as the caller gave it
+  std::string target_;  // the file that a symbolic link leads to
+  std::string tempPath_;
   std::string error_;
   std::unique_ptr<std::byte[]> buffer_;
   size_t buffered_ = 0;

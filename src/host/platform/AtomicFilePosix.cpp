@@ -2,19 +2,23 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#if defined(__linux__)
+#include <sys/xattr.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "AtomicFile.h"
+#include "Platform.h"
 
 namespace zyl {
 namespace {
 
 constexpr size_t kBufferBytes = size_t{1} << 17;
-constexpr int kMaxLinks = 32;
 constexpr int kMaxNameTries = 1000;
 
 std::string FolderOf(const std::string& path) {
@@ -23,19 +27,47 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// Follows symbolic links, also one whose file is not there yet. False on a ring of links.
-bool FollowLinks(std::string& path) {
-  for (int depth = 0; depth < kMaxLinks; ++depth) {
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return true;
-    std::string link(4096, '\0');
-    const ssize_t length = ::readlink(path.c_str(), link.data(), link.size());
-    if (length <= 0 || static_cast<size_t>(length) == link.size()) break;
-    link.resize(static_cast<size_t>(length));
-    path = link[0] == '/' ? link : FolderOf(path) + "/" + link;
+// A file without any write permission is marked as read-only: the superuser is refused as well.
+bool MayReplace(const std::string& target, const struct stat& status) {
+  if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+    errno = EACCES;
+    return false;
   }
-  errno = ELOOP;
-  return false;
+  return ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+// Best effort: an unprivileged process can give a file only to its own groups, and to no other
+// owner.
+void CopyOwnerAndMode(const struct stat& from, int to) {
+  mode_t mode = from.st_mode & 07777;
+  if (::fchown(to, from.st_uid, from.st_gid) != 0) {
+    mode &= ~static_cast<mode_t>(S_ISUID);
+    if (::fchown(to, static_cast<uid_t>(-1), from.st_gid) != 0) {
+      // Another group must not get more than everybody has.
+      mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG) | (mode & S_IRWXO) << 3;
+    }
+  }
+  // Last, since a change of the owner resets mode bits.
+  ::fchmod(to, mode);
+}
+
+// Copies the access control list and the user attributes. `room` holds one attribute after the list
+// of names.
+void CopyAttributes(const std::string& from, int to, std::byte* room, size_t roomBytes) {
+#if defined(__linux__)
+  char* names = reinterpret_cast<char*>(room);
+  const ssize_t listed = ::listxattr(from.c_str(), names, roomBytes / 2);
+  for (ssize_t at = 0; at < listed; at += static_cast<ssize_t>(std::strlen(names + at)) + 1) {
+    const std::string_view name(names + at);
+    if (!name.starts_with("user.") && name != "system.posix_acl_access") continue;
+    std::byte* value = room + roomBytes / 2;
+    const ssize_t bytes = ::getxattr(from.c_str(), names + at, value, roomBytes / 2);
+    if (bytes >= 0) ::fsetxattr(to, names + at, value, static_cast<size_t>(bytes), 0);
+  }
+#else
+  static_cast<void>(from), static_cast<void>(to), static_cast<void>(room);
+  static_cast<void>(roomBytes);
+#endif
 }
 
 // A temporary file is locked by whoever writes it, and its name is made of the target's. So one
@@ -92,22 +124,22 @@ bool TakeTemporaryName(const std::string& target, std::string& path, Make make) 
 }
 
 // A file without a name goes with the process that wrote it. -1 where the system has none.
-int OpenNameless(const std::string& target) {
+int OpenNameless(const std::string& target, mode_t mode) {
 #if defined(O_TMPFILE)
   if (::access("/proc/self/fd", X_OK) != 0) return -1;  // the way in which it gets its name
-  const int handle = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
+  const int handle = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
   if (handle >= 0 && HoldNew(handle)) return handle;
   if (handle >= 0) ::close(handle);
 #else
-  static_cast<void>(target);
+  static_cast<void>(target), static_cast<void>(mode);
 #endif
   return -1;
 }
 
-int OpenNamed(const std::string& target, std::string& tempPath) {
+int OpenNamed(const std::string& target, mode_t mode, std::string& tempPath) {
   int handle = -1;
   const bool made = TakeTemporaryName(target, tempPath, [&](const std::string& path) {
-    handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (handle < 0) return false;
     // Before it was locked, someone may have taken it for left.
     if (HoldNew(handle) && IsAt(handle, path)) return true;
@@ -139,7 +171,7 @@ bool FlushFolder(const std::string& folder) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(const std::string& path) : path_(path), target_(path) {
+AtomicFile::AtomicFile(const std::string& path, Naming naming) : path_(path), target_(path) {
   if (path.empty() || path.find('\0') != std::string::npos) {
     errno = EINVAL;
     Fail("open");
@@ -156,10 +188,16 @@ AtomicFile::AtomicFile(const std::string& path) : path_(path), target_(path) {
     Fail("replace");
     return;
   }
+  if (exists && !MayReplace(target_, status)) {
+    Fail("replace");
+    return;
+  }
   // First, since what is opened before it is not closed when there is no memory for it.
   buffer_.reset(new std::byte[kBufferBytes]);
-  handle_ = OpenNameless(target_);
-  if (handle_ < 0) handle_ = OpenNamed(target_, tempPath_);
+  // Until it has the target's mode, nobody else may open it.
+  const mode_t mode = exists ? 0600 : 0666;
+  if (naming == Naming::kAtCommit) handle_ = OpenNameless(target_, mode);
+  if (handle_ < 0) handle_ = OpenNamed(target_, mode, tempPath_);
   if (handle_ < 0) {
     const int error = errno;
     tempPath_.clear();
@@ -168,9 +206,8 @@ AtomicFile::AtomicFile(const std::string& path) : path_(path), target_(path) {
     return;
   }
   if (exists) {
-    // The owner only where the system allows it; it resets some mode bits, so it comes first.
-    [[maybe_unused]] const int owner = ::fchown(handle_, status.st_uid, status.st_gid);
-    ::fchmod(handle_, status.st_mode & 07777);
+    CopyOwnerAndMode(status, handle_);
+    CopyAttributes(target_, handle_, buffer_.get(), kBufferBytes);
   }
   state_ = State::kOpen;
 }

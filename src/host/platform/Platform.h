@@ -32,6 +32,12 @@ inline constexpr size_t kMaxPathBytes = size_t{1} << 15;
 // The path made absolute and free of "." and ".." without asking for its target.
 std::string AbsolutePath(const std::string& path);
 bool FileExists(const std::string& path);
+// Replaces a path whose last part is a symbolic link by what it leads to, also where no file is
+// yet. False with errno ELOOP on a ring of links.
+bool FollowLinks(std::string& path);
+// Whether both paths lead to one file: by another spelling, a symbolic or a hard link. Where no
+// file is yet, whether both would make the same one.
+bool IsSameFile(const std::string& first, const std::string& second);
 std::string TemporaryFolder();
 int ProcessNumber();
 

@@ -1,8 +1,11 @@
 #include <dlfcn.h>
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
@@ -86,6 +89,41 @@ std::string AbsolutePath(const std::string& path) {
 bool FileExists(const std::string& path) {
   std::error_code failed;
   return std::filesystem::is_regular_file(path, failed) && !failed;
+}
+
+bool FollowLinks(std::string& path) {
+  constexpr int kMaxLinks = 32;
+  constexpr size_t kMaxLinkBytes = 4096;
+  for (int depth = 0; depth < kMaxLinks; ++depth) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return true;
+    std::string link(kMaxLinkBytes, '\0');
+    const ssize_t length = ::readlink(path.c_str(), link.data(), link.size());
+    if (length <= 0 || static_cast<size_t>(length) == link.size()) break;
+    link.resize(static_cast<size_t>(length));
+    path = (std::filesystem::path(path).parent_path() / link).string();
+  }
+  errno = ELOOP;
+  return false;
+}
+
+bool IsSameFile(const std::string& first, const std::string& second) {
+  if (std::max(first.size(), second.size()) > kMaxPathBytes) return first == second;
+  struct stat one {};
+  struct stat other {};
+  const bool firstExists = ::stat(first.c_str(), &one) == 0;
+  const bool secondExists = ::stat(second.c_str(), &other) == 0;
+  if (firstExists && secondExists) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+  }
+  if (firstExists || secondExists) return false;
+  const auto canonical = [](std::string path) {
+    std::error_code failed;
+    FollowLinks(path);
+    const auto found = std::filesystem::weakly_canonical(path, failed);
+    return failed ? AbsolutePath(path) : found.string();
+  };
+  return canonical(first) == canonical(second);
 }
 
 std::string TemporaryFolder() {
