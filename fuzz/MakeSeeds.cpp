@@ -247,7 +247,7 @@ void StorePrograms() {
   akaiProgram* program = newAkaiProgram();
   program->setDefault();
   const auto store = [&](const char* name, int mode) {
-    writeAkaiProgram(program, 0, Place("program_file", name).c_str(), kWriteProgram | mode);
+    writeAkaiProgram(program, 0, Place("program_file", name).c_str(), mode);
   };
   store("default.zprg", 0);
   program->newKeyGroup(-1, program, 0);

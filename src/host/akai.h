@@ -311,12 +311,13 @@ ZYLHOST_API akaiProgram* readAkaiProgram(int reserved, const char* path, int loa
 // A held record by its file's path, else by its program name; one use is added.
 ZYLHOST_API akaiProgram* findAkaiProgram(int reserved, const char* name);
 
-// Write modes, a sum of: 1 the program, 2 its changed samples, 16 sample paths relative to the
-// program file, 32 absolute sample paths.
-inline constexpr int kWriteProgram = 1;
+// Write modes, a sum of: 2 the changed samples as well, 16 sample paths relative to the program
+// file, 32 absolute sample paths. Other bits have no effect.
 inline constexpr int kWriteSamples = 2;
 inline constexpr int kWriteRelativePaths = 16;
 inline constexpr int kWriteAbsolutePaths = 32;
+// Stores the program at `path`. Returns 0, with a diagnostic, when something could not be stored,
+// and writes nothing when `path` is the file of one of the program's samples.
 ZYLHOST_API int writeAkaiProgram(akaiProgram* program, int reserved, const char* path, int mode);
 
 // Bytes in use by all programs and their samples (each file once), and by what of it is locked.

@@ -206,16 +206,38 @@ TEST_F(ProgramFile, ChangedSamplesAreStoredWhenTheModeSaysSo) {
   ASSERT_TRUE(program("Write", Path("a/p.zprg"), 1 + 16).Bool());
   EXPECT_EQ(ReadBytes(Path("a/samples/s.wav")), wave);
   EXPECT_TRUE(program("SampleDirty", 1, 2).Bool());
-  const std::string file = ReadBytes(Path("a/p.zprg"));
   program("PRGpoly", 8);
   ASSERT_TRUE(program("Write", Path("a/p.zprg"), 2).Bool());
   EXPECT_NE(ReadBytes(Path("a/samples/s.wav")), wave);
-  EXPECT_EQ(ReadBytes(Path("a/p.zprg")), file) << "the program was not to be written";
   EXPECT_FALSE(program("SampleDirty", 1, 2).Bool());
   program("PrepareDelete");
   program("Create", NullObject{});
   ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool());
+  EXPECT_EQ(program("PRGpoly").Int(), 8) << "the program is stored in every mode";
   EXPECT_EQ(program("Samplekey", program("SampleGet", 1, 2).Object()).Int(), 61);
+}
+
+TEST_F(ProgramFile, WriteRefusesThePathOfAnOwnSample) {
+  WriteSmall();
+  const std::string sample = Path("a/samples/s.wav");
+  const std::string wave = ReadBytes(sample);
+  std::filesystem::create_symlink(sample, Path("symbolic"));
+  std::filesystem::create_hard_link(sample, Path("hard"));
+  std::filesystem::create_directory_symlink(Path("a"), Path("b"));
+  program("ZoneSamplePath", 0, 1, Path("a/new.wav"));  // no file yet
+  std::filesystem::create_symlink("a/new.wav", Path("dangling"));
+  for (const bool loaded : {true, false}) {
+    for (const std::string& path : {sample, Path("a/../a/samples/s.wav"), Path("symbolic"),
+                                    Path("hard"), Path("b/new.wav"), Path("dangling")}) {
+      program("Dirty", true);
+      EXPECT_FALSE(program("Write", path).Bool()) << path;
+      EXPECT_TRUE(program("Dirty").Bool());
+    }
+    EXPECT_EQ(ReadBytes(sample), wave);
+    EXPECT_FALSE(std::filesystem::exists(Path("a/new.wav")));
+    ASSERT_TRUE(program("Write", Path("a/p.zprg")).Bool());
+    ASSERT_TRUE(!loaded || program("Read", Path("a/p.zprg"), 0).Bool());
+  }
 }
 
 TEST_F(ProgramFile, AChangedSampleOfAReadOnlyKindGoesToAFreeWaveBesideTheProgram) {
@@ -233,6 +255,11 @@ TEST_F(ProgramFile, AChangedSampleOfAReadOnlyKindGoesToAFreeWaveBesideTheProgram
   program("Create", NullObject{});
   ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool());
   EXPECT_EQ(ProgramRecord(program)->sampleTable[0]->shared().frameCount, 2);
+  // Nor does a sample take the place of the program that is about to be written.
+  program("SampleName", program("SampleGet", 0, 0).Object(), "same");
+  ProgramRecord(program)->sampleTable[0]->setFilePath("");
+  ASSERT_TRUE(program("Write", Path("a/same.wav")).Bool()) << diagnostics;
+  EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), Path("a/same 2.wav"));
   program("SampleName", program("SampleGet", 0, 0).Object(), std::string(400, 'n'));
   ProgramRecord(program)->sampleTable[0]->setFilePath("");
   EXPECT_TRUE(program("Write").Bool()) << diagnostics;

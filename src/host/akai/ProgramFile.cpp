@@ -175,14 +175,28 @@ std::string FileStem(std::string name) {
   return name;
 }
 
-// A path beside the program file that no file has yet.
+// Whether a program file at `path` would replace the file of one of its zones' samples.
+bool IsFileOfOwnSample(const akaiProgram& program, const std::string& path) {
+  for (int i = 0; i < kZones * program.AllocatedKeyGroups(); ++i) {
+    const char* zonePath = program.keyGroupExtensions[i / kZones].SamplePath(i % kZones);
+    if (zonePath != nullptr && zyl::IsSameFile(zonePath, path)) return true;
+    const genericSample* sample = program.sampleTable[i];
+    const char* filePath = sample == nullptr ? nullptr : sample->filePath;
+    if (filePath != nullptr && zyl::IsSameFile(filePath, path)) return true;
+  }
+  return false;
+}
+
+// A path beside the program file that no file has yet, nor will have after this save.
 std::string FreePathBeside(const std::string& programPath, const std::string& name) {
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
   const std::string stem =
       FileStem(name.empty() ? FileString(programPath).BaseName() + " sample" : name);
   fs::path path = folder / (stem + ".wav");
   std::error_code failed;
-  for (int n = 2; fs::exists(fs::symlink_status(path, failed)); ++n) {
+  for (int n = 2;
+       fs::exists(fs::symlink_status(path, failed)) || zyl::IsSameFile(path.string(), programPath);
+       ++n) {
     path = folder / (stem + " " + std::to_string(n) + ".wav");
   }
   return path.string();
@@ -428,11 +442,13 @@ int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
     return 0;
   }
   try {
+    if (IsFileOfOwnSample(*program, path)) {
+      ZylDiagnostic(std::string(path) + ": is the file of one of the program's samples");
+      return 0;
+    }
     // The samples first: they may get new paths, which the program's file must carry.
-    bool stored = true;
-    if ((mode & kWriteSamples) != 0) stored = WriteChangedSamples(*program, path);
-    if ((mode & kWriteProgram) != 0) stored = WriteProgram(*program, path, mode) && stored;
-    return stored ? 1 : 0;
+    const bool samples = (mode & kWriteSamples) == 0 || WriteChangedSamples(*program, path);
+    return WriteProgram(*program, path, mode) && samples ? 1 : 0;
   } catch (const std::bad_alloc&) {
     ZylDiagnostic("there is not enough memory to write the program");
     return 0;
