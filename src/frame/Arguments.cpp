@@ -9,6 +9,11 @@ bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*&
   return param->Type() == type || call.TypeError(name, type, position);
 }
 
+bool CheckPath(Call& call, const std::string& path, int position) {
+  return path.find('\0') == std::string::npos ||
+         call.UserError("a path cannot hold a zero byte", position);
+}
+
 bool ReadKeyGroup(Call& call, ROCParam*& param) {
   if (!ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, param)) return false;
   const int32_t count = call.program.program->KeyGroupCount();

@@ -105,6 +105,30 @@ struct Opt {
   ROCParam* param = nullptr;  // null: absent
 };
 
+namespace argument {
+// Refuses a text that the system would cut at a zero byte; `position` counts from 1.
+bool CheckPath(Call& call, const std::string& path, int position);
+}  // namespace argument
+
+// A required path or file name.
+template <FixedText Name>
+struct PathArg : Arg<std::string, Name> {
+  static bool Read(Call& call, PathArg& self) {
+    const int position = call.position;
+    return Arg<std::string, Name>::Read(call, self) && argument::CheckPath(call, *self, position);
+  }
+};
+
+// An optional one.
+template <FixedText Name>
+struct OptPath : Opt<std::string, Name> {
+  static bool Read(Call& call, OptPath& self) {
+    const int position = call.position;
+    return Opt<std::string, Name>::Read(call, self) &&
+           (!self || argument::CheckPath(call, *self, position));
+  }
+};
+
 // A required argument of a plain type whose value the method changes in place.
 template <class T, FixedText Name>
 struct VarArg : Arg<T, Name> {

@@ -101,7 +101,7 @@ void WriteSampleToPad(Call& call, PadArg pad, SampleArg sample) {
   pad->DataValue()->SetData(image.bytes.get(), image.length);
 }
 
-CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, Opt<std::string, "Path"> path) {
+CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, OptPath<"Path"> path) {
   zyl::SampleUse record = zyl::SampleOfImage(BytesOf(*pad->DataValue()));
   if (record == nullptr) return nullptr;
   if (path) record->setFilePath(path.Text());

@@ -23,4 +23,4 @@ void EmptyPadData(ZylSProgram& object, PadArg pad);
 void RemoveDataFromPad(ZylSProgram& object, LoadedProgram program, PadArg pad,
                        Arg<int32_t, "SlotID"> slotId);
 void WriteSampleToPad(Call& call, PadArg pad, SampleArg sample);
-CSample* ReadSampleFromPad(ZylSProgram& object, PadArg pad, Opt<std::string, "Path"> path);
+CSample* ReadSampleFromPad(ZylSProgram& object, PadArg pad, OptPath<"Path"> path);

@@ -67,7 +67,7 @@ int32_t PRGmasterDetune(ZylSProgram&, LoadedProgram program, IndexArg<"Index", 1
 }
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-                   Opt<std::string, "NewSample"> newSample) {
+                   OptPath<"NewSample"> newSample) {
   if (const genericSample* sample = ZoneSample(program, keygroup, zone)) {
     object.sampleObjects.DeleteBySample(sample);
     // The modules heard of it, and one of them may have given the object another program.
@@ -83,7 +83,7 @@ void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygr
 }
 
 std::string ZoneSamplePath(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-                           Opt<std::string, "NewPath"> newPath) {
+                           OptPath<"NewPath"> newPath) {
   vendlKeyGroup& extension = program->keyGroupExtensions[*keygroup];
   const char* path = extension.SamplePath(*zone);
   std::string before = path == nullptr ? "" : path;

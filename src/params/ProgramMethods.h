@@ -16,9 +16,9 @@ int32_t PRGmasterDetune(ZylSProgram& object, LoadedProgram program, IndexArg<"In
                         Opt<int32_t, "NewValue"> newValue);
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-                   Opt<std::string, "NewSample"> newSample);
+                   OptPath<"NewSample"> newSample);
 std::string ZoneSamplePath(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
-                           OneZone zone, Opt<std::string, "NewPath"> newPath);
+                           OneZone zone, OptPath<"NewPath"> newPath);
 std::string Zonename(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                      Opt<std::string, "NewString"> unused);
 bool ZoneSampleExists(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,

@@ -51,19 +51,19 @@ bool Create(ZylSProgram& object,
   return true;
 }
 
-bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path,
-          Opt<int32_t, "LoadSmpl"> loadSamples, Opt<int32_t, "MC"> channel) {
+bool Read(ZylSProgram& object, PathArg<"PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
+          Opt<int32_t, "MC"> channel) {
   object.Detach();
   return AttachWithChannel(object, readAkaiProgram(0, path.Text(), loadSamples.ValueOr(1)),
                            channel);
 }
 
-bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel) {
+bool Find(ZylSProgram& object, PathArg<"PrgName"> name, Opt<int32_t, "MC"> channel) {
   object.Detach();
   return AttachWithChannel(object, findAkaiProgram(0, name.Text()), channel);
 }
 
-bool Write(ZylSProgram& object, LoadedProgram program, Opt<std::string, "PrgPath"> path,
+bool Write(ZylSProgram& object, LoadedProgram program, OptPath<"PrgPath"> path,
            IfCounted<Arg<int32_t, "WriteMode">> given) {
   const int32_t mode = given.counted ? *given.value : kDefaultWriteMode;
   const std::string target = path && !(*path).empty() ? std::string(*path) : program->GetFileName();
@@ -72,7 +72,7 @@ bool Write(ZylSProgram& object, LoadedProgram program, Opt<std::string, "PrgPath
   return stored;
 }
 
-std::string FileName(ZylSProgram&, LoadedProgram program, Opt<std::string, "NewFileName"> newName) {
+std::string FileName(ZylSProgram&, LoadedProgram program, OptPath<"NewFileName"> newName) {
   std::string before = program->GetFileName();
   if (newName) program->SetFileName(newName.Text());
   return before;
@@ -84,8 +84,7 @@ int32_t GetUsedPhysicalMemory(ZylSProgram&, Opt<bool, "Locked"> locked) {
   return locked.ValueOr(true) ? getTotalLockedMem() : getTotalMem();
 }
 
-int32_t GetSFPresetArray(ZylSProgram&, Arg<std::string, "FilePath"> path,
-                         ArrayArg<"ResultArray"> names) {
+int32_t GetSFPresetArray(ZylSProgram&, PathArg<"FilePath"> path, ArrayArg<"ResultArray"> names) {
   int count = 0;
   char* block = createPresetArray(path.Text(), count);
   if (block == nullptr) return 0;

@@ -9,15 +9,14 @@
 bool Create(ZylSProgram& object,
             AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
             Opt<bool, "CopySamples"> copySamples);
-bool Read(ZylSProgram& object, Arg<std::string, "PrgName"> path,
-          Opt<int32_t, "LoadSmpl"> loadSamples, Opt<int32_t, "MC"> channel);
-bool Find(ZylSProgram& object, Arg<std::string, "PrgName"> name, Opt<int32_t, "MC"> channel);
-bool Write(ZylSProgram& object, LoadedProgram program, Opt<std::string, "PrgPath"> path,
+bool Read(ZylSProgram& object, PathArg<"PrgName"> path, Opt<int32_t, "LoadSmpl"> loadSamples,
+          Opt<int32_t, "MC"> channel);
+bool Find(ZylSProgram& object, PathArg<"PrgName"> name, Opt<int32_t, "MC"> channel);
+bool Write(ZylSProgram& object, LoadedProgram program, OptPath<"PrgPath"> path,
            IfCounted<Arg<int32_t, "WriteMode">> mode);
-std::string FileName(ZylSProgram& object, LoadedProgram program,
-                     Opt<std::string, "NewFileName"> newName);
+std::string FileName(ZylSProgram& object, LoadedProgram program, OptPath<"NewFileName"> newName);
 int32_t GetTotalPhysicalMemory(ZylSProgram& object);
 int32_t GetLockedMemory(ZylSProgram& object);
 int32_t GetUsedPhysicalMemory(ZylSProgram& object, Opt<bool, "Locked"> locked);
-int32_t GetSFPresetArray(ZylSProgram& object, Arg<std::string, "FilePath"> path,
+int32_t GetSFPresetArray(ZylSProgram& object, PathArg<"FilePath"> path,
                          ArrayArg<"ResultArray"> names);

@@ -86,13 +86,13 @@ bool CopyWhole(const std::string& source, const std::string& dest, std::string& 
 
 }  // namespace
 
-bool SampleWrite(ZylSProgram&, SampleArg sample, Opt<std::string, "NewPath"> path,
+bool SampleWrite(ZylSProgram&, SampleArg sample, OptPath<"NewPath"> path,
                  Opt<int32_t, "ChannelMask"> mask) {
   const char* target = path ? path.Text() : sample->filePath;
   return writeSample(sample.Record(), target, mask.ValueOr(0));
 }
 
-std::optional<bool> SampleWriteMerged(Call& call, Arg<std::string, "NewPath"> path,
+std::optional<bool> SampleWriteMerged(Call& call, PathArg<"NewPath"> path,
                                       Deferred<MergedChannels> pairs) {
   const FileString parts(*path);
   // Without an extension the pairs are not looked at.
@@ -115,13 +115,12 @@ std::optional<bool> SampleWriteMerged(Call& call, Arg<std::string, "NewPath"> pa
   return true;
 }
 
-void SampleCopyFile(ZylSProgram&, Arg<std::string, "Source"> source,
-                    Arg<std::string, "Dest"> dest) {
+void SampleCopyFile(ZylSProgram&, PathArg<"Source"> source, PathArg<"Dest"> dest) {
   std::string reason;
-  if (!CopyWhole(*source, *dest, reason)) ZylDiagnostic(reason);
+  if (!CopyFile(*source, *dest, reason)) ZylDiagnostic(reason);
 }
 
-int32_t GetChannelCount(ZylSProgram&, Arg<std::string, "Path"> path) {
+int32_t GetChannelCount(ZylSProgram&, PathArg<"Path"> path) {
   genericSample* record = loadSample(path.Text(), 0, 0, 0);
   if (record == nullptr) return 0;
   const int32_t count = record->getChannelCount();

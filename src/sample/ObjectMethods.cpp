@@ -106,12 +106,11 @@ CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygr
   return SampleObjectFor(object, ZoneSample(program, keygroup, zone));
 }
 
-CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program,
-                         Arg<std::string, "Name"> name) {
+CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, PathArg<"Name"> name) {
   return SampleObjectFor(object, findSampleInPrgFN(name.Text(), program.record, -1));
 }
 
-CSample* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+CSample* CreateTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
                           Opt<int32_t, "Channel"> channel) {
   SampleList& temps = ModuleState::Get().tempSamples;
   if (CSample* known = temps.FindTemp(path.Text(), channel.ValueOr(0))) return known;
@@ -123,11 +122,11 @@ CSample* CreateTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
   return NewTemp(record);
 }
 
-SampleOrInteger GetTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+SampleOrInteger GetTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
                               Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock) {
   return TempSample(path.Text(), channel.ValueOr(0), lock, false);
 }
-SampleOrInteger ReadTempSample(ZylSProgram&, Arg<std::string, "SamplePath"> path,
+SampleOrInteger ReadTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
                                Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock) {
   return TempSample(path.Text(), channel.ValueOr(0), lock, true);
 }
@@ -165,7 +164,7 @@ bool LockZone(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone
   return before;
 }
 
-void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path) {
+void SampleReload(ZylSProgram& object, PathArg<"SamplePath"> path) {
   reloadSample(path.Text());
   object.sampleObjects.RebindAfterReload(path.Text());
   dropUnusedSample(path.Text());
@@ -196,7 +195,7 @@ std::string FileNameOfNothing(ZylSProgram&, Unused<"SampleOrKeyGroup">,
   return "";
 }
 
-std::string SampleFilePath(ZylSProgram&, SampleArg sample, Opt<std::string, "NewValue"> newValue) {
+std::string SampleFilePath(ZylSProgram&, SampleArg sample, OptPath<"NewValue"> newValue) {
   std::string before = TextOf(sample->filePath);
   if (newValue) sample->setFilePath(newValue.Text());
   return before;

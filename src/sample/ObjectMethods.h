@@ -11,17 +11,17 @@
 CSample* SampleObjectFor(ZylSProgram& object, genericSample* record);
 
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone);
-CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, Arg<std::string, "Name"> name);
+CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, PathArg<"Name"> name);
 
 // Temporary samples: they belong to the module, not to a program.
-CSample* CreateTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+CSample* CreateTempSample(ZylSProgram& object, PathArg<"SamplePath"> path,
                           Opt<int32_t, "Channel"> channel);
 // The object, or with "Lock" an integer; GetTempSample finds what is in memory, ReadTempSample
 // loads what is not.
 using SampleOrInteger = std::variant<CSample*, int32_t>;
-SampleOrInteger GetTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+SampleOrInteger GetTempSample(ZylSProgram& object, PathArg<"SamplePath"> path,
                               Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock);
-SampleOrInteger ReadTempSample(ZylSProgram& object, Arg<std::string, "SamplePath"> path,
+SampleOrInteger ReadTempSample(ZylSProgram& object, PathArg<"SamplePath"> path,
                                Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock);
 void DeleteTempSample(ZylSProgram& object, OptionalSample<"Sample"> sample);
 
@@ -30,7 +30,7 @@ bool LockObject(ZylSProgram& object, SampleArg sample, Opt<bool, "NewValue"> new
 bool LockZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
               Opt<bool, "NewValue"> newValue);
 inline constexpr Forms<&LockObject, &LockZone> SampleLock;
-void SampleReload(ZylSProgram& object, Arg<std::string, "SamplePath"> path);
+void SampleReload(ZylSProgram& object, PathArg<"SamplePath"> path);
 int32_t SampleGetRefCount(ZylSProgram& object, SampleArg sample);
 bool SampleDirty(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                  Opt<bool, "NewValue"> newValue);
@@ -41,8 +41,7 @@ std::string FileNameOfZone(ZylSProgram& object, LoadedProgram program, OneKeyGro
 std::string FileNameOfNothing(ZylSProgram& object, Unused<"SampleOrKeyGroup"> other,
                               Opt<std::string, "NewValue"> unused);
 inline constexpr Forms<&FileNameOfObject, &FileNameOfZone, &FileNameOfNothing> SampleFileName;
-std::string SampleFilePath(ZylSProgram& object, SampleArg sample,
-                           Opt<std::string, "NewValue"> newValue);
+std::string SampleFilePath(ZylSProgram& object, SampleArg sample, OptPath<"NewValue"> newValue);
 std::string SampleName(ZylSProgram& object, SampleArg sample, Opt<std::string, "NewName"> newName);
 
 int32_t Samplekey(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);

@@ -122,6 +122,44 @@ TEST_F(FileMethods, AFileIsLoadedOnceAndTheMemoryFiguresAddUp) {
   EXPECT_EQ(getTotalMem(), 0);
 }
 
+// A path that the system would cut at a zero byte names another file.
+TEST_F(FileMethods, APathWithAZeroByteIsRefusedEverywhere) {
+  WriteWave(Path("a.wav"), {{1, 2}});
+  const std::string path = Path("a.wav") + std::string("\0.wav", 5);
+  const Program program;
+  program.Make();
+  ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
+  RIOObject* sample = program("ReadTempSample", Path("a.wav")).Object();
+  const std::unique_ptr<ROCParam, void (*)(ROCParam*)> array(ROCParam::NewArray(0), deleteROCParam);
+  RODPad pad;
+  const Outcome outcomes[] = {program("Read", path),
+                              program("Find", path),
+                              program("Write", path),
+                              program("FileName", path),
+                              program("GetSFPresetArray", path, array.get()),
+                              program("ZoneSampleSet", 0, 0, path),
+                              program("ZoneSamplePath", 0, 0, path),
+                              program("SampleGetByName", path),
+                              program("CreateTempSample", path),
+                              program("GetTempSample", path),
+                              program("ReadTempSample", path),
+                              program("SampleReload", path),
+                              program("SampleFilePath", sample, path),
+                              program("SampleWrite", sample, path),
+                              program("SampleWriteMerged", path, sample, 0),
+                              program("SampleCopyFile", path, Path("b.wav")),
+                              program("SampleCopyFile", Path("a.wav"), path),
+                              program("GetChannelCount", path),
+                              program("ReadSampleFromPad", &pad, path)};
+  for (const Outcome& outcome : outcomes) {
+    ASSERT_TRUE(outcome.error) << &outcome - outcomes;
+    EXPECT_STREQ(outcome.error->KindName(), "ArgUser");
+  }
+  EXPECT_TRUE(program("IsValid").Bool()) << "the program was detached";
+  EXPECT_FALSE(std::filesystem::exists(Path("b.wav")));
+  program("DeleteTempSample");
+}
+
 // ---- Preset files ----
 
 std::string PresetFile(const std::vector<std::string>& names) {

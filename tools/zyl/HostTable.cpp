@@ -144,10 +144,17 @@ int NearestNames(lua_State* L) {
   return 1;
 }
 
+// A path that the system would cut at a zero byte is an error.
+const char* CheckPath(lua_State* L, int argument) {
+  size_t length = 0;
+  const char* path = luaL_checklstring(L, argument, &length);
+  luaL_argcheck(L, std::strlen(path) == length, argument, "a path cannot hold a zero byte");
+  return path;
+}
+
 int FileType(lua_State* L) {
   std::error_code failure;
-  const std::filesystem::file_status status =
-      std::filesystem::status(luaL_checkstring(L, 1), failure);
+  const std::filesystem::file_status status = std::filesystem::status(CheckPath(L, 1), failure);
   if (std::filesystem::status_known(status) && std::filesystem::exists(status)) {
     lua_pushstring(L, std::filesystem::is_regular_file(status) ? "file"
                       : std::filesystem::is_directory(status)  ? "folder"
@@ -164,7 +171,7 @@ int WriteFile(lua_State* L) {
   size_t length = 0;
   const char* bytes = luaL_checklstring(L, 2, &length);
   std::string reason;
-  if (ZylWriteFile(luaL_checkstring(L, 1), {bytes, length}, reason)) {
+  if (ZylWriteFile(CheckPath(L, 1), {bytes, length}, reason)) {
     lua_pushboolean(L, 1);
     return 1;
   }
