@@ -1,13 +1,15 @@
 #include "sample/FileMethods.h"
 
+#include <wx/filefn.h>
+#include <wx/log.h>
 #include <wx/string.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <vector>
 
+#include "host/qx.h"
 #include "host/riff.h"
 #include "sample/SampleAccess.h"
 
@@ -59,28 +61,36 @@ bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file)
   return file.ChannelCount() == channels.size() && file.CreateInterleavedBuffer();
 }
 
-// Copies into a file that is there whole or not at all.
-bool CopyWhole(const std::string& source, const std::string& dest, std::string& reason) {
-  constexpr size_t kBlockBytes = size_t{1} << 16;
+// File names are bytes to the system: those that are not UTF-8 are kept as well.
+class FileNameBytes {
+ public:
+  FileNameBytes() { wxConvFileName = &bytes_; }
+  ~FileNameBytes() { wxConvFileName = before_; }
+  FileNameBytes(const FileNameBytes&) = delete;
+  FileNameBytes& operator=(const FileNameBytes&) = delete;
+  wxString operator()(const std::string& name) const { return {name.c_str(), bytes_}; }
+
+ private:
+  wxMBConvUTF8 bytes_{wxMBConvUTF8::MAP_INVALID_UTF8_TO_PUA};
+  wxMBConv* const before_ = wxConvFileName;
+};
+
+// Copies the file with its mode; `dest` is replaced whole or not at all.
+bool CopyFile(const std::string& source, const std::string& dest, std::string& reason) {
   std::error_code failed;
+  // Also since opening a pipe would wait for its writer.
   if (!fs::is_regular_file(source, failed)) {
     reason = source + ": is no file that can be copied";
     return false;
   }
   if (fs::equivalent(source, dest, failed)) return true;
-  std::ifstream from(source, std::ios::binary);
-  RiffFile to(dest);
-  std::vector<char> block(kBlockBytes);
-  bool good = from.good() && to.Good();
-  while (good && from) {
-    from.read(block.data(), static_cast<std::streamsize>(block.size()));
-    good = !from.bad() && to.Write(block.data(), static_cast<size_t>(from.gcount()));
-  }
-  if (good && to.Close()) {
-    fs::permissions(dest, fs::status(source, failed).permissions(), failed);
-    return true;
-  }
-  reason = to.Error().empty() ? source + ": could not be read" : to.Error();
+  const FileNameBytes name;
+  const wxLogNull quiet;
+  const auto copy = [&](const std::string& temporary) {
+    return wxCopyFile(name(source), name(temporary));
+  };
+  if (qxReplaceFile(dest, copy, reason)) return true;
+  if (reason.empty()) reason = source + ": could not be copied to " + dest;
   return false;
 }
 

@@ -283,6 +283,12 @@ TEST_F(SampleFiles, ACopyIsWholeOrNotThere) {
   EXPECT_TRUE(fs::is_symlink(Path("link")));
   EXPECT_EQ(Bytes(Path("behind")), "new sound");
 
+  for (const char* name : {"\xC3\xA4 \xE6\x97\xA5.wav", "not UTF-8 \xE4.wav"}) {
+    EXPECT_TRUE(copy(source, Path(name)) && copy(Path(name), Path("back"))) << name;
+    EXPECT_EQ(Bytes(Path("back")), "new sound");
+    fs::remove(Path("back"));
+  }
+
   const size_t entries = Entries();
   fs::create_symlink("ring", Path("ring"));
   EXPECT_FALSE(copy(Path("missing"), dest));
