@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -114,6 +115,8 @@ class ZYLHOST_API ROCParam {
   // Resizes a byte block (new bytes 0) or an array (new elements integer 0) to `bytes`.
   void SetSize(int bytes);
   void SetData(const void* bytes, int size);
+  // Takes the block over, without a copy.
+  void TakeData(std::unique_ptr<char[]> bytes, int size);
   std::byte* Data();
   ROCParam& Element(int index);
   int ElementCount() const;
@@ -134,13 +137,14 @@ class ZYLHOST_API ROCParam {
   }
   void Clear();
   void CopyFrom(const ROCParam& other);
+  struct ByteBlock;
   union Value {
     int32_t integer;
     bool boolean;
     double real;
     std::string* text;
     RIOAnchor* anchor;
-    std::vector<std::byte>* bytes;
+    ByteBlock* bytes;
     std::vector<ROCParam>* elements;
   } value_;
   uint8_t type_;

@@ -93,12 +93,12 @@ void RemoveDataFromPad(ZylSProgram&, LoadedProgram, PadArg pad, Arg<int32_t, "Sl
 }
 
 void WriteSampleToPad(Call& call, PadArg pad, SampleArg sample) {
-  const zyl::WaveImage image = zyl::ImageOfSample(*sample.Record());
+  zyl::WaveImage image = zyl::ImageOfSample(*sample.Record());
   if (image.length == 0) {
     call.Failure("%s: The sample can not be written into a pad!");
     return;
   }
-  pad->DataValue()->SetData(image.bytes.get(), image.length);
+  pad->DataValue()->TakeData(std::move(image.bytes), image.length);
 }
 
 CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, OptPath<"Path"> path) {

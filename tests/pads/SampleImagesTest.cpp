@@ -122,6 +122,25 @@ TEST_F(SampleImages, ASampleComesBackWithAllItHas) {
   }
 }
 
+TEST_F(SampleImages, APadTakesTheImageWithoutACopyOfIt) {
+  const auto kibibytes = [](const std::string& field) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+      if (line.rfind(field, 0) == 0) return std::stol(line.substr(field.size()));
+    }
+    return 0L;
+  };
+  constexpr int kFrames = 32 << 20;
+  RIOObject* sample = New(8, 1, kFrames);
+  program("SampleSetValues", sample, 0, kFrames, 1);
+  // From now on the peak counts.
+  if (!(std::ofstream("/proc/self/clear_refs") << 5 << std::flush)) GTEST_SKIP() << "no such count";
+  const long before = kibibytes("VmRSS:");
+  program("WriteSampleToPad", &pad, sample);
+  EXPECT_GT(pad.DataValue()->GetSize(), kFrames);
+  EXPECT_LT(kibibytes("VmHWM:") - before, kFrames / 1024 * 3 / 2);
+}
+
 TEST_F(SampleImages, AnObjectOfOneChannelTakesTheWholeSampleAlong) {
   WriteWave(Path("two.wav"), {{1, 2, 3}, {4, 5, 6}});
   RIOObject* second = program("ReadTempSample", Path("two.wav"), 1).Object();

@@ -16,6 +16,33 @@ bool RIOObject::isRODPad() const { return false; }
 bool RIOObject::isSolidColor() const { return false; }
 ZylDispatch* RIOObject::GetDispatch(bool) { return nullptr; }
 
+// The bytes of a data value, in a block that another owner may have made.
+struct ROCParam::ByteBlock {
+  ByteBlock(const void* from, size_t count) : size(count) {
+    if (count == 0) return;
+    bytes.reset(new char[count]);
+    std::memcpy(bytes.get(), from, count);
+  }
+  ByteBlock(const ByteBlock& other) : ByteBlock(other.bytes.get(), other.size) {}
+  ByteBlock(ByteBlock&&) = default;
+  ByteBlock& operator=(ByteBlock&&) = default;
+  bool operator==(const ByteBlock& other) const {
+    return size == other.size &&
+           (size == 0 || std::memcmp(bytes.get(), other.bytes.get(), size) == 0);
+  }
+  void Resize(size_t count) {
+    if (count > size || count == 0) {
+      std::unique_ptr<char[]> resized(count == 0 ? nullptr : new char[count]());
+      if (size > 0 && count > 0) std::memcpy(resized.get(), bytes.get(), size);
+      bytes = std::move(resized);
+    }
+    size = count;
+  }
+
+  std::unique_ptr<char[]> bytes;  // may be longer
+  size_t size;
+};
+
 ROCParam::ROCParam() : type_(kTypeObject) { value_.anchor = nullptr; }
 ROCParam::ROCParam(int32_t value) : type_(kTypeInteger) {
   value_.real = 0;
@@ -40,10 +67,10 @@ ROCParam* ROCParam::NewArray(int count) {
 }
 
 ROCParam* ROCParam::NewData(const void* bytes, int size) {
+  auto block = std::make_unique<ByteBlock>(bytes, static_cast<size_t>(std::max(size, 0)));
   auto* value = new ROCParam;
   value->type_ = kTypeData;
-  value->value_.bytes = new std::vector<std::byte>;
-  value->SetData(bytes, size);
+  value->value_.bytes = block.release();
   return value;
 }
 
@@ -73,7 +100,7 @@ void ROCParam::CopyFrom(const ROCParam& other) {
       if (value_.anchor != nullptr) value_.anchor->holders.fetch_add(1);
       break;
     case kTypeData:
-      value_.bytes = new std::vector<std::byte>(*other.value_.bytes);
+      value_.bytes = new ByteBlock(*other.value_.bytes);
       break;
     case kTypeArray:
       value_.elements = new std::vector<ROCParam>(*other.value_.elements);
@@ -161,7 +188,7 @@ void ROCParam::SetRIOPtr(RIOObject* object) {
 int ROCParam::GetSize() const {
   switch (type_) {
     case kTypeData:
-      return static_cast<int>(value_.bytes->size());
+      return static_cast<int>(value_.bytes->size);
     case kTypeArray:
       return 4 * static_cast<int>(value_.elements->size());
     case kTypeString:
@@ -178,7 +205,7 @@ int ROCParam::GetSize() const {
 void ROCParam::SetSize(int bytes) {
   const size_t size = bytes < 0 ? 0 : static_cast<size_t>(bytes);
   if (type_ == kTypeData) {
-    value_.bytes->resize(size);
+    value_.bytes->Resize(size);
   } else if (type_ == kTypeArray) {
     value_.elements->resize(size / 4, ROCParam(0));
   }
@@ -186,11 +213,18 @@ void ROCParam::SetSize(int bytes) {
 
 void ROCParam::SetData(const void* bytes, int size) {
   if (type_ != kTypeData) return;
-  const auto* first = static_cast<const std::byte*>(bytes);
-  value_.bytes->assign(first, first + (size < 0 ? 0 : size));
+  *value_.bytes = ByteBlock(bytes, static_cast<size_t>(std::max(size, 0)));
 }
 
-std::byte* ROCParam::Data() { return type_ == kTypeData ? value_.bytes->data() : nullptr; }
+void ROCParam::TakeData(std::unique_ptr<char[]> bytes, int size) {
+  if (type_ != kTypeData) return;
+  value_.bytes->bytes = std::move(bytes);
+  value_.bytes->size = static_cast<size_t>(std::max(size, 0));
+}
+
+std::byte* ROCParam::Data() {
+  return type_ == kTypeData ? reinterpret_cast<std::byte*>(value_.bytes->bytes.get()) : nullptr;
+}
 ROCParam& ROCParam::Element(int index) { return (*value_.elements)[static_cast<size_t>(index)]; }
 int ROCParam::ElementCount() const {
   return type_ == kTypeArray ? static_cast<int>(value_.elements->size()) : 0;
