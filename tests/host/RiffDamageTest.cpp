@@ -166,7 +166,32 @@ TEST(DamagedSampleFile, WhatIsNoFileIsRefused) {
   }
 }
 
-TEST(PresetNames, AreReadFromWholeFilesOnly) {
+TEST(DamagedSampleFile, AnOddChunkWithoutItsPaddingByteIsRead) {
+  const TempFolder folder;
+  const auto ids = [&](bool padded, const std::string& next) {
+    FieldWriter body = Little();
+    body.Text("WAVEfmt ").U32(16).Raw(WavFormatChunk(1, 8).data(), 16);
+    body.Text("data").U32(3).Text("abc");
+    if (padded) body.U8(0);
+    body.Text(next).U32(4).Text("INFO");
+    FieldWriter file = Little();
+    file.Text("RIFF")
+        .U32(static_cast<uint32_t>(body.block.size()))
+        .Raw(body.block.data(), body.block.size());
+    const auto* first = reinterpret_cast<const uint8_t*>(file.block.data());
+    Store(folder.File("odd"), Octets(first, first + file.block.size()));
+    std::string all;
+    for (const ChunkInfo& chunk : ListFileChunks(folder.File("odd"))) all += chunk.id + "|";
+    return all;
+  };
+  EXPECT_EQ(ids(false, "LIST"), "fmt |data|LIST|");
+  EXPECT_EQ(ids(true, "LIST"), "fmt |data|LIST|");
+  EXPECT_EQ(ids(true, "wxyz"), "fmt |data|wxyz|");
+  // Only a known identifier moves a chunk to the unpadded place.
+  EXPECT_EQ(ids(false, "wxyz").find("wxyz"), std::string::npos);
+}
+
+TEST(Presets, AreReadFromWholeFilesOnly) {
   const TempFolder folder;
   zyl::Bytes headers;
   for (const char* name : {"Piano", "Twenty characters ..", "", "EOP"}) {

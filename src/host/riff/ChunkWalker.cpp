@@ -8,10 +8,29 @@ namespace {
 constexpr uint64_t kHeadBytes = 8;
 constexpr uint32_t kOpenSize = 0xFFFFFFFFu;
 
-uint64_t Padded(uint64_t size) { return size + (size & 1); }
-
 bool IsChunkId(std::string_view id) {
   return std::all_of(id.begin(), id.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+// The chunks that sound files and SoundFont banks are known to hold.
+constexpr std::string_view kKnownIds[] = {
+    // WAVE
+    "fmt ", "data", "fact", "smpl", "inst", "LIST", "cue ", "plst", "labl", "note", "ltxt", "bext",
+    "iXML", "axml", "aXML", "_PMX", "acid", "strc", "cart", "levl", "DISP", "PEAK", "ds64", "JUNK",
+    "junk", "FLLR", "PAD ", "id3 ", "ID3 ", "slnt", "wavl", "umid", "elm1", "minf", "regn", "chna",
+    "zyls",
+    // AIFF
+    "COMM", "SSND", "MARK", "INST", "COMT", "FVER", "NAME", "AUTH", "(c) ", "ANNO", "APPL", "AESD",
+    "MIDI", "SAXL", "CHAN", "basc", "trns",
+    // INFO lists
+    "INAM", "IART", "ICMT", "ICOP", "ICRD", "IENG", "IGNR", "IKEY", "IMED", "IPRD", "ISBJ", "ISFT",
+    "ISRC", "ISRF", "ITCH", "ITRK", "IPRT", "ILNG", "ICMS",
+    // SoundFont banks
+    "ifil", "isng", "irom", "iver", "sm24", "phdr", "pbag", "pmod", "pgen", "ibag", "imod", "igen",
+    "shdr"};
+
+bool IsKnownId(std::string_view id) {
+  return std::find(std::begin(kKnownIds), std::end(kKnownIds), id) != std::end(kKnownIds);
 }
 
 }  // namespace
@@ -54,6 +73,18 @@ bool ChunkWalker::ReadHead(uint64_t offset, ChunkHead& head) const {
   return std::any_of(head.id, head.id + 4, [](char c) { return c != '\0'; });
 }
 
+// Where the chunk after `head` begins. Some writers leave out the padding byte of an odd-sized
+// chunk: the unpadded place is taken where only it holds the identifier of a known chunk.
+uint64_t ChunkWalker::PlaceAfter(const ChunkHead& head) const {
+  const uint64_t end = head.offset + head.available;
+  ChunkHead next;
+  if (head.available % 2 == 0 || !ReadHead(end, next) || !IsKnownId(next.Id())) {
+    return end + head.available % 2;
+  }
+  const bool padded = ReadHead(end + 1, next) && IsKnownId(next.Id());
+  return padded ? end + 1 : end;
+}
+
 // Whether whole chunks lead from `offset` to the end of the file: what follows an empty chunk then
 // are chunks, not sound.
 bool ChunkWalker::LooksLikeChunks(uint64_t offset) const {
@@ -61,7 +92,7 @@ bool ChunkWalker::LooksLikeChunks(uint64_t offset) const {
     if (offset >= source_.Size()) return true;
     ChunkHead head;
     if (!ReadHead(offset, head) || !IsChunkId(head.Id()) || !head.Whole()) return false;
-    offset = head.offset + Padded(head.size);
+    offset = PlaceAfter(head);
   }
   return false;
 }
@@ -100,7 +131,7 @@ bool ChunkWalker::Next(ChunkHead& head) {
   sawBadSize_ = sawBadSize_ || !head.Whole();
   sawFormat_ = sawFormat_ || head.Is("fmt ") || head.Is("COMM");
   sawSound_ = sawSound_ || head.Id() == soundId_;
-  next_ = head.offset + Padded(head.available);
+  next_ = PlaceAfter(head);
   if (next_ > formEnd_ + 1) {
     formEnd_ = nested_ ? formEnd_ : source_.Size();
     sawBadSize_ = true;

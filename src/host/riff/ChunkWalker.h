@@ -56,6 +56,7 @@ class ChunkWalker {
 
  private:
   bool LooksLikeChunks(uint64_t offset) const;
+  uint64_t PlaceAfter(const ChunkHead& head) const;
   bool ReadHead(uint64_t offset, ChunkHead& head) const;
   void SettleSize(ChunkHead& head);
 
