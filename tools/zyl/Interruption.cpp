@@ -138,6 +138,11 @@ void CatchSignals() {
   action.sa_handler = OnInterrupt;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
+  // A write beyond the limit of a file's size then fails like one on a full disk. A handler, since
+  // programs that a script starts would inherit a signal that is ignored.
+  action.sa_handler = [](int) {};
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGXFSZ, &action, nullptr);
 }
 
 void ForgetInterrupt(lua_State* L) {
