@@ -2505,6 +2505,11 @@ function host.fileType(path) end
 ---@return boolean|nil
 function host.writeFile(path, bytes) end
 
+---List the presets of a SoundFont bank in file order, each with name, bank and program. Gives nil and the reason when the file is no whole bank.
+---@param path string
+---@return table[]|nil
+function host.presets(path) end
+
 ---Make a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.
 ---@param place? table x, y, width and height in pixels (0, 0, 378, 24)
 ---@return host.Graphic

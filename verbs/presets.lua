@@ -6,31 +6,52 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "presets", operands = "BANK…",
-  about = "Lists the presets of SoundFont banks in the order of the file.",
+  about = "Lists the presets of SoundFont banks (.sf2, .sf3) by bank and program number.",
   options = { { name = "json", help = "print a JSON list, one object for each file" } },
 }
 
-local function presets(program, path)
+local function presetsOf(path)
   local file, reason = disk.open(path)
   if not file then error(reason, 0) end
   file:close()
-  local names = {}
-  if program:GetSFPresetArray(path, names) == 0 then error("no presets: not a SoundFont bank", 0) end
-  return names
+  local presets
+  presets, reason = host.presets(path)
+  if not presets then error(reason, 0) end
+  if #presets == 0 then error("a SoundFont bank without presets", 0) end
+  for place, preset in ipairs(presets) do preset.place = place end
+  table.sort(presets, function(a, b)
+    if a.bank ~= b.bank then return a.bank < b.bank end
+    if a.program ~= b.program then return a.program < b.program end
+    return a.place < b.place
+  end)
+  return presets
 end
 
-local program = host.new("ZylSProgram")
+local function record(path, presets, failure)
+  local list = {}
+  for i, preset in ipairs(presets or {}) do
+    list[i] = json.object("bank", preset.bank, "program", preset.program, "name", preset.name)
+  end
+  return json.object("file", path, "error", failure, "presets", json.list(list))
+end
+
+local function shown(path, presets)
+  local rows = { { "bank", "program", "name" } }
+  for _, preset in ipairs(presets) do
+    rows[#rows + 1] = { tostring(preset.bank), tostring(preset.program), text.printable(preset.name) }
+  end
+  local head = #files > 1 and text.printable(path) .. "\n" or ""
+  return head .. text.columns(rows, { [3] = true }, #files > 1 and "  " or "")
+end
+
 local printer = cli.printer(options.json)
 for i, path in ipairs(files) do
-  local names, failure = cli.try(presets, program, path)
+  local presets, failure = cli.try(presetsOf, path)
   if failure then cli.failed(path, failure) end
   if options.json then
-    printer.result(i, json.object("file", path, "error", failure, "presets", json.list(names or {})))
-  elseif names then
-    local rows = {}
-    for n, name in ipairs(names) do rows[n] = { tostring(n), text.printable(name) } end
-    local head = #files > 1 and text.printable(path) .. "\n" or ""
-    printer.result(i, head .. text.columns(rows, { [2] = true }, #files > 1 and "  " or ""))
+    printer.result(i, record(path, presets, failure))
+  else
+    printer.result(i, presets and shown(path, presets) or nil)
   end
 end
 printer.close()

@@ -49,6 +49,10 @@ return {
     meaning = "Make a file hold these bytes, whole: until then, and on any failure, it stays as it "
               .. "was. Gives true, or nil and the reason.",
     { "path", "string" }, { "bytes", "string" } },
+  { name = "presets", result = "table[]|nil",
+    meaning = "List the presets of a SoundFont bank in file order, each with name, bank and "
+              .. "program. Gives nil and the reason when the file is no whole bank.",
+    { "path", "string" } },
   { name = "keyboard", result = "host.Graphic",
     meaning = "Make a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.",
     { "place?", "table", "x, y, width and height in pixels (0, 0, 378, 24)" } },

@@ -10,7 +10,7 @@
 
 #include "SampleFileTools.h"
 #include "platform/AtomicFile.h"
-#include "riff/PresetNames.h"
+#include "riff/Presets.h"
 
 using namespace zyltest;
 
@@ -209,15 +209,18 @@ TEST(Presets, AreReadFromWholeFilesOnly) {
   const auto size = static_cast<uint32_t>(headers.size());
   const Octets whole = font(headers, size);
   Store(path, whole);
-  EXPECT_EQ(zyl::ReadPresetNames(path),
-            (std::vector<std::string>{"Piano", "Twenty characters ..", ""}));
+  const auto presets = zyl::ReadPresets(path);
+  ASSERT_TRUE(presets && presets->size() == 3);
+  EXPECT_EQ((*presets)[0].name, "Piano");
+  EXPECT_EQ((*presets)[1].name, "Twenty characters ..");
+  EXPECT_EQ((*presets)[2].name, "");
   for (size_t length = 0; length < whole.size(); ++length) {
     Store(path, Octets(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length)));
-    EXPECT_EQ(zyl::ReadPresetNames(path), std::nullopt) << length;
+    EXPECT_FALSE(zyl::ReadPresets(path)) << length;
   }
   for (const uint32_t lie : {size - 1, size + 38}) {
     Store(path, font(headers, lie));
-    EXPECT_EQ(zyl::ReadPresetNames(path), std::nullopt) << lie;
+    EXPECT_FALSE(zyl::ReadPresets(path)) << lie;
   }
 }
 
@@ -247,34 +250,6 @@ TEST(AtomicFile, ReplacesWholeOrNotAtAll) {
   EXPECT_EQ(folder.EntryCount(), 2u);
 }
 
-// The system refuses to let a file grow beyond a limit, as a full disk would.
-TEST(AtomicFile, AFullDiskLeavesTheOldFile) {
-  const TempFolder folder;
-  std::vector<int16_t> sound(400000);
-  WavSample wav;
-  ASSERT_TRUE(Lend(wav, sound));
-  Store(folder.File("old.wav"), {1, 2, 3});
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{200000, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  RiffFile file(folder.File("old.wav"));
-  const bool written = wav.Write(file);
-  const bool closed = file.Close();
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, oldHandler);
-  EXPECT_FALSE(written || closed);
-  EXPECT_NE(file.Error().find("old.wav"), std::string::npos);
-  EXPECT_EQ(Load(folder.File("old.wav")), (Octets{1, 2, 3}));
-  EXPECT_EQ(folder.EntryCount(), 1u);
-}
-
-TEST(AtomicFile, MissingAndVanishingFoldersAreFailures) {
-  const TempFolder folder;
-  EXPECT_FALSE(RiffFile(folder.File("no/such/file.wav")).Good());
-  std::filesystem::create_directory(folder.File("gone"));
-  RiffFile vanishing(folder.File("gone/file.wav"));
 TEST(AtomicFile, KeepsOwnerModeAndAttributes) {
   const TempFolder folder;
   const std::string path = folder.File("target");
@@ -318,6 +293,34 @@ TEST(AtomicFile, ATargetThatTheProcessMayNotWriteIsRefused) {
   EXPECT_EQ(Load(path), Octets{1});
 }
 
+// The system refuses to let a file grow beyond a limit, as a full disk would.
+TEST(AtomicFile, AFullDiskLeavesTheOldFile) {
+  const TempFolder folder;
+  std::vector<int16_t> sound(400000);
+  WavSample wav;
+  ASSERT_TRUE(Lend(wav, sound));
+  Store(folder.File("old.wav"), {1, 2, 3});
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{200000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  RiffFile file(folder.File("old.wav"));
+  const bool written = wav.Write(file);
+  const bool closed = file.Close();
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_FALSE(written || closed);
+  EXPECT_NE(file.Error().find("old.wav"), std::string::npos);
+  EXPECT_EQ(Load(folder.File("old.wav")), (Octets{1, 2, 3}));
+  EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+TEST(AtomicFile, MissingAndVanishingFoldersAreFailures) {
+  const TempFolder folder;
+  EXPECT_FALSE(RiffFile(folder.File("no/such/file.wav")).Good());
+  std::filesystem::create_directory(folder.File("gone"));
+  RiffFile vanishing(folder.File("gone/file.wav"));
   std::filesystem::remove_all(folder.File("gone"));
   EXPECT_FALSE(vanishing.Close());
 }

@@ -171,19 +171,41 @@ TEST_F(ProgramVerbs, FindGoesByKeyVelocityAndPlayRange) {
   EXPECT_EQ(Zyl("find 45 " + Quoted("p.zprg")).status, 1);
 }
 
-TEST_F(ProgramVerbs, PresetsListsABank) {
-  std::string headers;
-  for (std::string name : {"Grand", "Flute 2", "EOP"}) headers += name.append(38 - name.size(), 0);
+// The system's signal for it would end the program.
+TEST_F(ProgramVerbs, ALimitOfFileSizesIsASaveThatFails) {
+  const std::string before = FileBytes(Path("p.zprg"));
+  const Finished run =
+      Shell("ulimit -f 1; " ZYL_PROGRAM " edit " + Quoted("p.zprg") + " PRGpoly=3", true);
+  EXPECT_EQ(run.status, 4) << run.out;
+  EXPECT_TRUE(Has(run.out, "File too large")) << run.out;
+  EXPECT_EQ(FileBytes(Path("p.zprg")), before);
+}
+
+TEST_F(ProgramVerbs, PresetsListsBanksByNumberAfterABadOneToo) {
   const auto chunk = [](const std::string& id, const std::string& data) {
     const auto size = static_cast<uint32_t>(data.size());
     return id + std::string(reinterpret_cast<const char*>(&size), 4) + data;
   };
+  const auto preset = [](std::string name, int bank, int program) {
+    name.resize(38);
+    name[20] = static_cast<char>(program);
+    name[22] = static_cast<char>(bank);
+    return name;
+  };
+  const std::string headers = preset("Drums", 127, 0) + preset("Flute 2", 1, 9) +
+                              preset("Flute", 0, 73) + preset("Grand", 0, 0) + preset("EOP", 0, 0);
+  // Compressed sound of an odd length, and no padding byte, as banks of this kind come.
+  const std::string sound = chunk("LIST", "sdta" + chunk("smpl", "Ogg"));
   const std::string list = chunk("LIST", "pdta" + chunk("phdr", headers));
-  std::ofstream(Path("bank.sf2"), std::ios::binary) << chunk("RIFF", "sfbk" + list);
-  const Finished run = Zyl("presets " + Quoted("bank.sf2") + " " + Quoted("p.zprg"));
+  std::ofstream(Path("bank.sf3"), std::ios::binary) << chunk("RIFF", "sfbk" + sound + list);
+  const std::string files = Quoted("p.zprg") + " " + Quoted("bank.sf3");
+  const Finished run = Zyl("presets " + files);
   EXPECT_EQ(run.status, 4);
-  EXPECT_TRUE(Has(run.out, "1  Grand") && Has(run.out, "2  Flute 2")) << run.out;
-  EXPECT_FALSE(Has(run.out, "EOP"));
+  EXPECT_EQ(run.out, Path("bank.sf3") +
+                         "\n  bank  program  name\n     0        0  Grand\n     0       73  Flute\n"
+                         "     1        9  Flute 2\n   127        0  Drums\n");
+  const Finished asJson = Zyl("presets --json " + files);
+  EXPECT_TRUE(Has(asJson.out, "\"error\"") && Number(asJson.out, "program") == 0) << asJson.out;
 }
 
 }  // namespace

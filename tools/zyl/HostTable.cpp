@@ -180,6 +180,28 @@ int WriteFile(lua_State* L) {
   return 2;
 }
 
+int Presets(lua_State* L) {
+  std::vector<ZylPreset> presets;
+  if (!ZylReadPresets(CheckPath(L, 1), presets)) {
+    lua_pushnil(L);
+    lua_pushliteral(L, "not a SoundFont bank");
+    return 2;
+  }
+  lua_createtable(L, static_cast<int>(presets.size()), 0);
+  lua_Integer index = 0;
+  for (const ZylPreset& preset : presets) {
+    lua_createtable(L, 0, 3);
+    PushText(L, preset.name);
+    lua_setfield(L, -2, "name");
+    lua_pushinteger(L, preset.bank);
+    lua_setfield(L, -2, "bank");
+    lua_pushinteger(L, preset.program);
+    lua_setfield(L, -2, "program");
+    lua_rawseti(L, -2, ++index);
+  }
+  return 1;
+}
+
 int HostIndex(lua_State* L) {
   const std::string_view key = lua_type(L, 2) == LUA_TSTRING ? lua_tostring(L, 2) : "";
   if (key == "sampleRate") {
@@ -230,6 +252,7 @@ void OpenHostTable(lua_State* L) {
                                 {"suggestion", Guarded<NearestNames>},
                                 {"fileType", Guarded<FileType>},
                                 {"writeFile", Guarded<WriteFile>},
+                                {"presets", Guarded<Presets>},
                                 {nullptr, nullptr}};
   luaL_newlib(L, functions);
   OpenPictures(L);

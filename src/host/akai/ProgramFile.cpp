@@ -21,7 +21,7 @@
 #include "../platform/InputFile.h"
 #include "../platform/Platform.h"
 #include "../qx.h"
-#include "../riff/PresetNames.h"
+#include "../riff/Presets.h"
 #include "ProgramStore.h"
 #include "SampleFile.h"
 
@@ -457,19 +457,20 @@ int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
 
 char* createPresetArray(const char* path, int& count) {
   count = 0;
-  std::optional<std::vector<std::string>> names;
+  std::optional<std::vector<ZylPreset>> presets;
   try {
-    names = zyl::ReadPresetNames(path == nullptr ? "" : path);
+    presets = zyl::ReadPresets(path == nullptr ? "" : path);
   } catch (const std::bad_alloc&) {
     // Like a file that cannot be read.
   }
   constexpr size_t kEntry = 21;
-  auto* block = names ? static_cast<char*>(::operator new(kEntry * names->size() + 1, std::nothrow))
-                      : nullptr;
+  if (!presets) return nullptr;
+  const size_t bytes = kEntry * presets->size() + 1;
+  auto* block = static_cast<char*>(::operator new(bytes, std::nothrow));
   if (block == nullptr) return nullptr;
-  std::memset(block, 0, kEntry * names->size() + 1);
-  for (const std::string& name : *names) {
-    std::copy_n(name.data(), std::min(name.size(), kEntry - 1),
+  std::memset(block, 0, bytes);
+  for (const ZylPreset& preset : *presets) {
+    std::copy_n(preset.name.data(), std::min(preset.name.size(), kEntry - 1),
                 block + kEntry * static_cast<size_t>(count));
     ++count;
   }

@@ -1,4 +1,4 @@
-#include "PresetNames.h"
+#include "Presets.h"
 
 #include "../platform/InputFile.h"
 #include "ChunkWalker.h"
@@ -6,35 +6,39 @@
 namespace zyl {
 namespace {
 
-// "phdr": records of 38 bytes that open with the name; the last one only ends the list.
+// "phdr": records of 38 bytes that open with the name and the numbers of program and bank; the last
+// record only ends the list.
 constexpr size_t kRecordBytes = 38;
 constexpr size_t kNameChars = 20;
 constexpr size_t kMaxRecords = 65537;
 
-std::optional<std::vector<std::string>> NamesOf(const Bytes& headers) {
+std::optional<std::vector<ZylPreset>> PresetsOf(const Bytes& headers) {
   const size_t records = headers.size() / kRecordBytes;
   if (headers.size() % kRecordBytes != 0 || records == 0 || records > kMaxRecords) {
     return std::nullopt;
   }
-  std::vector<std::string> names;
-  names.reserve(records - 1);
+  std::vector<ZylPreset> presets;
+  presets.reserve(records - 1);
   for (size_t i = 0; i + 1 < records; ++i) {
-    const auto* text = reinterpret_cast<const char*>(headers.data() + i * kRecordBytes);
-    const std::string_view field(text, kNameChars);
-    names.emplace_back(field.substr(0, field.find('\0')));
+    FieldReader in(headers.data() + i * kRecordBytes, kRecordBytes, ByteOrder::kLittle);
+    const std::string_view field = in.Text(kNameChars);
+    ZylPreset& preset = presets.emplace_back();
+    preset.name = field.substr(0, field.find('\0'));
+    preset.program = in.U16();
+    preset.bank = in.U16();
   }
-  return names;
+  return presets;
 }
 
 }  // namespace
 
-std::optional<std::vector<std::string>> ReadPresetNames(const std::string& path) {
+std::optional<std::vector<ZylPreset>> ReadPresets(const std::string& path) {
   const InputFile file(path);
   if (!file.Good()) return std::nullopt;
-  return ReadPresetNames(FileSource(file));
+  return ReadPresets(FileSource(file));
 }
 
-std::optional<std::vector<std::string>> ReadPresetNames(const ByteSource& source) {
+std::optional<std::vector<ZylPreset>> ReadPresets(const ByteSource& source) {
   ChunkWalker walker(source);
   if (walker.Form() != "RIFF" || walker.Type() != "sfbk" || walker.FormCut()) return std::nullopt;
   ChunkHead list;
@@ -47,10 +51,16 @@ std::optional<std::vector<std::string>> ReadPresetNames(const ByteSource& source
     ChunkHead head;
     while (records.Next(head)) {
       if (head.offset + head.size > list.offset + list.size) return std::nullopt;
-      if (head.Is("phdr")) return NamesOf(ReadChunk(source, head));
+      if (head.Is("phdr")) return PresetsOf(ReadChunk(source, head));
     }
   }
   return std::nullopt;
 }
 
 }  // namespace zyl
+
+bool ZylReadPresets(const std::string& path, std::vector<ZylPreset>& presets) {
+  auto read = zyl::ReadPresets(path);
+  if (read) presets = std::move(*read);
+  return read.has_value();
+}
