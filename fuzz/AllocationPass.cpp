@@ -70,7 +70,7 @@ void StoreFiles() {
   maker("ZoneSampleSet", 0, 0, "both.wav");
   maker("Write", "full.zprg", 49);
   maker("DeleteTempSample");
-  fs::copy_file(ZYL_SOURCE "/fuzz/corpus/sound_font/two.sf2", "two.sf2");
+  fs::copy_file(std::string(SourcePath()) + "/fuzz/corpus/sound_font/two.sf2", "two.sf2");
 }
 
 // The objects that calls are made with. The names of the members are the letters of MethodCalls.h.

@@ -11,7 +11,7 @@ using Registration = ModuleTest;
 
 TEST_F(Registration, TheModuleExportsRegisterAllClassesAndNothingElse) {
   if (std::system("nm --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "no nm here";
-  FILE* pipe = ::popen("nm -D --defined-only '" ZYL_MODULE "'", "r");
+  FILE* pipe = ::popen(("nm -D --defined-only '" + std::string(ModulePath()) + "'").c_str(), "r");
   ASSERT_NE(pipe, nullptr);
   std::set<std::string> names;
   char name[512];

@@ -250,7 +250,7 @@ TEST_F(SampleImages, TheSeedsOfTheFuzzersEndEveryMethod) {
   loaded.Make();
   int seeds = 0;
   for (const char* corpus : {"pad_slots", "wave_image"}) {
-    const auto folder = std::filesystem::path(ZYL_SOURCE) / "fuzz" / "corpus" / corpus;
+    const auto folder = std::filesystem::path(SourcePath()) / "fuzz" / "corpus" / corpus;
     for (const auto& file : std::filesystem::directory_iterator(folder)) {
       SCOPED_TRACE(file.path().string());
       std::ifstream in(file.path(), std::ios::binary);

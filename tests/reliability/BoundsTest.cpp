@@ -101,7 +101,7 @@ TEST_F(Bounds, AQueueOfStatesThatNobodyDeliversStaysSmall) {
 
 TEST_F(Bounds, ARewriteKeepsSurplusLoopsAndFollowsKeyAndTitle) {
   // The seeds of the fuzzers have what none of our writers makes.
-  const fs::path seeds = fs::path(ZYL_SOURCE) / "fuzz" / "corpus";
+  const fs::path seeds = fs::path(SourcePath()) / "fuzz" / "corpus";
   fs::copy(seeds / "wave" / "surplus-loops.wav", Path("loops.wav"));
   fs::copy(seeds / "wave" / "chunks.wav", Path("chunks.wav"));
   fs::copy(seeds / "aiff" / "chunks.aif", Path("chunks.aif"));

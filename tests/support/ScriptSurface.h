@@ -18,6 +18,7 @@
 #include "host/akai.h"
 #include "host/hostapp.h"
 #include "host/qx.h"
+#include "support/Paths.h"
 
 namespace zyl::test {
 
@@ -35,7 +36,7 @@ inline void LoadModule(const std::string& profile = {}) {
   LoadedModule().reset();
   qxSetProfile(profile);
   std::string reason;
-  LoadedModule() = ZylModule::Load(ZYL_MODULE, reason);
+  LoadedModule() = ZylModule::Load(ModulePath(), reason);
   ASSERT_NE(LoadedModule(), nullptr) << reason;
 }
 
