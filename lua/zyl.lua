@@ -1,5 +1,5 @@
--- Shorter ways for scripts, all made of the module's own methods: loops over keygroups and zones,
--- a selection by what keygroups have, and changes that happen as a whole or not at all.
+-- Convenience functions for scripts, built on the module's methods: iteration over keygroups and
+-- zones, selection of keygroups by criteria, and transactions.
 --
 --   require "zyl"
 --   for kg in prg:keygroups() do print(kg.index, kg:KGlowKey()) end
@@ -13,8 +13,8 @@ local zyl = {}
 
 -- ---- Keygroups and zones ----
 
--- The look-up of a handle's methods: those whose first arguments are the handle's own indexes. `own`
--- are methods besides.
+-- Returns the __index function of a handle: the methods whose first arguments are the handle's
+-- indexes, and those in `own`.
 local function handleMethods(kind, names, own)
   local found = own
   return function(handle, name)
@@ -29,7 +29,7 @@ local function handleMethods(kind, names, own)
       fits = fits or all
     end
     if not fits then
-      if not method then local _ = handle.program[name] end  -- the error with the nearest name
+      if not method then local _ = handle.program[name] end  -- raises the error with a suggestion
       error(("%s is no method of a %s"):format(name, kind), 2)
     end
     if #names == 1 then
@@ -70,9 +70,9 @@ local function keygroup(program, index)
   return setmetatable({ program = program, index = index }, Keygroup)
 end
 
--- Loops over the keygroups: for kg in prg:keygroups() do ... end. A handle has the fields `index`
--- and `program`, its zones, and every method that begins with a KeyGroupIndex, without that
--- argument: kg:KGtune(5).
+-- Iterates over the keygroups: for kg in prg:keygroups() do ... end. A handle has the fields `index`
+-- and `program`, the methods zone and zones, and every method whose first argument is KeyGroupIndex,
+-- without that argument: kg:KGtune(5).
 function zyl.keygroups(program)
   local index = -1
   return function()
@@ -81,8 +81,9 @@ function zyl.keygroups(program)
   end
 end
 
--- Loops over the zones of all keygroups. A handle has the fields `index`, `keygroup` and `program`,
--- and every method that begins with KeyGroupIndex and ZoneIndex, without those: zone:Zonename().
+-- Iterates over the zones of all keygroups. A handle has the fields `index`, `keygroup` and `program`,
+-- and every method whose first arguments are KeyGroupIndex and ZoneIndex, without these:
+-- zone:Zonename().
 function zyl.zones(program)
   local number = -1
   return function()
@@ -103,7 +104,7 @@ local function hasSample(kg, part)
   return false
 end
 
--- What can be asked for: the type of the value, and whether a keygroup has it.
+-- The criteria: type of the value, and predicate on a keygroup and the value.
 local criteria = {
   key = { "number", holdsKey },
   keys = { "table", meetsKeys },
@@ -132,13 +133,13 @@ local function checkWanted(program, wanted)
   end
 end
 
--- Selects the keygroups that have everything that is asked for, and no others:
---   1, 2, ...   one of these keygroups        key      its range holds the key
---   sample      a zone's sample has this in   keys     its range meets the keys from the first
---               its name, in any case                  to the second
---   where       the function says so          all      true: every one
--- With add = true those that were selected stay so. Answers the list of the keygroups that fit.
--- Nothing is changed when the function fails.
+-- Selects exactly the keygroups that match all criteria:
+--   1, 2, ...   one of these keygroups         key      the range contains the key
+--   sample      the name of a zone's sample    keys     the range overlaps the keys from the first
+--               contains this, ignoring case            to the second
+--   where       the function returns true      all      true: every keygroup
+-- With add = true, selected keygroups stay selected. Returns the list of matching keygroups. If the
+-- function fails, nothing changes.
 function zyl.select(program, wanted)
   checkWanted(program, wanted)
   local listed, asks = {}, #wanted > 0
@@ -159,8 +160,8 @@ end
 
 -- ---- Transactions ----
 
--- The MIDI channel that the record holds; the object may hold another one. An object that finds the
--- record takes the record's.
+-- The MIDI channel of the record, which may differ from that of the object: an object that finds the
+-- record gets the record's channel.
 local function recordChannel(program, path, mask)
   local finder = host.new("ZylSProgram")
   finder:Find(program:SetUniqueFilePath())
@@ -171,7 +172,7 @@ local function recordChannel(program, path, mask)
   return channel
 end
 
--- A copy of the program, and what else belongs to its object.
+-- A copy of the program and of the state of its object.
 local function remember(program)
   local kept = {
     valid = program:IsValid(), dirty = program:Dirty(), outputs = program:MaxIndyOut(),
@@ -188,7 +189,7 @@ end
 
 local function putBack(program, kept)
   if kept.valid then
-    -- The program moves to the copy's record, which then is its own.
+    -- Attach the object to the copy's record, which it then owns.
     program:Find(kept.copy:SetUniqueFilePath(), kept.channel)
     host.delete(kept.copy)
     program:FileName(kept.path)
@@ -202,27 +203,27 @@ local function putBack(program, kept)
   program:Dirty(kept.dirty)
 end
 
--- The transactions that run, innermost last.
+-- The running transactions, innermost last.
 local open = {}
 
 local function fail(program, kept)
-  -- A program that the function deleted has nothing to be put back to.
+  -- The function may have deleted the program.
   if pcall(host.typeof, program) then putBack(program, kept) end
 end
 
--- Ends the transactions that Ctrl-C has left open; for a prompt that goes on after it.
+-- Rolls back transactions interrupted by Ctrl-C, for a prompt that continues after it.
 function zyl.afterInterrupt()
   while #open > 0 do fail(table.unpack(table.remove(open), 1, 2)) end
 end
 
--- Calls body(program). When it fails, the program is put back as it was, and the error goes on; else
--- its results are answered. Sound and parameters of samples are not part of the program.
+-- Calls body(program) and returns its results. If it fails, restores the program and raises the error
+-- again. Sound and parameters of samples are not restored.
 function zyl.transaction(program, body)
   local kept = remember(program)
   local mine = { program, kept }
   open[#open + 1] = mine
   local results = table.pack(pcall(body, program))
-  -- Those of coroutines that were left may stand above it.
+  -- Abandoned coroutines may have left transactions above this one.
   repeat until table.remove(open) == mine
   if not results[1] then
     fail(program, kept)

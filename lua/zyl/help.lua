@@ -1,9 +1,9 @@
--- Help on methods: what `zyl help` and the function help(...) print.
+-- Help on methods, for `zyl help` and the function help(...).
 local reference = require "zyl.reference"
 
 local WIDTH = 100  -- columns of a line of text
 
--- `text` in lines of at most WIDTH characters, each after `indent`.
+-- Wraps `text` to lines of at most WIDTH characters, each starting with `indent`.
 local function wrapped(text, indent)
   local lines, line = {}, indent
   for word in text:gmatch("%S+") do
@@ -43,7 +43,7 @@ local function methodText(method)
   return table.concat(parts)
 end
 
--- The text for an entry of zyl.hostapi or zyl.zylapi.
+-- The help text of an entry of zyl.hostapi or zyl.zylapi.
 local function entryText(entry, prefix)
   local arguments = {}
   for i, argument in ipairs(entry) do
@@ -56,12 +56,12 @@ local function entryText(entry, prefix)
          wrapped(entry.meaning, "  ")
 end
 
--- The text for a function of require "zyl": NAME, zyl.NAME or prg:NAME.
+-- The help text of a function of require "zyl": NAME or zyl.NAME.
 local function zylText(name)
   local bare = name:match("^zyl%.([%w_]+)$") or name
   for _, entry in ipairs(require "zyl.zylapi") do
     if entry.name == bare then
-      return entryText(entry, "prg:") .. wrapped('Needs require "zyl".', "  ")
+      return entryText(entry, "prg:") .. wrapped('Requires require "zyl".', "  ")
     end
   end
 end
@@ -77,12 +77,12 @@ end
 
 local function overview()
   local lines = { [[
-help NAME            what a method takes, gives and means
-help PART            all methods with PART in their names
-help --search WORD   all methods with WORD in name, arguments or meaning
+help NAME            describe a method: arguments, result, meaning
+help PART            list the methods with PART in their names
+help --search WORD   list the methods with WORD in name, arguments or meaning
 
-In scripts: help("KGSort"), help(prg.KGSort), help(host.pump). Of require "zyl": help("zyl.select"),
-and so on for keygroups, zones and transaction. The methods, and one of each group:
+In scripts: help("KGSort"), help(prg.KGSort), help(host.pump). For require "zyl": help("zyl.select"),
+also keygroups, zones and transaction. The groups of methods, with an example of each:
 ]] }
   for _, group in ipairs(reference.groups()) do
     lines[#lines + 1] = ("  %-26s %3d  %s\n"):format(group.title, #group.methods,
@@ -93,7 +93,7 @@ end
 
 local help = {}
 
--- The text for part of a name; nil and a reason when nothing fits.
+-- The help text for a name or part of a name; nil and the reason if nothing matches.
 function help.named(name)
   local method = reference.method(name)
   if method then return methodText(method) end
@@ -116,7 +116,7 @@ function help.named(name)
   return nil, ('no method "%s"%s'):format(name, host.suggestion(name, known))
 end
 
--- The methods that have all of the words in name, arguments or meaning.
+-- Lists the methods that contain all words in name, arguments or meaning.
 function help.search(words)
   local found = {}
   for _, method in ipairs(reference.methods()) do
@@ -137,7 +137,7 @@ function help.search(words)
     if all then found[#found + 1] = { name = "zyl." .. entry.name, meaning = entry.meaning } end
   end
   if #found > 0 then return list(found) end
-  return nil, 'nothing has "' .. table.concat(words, '" and "') .. '" in it'
+  return nil, 'nothing matches "' .. table.concat(words, '" and "') .. '"'
 end
 
 help.overview = overview

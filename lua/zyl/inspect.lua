@@ -1,9 +1,9 @@
--- Values as text for people: strings in quotes, tables in full with their keys in order, objects by
--- their class. A table inside itself is named, not followed; what is larger than a few screens is cut
--- with a note of how much is left.
-local WIDTH = 96          -- columns before a table takes a line for each element
+-- Formats values for display: strings in quotes, tables completely with sorted keys, objects by their
+-- class. Recursion into a table is named, not followed; output of more than a few screens is cut, with
+-- the amount that is left out.
+local WIDTH = 96          -- columns before a table uses one line per element
 local MOST_DEPTH = 8
-local MOST_ELEMENTS = 1000  -- in all
+local MOST_ELEMENTS = 1000  -- in total
 local MOST_BYTES = 2000     -- of one string
 
 local function quoted(text)
@@ -35,7 +35,7 @@ local function keyText(key)
   return "[" .. plain(key) .. "]"
 end
 
--- Keys other than those of the list: numbers first, then texts, each in order, then the rest.
+-- Keys that are not list indexes: sorted numbers, then sorted strings, then the rest.
 local function otherKeys(t, count)
   local keys = {}
   for key in next, t do
@@ -87,7 +87,7 @@ local function showTable(t, state, indent)
   for _, part in ipairs(parts) do multiline = multiline or part:find("\n", 1, true) end
   if not multiline and #indent + #line <= WIDTH then return line end
   if not multiline and #keys == 0 then
-    -- A list of short values fills its lines.
+    -- A list of short values is wrapped.
     local lines, current = {}, indent .. "  "
     for i, part in ipairs(parts) do
       local piece = part .. (i < #parts and ", " or "")

@@ -1,6 +1,6 @@
--- The reference of the module's script methods and of the functions of `host`: what help shows and
--- the documentation is written from. The methods are those of the file methods.lua that the build
--- made of the module's own declarations; tools/reference/WriteMethods.cpp says what stands in it.
+-- The reference of the module's script methods, used by help and to generate the documentation. The
+-- methods come from methods.lua, which the build generates from the module's declarations;
+-- tools/reference/WriteMethods.cpp describes its format.
 local reference = {}
 
 local function load()
@@ -15,8 +15,8 @@ local function load()
   error("the method reference of this module was not found:\n  " .. table.concat(tried, "\n  "), 0)
 end
 
--- Groups in the order of the documentation. A method belongs to the first one with a fitting
--- pattern, one that fits none to the first group.
+-- Groups in the order of the documentation. A method belongs to the first group with a matching
+-- pattern, or to the first group if none matches.
 local groups = {
   { title = "Program object and files", patterns = {} },
   { title = "Keygroup list", patterns = { "^KGCreate$", "^KGDelete$", "^KGMove$", "^KGSort$",
@@ -58,7 +58,7 @@ function reference.method(name)
   return byName[name]
 end
 
--- The groups that have methods: title, methods.
+-- The groups that have methods, each with title and methods.
 function reference.groups()
   local list = {}
   for _, group in ipairs(groups) do
@@ -71,8 +71,8 @@ function reference.groups()
   return list
 end
 
--- The name of a method, or of a function of host or of require "zyl", that a script holds as a
--- function; nil for any other function.
+-- The name of the method, or of the function of host or of require "zyl", that `f` is; nil for any
+-- other function.
 function reference.nameOf(f)
   local object = host.new("ZylSProgram")
   for _, name in ipairs(host.methods()) do
@@ -86,7 +86,7 @@ function reference.nameOf(f)
   end
 end
 
--- A declared type as scripts write it.
+-- The name of a declared type in scripts.
 function reference.typeName(type) return type == "number" and "float" or type end
 
 local function resultText(form)
@@ -106,25 +106,25 @@ function reference.signature(name, form)
   return name .. "(" .. table.concat(words, ", ") .. ")" .. resultText(form)
 end
 
--- What there is to say of an argument besides its name and type.
+-- Everything about an argument except its name and type.
 function reference.remarks(argument)
   local words = {}
   if argument.optional then words[#words + 1] = "optional" end
   if argument.repeated then words[#words + 1] = "repeated" end
-  if argument.null then words[#words + 1] = "host.null is taken" end
+  if argument.null then words[#words + 1] = "host.null is allowed" end
   if argument.changed then
-    words[#words + 1] = argument.type == "table" and "is filled" or "a host.var is changed"
+    words[#words + 1] = argument.type == "table" and "is filled" or "a host.var is updated"
   end
   if argument.values then words[#words + 1] = argument.values end
   return table.concat(words, "; ")
 end
 
--- What there is to say of a method besides its meaning and arguments, a sentence each.
+-- Everything about a method except its meaning and arguments, one sentence each.
 function reference.notes(method)
   local notes = {}
   if method.field then
     local number = method.field.number
-    notes[#notes + 1] = "Gives the value; NewValue sets it, and the value before is given."
+    notes[#notes + 1] = "Returns the value; with NewValue, sets it and returns the previous value."
     notes[#notes + 1] = "Stored as " .. method.field.stored ..
                         (number and "; parameter number " .. number or "") .. "."
   end
@@ -133,10 +133,10 @@ function reference.notes(method)
     if form.program then needy[#needy + 1] = form end
   end
   if #needy == #method.forms then
-    notes[#notes + 1] = "Needs a program (Create, Read or Find)."
+    notes[#notes + 1] = "Requires a program (Create, Read or Find)."
   elseif #needy > 0 then
     notes[#notes + 1] = "With " .. needy[1].arguments[1].name ..
-                        " it needs a program (Create, Read or Find)."
+                        ", requires a program (Create, Read or Find)."
   end
   return notes
 end

@@ -2,15 +2,14 @@
 -- a method of a program: prg:keygroups() is zyl.keygroups(prg).
 return {
   { name = "keygroups", result = "fun(): zyl.Keygroup?",
-    meaning = "Loop over the keygroups: for kg in prg:keygroups() do ... end." },
+    meaning = "Iterate over the keygroups: for kg in prg:keygroups() do ... end." },
   { name = "zones", result = "fun(): zyl.Zone?",
-    meaning = "Loop over the zones of all keygroups: for zone in prg:zones() do ... end." },
+    meaning = "Iterate over the zones of all keygroups: for zone in prg:zones() do ... end." },
   { name = "select", result = "integer[]",
-    meaning = "Select the keygroups that have everything that is asked for, and no others; gives "
-              .. "their indexes.",
+    meaning = "Select exactly the keygroups that match all criteria; returns their indexes.",
     { "wanted", "zyl.Wanted", "indexes, key, keys, sample, where, all, add" } },
   { name = "transaction", result = "any",
-    meaning = "Call body(program) and give its results; when it fails, put the program back as it "
-              .. "was and raise the error again.",
+    meaning = "Call body(program) and return its results; if it fails, restore the program and "
+              .. "raise the error again.",
     { "body", "fun(program: ZylSProgram): any" } },
 }

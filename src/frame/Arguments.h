@@ -206,14 +206,14 @@ struct KeyGroupBelowCount {
   ROCParam* param = nullptr;
 };
 using KeyGroupIndex =
-    KeyGroupBelowCount<"0 to the count - 1; -1 all keygroups, -2 the selected ones">;
-using KeyGroupOrAll = KeyGroupBelowCount<"0 to the count - 1; a negative one all keygroups">;
-using KeyGroupOrNone = KeyGroupBelowCount<"0 to the count - 1; a negative one none">;
+    KeyGroupBelowCount<"0 to count - 1; -1 for all keygroups, -2 for the selected ones">;
+using KeyGroupOrAll = KeyGroupBelowCount<"0 to count - 1; negative for all keygroups">;
+using KeyGroupOrNone = KeyGroupBelowCount<"0 to count - 1; negative for none">;
 
 // "KeyGroupIndex" of one keygroup, 0 to count - 1.
 struct OneKeyGroup {
   static constexpr DeclaredArgument kDeclared{
-      .name = "KeyGroupIndex", .type = kTypeInteger, .values = "0 to the count - 1"};
+      .name = "KeyGroupIndex", .type = kTypeInteger, .values = "0 to count - 1"};
 
   static bool Read(Call& call, OneKeyGroup& self);
   int32_t operator*() const { return param->Int(); }

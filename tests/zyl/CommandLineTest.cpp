@@ -161,7 +161,7 @@ TEST(Reference, HelpFindsMethodsByNamePartAndMeaning) {
       {{"help", "host.pump"}, 0, "host.pump([seconds]) -> integer\n"},
       {{"help", "zyl.transaction"}, 0, "prg:transaction(body) -> any\n"},
       {{"eval", "require 'zyl' help(host.new('ZylSProgram').zones)"}, 0, "prg:zones()"},
-      {{"help", "--search", "keygroups", "asked"}, 0, "zyl.select"},
+      {{"help", "--search", "keygroups", "criteria"}, 0, "zyl.select"},
       {{"help", "pitch"}, 0, "zyl pitch --help"},
       {{"help", "KGfiltrFreq"}, 1, "did you mean \"KGfilterFreq\"?"},
       {{"help", "transactoin"}, 1, "did you mean \"transaction\"?"},
