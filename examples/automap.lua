@@ -1,5 +1,5 @@
--- Builds a program out of a folder of notes by what they sound like: the pitch tracker finds the
--- root keys, whatever the files are called. (zyl map does more: layers, names, checks.)
+-- Builds a program from a folder of recorded notes. The pitch tracker finds the root keys; file names
+-- are ignored. (zyl map does more: layers, names, checks.)
 --
 --   zyl run examples/automap.lua FOLDER PROGRAM
 
@@ -10,7 +10,7 @@ if not arg[2] then error("usage: zyl run automap.lua FOLDER PROGRAM", 0) end
 local files = folders.sounds(arg[1])
 local program = host.new("ZylSProgram")
 
--- The tracks are computed in threads, one file for each core; each note is heard as it gets ready.
+-- The tracks are computed in parallel, one file per core; `done` is called as each one is finished.
 local heard = {}
 samples.tracks(program, files, function(sample) return rootpitch.settings(program, sample) end, {
   shown = function() end,
@@ -28,7 +28,7 @@ table.sort(heard, function(a, b)
   if a.key ~= b.key then return a.key < b.key end
   return a.path < b.path
 end)
--- One note for each key: the first.
+-- Use the first note for each key.
 local roots = {}
 for _, it in ipairs(heard) do
   if #roots == 0 or it.key ~= roots[#roots].key then roots[#roots + 1] = it end

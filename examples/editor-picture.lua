@@ -1,13 +1,13 @@
--- Shows a program as the sampler's editor does: the keyboard of one keygroup, then the lists of all
--- keygroups and of the zones of one.
+-- Draws a program as the sampler's editor shows it: the keyboard of one keygroup, the list of keygroups,
+-- and the list of one keygroup's zones.
 --
 --   zyl run examples/editor-picture.lua [FOLDER]
 --
--- writes keyboard.png and editor.png into FOLDER, the current one without it.
+-- writes keyboard.png and editor.png to FOLDER (default: the current folder).
 
 local folder = arg[1] or "."
 
--- A program of six instruments side by side, made of nothing but parameters.
+-- A program with six instruments side by side, without sound data.
 local INSTRUMENTS = {
   { "double bass", low = "C0", high = "B1", tune = -12, filter = 45, attack = 12, release = 30, vel = 18 },
   { "cello", low = "C2", high = "F#2", tune = 4, filter = 62, attack = 30, release = 45, vel = 10 },
@@ -54,7 +54,7 @@ local keyboard = host.keyboard { height = 40 }
 program:DrawKeyGroupKB(3, keyboard, host.null)
 host.render({ keyboard }, folder .. "/keyboard.png")
 
--- The lists: each column names a parameter, how it is shown, and its range.
+-- The lists: each column has a parameter number, a display type and a range.
 local FIXED = 0x10000
 local keygroups = host.editor { columns = {
   { title = "No", width = 20, 142, 4, 0, 0 }, { title = "Low", width = 30, 100, 5, 0, 127 },
@@ -64,7 +64,7 @@ local keygroups = host.editor { columns = {
   { title = "Velocity", width = 60, 105, 2, -50, 50 }, { title = "X-fade", width = 20, 126, 3, 0, 1 },
 } }
 program:ListFillKeygroups(keygroups)
--- The keyboards of the keygroups that play key 72 stand out.
+-- Highlight the keyboards of the keygroups that play key 72.
 program:UpdateKeyboardSelection(72, 0x8DB8F0 + 0.0, 0x2B67BD + 0.0, 0xF5B04D + 0.0, 0xB8700F + 0.0,
                                 keygroups)
 

@@ -1,9 +1,9 @@
--- Spreads the filter of the selected keygroups from one frequency to another, over many programs. A
--- program without selected keygroups is left as it is.
+-- Sets the filters of the selected keygroups to evenly spaced values, in many programs. Programs without
+-- selected keygroups are not changed.
 --
 --   zyl run examples/filter-sweep.lua FROM TO PROGRAM...
 --
--- Keygroups are selected in the editor, or by: zyl edit PROGRAM KGSelect=on --keygroups 3-6
+-- Select keygroups in the editor, or with: zyl edit PROGRAM KGSelect=on --keygroups 3-6
 
 local from, to = math.tointeger(tonumber(arg[1])), math.tointeger(tonumber(arg[2]))
 if not from or not to or not arg[3] then
@@ -12,7 +12,7 @@ end
 
 local function sweep(path)
   local program = host.new("ZylSProgram")
-  if not program:Read(path, 0) then error("no program", 0) end  -- 0: the sounds are not needed
+  if not program:Read(path, 0) then error("not a program", 0) end  -- 0: do not load the samples
   local selected = {}
   for k = 0, program:PRGkeyGroups() - 1 do
     if program:KGSelect(k) then selected[#selected + 1] = k end

@@ -1,17 +1,17 @@
--- Builds a multisampled program out of a folder of recordings, sets a filter on some of its
--- keygroups, writes it, reads it back and lists it.
+-- Builds a multisampled program from a folder of recordings, sets a filter on some of its keygroups,
+-- writes it, reads it back and lists it.
 --
 --   zyl run examples/first-program.lua [FOLDER [OUTPUT]]
 --
--- FOLDER holds WAVE, AIFF or FLAC files. Without one, recordings that "./dev setup" installed are
--- taken, and where those are missing, tones that the script makes.
+-- FOLDER contains WAVE, AIFF or FLAC files. Without it, the recordings installed by "./dev setup" are
+-- used, or generated tones if those are missing.
 
 local INSTALLED = "/usr/share/sonic-pi/samples"
-local KEYS_EACH = 5      -- how many keys a recording is spread over
+local KEYS_EACH = 5      -- keys per recording
 local LOWEST_KEY = 36
-local MOST = 12          -- recordings to take
+local MOST = 12          -- maximum number of recordings
 
--- The sound files of a folder in order of their names.
+-- The sound files of a folder, sorted by name.
 local function recordings(folder, pattern)
   local files = {}
   local quoted = "'" .. folder:gsub("'", "'\\''") .. "'"
@@ -28,7 +28,7 @@ local function recordings(folder, pattern)
   return files
 end
 
--- Fills a zone with a tone of one second, an octave's steps apart.
+-- Fills a zone with a tone of one second; the tones are a third of an octave apart.
 local function tone(program, keygroup)
   local rate = math.tointeger(host.sampleRate // 1)
   program:SampleCreate(keygroup, 0, "wav")
@@ -46,9 +46,9 @@ local folder = arg[1] ~= "" and arg[1] or nil
 local output = arg[2] or "first-program.zprg"
 local files = recordings(folder or INSTALLED, not folder and "^bass_" or nil)
 if folder and #files == 0 then error("no WAVE, AIFF or FLAC file in " .. folder, 0) end
-if #files == 0 then print("The recordings are not installed: taking generated tones.") end
+if #files == 0 then print("The recordings are not installed: using generated tones.") end
 
--- The program: one keygroup for each recording, side by side on the keyboard.
+-- The program: one keygroup per recording, side by side on the keyboard.
 local program = host.new("ZylSProgram")
 program:Create(host.null)
 program:PRGname("First Light")
@@ -60,13 +60,13 @@ for k = 0, count - 1 do
   program:KGhighKey(k, LOWEST_KEY + KEYS_EACH * (k + 1) - 1)
 end
 
--- A filter on the selected keygroups alone: every other one.
+-- Select every other keygroup and set the filter of the selected ones.
 for k = 0, count - 1, 2 do program:KGSelect(k, true) end
 program:KGfilterFreq(-2, 80)
 
 assert(program:Write(output), "the program could not be written")
 
--- Read back into a second object, it must say the same in every parameter.
+-- Read it back into a second object: every parameter must be the same.
 local copy = host.new("ZylSProgram")
 assert(copy:Read(output), "the program could not be read")
 local notParameters = "KGSelect KGMove KGSort KGFindByKey KGCreate KGDelete ZoneSampleSet "

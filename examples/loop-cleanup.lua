@@ -1,20 +1,20 @@
--- Tidies the loops of WAVE and AIFF files: loops that join badly go, and a file that has none left
--- gets the best one there is.
+-- Cleans up the loops of WAVE and AIFF files: removes loops that join badly, and adds the best loop to
+-- files that have none left.
 --
 --   zyl run examples/loop-cleanup.lua FILE...
 
 local loopsearch, samples, soundfile = require "loopsearch", require "samples", require "soundfile"
 
-local GOOD = 0.9                      -- quality, 1 being a perfect join
+local GOOD = 0.9                      -- minimum quality; 1 is a perfect join
 local LOOP, NO_LOOP = 0, 2            -- playback types
 local program = host.new("ZylSProgram")
 if #arg == 0 then error("usage: zyl run loop-cleanup.lua FILE...", 0) end
 
--- The loops worth keeping: start, inclusive end, times.
+-- The good loops (first and last frame), and the number of others.
 local function goodLoops(sample)
   local kept, dropped = {}, 0
   for i = 0, program:SampleLoopCount(sample) - 1 do
-    -- The rating is that of the frame at the end; the loop closes on the one behind it.
+    -- The rating compares the start with the frame at the end, but the loop closes one frame later.
     local last = program:SampleLoopEnd(sample, i)
     program:SampleLoopEnd(sample, i, math.min(last + 1, program:SampleGetSize(sample) - 1))
     local quality = program:SampleLoopQual(sample, i) / samples.FULL
@@ -33,7 +33,7 @@ local function tidy(index, sample, track, found)
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
   local loops, dropped = goodLoops(sample)
-  if dropped == 0 and #loops > 0 then return print(path .. ": as it was") end
+  if dropped == 0 and #loops > 0 then return print(path .. ": unchanged") end
   local made = 0
   if #loops == 0 then
     loops = loopsearch.find(program, path, sample, track, {

@@ -1,13 +1,13 @@
--- What a DSP algorithm gets through its pads, there and back: a program's settings as numbered
--- parameters in slots of a data pad, and a whole sample as a WAVE image in another.
+-- Passes data to a DSP algorithm through data pads and reads it back: program settings as numbered
+-- parameters in slots, and a sample as a WAVE image.
 --
 --   zyl run examples/pad-round-trip.lua PROGRAM SAMPLE
 
 if not arg[2] then error("usage: zyl run pad-round-trip.lua PROGRAM SAMPLE", 0) end
 local program = host.new("ZylSProgram")
-if not program:Read(arg[1], 0) then error(arg[1] .. " is no program", 0) end
+if not program:Read(arg[1], 0) then error(arg[1] .. " is not a program", 0) end
 
--- Two slots of one pad: the voices, and the two LFOs' speeds. docs/parameters.md has the numbers.
+-- Two slots in one pad: voice settings, and the speeds of the LFOs. docs/methods.md lists the numbers.
 local SETTINGS = { [1] = { 4, 5, 14 }, [2] = { 27, 40 } }
 local pad = host.pad()
 for slot, numbers in ipairs(SETTINGS) do
@@ -15,7 +15,7 @@ for slot, numbers in ipairs(SETTINGS) do
 end
 print(("%d bytes of parameters in the pad"):format(#pad.bytes))
 
--- The bytes may travel; another program takes them up from a pad of its own.
+-- Another program reads the bytes from another pad.
 local other = host.new("ZylSProgram")
 other:Create(host.null)
 local received = host.pad(pad.bytes)
@@ -27,12 +27,12 @@ for slot, numbers in ipairs(SETTINGS) do
   end
 end
 
--- A sample: all channels, key, tuning and loops in one image.
+-- The sample: all channels, key, tuning and loops in one image.
 local sample = program:ReadTempSample(arg[2], -1)
-if not sample then error(arg[2] .. " is no sample", 0) end
+if not sample then error(arg[2] .. " is not a sample", 0) end
 program:WriteSampleToPad(pad, sample)
 local copy = other:ReadSampleFromPad(host.pad(pad.bytes))
-assert(copy, "the pad holds no sample")
+assert(copy, "the pad contains no sample")
 for _, method in ipairs { "SampleGetSize", "SampleChannelCount", "SampleBits", "SampleSampleRate",
                           "Samplekey", "Sampletune", "SampleLoopCount" } do
   assert(other[method](other, copy) == program[method](program, sample), method .. " differs")

@@ -1,5 +1,5 @@
--- How well a folder of notes is in tune: a table of how far each note lies from its key, and a
--- picture of it over the keyboard.
+-- Reports how well a folder of notes is in tune: prints the deviation of each note from its key, and
+-- draws the deviations over the keyboard.
 --
 --   zyl run examples/pitch-report.lua FOLDER PICTURE.svg
 
@@ -7,7 +7,7 @@ local folders, notes = require "folders", require "notes"
 local rootpitch, samples = require "rootpitch", require "samples"
 
 if not arg[2] then error("usage: zyl run pitch-report.lua FOLDER PICTURE.svg", 0) end
--- The picture: keys along, cents up, one dot for each note.
+-- The picture: x is the key, y the deviation in cents, one dot per note.
 local WIDTH, HEIGHT, LEFT, MIDDLE, REACH = 900, 300, 50, 150, 50
 local INK, RULE, DOT = 0x24292F, 0xE3E7EB, 0xC2410C
 local surface = host.picture(arg[2], { width = WIDTH, height = HEIGHT })

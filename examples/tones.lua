@@ -1,5 +1,4 @@
--- Makes a folder of recordings to try things with: plucked notes in two layers, all alike on every
--- machine.
+-- Creates a folder of test recordings: plucked notes in two velocity layers, identical on every machine.
 --
 --   zyl run examples/tones.lua FOLDER
 

@@ -1,4 +1,4 @@
--- Writes the manual page zyl(1) out of the help texts: zyl run manual.lua OUTPUT VERSION ZYL VERBS
+-- Generates the manual page zyl(1) from the help texts: zyl run manual.lua OUTPUT VERSION ZYL VERBS
 local output, version, zyl, verbs = arg[1], arg[2], arg[3], arg[4]
 
 local function quoted(word) return "'" .. word:gsub("'", "'\\''") .. "'" end
@@ -12,7 +12,7 @@ end
 local page = {}
 local function add(line) page[#page + 1] = line end
 
--- Text as it stands: in roff, backslashes, and dots and quotes at a line's start, need care.
+-- Escapes a line for roff: backslashes, hyphens, and dots and quotes at the start.
 local function plain(line)
   line = line:gsub("\\", "\\e"):gsub("%-", "\\-")
   if line:match("^[.']") then line = "\\&" .. line end
@@ -31,8 +31,8 @@ add("zyl \\- sampler programs and samples from the command line")
 add(".SH SYNOPSIS")
 add(".B zyl\n[\\fIOPTION\\fR...] \\fIVERB\\fR [\\fIARGUMENT\\fR...]")
 add(".SH DESCRIPTION")
-add("zyl loads the sampler-program module and runs Lua scripts over its methods. The verbs below are\n"
-    .. "such scripts; yours are run by \\fBzyl run\\fR.")
+add("zyl loads the sampler-program module and runs Lua scripts that call its methods. The verbs below\n"
+    .. "are such scripts; \\fBzyl run\\fR runs your own.")
 add(".SH COMMAND LINE")
 block(lines(quoted(zyl) .. " --help"))
 for _, path in ipairs(lines("ls " .. quoted(verbs) .. "/*.lua")) do
@@ -43,7 +43,7 @@ end
 add(".SH ENVIRONMENT")
 add(".TP\n.B ZYL_PROFILE\nthe profile that the module reads when it is loaded")
 add(".SH EXIT STATUS")
-add("0 done, 1 an error of the script, 2 a wrong command line, 3 the module could not be loaded,\n"
+add("0 success, 1 error in the script, 2 wrong command line, 3 the module could not be loaded,\n"
     .. "4 some files of a batch failed, 130 stopped by Ctrl\\-C.")
 
 local file = assert(io.open(output, "w"))

@@ -1,4 +1,4 @@
-# Completion of zyl in bash: verbs, their options, method names, fields of programs.
+# Bash completion for zyl: verbs, options, method names, program fields.
 _zyl() {
   local word=${COMP_WORDS[COMP_CWORD]} verb= i
   COMPREPLY=()

@@ -9,28 +9,28 @@ local text = require "text"
 
 local options, words = cli.parse {
   verb = "edit", repeats = true, operands = "PROGRAM… KEY=VALUE…",
-  about = "Sets fields of programs and prints what changed. A program is written only\n"
-       .. "when everything that is asked for can be set in it.",
+  about = "Sets fields of programs and prints the changes. A program is written only if all\n"
+       .. "changes are possible.",
   options = {
     { name = "keygroups", kind = "text", value = "LIST",
-      help = "which keygroups: all, selected, or numbers from 1 as in\n1-8,12 (default all)" },
+      help = "keygroups to edit: all, selected, or numbers from 1 as in\n1-8,12 (default all)" },
     { name = "zones", kind = "text", value = "LIST",
-      help = "which velocity zones, numbers from 1 to 4 (default all)" },
+      help = "velocity zones to edit, numbers from 1 to 4 (default all)" },
     { name = "output", short = "o", kind = "text", value = "FILE",
-      help = "write there, and leave PROGRAM as it is" },
-    { name = "dry-run", help = "print what would change, and write nothing" },
-    { name = "json", help = "print a JSON list, one object for each program" },
+      help = "write to FILE instead of PROGRAM" },
+    { name = "dry-run", help = "print the changes, but write nothing" },
+    { name = "json", help = "print a JSON list, one object per program" },
   },
-  more = "KEY is a field by its method (KGfilterFreq) or without the family (filterFreq): 'zyl methods KG'\n"
-      .. "lists those of keygroups, PRG those of the program, Zone those of zones. Where several have the\n"
-      .. "name, --zones or --keygroups says which, else write it out. VALUE is\n\n"
-      .. "  KEY=80          that value; a note where it is a key (KGlowKey=C3 or C-1; C4 is\n"
-      .. "                  60), on or off for a switch\n"
-      .. "  KEY=+5, KEY=-5  so much more, so much less\n"
-      .. "  KEY:=-5         that value, also with a sign",
+  more = "KEY is the method of a field (KGfilterFreq), or its name without the prefix (filterFreq): 'zyl\n"
+      .. "methods KG' lists the fields of keygroups, PRG those of the program, Zone those of zones. If\n"
+      .. "several fields have the name, --zones or --keygroups decides, or write the prefix. VALUE is\n\n"
+      .. "  KEY=80          the new value; keys may be notes (KGlowKey=C3 or C-1; C4 is 60),\n"
+      .. "                  switches on or off\n"
+      .. "  KEY=+5, KEY=-5  an increase or decrease\n"
+      .. "  KEY:=-5         the new value, also with a sign",
 }
 
--- "1-8,12" as a set and in order, counted from 0; `most` is the highest number.
+-- Parses "1-8,12" to a list of indexes from 0; `most` is the highest number.
 local function numbers(option, list, most)
   local chosen = {}
   for part in (list .. ","):gmatch("(.-),") do
@@ -38,7 +38,7 @@ local function numbers(option, list, most)
     first = tonumber(first or part:match("^%d+$"))
     last = tonumber(last) or first
     if not first or first < 1 or last < first then
-      cli.usage(("--%s: '%s' is no number from 1 on, nor a range"):format(option, part))
+      cli.usage(("--%s: '%s' is neither a number from 1 nor a range"):format(option, part))
     elseif last > most then
       cli.usage(("--%s: '%s' is outside 1 to %d"):format(option, part, most))
     end
@@ -55,7 +55,7 @@ local zones = options.zones and options.zones ~= "all" and numbers("zones", opti
               or { 0, 1, 2, 3 }
 local family = options.zones and "Zone" or options.keygroups and "KG" or nil
 
--- A change: field, and value or by (so much more).
+-- A change: field, and either `value` or the increase `by`.
 local function changeOf(key, sign, value)
   local field, reason = fields.find(key, family)
   if not field then cli.usage(reason) end
@@ -68,14 +68,14 @@ local function changeOf(key, sign, value)
     return { field = field, value = switch }
   end
   local number = value:match("^[+-]?%d+$") and tonumber(value)
-  if math.type(number) == "float" then  -- no integer of Lua's either
+  if math.type(number) == "float" then  -- exceeds Lua's integers
     number = number < 0 and math.mininteger or math.maxinteger
   end
   if number and sign ~= ":=" and value:match("^[+-]") then return { field = field, by = number } end
   number = number or fields.isKey(field) and filenames.key(value)
   if not number then
     cli.usage(("%s: '%s' is %s"):format(field.name, value, fields.isKey(field)
-              and "neither a note (C4 = 60) nor a number" or "no whole number"))
+              and "neither a note (C4 = 60) nor a number" or "not a whole number"))
   end
   return { field = field, value = number, shown = value }
 end
@@ -118,7 +118,7 @@ local function addressed(program)
   return chosen
 end
 
--- Applies one change at one place and answers what it did, nil for nothing.
+-- Applies a change to one keygroup or zone and returns the difference, or nil if there is none.
 local function apply(program, change, k, z)
   local field, old = change.field, fields.read(program, change.field, k, z)
   local new = change.by and old + change.by or change.value
@@ -129,7 +129,7 @@ local function apply(program, change, k, z)
   return { field = field, keygroup = k, zone = z, old = old, new = new }
 end
 
--- Tells of key and velocity ranges that a change has left empty.
+-- Warns of key and velocity ranges that a change has made empty.
 local function warn(path, program, done)
   local places, seen = {}, {}
   for _, change in ipairs(done) do
@@ -146,7 +146,7 @@ local function warn(path, program, done)
     end
   end
   if #places > 0 then
-    cli.warn(path, "low lies above high, nothing sounds: " .. places[1]
+    cli.warn(path, "empty range, low is above high: " .. places[1]
              .. (#places > 1 and (" and %d more"):format(#places - 1) or ""))
   end
 end
@@ -203,7 +203,7 @@ local printer = cli.printer(options.json)
 for i, path in ipairs(paths) do
   local done, target = cli.try(edit, path)
   local failure = not done and target or nil
-  if failure then cli.failed(path, failure .. ": left as it is") end
+  if failure then cli.failed(path, failure .. ": not changed") end
   if options.json then
     printer.result(i, record(path, done, target, failure))
   else

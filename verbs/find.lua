@@ -1,4 +1,4 @@
--- zyl find: tells which keygroups, zones and samples of programs sound for a key.
+-- zyl find: lists the keygroups, zones and samples that play a key.
 local cli = require "cli"
 local disk = require "disk"
 local filenames = require "filenames"
@@ -9,27 +9,27 @@ local text = require "text"
 
 local options, words = cli.parse {
   verb = "find", operands = "KEY PROGRAM…", repeats = true,
-  about = "Tells which keygroups, zones and samples of programs sound for a key: a note (C#3, Bb2, C-1;\n"
+  about = "Lists the keygroups, zones and samples of programs that play a key: a note (C#3, Bb2, C-1;\n"
        .. "C4 is 60) or a number from 0 to 127.",
   options = {
     { name = "velocity", kind = "integer", value = "V", low = 0, high = 127,
-      help = "only what sounds for that velocity" },
-    { name = "json", help = "print a JSON list, one object for each program" },
+      help = "only zones that play that velocity" },
+    { name = "json", help = "print a JSON list, one object per program" },
   },
-  answers = true, status = "0 something sounds, 1 nothing does, 2 wrong command line, 4 some files failed",
+  answers = true, status = "0 found, 1 nothing plays the key, 2 wrong command line, 4 some files failed",
 }
 local key = filenames.key(words[1])
 if not key then cli.usage("'" .. words[1] .. "' is neither a note (C4 = 60) nor a number from 0 to 127") end
 local files = table.move(words, 2, #words, 1, {})
 if #files == 0 then cli.usage("no PROGRAM given") end
 
--- What sounds: { keygroup and zone from 0, low and high key and velocity, path }.
+-- The zones that play the key: { keygroup and zone from 0, low and high key and velocity, path }.
 local function find(path)
   local program, reason = programs.open(path)
   if not program then error(reason, 0) end
   local found = {}
   if key < program:PRGlowKey() or key > program:PRGhighKey() then
-    cli.note(path, ("the key lies outside the program's play range, %d to %d"):format(
+    cli.note(path, ("the key is outside the program's play range, %d to %d"):format(
              program:PRGlowKey(), program:PRGhighKey()))
     return found
   end
@@ -83,7 +83,7 @@ for i, path in ipairs(files) do
 end
 printer.close()
 if not any and not cli.anyFailed() then
-  cli.note(notes.name(key) .. " (" .. key .. ")", "nothing sounds")
+  cli.note(notes.name(key) .. " (" .. key .. ")", "nothing plays the key")
 end
 cli.finish()
 if not any then os.exit(1, true) end

@@ -1,4 +1,4 @@
--- zyl help: what the module's script methods take, give and mean.
+-- zyl help: describes the module's script methods.
 local help = require "zyl.help"
 
 local function show(text, reason)
@@ -23,7 +23,7 @@ else
                  io.open((arg[0]:match("^.*/") or "./") .. name .. ".lua", "r")
   if script and name ~= "help" then
     script:close()
-    io.write(name, " is a verb: zyl ", name, " --help tells its options.\n")
+    io.write(name, " is a verb: zyl ", name, " --help lists its options.\n")
     local text = help.named(name)
     if text then io.write("\n", text) end
   else

@@ -9,22 +9,22 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "loops", folders = true,
-  about = "Finds loops in sample files and ranks them: by how well they join, how alike the sound is\n"
-       .. "before the start and before the end, how even its level is, and by their length.",
+  about = "Finds loops in sample files and ranks them by the quality of the join, by how similar the\n"
+       .. "sound before start and end is, by how steady the level is, and by length.",
   options = {
     { name = "top", kind = "integer", value = "N", low = 1, high = 1000, default = 1,
       help = "print the N best loops (default 1)" },
     { name = "min-quality", kind = "number", value = "Q", low = 0, high = 1, default = 0.9,
-      help = "leave out loops of a quality below Q, 0 to 1 (default 0.9)" },
+      help = "minimum quality, 0 to 1 (default 0.9)" },
     { name = "min-length", kind = "number", value = "SECONDS", low = 0, high = 86400,
-      help = "leave out shorter loops (default 0.2, in short files less)" },
-    { name = "write", help = "store the best loop in the file as its first one" },
-    { name = "dry-run", help = "with --write: say what would be stored, and store nothing" },
-    { name = "json", help = "print a JSON list, one object for each file" },
+      help = "minimum length (default 0.2, less in short files)" },
+    { name = "write", help = "store the best loop in the file as its first loop" },
+    { name = "dry-run", help = "with --write: print what would be stored, but write nothing" },
+    { name = "json", help = "print a JSON list, one object per file" },
   },
-  more = "A quality of 1 is a perfect join. Q is the integer that SampleLoopQual gives (on a copy of\n"
-      .. "16 bits, the worst channel), divided by 2147483647, for the start and the frame behind the\n"
-      .. "end: Q 0.9 is 1932735282. Positions are frames from 0; the end is the last frame played.",
+  more = "A perfect join has quality 1. Q is the result of SampleLoopQual (of a 16-bit copy, worst\n"
+      .. "channel) divided by 2147483647, for the start and the frame after the end: Q 0.9 is\n"
+      .. "1932735282. Positions are frames from 0; the end is the last frame played.",
 }
 
 local NO_LOOP, LOOP = 2, 0  -- playback types

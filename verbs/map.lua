@@ -1,4 +1,4 @@
--- zyl map: builds a multisampled program out of recordings.
+-- zyl map: builds a multisampled program from recordings.
 local cli = require "cli"
 local fields = require "fields"
 local filenames = require "filenames"
@@ -12,37 +12,37 @@ local samples = require "samples"
 local soundfile = require "soundfile"
 local text = require "text"
 
-local PROBES = 12                    -- named files whose pitch is looked at for the octave
+local PROBES = 12                    -- files measured to find the octave of the names
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
-local UNSAID = 60                    -- the key that programs write which know none
+local UNSAID = 60                    -- written by programs that do not know the key
 
 local options, files = cli.parse {
   verb = "map", folders = true, operands = "FOLDER|FILE… -o PROGRAM",
-  about = "Builds a multisampled program out of recordings: one keygroup for each root key, up to four\n"
-       .. "velocity layers in it, key ranges that meet half-way between neighbouring roots.",
+  about = "Builds a multisampled program from recordings: one keygroup per root key, with up to four\n"
+       .. "velocity layers. Key ranges meet half-way between neighbouring roots.",
   options = {
     { name = "output", short = "o", kind = "text", value = "PROGRAM",
       help = "the program file to write" },
     { name = "from", kind = "text", value = "LIST", default = "chunk,name,pitch",
-      help = "where root keys come from, the first that has one\n(default chunk,name,pitch)" },
+      help = "sources of root keys, in order of preference\n(default chunk,name,pitch)" },
     { name = "octave", kind = "text", value = "N", default = "auto",
-      help = "the octave of key 60 in names: C4 is 60 with 4, C3 with 3\n"
-          .. "(default auto: 4, unless the pitches say otherwise)" },
+      help = "octave of key 60 in file names: 4 if C4 is 60, 3 if C3 is 60\n"
+          .. "(default auto: 4, unless the measured pitches differ)" },
     { name = "reach", kind = "integer", value = "N", low = 0, high = 127, default = 127,
-      help = "most keys from a root to the end of its range (default 127)" },
+      help = "maximum number of keys from the root to the ends of its range\n(default 127)" },
     { name = "drums", kind = "text", value = "KEY",
-      help = "one key for each file from KEY (36 or C2) up, at its own pitch,\nplayed to its end" },
+      help = "one key per file, from KEY (36 or C2) upwards, at the original\npitch, played to the end" },
     { name = "name", kind = "text", value = "NAME",
-      help = "the program's name, 12 bytes (default: the file's)" },
-    { name = "check", help = "measure every file, and say where chunk, name and pitch differ" },
+      help = "name of the program, up to 12 bytes (default: name of the file)" },
+    { name = "check", help = "measure all files and report where chunk, name and pitch differ" },
     { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
-      help = "what A4 is tuned to (default 440)" },
-    { name = "dry-run", help = "show the layout and write nothing" },
-    { name = "json", help = "print a JSON list, one object for each file" },
+      help = "frequency of A4 (default 440)" },
+    { name = "dry-run", help = "print the layout, but write nothing" },
+    { name = "json", help = "print a JSON list, one object per file" },
   },
-  more = "Names: a letter with an octave (C#3, Bb2, Cs4, F-1), or plain MIDI numbers where all names\n"
-      .. "have them. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard. Files stay as they are: the\n"
-      .. "tuning is part of the program.",
+  more = "Names: a letter with an octave (C#3, Bb2, Cs4, F-1), or plain MIDI numbers if all names have\n"
+      .. "one. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard. Sample files are not changed: the\n"
+      .. "tuning is stored in the program.",
 }
 
 local order, use = {}, {}
@@ -57,7 +57,7 @@ if not octave or octave < 2 or octave > 6 then
   cli.usage("--octave N: '" .. options.octave .. "' is not auto or 2 to 6")
 end
 if not options.output and not options["dry-run"] and not options.check then
-  cli.usage("-o PROGRAM is missing (--dry-run shows the layout alone)")
+  cli.usage("-o PROGRAM is missing (--dry-run only prints the layout)")
 end
 local firstDrum = options.drums and filenames.key(options.drums)
 if options.drums and not firstDrum then
@@ -74,26 +74,26 @@ if options.output then
 end
 
 local program = host.new("ZylSProgram")
-local list = {}   -- for each file: path, name (what it says), and what is found out below
+local list = {}   -- for each file: path, name (as parsed), and the results of the steps below
 
 local function fail(it, reason)
   it.failure = reason
   cli.failed(it.path, reason)
 end
 
--- What the file itself says, from an open sample.
+-- Reads key, tuning and format of an open sample.
 local function take(it, sample, found)
   if it.known then return end
   it.fileNote = program:Samplekey(sample) + program:Sampletune(sample) / 256
   it.rate, it.frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
   it.channels = program:SampleChannelCount(sample)
   local key = program:Samplekey(sample)
-  -- Programs that know no root key write 0 beside their loops.
+  -- Programs that do not know the root key write 0 with their loops.
   if soundfile.hasKey(found) and key > 0 and key <= 127 then it.chunk = key end
   it.known = true
 end
 
--- Opens the files that are not known yet, those of `wanted` with their pitch.
+-- Measures the pitch of the files in `wanted` that have not been measured.
 local function measure(wanted)
   local paths, items = {}, {}
   for _, it in ipairs(list) do
@@ -126,7 +126,7 @@ local function open(it)
   samples.close(program, sample)
 end
 
--- Some of the files whose name has a note, spread over all of them.
+-- Up to PROBES files with a note in their name, evenly spread.
 local function probes()
   local named, chosen = {}, {}
   for _, it in ipairs(list) do
@@ -137,8 +137,8 @@ local function probes()
   return chosen
 end
 
--- Compares names with pitches: sets the octave that most of them agree on, and drops numbers that
--- turn out not to be keys.
+-- Compares names with measured pitches: sets the octave that most of them agree on, and discards
+-- numbers that are not keys.
 local function judgeNames(chosen)
   local counts, all, most = {}, 0, 0
   for it in pairs(chosen) do
@@ -157,15 +157,15 @@ local function judgeNames(chosen)
   for it in pairs(chosen) do isNumber = isNumber or it.name.how == "number" end
   if 3 * most < 2 * all or agreed % 12 ~= 0 then
     if isNumber then
-      cli.note("names", "their numbers are not the keys of what sounds: not used")
+      cli.note("names", "their numbers do not match the pitches: not used")
       for _, it in ipairs(list) do it.name.key = nil end
     else
-      cli.note("names", ("%d of %d pitches are not what the names say; see --check, --from pitch")
+      cli.note("names", ("%d of %d pitches differ from the names; see --check, --from pitch")
                :format(all - (counts[0] or 0), all))
     end
   elseif agreed ~= 0 and not isNumber and options.octave == "auto" then
     octave = octave - agreed // 12
-    cli.note("names", ("%d of %d pitches say that C%d is key 60: --octave %d")
+    cli.note("names", ("%d of %d pitches indicate that C%d is key 60: --octave %d")
              :format(most, all, octave, octave))
   end
 end
@@ -176,10 +176,10 @@ local function nameKey(it)
   return key >= 0 and key <= 127 and key or nil
 end
 
--- The root key that the file's chunk says, where it says something.
+-- The root key in the file's chunk, unless it is in doubt.
 local function chunkKey(it) return not it.doubted and it.chunk or nil end
 
--- The key that all chunks carry while the names tell the files apart, and how many they are.
+-- The key that all chunks share although the names differ, and the number of chunks.
 local function commonKey()
   local common, count, name, differ = nil, 0, nil, false
   for _, it in ipairs(list) do
@@ -193,12 +193,12 @@ local function commonKey()
   if differ and use.name and count >= (common == UNSAID and 2 or 3) then return common, count end
 end
 
--- Doubts the chunks that say nothing: a root key common to all, and the key 60 where neither name
--- nor pitch confirms it. What is doubted comes after all other sources.
+-- Marks chunks as doubtful: a root key common to all, and key 60 if neither name nor pitch confirms it.
+-- Doubtful keys are used only after all other sources.
 local function doubtChunks()
   local common, count = commonKey()
   if common then
-    cli.note("chunks", ("all %d carry the root key %s (%d): not used"):format(count,
+    cli.note("chunks", ("all %d have the root key %s (%d): not used"):format(count,
              notes.name(common), common))
     for _, it in ipairs(list) do it.doubted = it.chunk ~= nil end
     return
@@ -214,12 +214,12 @@ local function doubtChunks()
     if it.doubted then doubted = doubted + 1 end
   end
   if doubted > 0 then
-    cli.note("chunks", ("the root key C4 (60) of %d file%s is not what name or pitch says: not used")
+    cli.note("chunks", ("the root key C4 (60) of %d file%s differs from name or pitch: not used")
              :format(doubted, doubted == 1 and "" or "s"))
   end
 end
 
--- Sets key, source and note (the pitch that the file is taken to have).
+-- Sets key, source and note (the assumed pitch of the file).
 local function decide(it)
   for _, source in ipairs(order) do
     if source == "chunk" and chunkKey(it) then
@@ -240,7 +240,7 @@ local function decide(it)
     it.key, it.note, it.source = it.chunk, it.fileNote, "chunk"
     return
   end
-  fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums takes it as it is)"
+  fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums needs none)"
                                or "none of " .. options.from .. " has one"))
 end
 
@@ -281,7 +281,7 @@ local function collect()
   measure(needsPitch())
 end
 
--- Notes which of chunk, name and pitch differ by a key or more.
+-- Prints chunk, name and pitch if they differ by a key or more.
 local function check(it)
   local said, first, differ = {}, nil, false
   local function add(name, key)
@@ -297,7 +297,7 @@ local function check(it)
   if differ then cli.note(it.path, table.concat(said, ", ")) end
 end
 
--- The tuning in 1/256 semitone that brings the file to its root key's pitch in the program.
+-- The zone tuning, in 1/256 semitone, at which the file has the pitch of its root key.
 local function tuneOffset(it)
   return math.min(math.max(math.floor((it.fileNote - it.note) * 256 + 0.5), -32768), 32767)
 end
@@ -345,7 +345,7 @@ local function fill(keygroups)
     program:KGlowKey(k - 1, group.low)
     program:KGhighKey(k - 1, group.high)
     for z, zone in ipairs(group.zones) do
-      -- The path alone: the sounds need not be in memory for that.
+      -- Sets only the path, which does not load the sound.
       program:ZoneSamplePath(k - 1, z - 1, zone.sample.path)
       program:ZonelowVel(k - 1, z - 1, zone.low)
       program:ZonehighVel(k - 1, z - 1, zone.high)
@@ -412,7 +412,7 @@ if #keygroups > 0 and options.output and not options["dry-run"] then
   written = program:Write(options.output)
   if not written then cli.failed(options.output, "could not be written") end
 elseif #keygroups == 0 and options.output then
-  cli.failed(options.output, "not written: no file has a place")
+  cli.failed(options.output, "not written: no file was placed")
 end
 progress.hide()
 local leftOut = 0

@@ -1,4 +1,4 @@
--- zyl pitch: finds the pitch of sample files, shows, draws and stores it.
+-- zyl pitch: finds, draws and stores the pitch of sample files.
 local cli = require "cli"
 local json = require "json"
 local notes = require "notes"
@@ -8,36 +8,36 @@ local samples = require "samples"
 local soundfile = require "soundfile"
 local text = require "text"
 
-local BLOCK = 128          -- frames for each value of a track
-local WINDOW = 4096        -- frames that a value needs
-local REPEATED = 31        -- values at the end of a track that repeat the one before
+local BLOCK = 128          -- frames per value of a track
+local WINDOW = 4096        -- frames needed for a value
+local REPEATED = 31        -- values at the end of a track that repeat the last computed one
 
 local options, files = cli.parse {
   verb = "pitch", folders = true,
-  about = "Finds the pitch of sample files: the root key (the note nearest to the median pitch), the\n"
-       .. "cents above it, how much of the file has a pitch, and how steady it is (the spread: half\n"
+  about = "Finds the pitch of sample files and prints the root key (the note nearest to the median\n"
+       .. "pitch), the deviation in cents, the share of the file that has a pitch, and the spread (half\n"
        .. "the distance between the 16th and the 84th percentile, in cents).",
   options = {
     { name = "track", help = "print every value: time in seconds, Hz, note and cents" },
     { name = "set", help = "store key and tuning in the file, so that it plays in tune" },
-    { name = "force", help = "with --set: store also a pitch that is not steady" },
-    { name = "dry-run", help = "say what would be stored and drawn, and write nothing" },
+    { name = "force", help = "with --set: store the pitch even if it is not steady" },
+    { name = "dry-run", help = "print what would be stored and drawn, but write nothing" },
     { name = "plot", kind = "text", value = "PICTURE",
-      help = "draw waveform, track and note grid into a .png or .svg file; with\n"
-          .. "several files, into one for each: PICTURE-NAME.png" },
-    { name = "json", help = "print a JSON list, one object for each file" },
+      help = "draw waveform, track and note grid to a .png or .svg file; with\n"
+          .. "several files, to one picture per file: PICTURE-NAME.png" },
+    { name = "json", help = "print a JSON list, one object per file" },
     { name = "highest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 2000,
-      help = "highest pitch to expect (default 2000)" },
+      help = "highest expected pitch (default 2000)" },
     { name = "lowest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 50,
-      help = "lowest pitch to expect (default 50)" },
+      help = "lowest expected pitch (default 50)" },
     { name = "threshold", kind = "number", value = "X", low = 0, high = 4, default = 1e-5,
       help = "mean square below which a block is silent (default 1e-5, -50 dB)" },
     { name = "smooth", kind = "integer", value = "N", low = 0, high = 100000, default = 0,
-      help = "smooth over N blocks of 128 frames to each side (default 0: not)" },
+      help = "smooth over N blocks of 128 frames on each side (default 0: off)" },
     { name = "correct", kind = "integer", value = "N", low = 0, high = 100000, default = 10,
-      help = "compare with N blocks to each side to correct octave errors\n(default 10)" },
+      help = "correct octave errors by comparing N blocks on each side\n(default 10)" },
     { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
-      help = "what A4 is tuned to (default 440)" },
+      help = "frequency of A4 (default 440)" },
   },
 }
 local a4 = options.a4 + 0.0
@@ -55,7 +55,7 @@ local program = host.new("ZylSProgram")
 local printer = cli.printer(options.json)
 local nameWidth = math.max(text.widest(files), #"file")
 
--- The value that a part of a sorted list lies below.
+-- The percentile of a sorted list; `part` is 0 to 1.
 local function percentile(sorted, part)
   local place = 1 + part * (#sorted - 1)
   local below = math.floor(place)
@@ -63,11 +63,11 @@ local function percentile(sorted, part)
   return low + (high - low) * (place - below)
 end
 
--- What a track says as a whole: values (of note numbers, false where there is no pitch), voiced
--- (a part of 1), and with a pitch note, hertz, spread.
+-- Summarises a track: values (note numbers, false without a pitch), voiced (0 to 1), and, if there is
+-- a pitch, note, hertz and spread.
 local function summary(track, rate)
   local values, sorted = {}, {}
-  local count = math.max(#track - 1, 1)  -- the last value describes nothing
+  local count = math.max(#track - 1, 1)  -- the last value has no frames
   local own = count > 2 * REPEATED and count - REPEATED or count
   local voiced = 0
   for i = 1, count do
@@ -88,27 +88,27 @@ local function summary(track, rate)
   return result
 end
 
--- Stores the pitch as key and tune: "set", or "as it was" when the file says so already.
+-- Stores the pitch as key and tune. Returns "set", or "unchanged" if the file already has them.
 local function store(path, sample, found, it, track)
-  if not it.note then error("no pitch found: key and tuning stay as they are", 0) end
+  if not it.note then error("no pitch found: key and tuning not changed", 0) end
   if not options.force then
     local root, reason = rootpitch.of(program, sample, track)
     if not root or not root.sure then
-      error((reason or "no steady pitch") .. ": key and tuning stay as they are (see --force)", 0)
+      error((reason or "no steady pitch") .. ": key and tuning not changed (see --force)", 0)
     end
   end
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
   local key, tune = notes.keyAndTune(it.note)
   local sameKey = program:Samplekey(sample, key) == key
-  if program:Sampletune(sample, tune) == tune and sameKey then return "as it was" end
+  if program:Sampletune(sample, tune) == tune and sameKey then return "unchanged" end
   if options["dry-run"] then return "would be set" end
   if not program:SampleWrite(sample) then error("could not be written", 0) end
   return "set"
 end
 
 local taken = {}
--- The picture's name for a file; two files of one name get different ones.
+-- The picture's name for a file, made unique for files with the same name.
 local function pictureName(path)
   if #files == 1 then return options.plot end
   local base = path:match("[^/]*$")
@@ -198,7 +198,7 @@ local function done(index, sample, track, found)
   end
   if rate <= 0 then error("the file has no sample rate", 0) end
   local it = summary(track, rate)
-  -- What fails from here on does not take the result away.
+  -- Print the result even if storing or drawing fails.
   local stored, failure
   if options.set then stored, failure = cli.try(store, path, sample, found, it, track) end
   if options.plot then

@@ -1,4 +1,4 @@
--- zyl presets: lists the presets of sound banks.
+-- zyl presets: lists the presets of SoundFont banks.
 local cli = require "cli"
 local disk = require "disk"
 local json = require "json"

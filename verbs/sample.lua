@@ -1,4 +1,4 @@
--- zyl sample: shows what sample files hold.
+-- zyl sample: shows format, key, loops and chunks of sample files.
 local cli = require "cli"
 local json = require "json"
 local notes = require "notes"
@@ -7,9 +7,9 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "sample", folders = true,
-  about = "Shows what sample files hold: format, length, key, tuning, loops and chunks. Positions\n"
-       .. "are frames, counted from 0; a loop's end is its last frame.",
-  options = { { name = "json", help = "print a JSON list, one object for each file" } },
+  about = "Shows format, length, key, tuning, loops and chunks of sample files. Positions are frames\n"
+       .. "from 0; the end of a loop is its last frame.",
+  options = { { name = "json", help = "print a JSON list, one object per file" } },
 }
 
 local PLAYBACK = { [0] = "loop through release", "loop until release", "no loop", "to the end" }
@@ -88,7 +88,7 @@ for i, path in ipairs(files) do
   if options.json then
     printer.result(i, record(path, found, it, failure))
   else
-    -- A file that is no sound file at all gives its message only.
+    -- For files that are not sound files, only the message is printed.
     local something = it or found and #found.chunks > 0
     printer.result(i, something and shown(path, found, it) or nil)
   end

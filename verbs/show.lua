@@ -8,14 +8,14 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "show",
-  about = "Prints programs as tables: keygroups with their key ranges, zones with their velocities and samples.\n"
+  about = "Prints programs as tables: keygroups with key ranges, zones with velocities and samples.\n"
        .. "Notes are named as in the editor's lists: C3 is key 60.",
   options = {
-    { name = "quiet", help = "only the keygroups, without zones" },
-    { name = "json", help = "print a JSON list, one object for each file" },
+    { name = "quiet", help = "omit the zones" },
+    { name = "json", help = "print a JSON list, one object per file" },
   },
-  more = "Samples are not loaded; a file that is not at its place is marked as missing. A zone that\n"
-      .. "has no sample is left out.",
+  more = "Samples are not loaded; those whose file does not exist are marked (missing). Zones without\n"
+      .. "a sample are omitted.",
 }
 
 local function zonesOf(object, k)

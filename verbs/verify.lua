@@ -9,12 +9,12 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "verify", repeats = true, operands = "A B",
-  about = "Compares two programs, or two samples, field by field, and prints where they differ. Sample\n"
-       .. "paths count from the program's folder, so that a folder can be compared with its copy.",
+  about = "Compares two programs, or two samples, field by field, and prints the differences. Sample\n"
+       .. "paths are relative to the program's folder, so that a folder can be compared with its copy.",
   options = { { name = "json", help = "print a JSON object with the differences" } },
   answers = true, status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
 }
-if #files ~= 2 then cli.usage("two files are needed, A and B") end
+if #files ~= 2 then cli.usage("give two files, A and B") end
 
 local ORGAN = "TOLM"   -- the chunk of a program's organ extension
 local compared, differences, failure = 0, {}, nil
@@ -41,13 +41,13 @@ local function plain(name) return { name = name, family = "PRG" } end
 
 local function folder(path) return path:match("^.*/") or "" end
 
--- A sample's path from the program's folder, where it lies in there.
+-- A sample's path, relative to the program's folder if it is inside it.
 local function fromFolder(path, program)
   local start = folder(program)
   return path:sub(1, #start) == start and path:sub(#start + 1) or path
 end
 
--- Whether the program file has an organ extension. A method that asks for its fields would make one.
+-- Whether the program file has an organ extension. Methods that read its fields would create one.
 local function hasOrgan(path)
   local file = assert(disk.open(path))
   local found, size = false, file:seek("end")
@@ -97,7 +97,7 @@ end
 
 -- Samples ---------------------------------------------------------------------------------------
 
--- The first of the frames from `low` to `high` in which two strings of values differ.
+-- The first frame from `low` to `high` in which two byte strings of values differ.
 local function firstDifference(a, b, width, low, high)
   while low < high do
     local middle = (low + high) // 2
@@ -117,7 +117,7 @@ local function compareSound(program, open, facts)
     local mine, _, width = samples.values(program, open[1], c)
     local other = samples.values(program, open[2], c)
     local from = mine ~= other and firstDifference(mine, other, width, 0, a.frames - 1)
-    local says = from and ("other from frame %d on"):format(from) or "sound"
+    local says = from and ("differs from frame %d on"):format(from) or "sound"
     compare(plain("channel " .. c + 1), 0, 0, "sound", says)
   end
 end
@@ -154,7 +154,7 @@ if kinds[1] ~= nil and kinds[2] ~= nil then
     local path = kinds[1] and files[2] or files[1]
     local program = host.new("ZylSProgram")
     if samples.open(program, path) then cli.usage("one is a program and the other a sample") end
-    fail(path, "neither a program nor a sound that can be read")
+    fail(path, "neither a program nor a readable sound file")
   end
 end
 if not failure and kinds[1] ~= nil and kinds[2] ~= nil then

@@ -9,19 +9,19 @@ local text = require "text"
 
 local options, files = cli.parse {
   verb = "view",
-  about = "Draws a program as the editor shows it: the keyboard with the range of a keygroup, the list\n"
-       .. "of the keygroups, and the zones of that keygroup. Notes are named as in the editor's\n"
-       .. "lists: C3 is key 60.",
+  about = "Draws a program as the editor shows it: the keyboard of a keygroup, the list of keygroups,\n"
+       .. "and the zones of the keygroup. Notes are named as in the editor's lists: C3 is key 60.",
   options = {
     { name = "output", short = "o", kind = "text", value = "PICTURE",
       help = "the picture to write, .png or .svg" },
     { name = "keygroup", kind = "integer", value = "N", low = 1, high = 1000000, default = 1,
-      help = "the keygroup on the keyboard and in the zone list, from 1 (default 1)" },
+      help = "keygroup on the keyboard and in the zone list, from 1 (default 1)" },
     { name = "key", kind = "text", value = "K",
-      help = "the key, 0 to 127 or a note (C3 is 60 here), whose keygroups stand out (default: the lowest of keygroup N)" },
+      help = "highlight the keygroups that play a key, 0 to 127 or a note (C3 is 60);\n"
+          .. "default: the lowest key of keygroup N" },
     { name = "scale", kind = "number", value = "S", low = 0.25, high = 16, default = 2,
-      help = "pixels of the picture for one of the editor (default 2)" },
-    { name = "dark", help = "light on dark" },
+      help = "picture pixels per editor pixel (default 2)" },
+    { name = "dark", help = "dark theme" },
     { name = "quiet", help = "do not print the picture's name" },
   },
 }
@@ -37,7 +37,7 @@ end
 if #files > 1 then cli.usage("one FILE at a time") end
 local path = files[1]
 
--- The zones whose sample is not at its place.
+-- The zones whose sample file does not exist.
 local function missingSamples(program)
   local list = {}
   for k = 0, program:PRGkeyGroups() - 1 do

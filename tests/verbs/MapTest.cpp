@@ -144,7 +144,7 @@ TEST_F(Map, WritesRangesLayersAndTuning) {
   Recording("p/odd.wav", 59.3);
   const Finished run = Zyl("map " + Quoted("p") + " -o " + Quoted("p.zprg"), true);
   EXPECT_EQ(run.status, 0) << run.out;
-  EXPECT_TRUE(Has(run.out, "v2.wav: left out: a key has four layers")) << run.out;
+  EXPECT_TRUE(Has(run.out, "v2.wav: left out: more than four layers")) << run.out;
   const Program program;
   ASSERT_TRUE(program("Read", Path("p.zprg")).Bool());
   ASSERT_EQ(program("PRGkeyGroups").Int(), 3);

@@ -67,18 +67,18 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
     const char* says;
   } cases[] = {
       {"filtrFreq=2", 2, "did you mean \"filterFreq\"?"},
-      {"lowKey=2", 2, "may be PRGlowKey or KGlowKey"},
+      {"lowKey=2", 2, "is ambiguous: PRGlowKey or KGlowKey"},
       {"poly=256", 2, "outside 0 to 255"},
       {"loudVel=128", 2, "outside -128 to 127"},
       {"KGtune=40000", 2, "outside -32768 to 32767"},
       {"KGfilterResonance=65536", 2, "outside 0 to 65535"},
       {"name=MoreThanTwelve", 2, "12 bytes"},
-      {"poly=many", 2, "no whole number"},
+      {"poly=many", 2, "not a whole number"},
       {"KGSelect=perhaps", 2, "neither on nor off"},
       {"PRGkeyGroups=3", 2, "no field"},
       {"poly=9 highVel=+200", 4, "299 is outside"},
       {"poly=9 filterFreq=2 --keygroups 13", 4, "keygroup 13 is outside 1 to 12"},
-      {"poly=9 --keygroups 0", 2, "no number from 1 on"},
+      {"poly=9 --keygroups 0", 2, "neither a number from 1"},
       {"filterFreq=99999999999999", 2, "outside 0 to 255"},
       {"filterFreq=99999999999999999999", 2, "outside 0 to 255"},
       {"KGhighKey=128", 2, "outside 0 to 127, the keys"},
@@ -86,7 +86,7 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
       {"KGlowKey=H", 2, "neither a note (C4 = 60) nor a number"},
       {"poly=9 --zones 1-9", 2, "outside 1 to 4"},
       {"KGlowKey=G9 --keygroups 5 --dry-run", 0, "keygroup 5  40 (E2)  ->  127 (G9)"},
-      {"KGlowKey=50 --keygroups 5 --dry-run", 0, "low lies above high"},
+      {"KGlowKey=50 --keygroups 5 --dry-run", 0, "low is above high"},
       {"KGlowKey=C-1 --keygroups 1", 0, "0 values changed"},
       {"poly=9 --dry-run", 0, "not written"},
       {"poly=15", 0, "0 values changed"},
@@ -128,7 +128,7 @@ TEST_F(ProgramVerbs, VerifySeesEachField) {
   std::ofstream(Path("bad")) << "no program";
   const Finished bad = Zyl("verify --json " + Quoted("p.zprg") + " " + Quoted("bad"));
   EXPECT_EQ(bad.status, 4);
-  EXPECT_TRUE(Has(bad.out, "neither a program nor a sound") && Has(bad.out, "\"same\": null"))
+  EXPECT_TRUE(Has(bad.out, "neither a program nor a readable sound") && Has(bad.out, "\"same\": null"))
       << bad.out;
 }
 
@@ -141,7 +141,7 @@ TEST_F(ProgramVerbs, VerifyComparesSamples) {
   std::string bytes = FileBytes(Path("a.wav"));
   bytes[44 + 2 * 1234] ^= 1;
   std::ofstream(Path("a.wav"), std::ios::binary) << bytes;
-  EXPECT_TRUE(Has(Zyl("verify " + both).out, "other from frame 1234 on"));
+  EXPECT_TRUE(Has(Zyl("verify " + both).out, "differs from frame 1234 on"));
   EXPECT_EQ(Zyl("verify " + Quoted("a.wav") + " " + Quoted("p.zprg")).status, 2);
 }
 

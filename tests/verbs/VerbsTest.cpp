@@ -110,7 +110,7 @@ TEST_F(Verbs, NothingWaitsForAPipe) {
     const Finished run = Shell(
         std::string("timeout 20 ") + ZYL_PROGRAM + " " + verb + " " + Quoted("pipe.wav"), true);
     EXPECT_EQ(run.status, 4) << verb << run.out;
-    EXPECT_TRUE(Has(run.out, "is no regular file")) << verb << run.out;
+    EXPECT_TRUE(Has(run.out, "is not a regular file")) << verb << run.out;
   }
 }
 

@@ -1,5 +1,5 @@
--- The command line of a verb: options, help, messages, and the batch of files that goes on when
--- one of them fails.
+-- The command line of a verb: options, help, messages, and batches that continue after a failed
+-- file.
 local disk = require "disk"
 local folders = require "folders"
 local json = require "json"
@@ -21,7 +21,7 @@ local function usage(text)
 end
 cli.usage = usage
 
--- The name of an option with its value, as help and messages show it.
+-- An option with its value, as shown in help and messages.
 local function shown(option)
   local short = option.short and "-" .. option.short .. ", " or ""
   return short .. "--" .. option.name .. (option.value and " " .. option.value or "")
@@ -38,13 +38,13 @@ local function help(form)
   end
   io.write(table.concat(rows, "\n"), "\n")
   if form.more then io.write("\n", form.more, "\n") end
-  io.write("\nExit status: ", form.status or "0 done, 2 wrong command line, 4 some files failed",
+  io.write("\nExit status: ", form.status or "0 success, 2 wrong command line, 4 some files failed",
            ", 130 Ctrl-C.\n")
 end
 
 local function valueOf(option, text)
   if option.kind == "text" then
-    if text == "" then usage(shown(option) .. ": an empty value") end
+    if text == "" then usage(shown(option) .. ": the value is empty") end
     return text
   end
   local number = text:match("^[%d.+-]") and tonumber(text) or nil
@@ -59,7 +59,7 @@ local function valueOf(option, text)
   return number
 end
 
--- Files and the sound files of folders, each one once.
+-- Replaces folders with their sound files and removes duplicates.
 local function withoutFolders(words)
   local files, seen = {}, {}
   local function add(file)
@@ -78,20 +78,23 @@ local function withoutFolders(words)
   return files
 end
 
--- Reads the global `arg` and answers the options by name and the list of files, each one once.
--- form: verb, about, options; an option: name, help, and but for flags a kind ("integer",
--- "number", "text"), the value's name in help, low and high, default; `short` for a letter of its
--- own. `answers` says that the status 1 is an answer of the verb. With `folders` a folder stands for its sound files; with `repeats` words stay as they are
--- written. `operands`, `more` and `status` are parts of the help. Ends the script after --help and
--- on a wrong command line.
+-- Parses the global `arg` and returns the options by name and the list of files without duplicates.
+-- Exits after --help and on a wrong command line. Fields of `form`:
+--   verb, about   name and description
+--   options       list of { name, help }, and, except for flags, kind ("integer", "number", "text"),
+--                 value (its name in the help), low, high, default; optionally short (a letter)
+--   answers       exit status 1 is a result of the verb
+--   folders       replace folders with their sound files
+--   repeats       keep duplicates
+--   operands, more, status   texts of the help
 function cli.parse(form)
   verb, answers = form.verb, form.answers
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
   if not byName.quiet then
-    table.insert(form.options, { name = "quiet", help = "no progress and no notes, failures and warnings only" })
+    table.insert(form.options, { name = "quiet", help = "print only failures and warnings, no notes and no progress" })
   end
-  table.insert(form.options, { name = "help", help = "print this" })
+  table.insert(form.options, { name = "help", help = "print this help" })
   for _, option in ipairs(form.options) do
     byName[option.name] = option
     if option.short then byName["-" .. option.short] = option end
@@ -132,7 +135,7 @@ function cli.parse(form)
   return options, form.folders and withoutFolders(files) or files
 end
 
--- Tells why a file failed; the batch goes on and ends with status 4.
+-- Reports why a file failed; the batch continues and ends with status 4.
 function cli.failed(file, reason)
   anyFailed = true
   say(file .. ": " .. reason)
@@ -140,28 +143,28 @@ end
 
 function cli.anyFailed() return anyFailed end
 
--- What is worth knowing and no failure.
+-- Prints a note unless --quiet is given.
 function cli.note(file, text)
   if not quiet then say(file .. ": " .. text) end
 end
 
--- What the result lacks without being a failure; said with --quiet too.
+-- Prints a warning, even with --quiet.
 function cli.warn(file, text) say(file .. ": " .. text) end
 
--- An error of a method or of Lua as one line.
+-- Formats an error of a method or of Lua as one line without the script position.
 function cli.reason(failure)
   return (tostring(failure):match("[^\n]*"):gsub("^[^\n]-%.lua:%d+: ", ""))
 end
 
--- Runs body(...) and answers what it returned; an error becomes (nil, reason).
+-- Runs body(...) and returns its results, or nil and the reason on an error.
 function cli.try(body, ...)
   local results = table.pack(pcall(body, ...))
   if results[1] then return table.unpack(results, 2, results.n) end
   return nil, cli.reason(results[2])
 end
 
--- Prints results in the order of the files, as soon as those before them are there. A result is
--- text, or with `asJson` a value for json.lua; nil prints nothing.
+-- Prints results in the order of the files, each as soon as all earlier ones are available. A result is
+-- a string, or with `asJson` a value for json.lua; nil prints nothing.
 function cli.printer(asJson)
   local waiting, nextIndex, printed = {}, 1, 0
   local printer = {}
@@ -189,11 +192,11 @@ function cli.printer(asJson)
   return printer
 end
 
--- Leaves the script with the batch's status.
+-- Exits with the status of the batch.
 function cli.finish()
   progress.hide()
   local flushed, _, code = io.stdout:flush()
-  -- Lost output is told of by zyl itself, with status 1 in the place of 0.
+  -- zyl itself reports lost output and changes status 0 to 1.
   local lost = answers and not flushed and code ~= CLOSED_PIPE
   if anyFailed or lost then os.exit(cli.FAILED, true) end
 end

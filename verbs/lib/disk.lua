@@ -1,17 +1,17 @@
--- Files on disk. What is no regular file, such as a named pipe, is never opened: it would block.
+-- Files on disk. Only regular files are opened: opening a named pipe could block.
 local disk = {}
 
--- The file, open for reading bytes (or in another mode); nil and the reason.
+-- Opens a file for reading bytes (or in another mode). Returns nil and the reason on failure.
 function disk.open(path, mode)
   local type, absent = host.fileType(path)
   if not type then return nil, absent end
-  if type ~= "file" then return nil, type == "folder" and "is a folder" or "is no regular file" end
+  if type ~= "file" then return nil, type == "folder" and "is a folder" or "is not a regular file" end
   local file, reason = io.open(path, mode or "rb")
   if not file then return nil, (reason:gsub("^.*: ", "")) end
   return file
 end
 
--- Whether a file is there that can be read.
+-- Whether a readable file exists.
 function disk.isFile(path)
   local file = disk.open(path)
   if file then file:close() end

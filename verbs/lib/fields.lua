@@ -1,8 +1,9 @@
--- The fields of a program as the script methods give them: header (PRG), keygroups (KG), zones
--- (Zone). What a field holds is asked of the module, so that nothing is said here twice.
+-- The fields of a program, accessed through script methods: header (PRG), keygroups (KG), zones
+-- (Zone). Types and ranges are found by trying values on a scratch program, so they are not repeated
+-- here.
 local fields = {}
 
--- Methods of these families that act, are computed, or reach what other fields reach.
+-- Methods of these families that are not fields: they act, are computed, or duplicate other fields.
 local NO_FIELDS = {}
 for name in ([[PRGkeyGroups PRGIntValue PRGStringValue PRGtmMidiChannel KGCreate KGDelete KGFindByKey
                KGMove KGSort KGIntValue KGStringValue ZoneSampleSet ZoneSampleExists Zonename
@@ -10,17 +11,17 @@ for name in ([[PRGkeyGroups PRGIntValue PRGStringValue PRGtmMidiChannel KGCreate
   NO_FIELDS[name] = true
 end
 local DETUNES = 13
--- Fields of a byte that mean a MIDI key or velocity, by the name without the family.
+-- Fields with a MIDI key or velocity, by name without the family.
 local MIDI = { lowKey = "keys", highKey = "keys", extTriggerNote = "keys", lowVel = "velocities",
                highVel = "velocities" }
 local MOST_MIDI = 127
-local LOWEST, HIGHEST = -2147483648, 2147483647  -- what a method takes as an integer
+local LOWEST, HIGHEST = -2147483648, 2147483647  -- range of a method's integer argument
 local LOWS, HIGHS = { LOWEST, -32768, -128, 0 }, { HIGHEST, 65535, 32767, 255, 127 }
 
 local all, scratch
 
--- All fields in the order of the method table: method, name (as shown), short (without the family),
--- family, and for an element of a list its index.
+-- All fields in method table order: method, name (as shown), short (without the family), family, and
+-- for an element of a list its index.
 function fields.all()
   if all then return all end
   all = {}
@@ -37,7 +38,7 @@ function fields.all()
   return all
 end
 
--- Keygroup and zone count from 0; they are looked at where the family has them.
+-- Keygroup and zone count from 0; families without them ignore them.
 function fields.read(program, field, keygroup, zone)
   local call = program[field.method]
   if field.family == "KG" then return call(program, keygroup) end
@@ -58,7 +59,7 @@ function fields.write(program, field, value, keygroup, zone)
   end
 end
 
--- Whether the field holds that value: a program made for the purpose must give it back.
+-- Whether the field can store the value: a scratch program must return it unchanged.
 local function holds(field, value)
   if math.type(value) == "integer" and (value < LOWEST or value > HIGHEST) then return false end
   if not scratch then
@@ -76,11 +77,10 @@ function fields.kind(field)
   return math.type(value) or type(value)
 end
 
--- Whether the field means a key.
+-- Whether the value of the field is a key.
 function fields.isKey(field) return MIDI[field.short] == "keys" end
 
--- nil when the field can hold the value and it means something, else why not. `shown` is the value as
--- it was written.
+-- nil if the value is valid for the field, otherwise the reason. `shown` is the value as it was typed.
 function fields.whyNot(field, value, shown)
   local midi = MIDI[field.short]
   if midi and (value < 0 or value > MOST_MIDI) then
@@ -88,7 +88,7 @@ function fields.whyNot(field, value, shown)
                                                                    field.name)
   end
   if holds(field, value) then return nil end
-  if type(value) == "string" then return field.name .. " takes 12 bytes" end
+  if type(value) == "string" then return field.name .. " takes at most 12 bytes" end
   local low, high
   for _, limit in ipairs(LOWS) do
     if not low and holds(field, limit) then low = limit end
@@ -99,11 +99,11 @@ function fields.whyNot(field, value, shown)
   if not low or not high or value >= low and value <= high then
     return ("%s does not take %s"):format(field.name, value)
   end
-  return ("%s is outside %d to %d, what %s holds"):format(shown or value, low, high, field.name)
+  return ("%s is outside %d to %d, the range of %s"):format(shown or value, low, high, field.name)
 end
 
--- The field of that name, with its family or without, in any case; `family` decides where several
--- have the name. nil and the reason when there is none, or more than one.
+-- Finds a field by name, with or without its family, ignoring case; `family` decides between several
+-- fields with the name. Returns nil and the reason if there is none, or more than one.
 function fields.find(name, family)
   local lower, found, exact = name:lower(), {}, nil
   for _, field in ipairs(fields.all()) do
@@ -118,7 +118,7 @@ function fields.find(name, family)
   if #found > 1 then
     local names = {}
     for i, field in ipairs(found) do names[i] = field.name end
-    return nil, ("'%s' may be %s"):format(name, table.concat(names, " or "))
+    return nil, ("'%s' is ambiguous: %s"):format(name, table.concat(names, " or "))
   end
   local known, seen = {}, {}
   for _, field in ipairs(fields.all()) do
@@ -139,8 +139,8 @@ function fields.walk(keygroups, each)
   end
 end
 
--- Where a value stands, for people: keygroups and zones count from 1. Of equal neighbouring rows
--- (by their text) one is made: rows are { field, keygroup, zone, text… }, in walking order.
+-- Formats rows { field, keygroup, zone, text… }, in the order of fields.walk, for display. Keygroups and
+-- zones count from 1; rows of consecutive keygroups with the same text are merged.
 function fields.rows(list)
   local runs, open = {}, {}
   for _, row in ipairs(list) do

@@ -1,6 +1,6 @@
--- What the names of recordings say: the note, as a letter with an octave (C#3, Bb2, F-1) or as a
--- plain MIDI number, and the layer by velocity (v2, vel96, pp, hard). The names of one batch are
--- read together, since what stands in all of them says nothing about any one.
+-- Parses names of recordings: the note, as a letter with an octave (C#3, Bb2, F-1) or as a plain MIDI
+-- number, and the velocity layer (v2, vel96, pp, hard). The names of a batch are parsed together,
+-- because parts that all names share do not distinguish the files.
 local notes = require "notes"
 
 local filenames = {}
@@ -9,7 +9,7 @@ local STEPS = { C = 0, D = 2, E = 4, F = 5, G = 7, A = 9, B = 11 }
 -- Longer spellings first.
 local ACCIDENTALS = { { "[Ss]harp", 1 }, { "[Ff]lat", -1 }, { "♯", 1 }, { "♭", -1 }, { "#", 1 },
                       { "s", 1 }, { "b", -1 }, { "", 0 } }
--- Where a dynamic mark lies among the velocities.
+-- The velocity of a dynamic mark.
 local DYNAMICS = { ppp = 16, pp = 32, p = 48, mp = 64, mf = 80, f = 96, ff = 112, fff = 127,
                    ghost = 20, quiet = 40, soft = 40, med = 72, medium = 72, hard = 110, loud = 110 }
 local VELOCITY_WORDS = { vel = true, velocity = true }
@@ -21,7 +21,7 @@ local function stem(path)
   return name:match("^(.+)%.[^.]*$") or name
 end
 
--- Whether what follows a note ends it: nothing, a separator, a word of its own, a layer.
+-- Whether the text after a note ends it: empty, a separator, a capitalised word, or a layer.
 local function ends(rest)
   if rest == "" or rest:match("^[^%w]") then return true end
   local word = rest:match("^%a+")
@@ -29,7 +29,7 @@ local function ends(rest)
          or LAYER_WORDS[word:lower()] or VELOCITY_WORDS[word:lower()]) and true or false
 end
 
--- The notes in a name: { text, step }, the step being counted in semitones from the C of octave 0.
+-- The notes in a name: { text, step }; step is in semitones from the C of octave 0.
 function filenames.notes(name)
   local found = {}
   for at in name:gmatch("()[A-Ga-g]") do
@@ -39,7 +39,7 @@ function filenames.notes(name)
     for _, accidental in ipairs(apart and ACCIDENTALS or {}) do
       local minus, octave, rest = name:match("^" .. accidental[1] .. "(%-?)(%d)(.*)$", at + 1)
       if octave and ends(rest) then
-        -- No octave lies below -2: before a greater number the dash is a separator.
+        -- The lowest octave is -2: before a greater number the dash is a separator.
         local number = tonumber(octave)
         if minus == "-" and number > 0 and number <= 2 then number = -number end
         found[#found + 1] = { text = name:sub(at, #name - #rest),
@@ -51,8 +51,8 @@ function filenames.notes(name)
   return found
 end
 
--- The key of a note that is written alone (C#3; key 60 is C in the octave `middle`, that of notes.name
--- without it), or of a number from 0 to 127.
+-- Parses a key: a note (C#3) or a number from 0 to 127. Key 60 is C of the octave `middle`, default
+-- notes.MIDDLE_OCTAVE.
 function filenames.key(text, middle)
   local note = filenames.notes(text)[1]
   local key = note and note.text == text and note.step + 12 * (5 - (middle or notes.MIDDLE_OCTAVE))
@@ -60,7 +60,7 @@ function filenames.key(text, middle)
   return key and key >= 0 and key <= 127 and key or nil
 end
 
--- The numbers in a name with the word before each: { word, value }; and the single words.
+-- The numbers in a name with the word before each: { word, value }; and the list of words.
 local function parts(name)
   local numbers, words = {}, {}
   for word, number in name:gmatch("(%a*)[_%- ]?(%d+)") do
@@ -71,7 +71,7 @@ local function parts(name)
   return numbers, words
 end
 
--- The layer that a name tells: { velocity } or { rank }; nil for none.
+-- The layer in a name: { velocity } or { rank }; nil if there is none.
 local function layerOf(numbers, words)
   for _, number in ipairs(numbers) do
     if VELOCITY_WORDS[number.word] and number.value >= 0 and number.value <= 127 then
@@ -87,7 +87,7 @@ local function layerOf(numbers, words)
   end
 end
 
--- The numbers of a name that stand alone; the word before is empty or has a separator after it.
+-- The numbers in a name that are not adjacent to letters.
 local function plainNumbers(name)
   local list = {}
   for before, number, after in ("_" .. name .. "_"):gmatch("()%f[%d](%d+)()") do
@@ -100,7 +100,8 @@ local function plainNumbers(name)
   return list
 end
 
--- Column c of the lists, when all have one and it lies within low to high; and the distinct values.
+-- Column c of the lists and its distinct values; nil unless all values exist and are within low to
+-- high.
 local function column(lists, c, low, high)
   local values, seen, distinct = {}, {}, {}
   for i, list in ipairs(lists) do
@@ -114,9 +115,9 @@ local function column(lists, c, low, high)
   return values, distinct
 end
 
--- MIDI numbers, when they clearly are: the first numbers that stand alone, in every name, none below
--- 12, and no mere counting from below the piano's lowest key. Behind them, numbers from 1 to 127 that
--- come again with other keys are velocities.
+-- The MIDI numbers of the names: the first column of numbers that every name has, that is not below 12
+-- and does not just count the files from below the piano's lowest key. A column after it with numbers
+-- from 1 to 127 that repeat for other keys contains velocities.
 local function midiNumbers(names, layers)
   if #names == 0 then return nil end
   local lists = {}
@@ -135,8 +136,8 @@ local function midiNumbers(names, layers)
   end
 end
 
--- For each path: key (with C4 as 60) or nil, how ("note" or "number"), text as it stands in the
--- name, and layer ({ velocity }, { rank } or nil).
+-- Returns for each path: key (C4 is 60) or nil, how ("note" or "number"), text (as in the name), and
+-- layer ({ velocity }, { rank } or nil).
 function filenames.read(paths)
   local names, candidates, everywhere, layers = {}, {}, {}, {}
   local read, anyNote = {}, false
@@ -151,7 +152,7 @@ function filenames.read(paths)
     end
   end
   for i in ipairs(paths) do
-    -- The last one that does not stand in all names, else the last one.
+    -- The last note that is not in all names, otherwise the last one.
     local note
     for _, candidate in ipairs(candidates[i]) do
       local common = #paths > 1 and everywhere[candidate.text] == #paths

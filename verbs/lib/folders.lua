@@ -1,7 +1,7 @@
 -- The sound files of folders.
 local folders = {}
 
--- What the module reads, by the names of its files.
+-- Extensions of the formats that the module reads.
 local SOUNDS = {}
 for extension in ("wav wave rf64 w64 aif aiff aifc flac ogg oga opus mp3 au snd caf"):gmatch("%w+") do
   SOUNDS[extension] = true
@@ -9,7 +9,7 @@ end
 
 function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
 
--- The sound files of a folder, not of folders in it, in the order of their names.
+-- The sound files of a folder without its subfolders, sorted by name.
 function folders.sounds(folder)
   local start = folder:gsub("/+$", "")
   if start == "" then start = "/" end

@@ -1,5 +1,5 @@
--- Writes JSON. An object is made by json.object (its names keep their order), a list by json.list;
--- json.null stands for null. Numbers that are none become null.
+-- Writes JSON. json.object creates an object (names keep their order), json.list a list; json.null is
+-- null. NaN and infinities become null.
 local json = { null = {} }
 
 function json.object(...) return { pairs = table.pack(...) } end
@@ -13,7 +13,7 @@ local function escaped(text)
   end))
 end
 
--- Text must be UTF-8: what is not is replaced by U+FFFD, byte by byte.
+-- Bytes that are not UTF-8 are replaced with U+FFFD.
 local function quoted(text)
   local parts, from = {}, 1
   while from <= #text do

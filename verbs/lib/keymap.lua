@@ -1,4 +1,4 @@
--- Lays samples out over keys and velocities. A sample has a key (its root) and may have a layer,
+-- Maps samples to keys and velocities. A sample has a key (its root) and may have a layer,
 -- { velocity } or { rank }; the samples of one root become the zones of one keygroup.
 local keymap = {}
 
@@ -10,8 +10,8 @@ local function level(sample, ranksAreVelocities)
   return layer.velocity or layer.rank, layer.velocity ~= nil or ranksAreVelocities
 end
 
--- Velocities from 0 to 127 for layers in rising order: they meet half-way where their velocities are
--- known, else each has as many.
+-- Divides velocities 0 to 127 between layers in rising order: half-way between the layers if their
+-- velocities are known, otherwise equally.
 local function spread(zones)
   local known = true
   for _, zone in ipairs(zones) do known = known and zone.isVelocity end
@@ -29,8 +29,8 @@ local function spread(zones)
   end
 end
 
--- Keygroups in the order of their roots: { key, zones = { { sample, low, high } } }, with up to four
--- zones. leftOut(sample, reason) is called for each sample that has no place.
+-- Returns the keygroups sorted by root: { key, zones = { { sample, low, high } } }, with up to four
+-- zones. Calls leftOut(sample, reason) for each sample that is not used.
 function keymap.layers(list, leftOut)
   local byKey, keygroups, highestRank = {}, {}, 0
   for _, sample in ipairs(list) do
@@ -44,7 +44,7 @@ function keymap.layers(list, leftOut)
     end
     local value, isVelocity = level(sample, highestRank > 16)
     if group.taken[value] then
-      leftOut(sample, "the same key and layer as " .. group.taken[value])
+      leftOut(sample, "same key and layer as " .. group.taken[value])
     else
       group.taken[value] = sample.path
       group.zones[#group.zones + 1] = { sample = sample, level = value, isVelocity = isVelocity }
@@ -55,12 +55,12 @@ function keymap.layers(list, leftOut)
     table.sort(group.zones, function(a, b) return a.level < b.level end)
     local count, kept = #group.zones, {}
     for i, zone in ipairs(group.zones) do
-      -- Of more layers the ends stay, and what is evenly between them.
+      -- Of more than four layers, keep the outer ones and two evenly between them.
       local place = count > MOST_LAYERS and #kept * (count - 1) / (MOST_LAYERS - 1) or i - 1
       if math.floor(place + 0.5) == i - 1 then
         kept[#kept + 1] = zone
       else
-        leftOut(zone.sample, "a key has four layers")
+        leftOut(zone.sample, "more than four layers")
       end
     end
     group.zones, group.taken = kept, nil
@@ -69,8 +69,8 @@ function keymap.layers(list, leftOut)
   return keygroups
 end
 
--- Gives each keygroup low and high keys, which meet half-way between neighbouring roots and go no
--- more than `reach` keys away from the own one.
+-- Sets the key range of each keygroup. Ranges meet half-way between neighbouring roots and end at most
+-- `reach` keys from the root.
 function keymap.ranges(keygroups, reach)
   for i, group in ipairs(keygroups) do
     local below, above = keygroups[i - 1], keygroups[i + 1]

@@ -1,37 +1,37 @@
--- Finds loops that join well and sound even.
+-- Finds loops that join well and have a steady sound.
 --
--- Where a loop could end is spread over the sustained part of the sound, and for each end lengths
--- from all that is there down to the shortest are tried. Where the sound has a pitch, lengths are
--- whole numbers of periods, and the start is looked for over one period around that; else over a
--- stretch of time. That range is split, so that each part gives its own candidate:
+-- Candidate ends are spread over the sustained part of the sound. For each end, lengths from the longest
+-- possible down to the shortest are tried. If the sound has a pitch, lengths are whole numbers of
+-- periods and the start is searched over one period around them; otherwise over a fixed time. This range
+-- is split, and each part gives one candidate:
 --
---   FindStart in the part, FindEnd around the end for what it found, FindStart once more near by
+--   FindStart in the part, FindEnd around the end for this start, then FindStart again nearby
 --
--- All of it happens on copies of the channels of 16 bits, the scale that the rating is made for.
+-- The search uses 16-bit copies of the channels, because the rating depends on the scale of the values.
 -- A candidate is rated by its worst channel, and ranked by
 --
 --   cost = (1 - quality) / peak + (1 - likeness) / 2 + |step| / 100 + octaves / 50
 --
--- where peak is the highest level in the sound (1 is full scale), so that a quiet sound is not
--- taken for a good one; likeness is the correlation of what comes before the start with what comes
--- before the end; step the difference of their levels in dB; and octaves how far the loop is below
--- one second. Of candidates near each other only the best is kept.
+-- where peak is the highest level in the sound (1 is full scale), so that quiet sounds are not
+-- favoured; likeness is the correlation of the sound before the start with the sound before the end;
+-- step is the difference of their levels in dB; and octaves is how far the loop is below one second. Of
+-- candidates near each other only the best is kept.
 --
--- The rating compares the start with the frame at the end: for a perfect loop the two are the same
--- place of the wave. So a loop is rated up to the frame at which it closes, and its last frame is
--- the one before: else that place of the wave would be played twice.
+-- The rating compares the start with the frame at the end: in a perfect loop both are the same point of
+-- the wave. So a loop is rated up to the frame at which it closes, and its last frame is the one before;
+-- otherwise that point of the wave would be played twice.
 local samples = require "samples"
 
 local loopsearch = {}
 
 local ENDS, LENGTHS, PARTS = 8, 7, 4
-local LENGTH_RATIO = 0.62       -- from one length to the next
+local LENGTH_RATIO = 0.62       -- of successive lengths
 local LEVEL_BLOCK, LEVEL_STRIDE = 512, 8
 local ATTACK_LEVEL, SUSTAIN_LEVEL = 0.5, 0.1  -- of the loudest block
 local LIKENESS_SECONDS, MOST_LOOKS = 0.02, 512
 local FULL = samples.FULL
 
--- Copies of the channels for the search, 16 bits each, with one loop.
+-- 16-bit copies of the channels with one loop each.
 local function copies(program, path, channels, frames)
   local list = {}
   for c = 0, channels - 1 do
@@ -47,8 +47,8 @@ local function copies(program, path, channels, frames)
   return list
 end
 
--- The level of each block of the first channels: its root mean square and the highest value, of
--- every 8th frame, full scale being 1.
+-- The RMS level of each block of all channels, and the peak; both computed from every 8th frame, with
+-- a full scale of 1.
 local function levels(channels, frames)
   local list, peak = {}, 0
   for block = 0, frames // LEVEL_BLOCK - 1 do
@@ -86,7 +86,7 @@ local function sustained(list, frames, shortest)
   return first, last
 end
 
--- The median period of a track between two frames, nil where most of it has none.
+-- The median period of a track between two frames; nil if most values have none.
 local function periodOf(track, first, last)
   local list, blocks = {}, 0
   for i = first // 128 + 1, math.min(last // 128 + 1, #track - 1) do
@@ -98,8 +98,8 @@ local function periodOf(track, first, last)
   return list[#list // 2 + 1]
 end
 
--- How alike the stretches before two frames are (1: the same wave), and by how many dB the first
--- is louder; of the worst channel.
+-- The correlation of the sections before two frames (1: the same wave), and by how many dB the first is
+-- louder; of the worst channel.
 local function compare(channels, start, close, stretch)
   stretch = math.min(stretch, start)
   local step = math.max(stretch // MOST_LOOKS, 1)
@@ -131,7 +131,7 @@ function Search:qualityAt(channel, start, close)
   return self.program:SampleLoopQual(channel.sample, 0)
 end
 
--- Looks for the best start from `low` up to `high` for a loop that closes near `close`.
+-- Searches the best start from `low` up to `high` for a loop that closes near `close`.
 function Search:candidate(channel, low, high, close)
   local program, sample = self.program, channel.sample
   low, high = math.max(low, 1), math.min(high, close - self.shortest + 1)
@@ -166,7 +166,7 @@ function Search:rate(start, close)
   }
 end
 
--- The candidates for one place at which a loop could close.
+-- Rates the candidates for a loop that closes near `close`.
 function Search:near(channel, close)
   local length = close - self.first
   for _ = 1, LENGTHS do
@@ -189,7 +189,7 @@ function Search:near(channel, close)
   end
 end
 
--- Best first; of those near each other the best.
+-- The candidates, best first; of those near each other only the best.
 function Search:ranked(most)
   table.sort(self.found, function(a, b)
     if a.cost ~= b.cost then return a.cost < b.cost end
@@ -212,10 +212,10 @@ function Search:ranked(most)
   return kept
 end
 
--- The loops of a sample, best first: first and last frame, length, rating (the integer of
--- SampleLoopQual up to the frame behind the last), quality (rating / 2147483647), likeness and
--- decibels. `track` is its pitch track. wanted: shortest (frames, or nil for 0.2 s and what the
--- sound has room for), most, accepts(quality).
+-- Finds the loops of a sample, best first: first and last frame, length, rating (SampleLoopQual up to
+-- the frame after the last one), quality (rating / 2147483647), likeness and decibels. Also returns the
+-- best quality of all candidates. `track` is the sample's pitch track. wanted: shortest (in frames; nil
+-- for 0.2 s, or less in short sounds), most (number of loops), accepts(quality).
 function loopsearch.find(program, path, sample, track, wanted)
   local frames, rateHz = program:SampleGetSize(sample), program:SampleSampleRate(sample)
   if frames < 64 then error(frames .. " frames are too few", 0) end
@@ -224,7 +224,7 @@ function loopsearch.find(program, path, sample, track, wanted)
   if frames // LEVEL_BLOCK > 0 and peak == 0 then error("silence", 0) end
   local shortest = wanted.shortest or math.min(rateHz // 5, frames // 6)
   shortest = math.max(shortest, 21)
-  if shortest > frames - 2 then error("the sound is shorter than the loop that is asked for", 0) end
+  if shortest > frames - 2 then error("the sound is shorter than the minimum loop length", 0) end
   local first, last = sustained(list, frames, shortest)
   local period = periodOf(track, first, last)
   local search = setmetatable({

@@ -1,12 +1,12 @@
--- Notes and frequencies. A note number may have a fraction: 69 is A4, 69.5 half a semitone above.
+-- Notes and frequencies. Note numbers may be fractional: 69 is A4, 69.5 is half a semitone above.
 local notes = {}
 
 local NAMES = { "C", "C#", "D", "D#", "E", "F", "F#", "G", "G#", "A", "A#", "B" }
 
--- The octave of key 60: in physics, and in the editor's lists.
+-- The octave of key 60: in scientific pitch notation, and in the editor's lists.
 notes.MIDDLE_OCTAVE, notes.EDITOR_OCTAVE = 4, 3
 
--- `middle` is the octave of key 60, MIDDLE_OCTAVE without it.
+-- `middle` is the octave of key 60, default MIDDLE_OCTAVE.
 function notes.name(key, middle)
   return NAMES[key % 12 + 1] .. (key // 12 - 5 + (middle or notes.MIDDLE_OCTAVE))
 end
@@ -25,7 +25,7 @@ function notes.nearest(note)
   return key, 100 * (note - key)
 end
 
--- The key and the tune in 1/256 semitone that a sample of that pitch gets.
+-- Root key and tune (1/256 semitone) for a sample of that pitch.
 function notes.keyAndTune(note)
   local key = math.min(math.max(math.floor(note + 0.5), 0), 127)
   local tune = math.floor((note - key) * 256 + 0.5)

@@ -1,5 +1,5 @@
--- The editor's panels of a program as things that host.render draws: the keyboard of a keygroup, the
--- list of the keygroups and the list of a keygroup's zones.
+-- The editor panels of a program, for host.render: the keyboard of a keygroup, the list of keygroups,
+-- and the list of a keygroup's zones.
 local panels = {}
 
 local FIXED = 0x10000
@@ -28,7 +28,7 @@ local ZONES = columns {
   { "Tune", 206, FRACTION, 0, 0, 42 }, { "Level", 207, MARKER, -50, 50, 60 },
   { "Pan", 209, MARKER, -50, 50, 60 }, { "Playback", 210, TEXT },
 }
--- Marked keys: of the other keygroups, and of those that hold the selected key.
+-- Colours of marked keys: for other keygroups, and for those that contain the selected key.
 local PLAIN, PLAIN_BLACK = 0x8DB8F0, 0x2B67BD
 local CHOSEN, CHOSEN_BLACK = 0xF5B04D, 0xB8700F
 
@@ -39,7 +39,7 @@ function panels.keyboard(program, keygroup, height)
   return keyboard
 end
 
--- The keygroup list; the keyboards that hold `key` stand out.
+-- The keygroup list; keyboards whose range contains `key` are highlighted.
 function panels.keygroups(program, key)
   local editor = host.editor { columns = KEYGROUPS }
   program:ListFillKeygroups(editor)

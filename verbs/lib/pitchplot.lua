@@ -1,5 +1,5 @@
--- The picture of a pitch track: the waveform above, below it the track over a grid of notes, both
--- over the same time.
+-- Draws a pitch track: the waveform, and below it the track on a grid of notes, with a common time
+-- axis.
 local notes = require "notes"
 
 local plot = {}
@@ -8,9 +8,9 @@ local WIDTH, HEIGHT, LEFT, RIGHT = 1000, 560, 52, 984
 local WAVE_TOP, WAVE_BOTTOM, NOTES_TOP, NOTES_BOTTOM = 44, 164, 184, 524
 local INK, FAINT, RULE, BLACK_KEY = 0x24292F, 0x6E7781, 0xE3E7EB, 0xF3F5F7
 local WAVE, TRACK, MEDIAN = 0x8FA9C4, 0xC2410C, 0x3B82C4
-local MOST_LOOKS = 400  -- values that a column of the waveform looks at
+local MOST_LOOKS = 400  -- values read per column of the waveform
 
--- Lowest and highest value of each column's frames, as parts of the full scale.
+-- Lowest and highest value of each column's frames; full scale is 1.
 local function extremes(sound, columns)
   local lows, highs = {}, {}
   local full = 2 ^ (8 * sound.width - 1)
@@ -37,7 +37,7 @@ local function drawWave(surface, sound)
   local lows, highs = extremes(sound, RIGHT - LEFT)
   local peak = 1e-9
   for i, low in ipairs(lows) do peak = math.max(peak, -low, highs[i]) end
-  -- A column for each pixel, at least one pixel high.
+  -- One column per pixel, at least one pixel high.
   local outline, columns = {}, #lows
   for i, low in ipairs(lows) do
     local top = middle - highs[i] / peak * half
@@ -49,8 +49,8 @@ local function drawWave(surface, sound)
   surface:polygon(outline, WAVE)
 end
 
--- The lowest and highest key of the grid: all of the track but its outermost hundredths, and at
--- least a sixth around the pitch.
+-- The lowest and highest key of the grid: the 1st to the 99th percentile of the track, and at least four
+-- semitones around the pitch.
 local function keyRange(sound)
   local sorted = {}
   for _, note in ipairs(sound.values) do
@@ -72,7 +72,7 @@ local function drawGrid(surface, low, high, yOf)
       surface:rect(LEFT, top, RIGHT - LEFT, yOf(key - 0.5) - top, BLACK_KEY)
     end
     if key > low then surface:rect(LEFT, yOf(key - 0.5), RIGHT - LEFT, 1, RULE) end
-    -- As many names as there is room for: all, those of the white keys, the Cs.
+    -- Depending on the available space, name all keys, the white keys, or only the Cs.
     if step >= 14 or step >= 8 and not notes.isBlack(key) or key % 12 == 0 then
       surface:text(LEFT - 8, yOf(key) + 4, notes.name(key), 11,
                    notes.isBlack(key) and FAINT or INK, "end")
@@ -97,8 +97,8 @@ local function drawTime(surface, seconds)
   end
 end
 
--- The track in pieces: where there is no pitch, beyond the grid, and at jumps of more than half an
--- octave, the line breaks off.
+-- Draws the track. The line is interrupted where there is no pitch, outside the grid, and at jumps of
+-- more than half an octave.
 local function drawTrack(surface, sound, yOf, secondsAll)
   local points, before = {}, nil
   local function finish()
@@ -117,9 +117,9 @@ local function drawTrack(surface, sound, yOf, secondsAll)
   finish()
 end
 
--- Draws into the file `path`. sound: title, rate in Hz, frames, bytes of one channel with the format
--- and width of a value, values (notes, or false) one for each `block` frames, and with a pitch note
--- and spread.
+-- Draws to the file `path`. sound: title, rate in Hz, frames, bytes of one channel with the format and
+-- width of a value, values (note numbers or false, one per `block` frames), and, if there is a pitch,
+-- note and spread.
 function plot.draw(path, sound)
   local surface = host.picture(path, { width = WIDTH, height = HEIGHT })
   local seconds = sound.frames / sound.rate

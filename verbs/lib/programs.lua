@@ -6,7 +6,7 @@ local programs = {}
 local MAGIC = "ZYLP"
 programs.ZONES = 4  -- of a keygroup
 
--- Whether a file begins as a program file does; nil and the reason when it cannot be read.
+-- Whether a file starts like a program file; nil and the reason if it cannot be read.
 function programs.isProgram(path)
   local file, reason = disk.open(path)
   if not file then return nil, reason end
@@ -16,31 +16,33 @@ function programs.isProgram(path)
   return head == MAGIC
 end
 
--- nil when a program may be written there: nothing is there yet, or a program.
+-- nil if a program may be written to the path (it does not exist, or is a program), otherwise the
+-- reason.
 function programs.whyNotReplaceable(path)
   if not host.fileType(path) then return nil end
   local is, reason = programs.isProgram(path)
   if is then return nil end
-  return reason or "is there and no program: not replaced"
+  return reason or "exists and is not a program: not replaced"
 end
 
--- The program of a file in a new object, with its sounds or without; nil and the reason.
+-- Reads a program file into a new object, with or without its samples. Returns nil and the reason on
+-- failure.
 function programs.open(path, withSounds)
   local is, reason = programs.isProgram(path)
-  if not is then return nil, reason or "no program file" end
+  if not is then return nil, reason or "not a program file" end
   local program = host.new("ZylSProgram")
-  if not program:Read(path, withSounds and 1 or 0) then return nil, "a program file that cannot be read" end
+  if not program:Read(path, withSounds and 1 or 0) then return nil, "the program file cannot be read" end
   return program
 end
 
--- The same; an error instead of nil.
+-- Like open, but raises an error on failure.
 function programs.read(path, withSounds)
   local program, reason = programs.open(path, withSounds)
   if not program then error(reason, 0) end
   return program
 end
 
--- Writes the program with paths of both kinds, its samples not.
+-- Writes the program, with relative and absolute paths, without its samples.
 function programs.write(program, path) return program:Write(path, 1 + 16 + 32) end
 
 return programs

@@ -1,5 +1,5 @@
--- A progress bar on standard error, on a terminal only. The cursor waits below the bar, so that a
--- message that comes from elsewhere (Ctrl-C) stands on a line of its own.
+-- A progress bar on standard error, only on a terminal. The cursor stays below the bar, so that other
+-- messages (Ctrl-C) appear on a separate line.
 local text = require "text"
 
 local progress = {}
@@ -12,10 +12,10 @@ function progress.hide()
   onScreen = nil
 end
 
--- No bar from here on.
+-- Disables the bar.
 function progress.forbid() terminal = false end
 
--- Shows a fraction of 0 to 1 and what is being worked on.
+-- Shows a fraction from 0 to 1 and a label.
 function progress.show(fraction, label)
   if terminal == nil then terminal = os.execute("test -t 2") == true end
   if not terminal then return end

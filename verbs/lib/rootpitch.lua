@@ -1,35 +1,34 @@
--- The one pitch of a recorded note, out of its pitch track and its sound.
+-- Finds the pitch of a recorded note from its pitch track and its sound.
 --
--- The track gives the period: the median over the blocks that have one. Where a note's fundamental
--- is weak, or beyond the tracker's range, that is a multiple or a fraction of the true period. So
--- the sound itself is asked, at some places where the track agrees with the median: the likeness of
--- the sound with itself, a lag L later,
+-- The period is the median of the track's blocks that have one. If the fundamental is weak, or outside
+-- the tracker's range, this is a multiple or a fraction of the true period. So the sound is checked at
+-- some places where the track agrees with the median: the likeness of the sound to itself at lag L,
 --
 --   s(L) = 2 sum x[j] x[j + L] / (sum x[j]^2 + sum x[j + L]^2)
 --
--- is taken at the best lag near each multiple and fraction. The period is the shortest of these
--- that is nearly as alike as the best one. The lag itself, read off a parabola through s, is finer
--- than the track, so a steady note is tuned by it. A note that moves keeps the track's median, since
--- the places show it at single moments.
+-- is computed at the best lag near each multiple and fraction. The period is the shortest of these with
+-- nearly the highest likeness. A parabola through s gives this lag more precisely than the track, so
+-- steady notes are tuned by it. For other notes the median of the track is used, because the places show
+-- only single moments.
 local samples = require "samples"
 
 local rootpitch = {}
 
-local BLOCK, TAIL = 128, 32    -- frames of a track's value; values at its end that repeat one
+local BLOCK, TAIL = 128, 32    -- frames per value of a track; values at its end that repeat one
 local FACTORS = { 1 / 8, 1 / 6, 1 / 5, 1 / 4, 1 / 3, 1 / 2, 1, 2, 3, 4 }
 local SEMITONE = 2 ^ (1 / 12)
 local PLACES = { 0.15, 0.35, 0.55 }
-local SHORT_PERIOD = 200       -- frames; a longer one is not taken for more than four true ones
-local PERIOD_VALUES = 100      -- values that a period is brought down to, by means
+local SHORT_PERIOD = 200       -- frames; longer periods are at most four true ones
+local PERIOD_VALUES = 100      -- values that a period is reduced to by averaging
 local LOWEST_HZ, HIGHEST_HZ = 16, 4700
 local SURE_LIKENESS, SURE_SHARE, CERTAIN_LIKENESS = 0.6, 0.3, 0.95
-local STEADY_CENTS = 8         -- spread of a note that does not move
+local STEADY_CENTS = 8         -- spread of a steady note
 local SMOOTHINGS = 3           -- passes of (1, 2, 1) / 4
-local SHORT_FRAMES = 48        -- periods that are looked for where the track has none
-local UNPACKED = 128           -- values that are unpacked at once
+local SHORT_FRAMES = 48        -- longest period searched if the track has none
+local UNPACKED = 128           -- values unpacked at a time
 
--- The settings of the tracker for a note of any pitch and level: the gate lies 40 dB below the
--- sound's own level.
+-- The settings of the tracker for a note of any pitch and level: the gate is 40 dB below the level of
+-- the sound.
 function rootpitch.settings(program, sample)
   local bytes, format, width = samples.values(program, sample, 0)
   local frames = #bytes // width
@@ -42,7 +41,7 @@ function rootpitch.settings(program, sample)
   return { 2000, 25, 0, 10, math.min(math.max(gate, 1e-9), 1e-5) }
 end
 
--- The value that a part of a sorted list lies below.
+-- The percentile of a sorted list; `part` is 0 to 1.
 function rootpitch.percentile(sorted, part)
   local place = 1 + part * (#sorted - 1)
   local below = math.floor(place)
@@ -50,8 +49,8 @@ function rootpitch.percentile(sorted, part)
   return low + (high - low) * (place - below)
 end
 
--- `count` values from frame `first` on, each the mean of `step` frames. What is not brought down is
--- smoothed instead, so that a lag between two frames counts as one.
+-- `count` values from frame `first` on, each the mean of `step` frames. With a step of 1 the values are
+-- smoothed instead, so that lags between two frames are found.
 local function excerpt(sound, first, count, step)
   local values, frame, last = {}, first, first + count * step
   local sum, added = 0, 0
@@ -87,7 +86,7 @@ local function excerpt(sound, first, count, step)
   return values
 end
 
--- Sums of squares before each value.
+-- Running sums of squares: element i is the sum before value i.
 local function energies(x)
   local sums, sum = { 0 }, 0
   for i, value in ipairs(x) do
@@ -105,7 +104,7 @@ local function likeness(x, sums, lag, length)
   return energy > 0 and 2 * cross / energy or 0
 end
 
--- The lag of the highest likeness near `lag` and that likeness; nil where the excerpt is too short.
+-- The lag with the highest likeness near `lag`, and that likeness; nil if the excerpt is too short.
 local function peakNear(look, lag, reach)
   local x, sums, length = look.x, look.sums, look.length
   local from, to = math.max(math.floor(lag - reach), 2), math.ceil(lag + reach)
@@ -123,7 +122,7 @@ local function peakNear(look, lag, reach)
   return at + shift, best + (above - below) * shift / 4
 end
 
--- What each factor's lag comes to at one place: lags and likenesses by factor, with the excerpt.
+-- The lag and likeness of each factor at one place, with the excerpt.
 local function lookAt(sound, frame, period)
   local step = math.ceil(period / PERIOD_VALUES)
   local lag = period / step
@@ -144,8 +143,8 @@ local function lookAt(sound, frame, period)
   return look
 end
 
--- The period in frames at one place by a factor's lag: the period's later repetitions give the same
--- lag, finer.
+-- The period in frames at one place from the lag of a factor, refined with later repetitions of the
+-- period.
 local function refined(look, i)
   local lag, times = look.lags[i], 1
   while times < 8 do
@@ -157,7 +156,7 @@ local function refined(look, i)
   return lag * look.step
 end
 
--- The places to look at: among the blocks that agree with the median, early ones and later ones.
+-- The places to check: early and later blocks among those that agree with the median.
 local function places(track, count, period)
   local agreeing = {}
   local least, most = period / SEMITONE, period * SEMITONE
@@ -175,8 +174,8 @@ local function places(track, count, period)
   return list, #agreeing
 end
 
--- The shortest period up to SHORT_FRAMES that a sound repeats itself with; nil for none. Where the
--- track has nothing, it may lie above the tracker's range.
+-- The shortest period up to SHORT_FRAMES with which the sound repeats itself, or nil. Used if the track
+-- has no period: the pitch may be above the tracker's range.
 local function shortPeriod(sound, frame)
   local x = excerpt(sound, frame, math.min(SHORT_FRAMES * 12, sound.frames - frame), 1)
   local sums = energies(x)
@@ -194,7 +193,7 @@ local function median(list)
   return rootpitch.percentile(list, 0.5)
 end
 
--- The factor that the places agree on, its likeness, and the period at the places themselves.
+-- The factor that the places agree on, its likeness, and the period at these places.
 local function chosen(looks)
   local best, means = 0, {}
   for i in ipairs(FACTORS) do
@@ -212,9 +211,9 @@ local function chosen(looks)
   end
 end
 
--- The pitch of a sample with that track: hertz, voiced (the part of the track that has a pitch),
--- spread in cents, and sure: whether the sound repeats itself so well and steadily that the pitch
--- can be relied upon. Without any pitch: nil and the reason.
+-- The pitch of a sample with that track: hertz, voiced (the share of the track that has a pitch), spread
+-- in cents, and sure (whether the sound repeats well and steadily enough for the pitch to be reliable).
+-- Returns nil and the reason if there is no pitch.
 function rootpitch.of(program, sample, track)
   local rate, frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
   if rate <= 0 then return nil, "the file has no sample rate" end

@@ -1,22 +1,23 @@
--- Sample files through the script methods: opening, pitch tracks of many at once, raw values.
+-- Sample files through the script methods: opening, parallel pitch tracking, raw values.
 local cli = require "cli"
 local disk = require "disk"
 local soundfile = require "soundfile"
 
 local samples = { FULL = 2147483647 }
 
--- The whole file as a sample object and what soundfile.inspect says; nil and the reason.
+-- Opens a whole file as a sample object. Returns it and the result of soundfile.inspect, or nil and the
+-- reason.
 function samples.open(program, path)
   local found, reason = soundfile.inspect(path)
   if not found then return nil, reason end
   local sample = program:ReadTempSample(path, -1)
-  if not sample then return nil, "no sound that can be read", found end
+  if not sample then return nil, "not a readable sound file", found end
   return sample, found
 end
 
 function samples.close(program, sample) program:DeleteTempSample(sample) end
 
--- The values of a channel as bytes, and the format of one value for string.unpack with its width.
+-- The values of a channel as bytes, and the format for string.unpack and the width of one value.
 function samples.values(program, sample, channel)
   local width = (program:SampleBits(sample) + 7) // 8
   local handle = host.var(0)
@@ -37,7 +38,7 @@ local function loopsOf(program, sample)
   return loops
 end
 
--- What the methods tell of a sample: format, key, tuning, playback, name, loops.
+-- Format, key, tuning, playback, name and loops of a sample.
 function samples.facts(program, sample)
   return {
     channels = program:SampleChannelCount(sample), bits = program:SampleBits(sample),
@@ -49,7 +50,7 @@ function samples.facts(program, sample)
   }
 end
 
--- A sample's pitch track as a list of periods in frames, nil while there is none.
+-- A sample's pitch track as a list of periods in frames; nil if there is none yet.
 function samples.track(program, sample)
   local handle = host.var(0)
   local count = program:SampleGetPitchData(sample, handle)
@@ -57,7 +58,7 @@ function samples.track(program, sample)
   return host.floats(handle.value, count)
 end
 
--- A module that is told when a track is there, so that host.pump returns at that moment.
+-- Registers for finished tracks, so that host.pump returns when one is available.
 local function listener(program)
   local module = host.algo { name = "tracks" }
   local pad = module:addPad("pitchDataFinished", "")
@@ -91,11 +92,10 @@ local function start(program, index, path, settings)
   return { index = index, path = path, sample = sample, found = found }
 end
 
--- Tracks the pitch of all files, as many at once as there are processor cores (each request is a
--- thread of its own). `settings` are the arguments of CalcSamplePitch after the sample, or a
--- function that answers them for a sample. For each file done(index, sample, track, found) is
--- called, in the order in which they end, or failed(index, reason); shown(fraction, path) now and
--- then.
+-- Tracks the pitch of all files, one file per processor core at a time (each request runs in its own
+-- thread). `settings` are the arguments of CalcSamplePitch after the sample, or a function that returns
+-- them for a sample. For each file calls handlers.done(index, sample, track, found), in order of
+-- completion, or handlers.failed(index, reason); calls handlers.shown(fraction, path) periodically.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
   local listening = listener(program)
@@ -129,7 +129,7 @@ function samples.tracks(program, paths, settings, handlers)
         if track then
           _, reason = cli.try(handlers.done, job.index, job.sample, track, job.found)
         else
-          reason = "the analysis gave no track"
+          reason = "the analysis returned no track"
         end
         samples.close(program, job.sample)
         if reason then handlers.failed(job.index, reason) end

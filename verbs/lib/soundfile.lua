@@ -1,5 +1,5 @@
--- A look at a sound file's outside: its container, its encoding and its chunks. Reads WAVE and AIFF
--- chunk by chunk; no declared size is believed.
+-- Inspects a sound file: container, encoding and chunks. Reads WAVE and AIFF chunk by chunk and checks
+-- all declared sizes.
 local disk = require "disk"
 
 local soundfile = {}
@@ -9,7 +9,7 @@ local WAVE_CODES = { [1] = "PCM", [2] = "ADPCM", [3] = "float", [6] = "A-law", [
                      [0x11] = "IMA ADPCM", [0x31] = "GSM", [0x55] = "MP3" }
 local AIFC_PLAIN = { NONE = true, twos = true, sowt = true, in24 = true, in32 = true,
                      ["42ni"] = true, ["23ni"] = true }
--- What a WAVE and an AIFF file must be called to be stored as what it is.
+-- The extensions with which a file is written in the same container.
 local EXTENSIONS = { WAVE = { wav = true, wave = true },
                      AIFF = { aif = true, aiff = true, aifc = true } }
 
@@ -28,7 +28,7 @@ local function aiffEncoding(data, form)
   return kind:gsub("[^%w ]", "?") .. " " .. bits .. " bits", false
 end
 
--- Reads the chunks behind the file's 12-byte head into found.chunks.
+-- Reads the chunks after the 12-byte file header into found.chunks.
 local function walk(file, found, order, fileSize)
   local position, size64 = 12, nil
   while position + 8 <= fileSize do
@@ -54,17 +54,17 @@ local function walk(file, found, order, fileSize)
         found.encoding, found.plain = aiffEncoding(data, found.form)
       end
     end
-    if chunk.cut then found.problem = "chunk '" .. chunk.id .. "' is cut off" end
+    if chunk.cut then found.problem = "chunk '" .. chunk.id .. "' is truncated" end
     position = position + 8 + there + there % 2
   end
   if not found.problem and position < fileSize then
-    found.problem = (fileSize - position) .. " bytes behind the last chunk"
+    found.problem = (fileSize - position) .. " bytes after the last chunk"
   end
 end
 
--- container "WAVE", "AIFF" or nil for others; form as the file calls itself; encoding as text and
--- whether it is plain PCM; chunks (id, size that is there, declared size, cut); problem as text.
--- nil and the reason when the file cannot be read at all.
+-- Returns container ("WAVE", "AIFF" or nil for others), form (as in the file), encoding (text), plain
+-- (whether it is PCM), chunks (id, available size, declared size, cut), and problem (text); or nil and
+-- the reason if the file cannot be read.
 function soundfile.inspect(path)
   local file, reason = disk.open(path)
   if not file then return nil, reason end
@@ -89,7 +89,7 @@ function soundfile.inspect(path)
   return found
 end
 
--- Whether the file has a chunk that carries a root key.
+-- Whether the file has a chunk with a root key.
 function soundfile.hasKey(found)
   for _, chunk in ipairs(found.chunks) do
     local id = chunk.id
@@ -100,13 +100,12 @@ function soundfile.hasKey(found)
   return false
 end
 
--- nil when the file can be written again without a change of its sound or its container, else why
--- not.
+-- nil if the file can be rewritten without changing its sound or container, otherwise the reason.
 function soundfile.whyNotWritable(path, found)
   if not found.container then return "only WAVE and AIFF files can be written" end
   local extension = path:lower():match("%.([^./]*)$") or ""
   if not EXTENSIONS[found.container][extension] then
-    return "a " .. found.container .. " file that is not called so: not written"
+    return "extension does not match its format (" .. found.container .. "): not written"
   end
   if not found.plain then
     return "its sound (" .. (found.encoding or "unknown") .. ") would be converted: not written"

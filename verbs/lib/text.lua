@@ -1,12 +1,12 @@
--- Text for people: columns, and file names as they can be shown.
+-- Text output: columns, and printable file names.
 local text = {}
 
--- A file name without control characters, which could move the cursor.
+-- Replaces control characters in a file name, which could move the cursor.
 function text.printable(name) return (name:gsub("%c", "?")) end
 
 function text.width(s) return utf8.len(s) or #s end
 
--- At most `width` characters: the end of a longer text, after an ellipsis.
+-- Shortens a text to `width` characters: an ellipsis and its end.
 function text.fit(s, width)
   s = text.printable(s)
   local length = utf8.len(s)
@@ -18,8 +18,7 @@ end
 function text.left(s, width) return s .. (" "):rep(width - text.width(s)) end
 function text.right(s, width) return (" "):rep(width - text.width(s)) .. s end
 
--- Rows of texts as lines; columns are as wide as their widest text. `left` holds the numbers of
--- the columns that are set to the left.
+-- Formats rows of texts as aligned columns. `left` is the set of left-aligned columns.
 function text.columns(rows, left, indent)
   local widths, lines = {}, {}
   for _, row in ipairs(rows) do
@@ -35,7 +34,7 @@ function text.columns(rows, left, indent)
   return table.concat(lines)
 end
 
--- The widest of some file names as they are shown.
+-- The width of the widest printable file name.
 function text.widest(names)
   local widest = 0
   for _, name in ipairs(names) do
