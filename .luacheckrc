@@ -1,4 +1,4 @@
--- The settings of luacheck, which ./dev lint runs over the Lua sources.
+-- luacheck settings for ./dev lint.
 std = "lua54"
 globals = { "host" }
 max_line_length = false

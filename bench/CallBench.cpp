@@ -1,6 +1,6 @@
-// What a method call from a script costs: PRGpoly() of a loaded program against an empty C
-// function that is registered in the same Lua state, and a parameter by number against one by name,
-// all called in the same loop of one run.
+// Cost of a method call from a script: PRGpoly() of a loaded program compared with an empty C
+// function registered in the same Lua state, and a parameter by number compared with one by name.
+// All are called in the same loop in one run.
 #include "Measure.h"
 #include "Script.h"
 #include "host/hostapp.h"

@@ -1,8 +1,8 @@
 // Sample edits as scripts call them, on 10,000,000 positions of 16 bits.
 //
-// Edits in place are compared with memcpy of the same bytes between two buffers; edits that make a
-// new block with memcpy of the bytes that they must move, into a block that is allocated for it
-// while the previous one is freed, and ("warm") into an existing buffer. Memory is the rise of the
+// Edits in place are compared with memcpy of the same bytes between two buffers. Edits that
+// allocate a block are compared with memcpy of the bytes that they must move: to a new block while
+// the previous one is freed, and ("warm") to an existing buffer. Memory is the increase of the
 // process's peak during one edit, in blocks of the sample's size.
 #include <malloc.h>
 
@@ -29,7 +29,7 @@ constexpr int32_t kPositions = 10'000'000;
 constexpr size_t kBytes = size_t{kPositions} * 2;
 constexpr int kRounds = 41;
 
-// A program whose keygroup 0 holds the samples, and its methods by name.
+// A program with the samples in keygroup 0, and its methods by name.
 class Script {
  public:
   Script() : program_(ZylNewScriptObject("ZylSProgram")) {
@@ -42,7 +42,7 @@ class Script {
     object_ = result != nullptr && result->Type() == kTypeObject ? result->Object() : nullptr;
     return answer;
   }
-  // A new mono sample of 16 bits in a zone of its own.
+  // Creates a 16-bit mono sample in a new zone.
   RIOObject* Sample(int zone, int32_t positions, const std::function<int32_t(int32_t)>& value) {
     (*this)("SampleCreate", 0, zone, "wav", 1);
     (*this)("SampleGet", 0, zone);
@@ -68,7 +68,7 @@ struct Edit {
   std::function<void()> prepare = [] {};
 };
 
-// A figure of /proc/self/status in bytes.
+// A value of /proc/self/status in bytes.
 double ProcessBytes(const std::string& name) {
   std::ifstream status("/proc/self/status");
   std::string word;

@@ -1,6 +1,5 @@
-// How long reading sample files takes compared with libsndfile reading the same file as shorts,
-// into one buffer for the whole sound, as a program that keeps the sound would; and, without a bar,
-// into a small buffer block by block, which costs no memory.
+// Time to read sample files compared with libsndfile reading the same file as shorts, to one buffer
+// for the whole sound; and, without a bar, block by block to a small buffer.
 #include <sndfile.h>
 #include <unistd.h>
 
@@ -39,7 +38,7 @@ void ReadOwn(const std::string& path) {
   if (sample == nullptr || !sample->IsValid()) std::abort();
 }
 
-// One call into a buffer for the whole sound, as a program that keeps the sound would.
+// One call to a buffer for the whole sound, like a program that keeps the sound.
 void ReadPeer(const std::string& path) {
   SF_INFO info{};
   SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
@@ -50,7 +49,7 @@ void ReadPeer(const std::string& path) {
   sf_close(file);
 }
 
-// Block after block into one small buffer, which costs no memory.
+// Block by block to one small buffer, which needs no memory for the sound.
 void ReadPeerBlocks(const std::string& path) {
   SF_INFO info{};
   SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);

@@ -1,5 +1,5 @@
-// What a set over 1000 keygroups costs through the script method, against a bare loop that stores
-// the same byte of each of 1000 records of the same size, in one run.
+// Cost of setting a field of 1000 keygroups with the script method, compared with a plain loop that
+// stores one byte in each of 1000 records of the same size, in one run.
 #include <memory>
 #include <vector>
 

@@ -1,6 +1,6 @@
-// zyl map by sound alone: 88 notes of each instrument, whose names say nothing. Reports how much
-// faster than real time they are mapped, by processor time of all threads and by the clock; how
-// many root keys are right; and the largest tuning error between 55 Hz and 1.5 kHz.
+// zyl map by pitch only: 88 notes of each instrument, without notes in their names. Reports how
+// much faster than real time they are mapped, by processor time of all threads and by the clock;
+// how many root keys are right; and the largest tuning error between 55 Hz and 1.5 kHz.
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -21,17 +21,17 @@ using zyl::test::HertzOfKey;
 constexpr int kLowest = 21, kHighest = 108;
 constexpr int kFirstJudged = 33, kLastJudged = 90;  // 55 Hz to 1480 Hz
 constexpr double kSeconds = 2.0;
-constexpr double kOffKey = 0.1;  // every note lies 10 cents above its key
+constexpr double kOffKey = 0.1;  // every note is 10 cents above its key
 constexpr int kRounds = 5;
 
-// The number behind a name in the JSON object of a file.
+// The number after a name in the JSON object of a file.
 double Number(const std::string& json, const std::string& file, const std::string& name) {
   const size_t object = json.find(file + "\"");
   const size_t at = object == std::string::npos ? object : json.find('"' + name + '"', object);
   return at == std::string::npos ? -1 : std::atof(json.c_str() + json.find(':', at) + 1);
 }
 
-// Processor time of the processes that have ended.
+// Processor time of all terminated child processes.
 double ProcessorSeconds() {
   rusage usage{};
   getrusage(RUSAGE_CHILDREN, &usage);

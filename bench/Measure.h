@@ -1,4 +1,4 @@
-// What the benchmarks share: timing, and the report of figures with their bars.
+// Shared by the benchmarks: timing, and the report of figures with their bars.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// Seconds of a clock that a piece of work takes.
+// Seconds that a piece of work takes by a clock.
 template <class Work>
 double SecondsOf(clockid_t clock, Work work) {
   const auto now = [clock] {
@@ -74,7 +74,7 @@ inline void Report(const std::string& name, double figure, Bar bar) {
   if (path != nullptr) std::fclose(out);
 }
 
-// Ends a benchmark whose results are wrong, however fast they came.
+// Aborts a benchmark whose results are wrong.
 [[noreturn]] inline void Fail(const std::string& why) {
   std::fprintf(stderr, "%s\n", why.c_str());
   std::exit(1);

@@ -3,9 +3,9 @@
 // 16-bit at 44.1 kHz. Hop 128 frames for all, buffer 2048 for aubio, default settings.
 //
 // A value is right within 50 cents of the true pitch, an octave error within 50 cents of a multiple
-// or fraction of it up to 6, else wrong; or there is none. Methods report with different delays:
-// each is compared at the delay (in steps of a hop) at which most of its values are right and,
-// among those, the median error is least.
+// or fraction of it up to 6, none if there is no pitch, and otherwise wrong. Methods report with
+// different delays: each is compared at the delay, in steps of a hop, with the most right values,
+// and among those with the lowest median error.
 
 #include <aubio/aubio.h>
 
@@ -66,14 +66,14 @@ Sound MakeSound(const Kind& kind, double pitchHz) {
       value += kind.level(k) * std::sin(2 * kPi * ratio * cycles + 0.7 * k * k);
     }
     sound.values.push_back(static_cast<int16_t>(std::lround(7000 * value)));
-    // The pitch that an inharmonic sound is heard at is near its lowest partial's.
+    // The perceived pitch of an inharmonic sound is near its lowest partial.
     sound.pitchHz.push_back(now * std::sqrt(1 + kind.inharmonicity));
     cycles += now / kRateHz;
   }
   return sound;
 }
 
-// Pitch in Hz per hop, 0 for none. Value i of a track is taken to stand at frame i * 128.
+// Pitch in Hz per hop, 0 for none. Value i of a track belongs to frame i * 128.
 std::vector<double> OwnPitches(const Sound& sound) {
   const auto* const data = reinterpret_cast<const std::byte*>(sound.values.data());
   SamplePitchTracker tracker({&data, 1, 2, kFrames, kRateHz});
@@ -143,8 +143,7 @@ struct Score {
   }
 };
 
-// `sign` is +1 for a tracker whose value stands at the start of its window, -1 for one whose value
-// stands at the end.
+// `sign` is +1 for a tracker whose values belong to the start of the window, -1 for the end.
 Score ScoreAt(const Sound& sound, const std::vector<double>& pitches, int delay, int sign) {
   Score score;
   for (int i = kMargin / kHop; i < (kFrames - kMargin) / kHop; ++i) {
@@ -154,7 +153,7 @@ Score ScoreAt(const Sound& sound, const std::vector<double>& pitches, int delay,
   return score;
 }
 
-// Scores by pitch, all at the one delay that suits the method best.
+// Scores by pitch, all at the method's best delay.
 std::vector<Score> BestScores(const std::vector<Sound>& sounds,
                               const std::vector<std::vector<double>>& pitches, int sign) {
   std::vector<Score> best;

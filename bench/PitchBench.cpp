@@ -91,7 +91,7 @@ void RunAubio(const Sound& sound, const char* method) {
   del_aubio_pitch(pitch);
 }
 
-// Processor time, so that what else runs on the machine counts as little as possible.
+// Processor time, so that other processes have little influence.
 double CpuSeconds(const std::vector<Sound>& sounds, const std::function<void(const Sound&)>& run) {
   const std::clock_t start = std::clock();
   for (const Sound& sound : sounds) run(sound);

@@ -1,4 +1,4 @@
-// The loop searches as their rule reads: every candidate rated by the formula, one after the other.
+// Reference implementation of the loop searches: rates every candidate by the formula.
 #pragma once
 
 #include <cmath>
@@ -7,7 +7,7 @@
 #include "sample/LoopSearch.h"
 #include "util/ValueAccess.h"
 
-// The rating formula as it reads, through an inlined reader of one width.
+// The rating formula, with an inlined reader for one width.
 template <class Access>
 double PlainQuality(const zyl::ValueView& view, std::int32_t start, std::int32_t end,
                     std::uint32_t fineLen) {

@@ -1,5 +1,5 @@
-// What a query costs while a worker analyses a long sample: PitchDataProgressRatio, called as a
-// script's call reaches the module: the median and the 99th percentile by the clock.
+// Cost of a query while a worker analyses a long sample: median and 99th percentile of the elapsed
+// time of PitchDataProgressRatio, called like a script call.
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A WAVE file of one channel of 16-bit noise.
+// A mono WAVE file with 16-bit noise.
 void WriteNoise(const std::string& path, uint32_t frames) {
   std::vector<uint32_t> words = {0x46464952, 36 + 2 * frames, 0x45564157, 0x20746D66,
                                  16,         0x00010001,      44100,      88200,
@@ -46,7 +46,7 @@ int main() {
     const auto sample = bench::Call(*program, "ReadTempSample", path.c_str());
     bench::Call(*program, "CalcSamplePitch", sample->Object());
     while (bench::Call(*program, "PitchDataProgressRatio")->Int() == 0) std::this_thread::yield();
-    // Paced, so that the calls spread over the whole analysis.
+    // Spread the calls over the whole analysis.
     for (int ratio = 1; ratio > 0 && micros.size() < 20000;) {
       const auto start = Clock::now();
       ratio = bench::Call(*program, "PitchDataProgressRatio")->Int();

@@ -1,4 +1,4 @@
-// The built module for benchmarks that call it as a script does.
+// Loads the built module for benchmarks that call it like a script.
 #pragma once
 
 #include <cstdio>
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// The module, or the end of the program with the reason.
+// Loads the module; exits with the reason on failure.
 inline std::unique_ptr<ZylModule> LoadModule() {
   std::string reason;
   auto module = ZylModule::Load(ZYL_MODULE, reason);

@@ -2505,6 +2505,11 @@ function host.fileType(path) end
 ---@return boolean|nil
 function host.writeFile(path, bytes) end
 
+---List the presets of a SoundFont bank in file order, each with name, bank and program. Returns nil and the reason if the file is not a complete bank.
+---@param path string
+---@return table[]|nil
+function host.presets(path) end
+
 ---Create a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.
 ---@param place? table x, y, width and height in pixels (0, 0, 378, 24)
 ---@return host.Graphic

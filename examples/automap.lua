@@ -1,5 +1,5 @@
--- Builds a program from a folder of recorded notes. The pitch tracker finds the root keys; file names
--- are ignored. (zyl map does more: layers, names, checks.)
+-- Builds a program from a folder of recorded notes. The pitch tracker finds the root keys; file
+-- names are ignored. (zyl map does more: layers, names, checks.)
 --
 --   zyl run examples/automap.lua FOLDER PROGRAM
 

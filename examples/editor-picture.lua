@@ -1,5 +1,5 @@
--- Draws a program as the sampler's editor shows it: the keyboard of one keygroup, the list of keygroups,
--- and the list of one keygroup's zones.
+-- Draws a program as the sampler's editor shows it: the keyboard of one keygroup, the list of
+-- keygroups, and the list of one keygroup's zones.
 --
 --   zyl run examples/editor-picture.lua [FOLDER]
 --

@@ -1,5 +1,5 @@
--- Sets the filters of the selected keygroups to evenly spaced values, in many programs. Programs without
--- selected keygroups are not changed.
+-- Sets the filters of the selected keygroups to evenly spaced values, in many programs. Programs
+-- without selected keygroups are not changed.
 --
 --   zyl run examples/filter-sweep.lua FROM TO PROGRAM...
 --

@@ -1,10 +1,10 @@
--- Builds a multisampled program from a folder of recordings, sets a filter on some of its keygroups,
--- writes it, reads it back and lists it.
+-- Builds a multisampled program from a folder of recordings, sets a filter on some of its
+-- keygroups, writes it, reads it back and lists it.
 --
 --   zyl run examples/first-program.lua [FOLDER [OUTPUT]]
 --
--- FOLDER contains WAVE, AIFF or FLAC files. Without it, the recordings installed by "./dev setup" are
--- used, or generated tones if those are missing.
+-- FOLDER contains WAVE, AIFF or FLAC files. Without it, the recordings installed by "./dev setup"
+-- are used, or generated tones if those are missing.
 
 local INSTALLED = "/usr/share/sonic-pi/samples"
 local KEYS_EACH = 5      -- keys per recording

@@ -1,5 +1,5 @@
--- Cleans up the loops of WAVE and AIFF files: removes loops that join badly, and adds the best loop to
--- files that have none left.
+-- Cleans up the loops of WAVE and AIFF files: removes loops that join badly, and adds the best loop
+-- to files that have none left.
 --
 --   zyl run examples/loop-cleanup.lua FILE...
 

@@ -7,7 +7,8 @@ if not arg[2] then error("usage: zyl run pad-round-trip.lua PROGRAM SAMPLE", 0) 
 local program = host.new("ZylSProgram")
 if not program:Read(arg[1], 0) then error(arg[1] .. " is not a program", 0) end
 
--- Two slots in one pad: voice settings, and the speeds of the LFOs. docs/methods.md lists the numbers.
+-- Two slots in one pad: voice settings, and the speeds of the LFOs. docs/methods.md lists the
+-- numbers.
 local SETTINGS = { [1] = { 4, 5, 14 }, [2] = { 27, 40 } }
 local pad = host.pad()
 for slot, numbers in ipairs(SETTINGS) do

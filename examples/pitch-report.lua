@@ -1,5 +1,5 @@
--- Reports how well a folder of notes is in tune: prints the deviation of each note from its key, and
--- draws the deviations over the keyboard.
+-- Reports how well a folder of notes is in tune: prints the deviation of each note from its key,
+-- and draws the deviations over the keyboard.
 --
 --   zyl run examples/pitch-report.lua FOLDER PICTURE.svg
 

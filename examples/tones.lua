@@ -1,4 +1,5 @@
--- Creates a folder of test recordings: plucked notes in two velocity layers, identical on every machine.
+-- Creates a folder of test recordings: plucked notes in two velocity layers, identical on every
+-- machine.
 --
 --   zyl run examples/tones.lua FOLDER
 

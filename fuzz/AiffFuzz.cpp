@@ -1,4 +1,4 @@
-// Any bytes as an AIFF or AIFC file: read, written to a file, and read again.
+// Reads arbitrary bytes as an AIFF or AIFC file, writes the result to a file, and reads it again.
 #include "Sounds.h"
 #include "riff/SampleReaders.h"
 

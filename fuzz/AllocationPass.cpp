@@ -1,13 +1,13 @@
 // fuzz-allocations [METHOD]: fails every allocation of every script method, one at a time.
 //
-// For each call of MethodCalls.h and for n = 1, 2, 3... a new world is made in which the call's
-// n-th allocation fails, until the call makes fewer than n. The same is then done with all later
-// ones failing too. After each call:
+// For each call of MethodCalls.h and for n = 1, 2, 3... the call runs in a new world and its n-th
+// allocation fails, until the call makes fewer than n. Then the same is done with all later
+// allocations failing too. After each call:
 //
 // - If the call reports an error, nothing in the world has changed.
-// - If it reports none although an allocation failed, the world is unchanged (the result says that
-//   nothing was done) or is what the undisturbed call makes of it.
-// - Once the world is gone, all of its memory is freed.
+// - If it reports none although an allocation failed, the world is either unchanged (which the
+//   result says) or the same as after the undisturbed call.
+// - After the world is destroyed, all of its memory is freed.
 //
 // "The world" is every program and sample record, the program objects with their settings, the
 // lists of sample objects and registered modules, the use and lock counts, the data pads and the
@@ -15,9 +15,8 @@
 //
 // - Create, Read and Find detach the old record before they make the new one: a failed call may
 //   leave the object without a program. Other objects and records are unchanged.
-// - Write stores one file after another. A file that was stored stays stored, and its sample's
-// dirty
-//   flag says so.
+// - Write stores one file after another. Files that were stored stay stored, and the dirty flags of
+//   their samples are cleared.
 // - An editor's list is a view, not a record: a failed call may leave fewer rows and cells.
 #include <signal.h>
 #include <sys/wait.h>
@@ -360,8 +359,8 @@ std::string_view CallsOf(std::string_view method, bool isField) {
   return calls;
 }
 
-// Tries one method in a child process, so that a crash is a fault of that method alone. The number
-// of faults.
+// Runs one method in a child process, so that a crash is a fault of that method only. Returns the
+// number of faults.
 int TryMethod(const ZylFuncInfo& method, const std::string& calls) {
   std::fflush(stdout);
   const pid_t child = ::fork();
@@ -382,7 +381,7 @@ int TryMethod(const ZylFuncInfo& method, const std::string& calls) {
   return 1;
 }
 
-// Tries the methods that `wanted` names, or all for an empty text. The number of faults.
+// Runs the methods that `wanted` names, or all if it is empty. Returns the number of faults.
 int TryMethods(std::string_view wanted) {
   constexpr bool kIsField[] = {
 #define ZYL_METHOD(...) false,

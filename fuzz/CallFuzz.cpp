@@ -245,7 +245,7 @@ void CallFuzz::KeepObject(const std::shared_ptr<ROCParam>& value) {
   }
 }
 
-// A callback calls methods now and then.
+// Callbacks occasionally call methods.
 void CallFuzz::Interfere() {
   if (arguments_.size() > 1 || !Once(4) || programs_.empty()) return;
   Program& program = *programs_[Any(kPrograms)];
@@ -298,7 +298,7 @@ std::string CallFuzz::AnyText() {
       return "\xFF\xC3(\x80";
     default: {
       std::string text(Any(40), ' ');
-      // No slash: what is random must not lead out of the folder.
+      // No slash: random paths must stay inside the folder.
       for (char& c : text) {
         c = static_cast<char>(random_());
         if (c == '/') c = '_';
@@ -456,13 +456,12 @@ bool CallFuzz::RunWorld() {
   // One round of all methods in each world, and the others by chance.
   for (int i = 0; i < callsPerWorld_; ++i) {
     size_t method = static_cast<uint32_t>(i) < count ? static_cast<size_t>(i) : Any(count);
-    // Each of these may start a thread or wait for the end of one: that takes a hundred others'
-    // time.
+    // Each of these may start or join a thread, which takes as long as a hundred other calls.
     if (static_cast<uint32_t>(i) >= count && IsOfJobs(methods_[method].name) && !Once(20)) {
       method = Any(count);
     }
     if (Once(200)) ZylPump(0);
-    // Replace what earlier calls have used up.
+    // Replace objects that earlier calls have consumed.
     if (state_ == kNoProgram && Once(40)) programs_[Any(kPrograms)] = std::make_unique<Program>();
     if (state_ >= kFullProgram && Once(150)) {
       Program& program = *programs_[Any(kPrograms)];

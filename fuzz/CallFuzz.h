@@ -26,7 +26,7 @@ class CallFuzz : private ROCPadListener {
   static const char* NameOf(State state);
   static constexpr size_t kLargestBytes = size_t{3} << 20;
 
-  // A new folder, in memory where the system has such a place: calls flush many files to disk.
+  // A new folder, in memory if possible, because calls flush many files to disk.
   static std::string MakeFolder();
   // The module must be loaded. `folder` exists; this object owns it and removes it when destroyed.
   CallFuzz(uint32_t seed, std::string folder, int callsPerWorld);
@@ -34,8 +34,8 @@ class CallFuzz : private ROCPadListener {
   CallFuzz(const CallFuzz&) = delete;
   CallFuzz& operator=(const CallFuzz&) = delete;
 
-  // Makes a world of the next state and calls methods in it. False after the first fault, which
-  // Fault() describes with all that is needed to repeat it.
+  // Creates a world of the next state and calls methods in it. Returns false after the first fault;
+  // Fault() describes it with everything needed to reproduce it.
   bool RunWorld();
   const std::string& Fault() const { return fault_; }
 
@@ -49,7 +49,7 @@ class CallFuzz : private ROCPadListener {
   uint64_t FailedCount() const { return failed_; }
 
  private:
-  // What is known of an argument so far.
+  // What is known about an argument so far.
   struct Wanted {
     int type = 0;
     std::string className;

@@ -1,5 +1,5 @@
-// fuzz-calls [SECONDS] [SEED]: calls methods for as long as given.
-// fuzz-calls --short: a fixed number of calls, and checks that they reach every method.
+// fuzz-calls [SECONDS] [SEED]: calls methods for the given time.
+// fuzz-calls --short: makes a fixed number of calls and checks that they reach every method.
 #include <sys/resource.h>
 
 #include <chrono>
@@ -24,7 +24,7 @@ bool RunShort(CallFuzz& fuzz) {
   for (int world = 0; world < kRounds * CallFuzz::kStates; ++world) {
     if (Broken(fuzz)) return false;
   }
-  // A fuzzer whose calls all end at the first argument would find nothing.
+  // A fuzzer whose calls all fail at the first argument would find nothing.
   bool reached = fuzz.FailedCount() > fuzz.CallCount() / 10;
   if (!reached) std::printf("too few calls fail\n");
   for (size_t m = 0; m < fuzz.Counts().size(); ++m) {

@@ -1,6 +1,6 @@
-// What the fuzzers of this folder share. A harness gives any bytes to a reader and ends the process
-// when the reader breaks its word: nothing and a reason, or something whole that can be written and
-// read again, in memory that is bounded by the length of the bytes.
+// Shared by the fuzzers in this folder. A harness passes arbitrary bytes to a reader and aborts if
+// the reader breaks its contract: it returns either nothing and a reason, or an object that can be
+// written and read again, and its memory is bounded by the length of the input.
 #pragma once
 
 #include <unistd.h>
@@ -25,8 +25,8 @@ inline void Require(bool kept, const char* promise) {
   if (!kept) Broken(promise);
 }
 
-// Everything that is allocated while it lives stays below a fixed amount and a multiple of the
-// input.
+// While an instance exists, the allocated memory stays below a fixed amount plus a multiple of the
+// input size.
 class MemoryBound {
  public:
   static constexpr size_t kPerInputByte = 32;
@@ -46,7 +46,7 @@ class MemoryBound {
   size_t limit_;
 };
 
-// A folder that goes with the process; in memory where the system has such a place.
+// A folder that is removed at exit; in memory if the system has such a file system.
 class ScratchFolder {
  public:
   ScratchFolder() {

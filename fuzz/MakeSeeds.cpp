@@ -1,5 +1,5 @@
-// Writes the seeds of the fuzzers: small files of each kind, made by the writers that they are to
-// try, and a few by hand of what those never write. make-seeds FOLDER
+// Writes the seeds of the fuzzers: small files of each format from the project's writers, and a few
+// hand-made ones with content that these never write. make-seeds FOLDER
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -55,7 +55,7 @@ Bytes Form(const char* form, const char* type, const std::vector<Part>& parts) {
 FieldWriter Little() { return FieldWriter(ByteOrder::kLittle); }
 FieldWriter Big() { return FieldWriter(ByteOrder::kBig); }
 
-// ---- Samples by the project's own writers ----
+// ---- Samples from the project's writers ----
 
 struct Kind {
   const char* name;
@@ -108,7 +108,7 @@ void StoreSamples() {
   }
 }
 
-// ---- Samples by hand ----
+// ---- Hand-made samples ----
 
 Bytes WaveFormat(unsigned tag, unsigned channels, unsigned bits) {
   const unsigned frameBytes = channels * ((bits + 7) / 8);
@@ -252,7 +252,7 @@ void StorePrograms() {
   store("default.zprg", 0);
   program->newKeyGroup(-1, program, 0);
   program->EnableTolmoChunk();
-  // Texts that do not depend on where the seeds are made.
+  // Paths that do not depend on the folder in which the seeds are written.
   program->setSample("/no/such/piano.wav", 0, 0, 1, 0);
   program->setSample("/no/such/piano.aif", 1, 3, -1, 0);
   store("full.zprg", kWriteAbsolutePaths);

@@ -1,5 +1,5 @@
-// Feeds any bytes to the slots of a pad: finds, reads, replaces and removes the slot of every id
-// that they may hold.
+// Treats arbitrary bytes as pad slots: finds, reads, replaces and removes the slot of every id that
+// they may contain.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -14,7 +14,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// The buffer is a sequence of whole slots, as a writer makes them, to its end.
+// Whether the buffer is a sequence of complete slots as the writer produces them.
 bool IsWhole(PadBytes buffer) {
   while (!buffer.empty()) {
     uint32_t size = 0;
@@ -37,14 +37,14 @@ void TryId(uint32_t id, const std::vector<std::byte>& bytes) {
   }
   const std::vector<std::byte> kept = zyl::WithoutPadSlot(buffer, slot);
   Require(kept.size() == bytes.size() - slot.size());
-  // What was read can be written, and is then read again.
+  // Entries that were read can be written, and read back unchanged.
   const std::vector<std::byte> made = zyl::MakePadSlot(id, entries);
   Require(zyl::EntriesOfPadSlot(made) == entries);
   std::vector<std::byte> rebuilt = zyl::WithoutPadSlot(buffer, slot, made.size());
   rebuilt.insert(rebuilt.end(), made.begin(), made.end());
   if (!IsWhole(buffer)) return;
   Require(IsWhole(rebuilt) && zyl::EntriesOfPadSlot(zyl::PadSlot(id, kept)).size() <= bytes.size());
-  // Of two slots with one id, which no writer makes, the first counts.
+  // Of two slots with the same id, which the writer never produces, the first counts.
   if (zyl::PadSlot(id, kept).empty()) {
     const PadBytes found = zyl::PadSlot(id, rebuilt);
     Require(std::equal(found.begin(), found.end(), made.begin(), made.end()));
@@ -54,12 +54,12 @@ void TryId(uint32_t id, const std::vector<std::byte>& bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t count) {
-  // A block of its own size: every step beyond it is seen.
+  // An exact-size allocation, so that a sanitizer detects reads past the end.
   const auto* first = reinterpret_cast<const std::byte*>(bytes);
   const std::vector<std::byte> buffer(first, first + count);
   constexpr uint32_t kSmallIds = 4;
   for (uint32_t id = 0; id < kSmallIds; ++id) TryId(id, buffer);
-  // Whatever word stands where an id may stand.
+  // Try every word that may be an id.
   constexpr size_t kMostIds = 64;
   for (size_t i = 0; i + 8 <= count && i < 8 * kMostIds; i += 8) {
     uint32_t id = 0;

@@ -1,6 +1,6 @@
-// Any bytes as a program file, as they are and under a checksum that fits them, since hardly any
-// change would pass the checksum otherwise. What is accepted is written, read again and written
-// again to the same bytes.
+// Reads arbitrary bytes as a program file, unchanged and with a corrected checksum, because almost
+// no mutation would pass the checksum. Accepted programs are written, read again and written again
+// to the same bytes.
 #include <cstring>
 #include <span>
 #include <vector>
@@ -14,7 +14,7 @@ namespace {
 
 using zyl::fuzz::Require;
 
-constexpr size_t kSealBytes = 12;  // the chunk of the checksum
+constexpr size_t kSealBytes = 12;  // size of the checksum chunk
 constexpr char kPath[] = "/nowhere/at/all/program.zprg";
 
 uint32_t Checksum(const std::vector<std::byte>& bytes) {
@@ -26,7 +26,7 @@ uint32_t Checksum(const std::vector<std::byte>& bytes) {
   return ~sum;
 }
 
-// With a checksum that fits, in the place of one that there is.
+// The bytes with a valid checksum, which replaces an existing one.
 std::vector<std::byte> Sealed(std::vector<std::byte> bytes) {
   if (bytes.size() >= kSealBytes &&
       std::memcmp(bytes.data() + bytes.size() - kSealBytes, "CSUM", 4) == 0) {
@@ -50,7 +50,7 @@ std::vector<std::byte> Sealed(std::vector<std::byte> bytes) {
   return bytes;
 }
 
-// The file as this version writes it; empty when the bytes are refused.
+// The file as this version writes it; empty if the bytes are rejected.
 std::vector<std::byte> Rewritten(const std::vector<std::byte>& bytes) {
   std::string reason;
   akaiProgram* program = zyl::ProgramFromImage(bytes, kPath, true, reason);

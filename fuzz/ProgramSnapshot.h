@@ -17,8 +17,8 @@ namespace zyl::test {
 
 class ProgramSnapshot {
  public:
-  // kAddresses tells a record from an equal one at another address. kCounts instead adds the counts
-  // of uses, locks and list entries, and is comparable between equal programs.
+  // kAddresses distinguishes equal records at different addresses. kCounts instead includes the
+  // counts of uses, locks and list entries, and is comparable between equal programs.
   enum Identity { kAddresses, kCounts };
 
   explicit ProgramSnapshot(const ZylSProgram& object, Identity identity = kAddresses)
@@ -35,7 +35,7 @@ class ProgramSnapshot {
     if (object.program != nullptr) AddRecord(*object.program);
   }
 
-  // What is different, in words; empty when nothing is.
+  // Describes the difference; empty if there is none.
   std::string DifferenceFrom(const ProgramSnapshot& other) const {
     for (size_t i = 0; i < parts_.size(); ++i) {
       if (parts_[i].count != other.parts_[i].count || parts_[i].sum != other.parts_[i].sum) {

@@ -1,4 +1,4 @@
-// Runs one harness over its seeds without a fuzzer: each seed, every prefix of it, and nothing.
+// Runs a harness without a fuzzer on its seeds: each seed, its prefixes, and empty input.
 // replay-NAME FOLDER
 #include <algorithm>
 #include <cstddef>
@@ -13,11 +13,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t count);
 
 namespace {
 
-// Of a longer seed not every prefix is tried, but so many, evenly spread.
+// Maximum number of prefixes per seed; those of longer seeds are evenly spread.
 constexpr size_t kMostPrefixes = 2500;
 
 void Run(const std::vector<uint8_t>& seed, size_t count) {
-  // A block of its own, so that a sanitizer sees a reader that goes on behind its end.
+  // An exact-size allocation, so that a sanitizer detects reads past the end.
   const std::vector<uint8_t> exact(seed.begin(), seed.begin() + static_cast<ptrdiff_t>(count));
   LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }
@@ -38,5 +38,5 @@ int main(int argc, char** argv) {
     ++seeds;
   }
   std::printf("%zu seeds, %zu runs\n", seeds, runs);
-  return seeds == 0 ? 1 : 0;  // a corpus that is not found tests nothing
+  return seeds == 0 ? 1 : 0;  // a missing corpus is a failure
 }

@@ -1,5 +1,5 @@
-// Any bytes as a sample file of any kind, also of those that are decoded by libsndfile: read,
-// written to a file, and read again.
+// Reads arbitrary bytes as a sample file of any format, including those decoded by libsndfile,
+// writes the result to a file, and reads it again.
 #include "Sounds.h"
 #include "riff/SampleReaders.h"
 

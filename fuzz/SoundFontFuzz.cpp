@@ -1,4 +1,5 @@
-// Any bytes as a SoundFont file: presets with names of at most 20 characters, or nothing.
+// Reads arbitrary bytes as a SoundFont file: presets with names of at most 20 characters, or
+// nothing.
 #include "Harness.h"
 #include "riff/Presets.h"
 

@@ -1,4 +1,4 @@
-// What must hold of a sample object that a reader has accepted.
+// Checks of a sample object that a reader has returned.
 #pragma once
 
 #include <cstring>
@@ -12,7 +12,7 @@ namespace zyl::fuzz {
 // The decoder of compressed sound works in blocks of 16384 frames of up to 16 channels.
 inline constexpr size_t kDecoderBytes = size_t{4} << 20;
 
-// `again` is what was read from a file that `first` was written to.
+// `again` was read from a file that `first` was written to.
 inline void RequireSameSample(const BasicSample& first, const BasicSample& again) {
   Require(first.FrameCount() == again.FrameCount() && first.ChannelCount() == again.ChannelCount(),
           "what was written is read again whole");

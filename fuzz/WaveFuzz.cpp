@@ -1,4 +1,5 @@
-// Any bytes as a WAVE file: read, written, read again and written again to the same bytes.
+// Reads arbitrary bytes as a WAVE file; the result is written, read again and written again to the
+// same bytes.
 #include "Sounds.h"
 #include "riff/SampleReaders.h"
 
@@ -27,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t count) {
   }
   Require(sample.IsValid(), "what was read is whole");
   const Image first(sample);
-  // An empty sound before chunks of strange names is taken for a stream that was never closed.
+  // An empty sound before chunks with unknown names is read as an unclosed stream.
   if (first.length == 0 || sample.FrameCount() == 0) return 0;
   WavSample again;
   Require(again.ReadFromMem(first.bytes.get(), first.length), "what was written can be read");

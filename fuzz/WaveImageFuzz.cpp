@@ -1,4 +1,5 @@
-// Makes samples of any bytes that a pad may hold, as images of WAVE files, and images of these.
+// Reads arbitrary bytes of a pad as images of WAVE files, and creates images of the resulting
+// samples.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -19,7 +20,7 @@ bool SameParameters(const SampleParameters& a, const SampleParameters& b) {
     return x.loopStart == y.loopStart && x.loopEnd == y.loopEnd && x.loopTimes == y.loopTimes &&
            x.loopFineLen == y.loopFineLen && x.loopType == y.loopType;
   };
-  // Without loops a file does not say which playback they would have.
+  // A file without loops does not store their playback type.
   const bool samePlayback = a.loopCount == 0 || a.playbackType == b.playbackType;
   return a.frameCount == b.frameCount && a.bits == b.bits && a.sampleRate == b.sampleRate &&
          a.key == b.key && a.tune == b.tune && samePlayback &&
@@ -30,7 +31,7 @@ bool SameParameters(const SampleParameters& a, const SampleParameters& b) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t count) {
-  // A block of its own size: every step beyond it is seen.
+  // An exact-size allocation, so that a sanitizer detects reads past the end.
   const auto* first = reinterpret_cast<const std::byte*>(bytes);
   const std::vector<std::byte> pad(first, first + count);
   const zyl::SampleUse sample = zyl::SampleOfImage(pad);

@@ -70,9 +70,9 @@ local function keygroup(program, index)
   return setmetatable({ program = program, index = index }, Keygroup)
 end
 
--- Iterates over the keygroups: for kg in prg:keygroups() do ... end. A handle has the fields `index`
--- and `program`, the methods zone and zones, and every method whose first argument is KeyGroupIndex,
--- without that argument: kg:KGtune(5).
+-- Iterates over the keygroups: for kg in prg:keygroups() do ... end. A handle has the fields
+-- `index` and `program`, the methods zone and zones, and every method whose first argument is
+-- KeyGroupIndex, without that argument: kg:KGtune(5).
 function zyl.keygroups(program)
   local index = -1
   return function()
@@ -81,8 +81,8 @@ function zyl.keygroups(program)
   end
 end
 
--- Iterates over the zones of all keygroups. A handle has the fields `index`, `keygroup` and `program`,
--- and every method whose first arguments are KeyGroupIndex and ZoneIndex, without these:
+-- Iterates over the zones of all keygroups. A handle has the fields `index`, `keygroup` and
+-- `program`, and every method whose first arguments are KeyGroupIndex and ZoneIndex, without these:
 -- zone:Zonename().
 function zyl.zones(program)
   local number = -1
@@ -160,8 +160,8 @@ end
 
 -- ---- Transactions ----
 
--- The MIDI channel of the record, which may differ from that of the object: an object that finds the
--- record gets the record's channel.
+-- The MIDI channel of the record, which may differ from that of the object: an object that finds
+-- the record gets the record's channel.
 local function recordChannel(program, path, mask)
   local finder = host.new("ZylSProgram")
   finder:Find(program:SetUniqueFilePath())
@@ -216,8 +216,8 @@ function zyl.afterInterrupt()
   while #open > 0 do fail(table.unpack(table.remove(open), 1, 2)) end
 end
 
--- Calls body(program) and returns its results. If it fails, restores the program and raises the error
--- again. Sound and parameters of samples are not restored.
+-- Calls body(program) and returns its results. If it fails, restores the program and raises the
+-- error again. Sound and parameters of samples are not restored.
 function zyl.transaction(program, body)
   local kept = remember(program)
   local mine = { program, kept }

@@ -193,8 +193,8 @@ local function commonKey()
   if differ and use.name and count >= (common == UNSAID and 2 or 3) then return common, count end
 end
 
--- Marks chunks as doubtful: a root key common to all, and key 60 if neither name nor pitch confirms it.
--- Doubtful keys are used only after all other sources.
+-- Marks chunks as doubtful: a root key common to all, and key 60 if neither name nor pitch confirms
+-- it. Doubtful keys are used only after all other sources.
 local function doubtChunks()
   local common, count = commonKey()
   if common then

@@ -63,8 +63,8 @@ local function percentile(sorted, part)
   return low + (high - low) * (place - below)
 end
 
--- Summarises a track: values (note numbers, false without a pitch), voiced (0 to 1), and, if there is
--- a pitch, note, hertz and spread.
+-- Summarises a track: values (note numbers, false without a pitch), voiced (0 to 1), and, if there
+-- is a pitch, note, hertz and spread.
 local function summary(track, rate)
   local values, sorted = {}, {}
   local count = math.max(#track - 1, 1)  -- the last value has no frames

@@ -7,7 +7,7 @@ local text = require "text"
 local options, files = cli.parse {
   verb = "presets", operands = "BANK…",
   about = "Lists the presets of SoundFont banks (.sf2, .sf3) by bank and program number.",
-  options = { { name = "json", help = "print a JSON list, one object for each file" } },
+  options = { { name = "json", help = "print a JSON list, one object per file" } },
 }
 
 local function presetsOf(path)

@@ -52,7 +52,7 @@ return {
     { "path", "string" }, { "bytes", "string" } },
   { name = "presets", result = "table[]|nil",
     meaning = "List the presets of a SoundFont bank in file order, each with name, bank and "
-              .. "program. Gives nil and the reason when the file is no whole bank.",
+              .. "program. Returns nil and the reason if the file is not a complete bank.",
     { "path", "string" } },
   { name = "keyboard", result = "host.Graphic",
     meaning = "Create a keyboard picture with the children KBSelector, KBBKSel and KBBKSelClip.",

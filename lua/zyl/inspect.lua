@@ -1,6 +1,6 @@
--- Formats values for display: strings in quotes, tables completely with sorted keys, objects by their
--- class. Recursion into a table is named, not followed; output of more than a few screens is cut, with
--- the amount that is left out.
+-- Formats values for display: strings in quotes, tables completely with sorted keys, objects by
+-- their class. Recursion into a table is named, not followed; output of more than a few screens is
+-- cut, with the amount that is left out.
 local WIDTH = 96          -- columns before a table uses one line per element
 local MOST_DEPTH = 8
 local MOST_ELEMENTS = 1000  -- in total

@@ -1,5 +1,5 @@
--- The functions of `require "zyl"`, for help and for the editor stubs, as in zyl.hostapi. Each is also
--- a method of a program: prg:keygroups() is zyl.keygroups(prg).
+-- The functions of `require "zyl"`, for help and for the editor stubs, as in zyl.hostapi. Each is
+-- also a method of a program: prg:keygroups() is zyl.keygroups(prg).
 return {
   { name = "keygroups", result = "fun(): zyl.Keygroup?",
     meaning = "Iterate over the keygroups: for kg in prg:keygroups() do ... end." },

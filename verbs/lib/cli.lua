@@ -163,8 +163,8 @@ function cli.try(body, ...)
   return nil, cli.reason(results[2])
 end
 
--- Prints results in the order of the files, each as soon as all earlier ones are available. A result is
--- a string, or with `asJson` a value for json.lua; nil prints nothing.
+-- Prints results in the order of the files, each as soon as all earlier ones are available. A
+-- result is a string, or with `asJson` a value for json.lua; nil prints nothing.
 function cli.printer(asJson)
   local waiting, nextIndex, printed = {}, 1, 0
   local printer = {}

@@ -1,6 +1,6 @@
 -- The fields of a program, accessed through script methods: header (PRG), keygroups (KG), zones
--- (Zone). Types and ranges are found by trying values on a scratch program, so they are not repeated
--- here.
+-- (Zone). Types and ranges are found by trying values on a scratch program, so they are not
+-- repeated here.
 local fields = {}
 
 -- Methods of these families that are not fields: they act, are computed, or duplicate other fields.
@@ -20,8 +20,8 @@ local LOWS, HIGHS = { LOWEST, -32768, -128, 0 }, { HIGHEST, 65535, 32767, 255, 1
 
 local all, scratch
 
--- All fields in method table order: method, name (as shown), short (without the family), family, and
--- for an element of a list its index.
+-- All fields in method table order: method, name (as shown), short (without the family), family,
+-- and for an element of a list its index.
 function fields.all()
   if all then return all end
   all = {}
@@ -80,7 +80,8 @@ end
 -- Whether the value of the field is a key.
 function fields.isKey(field) return MIDI[field.short] == "keys" end
 
--- nil if the value is valid for the field, otherwise the reason. `shown` is the value as it was typed.
+-- nil if the value is valid for the field, otherwise the reason. `shown` is the value as it was
+-- typed.
 function fields.whyNot(field, value, shown)
   local midi = MIDI[field.short]
   if midi and (value < 0 or value > MOST_MIDI) then
@@ -102,8 +103,8 @@ function fields.whyNot(field, value, shown)
   return ("%s is outside %d to %d, the range of %s"):format(shown or value, low, high, field.name)
 end
 
--- Finds a field by name, with or without its family, ignoring case; `family` decides between several
--- fields with the name. Returns nil and the reason if there is none, or more than one.
+-- Finds a field by name, with or without its family, ignoring case; `family` decides between
+-- several fields with the name. Returns nil and the reason if there is none, or more than one.
 function fields.find(name, family)
   local lower, found, exact = name:lower(), {}, nil
   for _, field in ipairs(fields.all()) do
@@ -139,8 +140,8 @@ function fields.walk(keygroups, each)
   end
 end
 
--- Formats rows { field, keygroup, zone, text… }, in the order of fields.walk, for display. Keygroups and
--- zones count from 1; rows of consecutive keygroups with the same text are merged.
+-- Formats rows { field, keygroup, zone, text… }, in the order of fields.walk, for display.
+-- Keygroups and zones count from 1; rows of consecutive keygroups with the same text are merged.
 function fields.rows(list)
   local runs, open = {}, {}
   for _, row in ipairs(list) do

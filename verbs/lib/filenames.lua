@@ -1,6 +1,6 @@
--- Parses names of recordings: the note, as a letter with an octave (C#3, Bb2, F-1) or as a plain MIDI
--- number, and the velocity layer (v2, vel96, pp, hard). The names of a batch are parsed together,
--- because parts that all names share do not distinguish the files.
+-- Parses names of recordings: the note, as a letter with an octave (C#3, Bb2, F-1) or as a plain
+-- MIDI number, and the velocity layer (v2, vel96, pp, hard). The names of a batch are parsed
+-- together, because parts that all names share do not distinguish the files.
 local notes = require "notes"
 
 local filenames = {}
@@ -115,9 +115,9 @@ local function column(lists, c, low, high)
   return values, distinct
 end
 
--- The MIDI numbers of the names: the first column of numbers that every name has, that is not below 12
--- and does not just count the files from below the piano's lowest key. A column after it with numbers
--- from 1 to 127 that repeat for other keys contains velocities.
+-- The MIDI numbers of the names: the first column of numbers that every name has, that is not below
+-- 12 and does not just count the files from below the piano's lowest key. A column after it with
+-- numbers from 1 to 127 that repeat for other keys contains velocities.
 local function midiNumbers(names, layers)
   if #names == 0 then return nil end
   local lists = {}
@@ -136,8 +136,8 @@ local function midiNumbers(names, layers)
   end
 end
 
--- Returns for each path: key (C4 is 60) or nil, how ("note" or "number"), text (as in the name), and
--- layer ({ velocity }, { rank } or nil).
+-- Returns for each path: key (C4 is 60) or nil, how ("note" or "number"), text (as in the name),
+-- and layer ({ velocity }, { rank } or nil).
 function filenames.read(paths)
   local names, candidates, everywhere, layers = {}, {}, {}, {}
   local read, anyNote = {}, false

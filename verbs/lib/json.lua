@@ -1,5 +1,5 @@
--- Writes JSON. json.object creates an object (names keep their order), json.list a list; json.null is
--- null. NaN and infinities become null.
+-- Writes JSON. json.object creates an object (names keep their order), json.list a list; json.null
+-- is null. NaN and infinities become null.
 local json = { null = {} }
 
 function json.object(...) return { pairs = table.pack(...) } end

@@ -69,8 +69,8 @@ function keymap.layers(list, leftOut)
   return keygroups
 end
 
--- Sets the key range of each keygroup. Ranges meet half-way between neighbouring roots and end at most
--- `reach` keys from the root.
+-- Sets the key range of each keygroup. Ranges meet half-way between neighbouring roots and end at
+-- most `reach` keys from the root.
 function keymap.ranges(keygroups, reach)
   for i, group in ipairs(keygroups) do
     local below, above = keygroups[i - 1], keygroups[i + 1]

@@ -1,25 +1,25 @@
 -- Finds loops that join well and have a steady sound.
 --
--- Candidate ends are spread over the sustained part of the sound. For each end, lengths from the longest
--- possible down to the shortest are tried. If the sound has a pitch, lengths are whole numbers of
--- periods and the start is searched over one period around them; otherwise over a fixed time. This range
--- is split, and each part gives one candidate:
+-- Candidate ends are spread over the sustained part of the sound. For each end, lengths from the
+-- longest possible down to the shortest are tried. If the sound has a pitch, lengths are whole
+-- numbers of periods and the start is searched over one period around them; otherwise over a fixed
+-- time. This range is split, and each part gives one candidate:
 --
 --   FindStart in the part, FindEnd around the end for this start, then FindStart again nearby
 --
--- The search uses 16-bit copies of the channels, because the rating depends on the scale of the values.
--- A candidate is rated by its worst channel, and ranked by
+-- The search uses 16-bit copies of the channels, because the rating depends on the scale of the
+-- values. A candidate is rated by its worst channel, and ranked by
 --
 --   cost = (1 - quality) / peak + (1 - likeness) / 2 + |step| / 100 + octaves / 50
 --
 -- where peak is the highest level in the sound (1 is full scale), so that quiet sounds are not
--- favoured; likeness is the correlation of the sound before the start with the sound before the end;
--- step is the difference of their levels in dB; and octaves is how far the loop is below one second. Of
--- candidates near each other only the best is kept.
+-- favoured; likeness is the correlation of the sound before the start with the sound before the
+-- end; step is the difference of their levels in dB; and octaves is how far the loop is below one
+-- second. Of candidates near each other only the best is kept.
 --
--- The rating compares the start with the frame at the end: in a perfect loop both are the same point of
--- the wave. So a loop is rated up to the frame at which it closes, and its last frame is the one before;
--- otherwise that point of the wave would be played twice.
+-- The rating compares the start with the frame at the end: in a perfect loop both are the same
+-- point of the wave. So a loop is rated up to the frame at which it closes, and its last frame is
+-- the one before; otherwise that point of the wave would be played twice.
 local samples = require "samples"
 
 local loopsearch = {}
@@ -47,8 +47,8 @@ local function copies(program, path, channels, frames)
   return list
 end
 
--- The RMS level of each block of all channels, and the peak; both computed from every 8th frame, with
--- a full scale of 1.
+-- The RMS level of each block of all channels, and the peak; both computed from every 8th frame,
+-- with a full scale of 1.
 local function levels(channels, frames)
   local list, peak = {}, 0
   for block = 0, frames // LEVEL_BLOCK - 1 do
@@ -98,8 +98,8 @@ local function periodOf(track, first, last)
   return list[#list // 2 + 1]
 end
 
--- The correlation of the sections before two frames (1: the same wave), and by how many dB the first is
--- louder; of the worst channel.
+-- The correlation of the sections before two frames (1: the same wave), and by how many dB the
+-- first is louder; of the worst channel.
 local function compare(channels, start, close, stretch)
   stretch = math.min(stretch, start)
   local step = math.max(stretch // MOST_LOOKS, 1)
@@ -212,10 +212,10 @@ function Search:ranked(most)
   return kept
 end
 
--- Finds the loops of a sample, best first: first and last frame, length, rating (SampleLoopQual up to
--- the frame after the last one), quality (rating / 2147483647), likeness and decibels. Also returns the
--- best quality of all candidates. `track` is the sample's pitch track. wanted: shortest (in frames; nil
--- for 0.2 s, or less in short sounds), most (number of loops), accepts(quality).
+-- Finds the loops of a sample, best first: first and last frame, length, rating (SampleLoopQual up
+-- to the frame after the last one), quality (rating / 2147483647), likeness and decibels. Also
+-- returns the best quality of all candidates. `track` is the sample's pitch track. wanted: shortest
+-- (in frames; nil for 0.2 s, or less in short sounds), most (number of loops), accepts(quality).
 function loopsearch.find(program, path, sample, track, wanted)
   local frames, rateHz = program:SampleGetSize(sample), program:SampleSampleRate(sample)
   if frames < 64 then error(frames .. " frames are too few", 0) end

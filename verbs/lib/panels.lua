@@ -1,5 +1,5 @@
--- The editor panels of a program, for host.render: the keyboard of a keygroup, the list of keygroups,
--- and the list of a keygroup's zones.
+-- The editor panels of a program, for host.render: the keyboard of a keygroup, the list of
+-- keygroups, and the list of a keygroup's zones.
 local panels = {}
 
 local FIXED = 0x10000

@@ -49,8 +49,8 @@ local function drawWave(surface, sound)
   surface:polygon(outline, WAVE)
 end
 
--- The lowest and highest key of the grid: the 1st to the 99th percentile of the track, and at least four
--- semitones around the pitch.
+-- The lowest and highest key of the grid: the 1st to the 99th percentile of the track, and at least
+-- four semitones around the pitch.
 local function keyRange(sound)
   local sorted = {}
   for _, note in ipairs(sound.values) do
@@ -97,8 +97,8 @@ local function drawTime(surface, seconds)
   end
 end
 
--- Draws the track. The line is interrupted where there is no pitch, outside the grid, and at jumps of
--- more than half an octave.
+-- Draws the track. The line is interrupted where there is no pitch, outside the grid, and at jumps
+-- of more than half an octave.
 local function drawTrack(surface, sound, yOf, secondsAll)
   local points, before = {}, nil
   local function finish()
@@ -117,9 +117,9 @@ local function drawTrack(surface, sound, yOf, secondsAll)
   finish()
 end
 
--- Draws to the file `path`. sound: title, rate in Hz, frames, bytes of one channel with the format and
--- width of a value, values (note numbers or false, one per `block` frames), and, if there is a pitch,
--- note and spread.
+-- Draws to the file `path`. sound: title, rate in Hz, frames, bytes of one channel with the format
+-- and width of a value, values (note numbers or false, one per `block` frames), and, if there is a
+-- pitch, note and spread.
 function plot.draw(path, sound)
   local surface = host.picture(path, { width = WIDTH, height = HEIGHT })
   local seconds = sound.frames / sound.rate

@@ -25,8 +25,8 @@ function programs.whyNotReplaceable(path)
   return reason or "exists and is not a program: not replaced"
 end
 
--- Reads a program file into a new object, with or without its samples. Returns nil and the reason on
--- failure.
+-- Reads a program file into a new object, with or without its samples. Returns nil and the reason
+-- on failure.
 function programs.open(path, withSounds)
   local is, reason = programs.isProgram(path)
   if not is then return nil, reason or "not a program file" end

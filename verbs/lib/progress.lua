@@ -1,5 +1,5 @@
--- A progress bar on standard error, only on a terminal. The cursor stays below the bar, so that other
--- messages (Ctrl-C) appear on a separate line.
+-- A progress bar on standard error, only on a terminal. The cursor stays below the bar, so that
+-- other messages (Ctrl-C) appear on a separate line.
 local text = require "text"
 
 local progress = {}

@@ -1,15 +1,16 @@
 -- Finds the pitch of a recorded note from its pitch track and its sound.
 --
--- The period is the median of the track's blocks that have one. If the fundamental is weak, or outside
--- the tracker's range, this is a multiple or a fraction of the true period. So the sound is checked at
--- some places where the track agrees with the median: the likeness of the sound to itself at lag L,
+-- The period is the median of the track's blocks that have one. If the fundamental is weak, or
+-- outside the tracker's range, this is a multiple or a fraction of the true period. So the sound is
+-- checked at some places where the track agrees with the median: the likeness of the sound to
+-- itself at lag L,
 --
 --   s(L) = 2 sum x[j] x[j + L] / (sum x[j]^2 + sum x[j + L]^2)
 --
--- is computed at the best lag near each multiple and fraction. The period is the shortest of these with
--- nearly the highest likeness. A parabola through s gives this lag more precisely than the track, so
--- steady notes are tuned by it. For other notes the median of the track is used, because the places show
--- only single moments.
+-- is computed at the best lag near each multiple and fraction. The period is the shortest of these
+-- with nearly the highest likeness. A parabola through s gives this lag more precisely than the
+-- track, so steady notes are tuned by it. For other notes the median of the track is used, because
+-- the places show only single moments.
 local samples = require "samples"
 
 local rootpitch = {}
@@ -27,8 +28,8 @@ local SMOOTHINGS = 3           -- passes of (1, 2, 1) / 4
 local SHORT_FRAMES = 48        -- longest period searched if the track has none
 local UNPACKED = 128           -- values unpacked at a time
 
--- The settings of the tracker for a note of any pitch and level: the gate is 40 dB below the level of
--- the sound.
+-- The settings of the tracker for a note of any pitch and level: the gate is 40 dB below the level
+-- of the sound.
 function rootpitch.settings(program, sample)
   local bytes, format, width = samples.values(program, sample, 0)
   local frames = #bytes // width
@@ -49,8 +50,8 @@ function rootpitch.percentile(sorted, part)
   return low + (high - low) * (place - below)
 end
 
--- `count` values from frame `first` on, each the mean of `step` frames. With a step of 1 the values are
--- smoothed instead, so that lags between two frames are found.
+-- `count` values from frame `first` on, each the mean of `step` frames. With a step of 1 the values
+-- are smoothed instead, so that lags between two frames are found.
 local function excerpt(sound, first, count, step)
   local values, frame, last = {}, first, first + count * step
   local sum, added = 0, 0
@@ -174,8 +175,8 @@ local function places(track, count, period)
   return list, #agreeing
 end
 
--- The shortest period up to SHORT_FRAMES with which the sound repeats itself, or nil. Used if the track
--- has no period: the pitch may be above the tracker's range.
+-- The shortest period up to SHORT_FRAMES with which the sound repeats itself, or nil. Used if the
+-- track has no period: the pitch may be above the tracker's range.
 local function shortPeriod(sound, frame)
   local x = excerpt(sound, frame, math.min(SHORT_FRAMES * 12, sound.frames - frame), 1)
   local sums = energies(x)
@@ -211,9 +212,9 @@ local function chosen(looks)
   end
 end
 
--- The pitch of a sample with that track: hertz, voiced (the share of the track that has a pitch), spread
--- in cents, and sure (whether the sound repeats well and steadily enough for the pitch to be reliable).
--- Returns nil and the reason if there is no pitch.
+-- The pitch of a sample with that track: hertz, voiced (the share of the track that has a pitch),
+-- spread in cents, and sure (whether the sound repeats well and steadily enough for the pitch to be
+-- reliable). Returns nil and the reason if there is no pitch.
 function rootpitch.of(program, sample, track)
   local rate, frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
   if rate <= 0 then return nil, "the file has no sample rate" end

@@ -5,8 +5,8 @@ local soundfile = require "soundfile"
 
 local samples = { FULL = 2147483647 }
 
--- Opens a whole file as a sample object. Returns it and the result of soundfile.inspect, or nil and the
--- reason.
+-- Opens a whole file as a sample object. Returns it and the result of soundfile.inspect, or nil and
+-- the reason.
 function samples.open(program, path)
   local found, reason = soundfile.inspect(path)
   if not found then return nil, reason end
@@ -92,10 +92,11 @@ local function start(program, index, path, settings)
   return { index = index, path = path, sample = sample, found = found }
 end
 
--- Tracks the pitch of all files, one file per processor core at a time (each request runs in its own
--- thread). `settings` are the arguments of CalcSamplePitch after the sample, or a function that returns
--- them for a sample. For each file calls handlers.done(index, sample, track, found), in order of
--- completion, or handlers.failed(index, reason); calls handlers.shown(fraction, path) periodically.
+-- Tracks the pitch of all files, one file per processor core at a time (each request runs in its
+-- own thread). `settings` are the arguments of CalcSamplePitch after the sample, or a function that
+-- returns them for a sample. For each file calls handlers.done(index, sample, track, found), in
+-- order of completion, or handlers.failed(index, reason); calls handlers.shown(fraction, path)
+-- periodically.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
   local listening = listener(program)

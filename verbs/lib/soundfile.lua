@@ -1,5 +1,5 @@
--- Inspects a sound file: container, encoding and chunks. Reads WAVE and AIFF chunk by chunk and checks
--- all declared sizes.
+-- Inspects a sound file: container, encoding and chunks. Reads WAVE and AIFF chunk by chunk and
+-- checks all declared sizes.
 local disk = require "disk"
 
 local soundfile = {}
@@ -62,9 +62,9 @@ local function walk(file, found, order, fileSize)
   end
 end
 
--- Returns container ("WAVE", "AIFF" or nil for others), form (as in the file), encoding (text), plain
--- (whether it is PCM), chunks (id, available size, declared size, cut), and problem (text); or nil and
--- the reason if the file cannot be read.
+-- Returns container ("WAVE", "AIFF" or nil for others), form (as in the file), encoding (text),
+-- plain (whether it is PCM), chunks (id, available size, declared size, cut), and problem (text);
+-- or nil and the reason if the file cannot be read.
 function soundfile.inspect(path)
   local file, reason = disk.open(path)
   if not file then return nil, reason end
