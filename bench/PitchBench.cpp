@@ -1,7 +1,7 @@
 // Speed of the pitch tracker on one thread: the whole job (16-bit mono sample at 44.1 kHz to
-// corrected track, default settings) against aubio's trackers at the same hop and a buffer of 2048
-// frames, and against the plain evaluation of the formulas. All contenders take turns in every
-// round; a line gives the median over the rounds of their ratio within a round, and the bar.
+// corrected track, default settings) compared with aubio's trackers at the same hop and a buffer of
+// 2048 frames, and with the plain evaluation of the formulas. All of them run in every round; a
+// line shows the median over the rounds of the ratio within a round, and the bar.
 
 #include <aubio/aubio.h>
 

@@ -306,7 +306,7 @@ std::string AllocationPass::FaultOf(const std::string& method, const Outcome& ou
   if ((outcome.status != 0) != reported) return "the status and the error disagree";
   const bool detaches = method == "Create" || method == "Read" || method == "Find";
   if (*outcome.changed == '\0' || (detaches && outcome.detached)) return "";
-  // What these give is another name or number in each call.
+  // These return a different name or number in each call.
   const bool unique = method == "SetUniqueFilePath" || method == "SampleGetBuffer";
   if (outcome.status == 0 && unique) return "";
   if (outcome.status == 0 && *outcome.changedFromDone == '\0') return "";

@@ -2,8 +2,8 @@
 // seed, and checks that a failing call reports an error and leaves its program unchanged byte for
 // byte.
 //
-// The arguments that a method wants are not listed here: errors name them, and later calls of that
-// method use them more often. So new methods are covered as soon as they are in the table.
+// The arguments of the methods are not listed here: errors name them, and later calls of the method
+// use them more often. So new methods are covered without changes here.
 //
 // Writes files into the scratch folder only, which becomes the working folder. Allocations beyond
 // kLargestBytes fail.

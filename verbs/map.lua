@@ -240,7 +240,7 @@ local function decide(it)
     it.key, it.note, it.source = it.chunk, it.fileNote, "chunk"
     return
   end
-  fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums needs none)"
+  fail(it, "no root key: " .. (it.noPitch and it.noPitch .. " (--drums maps files without pitch)"
                                or "none of " .. options.from .. " has one"))
 end
 
