@@ -2,6 +2,8 @@
 
 #include <wx/string.h>
 
+#include <exception>
+
 bool Call::TypeError(const char* argument, int expectedType, int at) {
   status = ZylArgTypeException(result, method, argument, expectedType, at);
   return false;
@@ -26,4 +28,14 @@ bool Call::RangeError(const char* format, int32_t index, int32_t count) {
   Failure(format);
   ZylErrorIndex(index, count);
   return false;
+}
+void Call::Exception(const char* what) noexcept {
+  deleteROCParam(*result);
+  *result = nullptr;
+  try {
+    status = ZylException(result, (std::string(method) + ": " + what).c_str());
+  } catch (const std::exception&) {
+    // Short enough for a string object to hold it without an allocation.
+    status = ZylException(result, "out of memory");
+  }
 }

@@ -28,6 +28,8 @@ class Call {
   // A text with one %s for the method's name.
   bool Failure(const char* format);
   bool NoProgram() { return Failure("%s: No program loaded. Method can not execute!"); }
+  // The report for an exception that ended the call. It does not throw without memory.
+  void Exception(const char* what) noexcept;
   // The index and how many there are are reported besides the text.
   bool KeygroupRange(int32_t index, int32_t count) {
     return RangeError("%s: Keygroup index out of range!", index, count);

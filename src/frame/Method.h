@@ -8,9 +8,7 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <optional>
-#include <string>
 #include <tuple>
 #include <utility>
 #include <variant>
@@ -98,18 +96,14 @@ struct Method {
       !std::is_same_v<decltype(Body), bool (*)(Call&)>,
       "declare the arguments in the parameter list: frame/Arguments.h has a kind for each");
 
-  static int Run(ZylSProgram& object, ROCParams* arguments, ROCParam** result) noexcept {
-    Call call(object, method::QualifiedName<Name>::kText.data(), arguments, result);
-    // No exception leaves the module: memory that cannot be had ends the call with a report.
-    try {
-      if constexpr (requires { method::RunForms(call, *Body); }) {
-        method::RunForms(call, *Body);
-      } else {
-        method::RunBody(call, Body);
-      }
-      return call.status;
-    } catch (const std::exception& failure) {
-      return ZylException(result, (std::string(call.method) + ": " + failure.what()).c_str());
+  // The name that failures are reported under.
+  static constexpr const char* kName = method::QualifiedName<Name>::kText.data();
+
+  static void Run(Call& call) {
+    if constexpr (requires { method::RunForms(call, *Body); }) {
+      method::RunForms(call, *Body);
+    } else {
+      method::RunBody(call, Body);
     }
   }
 };

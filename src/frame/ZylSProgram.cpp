@@ -1,9 +1,11 @@
 #include "frame/ZylSProgram.h"
 
 #include <cstdlib>
+#include <exception>
 #include <string>
 #include <utility>
 
+#include "frame/Call.h"
 #include "frame/Module.h"
 
 ZylSProgram::ZylSProgram() { ModuleState::Get().programRegistry.AddTail(this); }
@@ -25,6 +27,19 @@ hashEntry* ZylSProgram::GetHashTable() { return ModuleState::Get().HashTable(thi
 hashEntry* ZylSProgram::RebuildHashTable() { return ModuleState::Get().RebuildHashTable(this); }
 const char* ZylSProgram::GetClassName() const { return "ZylSProgram"; }
 const char* ZylSProgram::GetBaseClassName() const { return "ZylDisplayObject"; }
+
+int ZylSProgram::RunCall(const char* method, void (*run)(Call&), ROCParams* arguments,
+                         ROCParam** result) noexcept {
+  Call call(*this, method, arguments, result);
+  ++runningCalls_;
+  try {
+    run(call);
+  } catch (const std::exception& failure) {
+    call.Exception(failure.what());
+  }
+  if (--runningCalls_ == 0 && destroyed_) delete this;
+  return call.status;
+}
 
 // A module that is told of a change may delete the very object whose method told it.
 void ZylSProgram::Destroy() {

@@ -14,6 +14,8 @@
 #include "sample/SampleList.h"
 #include "util/PlexList.h"
 
+class Call;
+
 class ZylSProgram final : public ZylDLLDispatch {
  public:
   static constexpr int32_t kOmni = -1;
@@ -79,17 +81,18 @@ class ZylSProgram final : public ZylDLLDispatch {
   double rmsThres = 1e-5;
   PlexList<ROCParam*> registeredModules;  // during a notification some entries may be null
 
-  // Every script method's handler: M reads the arguments and runs the method's body. An object that
-  // is destroyed meanwhile goes when its outermost call has ended.
+  // Every script method's handler: M reads the arguments and runs the method's body.
   template <class M>
   int Handle(ROCParams* arguments, ROCParam** result) {
-    ++runningCalls_;
-    const int status = M::Run(*this, arguments, result);
-    if (--runningCalls_ == 0 && destroyed_) delete this;
-    return status;
+    return RunCall(M::kName, M::Run, arguments, result);
   }
 
  private:
+  // Runs one call and returns its status. An exception becomes a report to the host. An object that
+  // is destroyed during the call is deleted when its outermost call returns.
+  int RunCall(const char* method, void (*run)(Call&), ROCParams* arguments,
+              ROCParam** result) noexcept;
+
   // A walk over registeredModules during which no node is removed, so that it is safe whatever the
   // called scripts do: an entry that is dropped loses its value, and the end of the outermost walk
   // removes it.
