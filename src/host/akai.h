@@ -165,12 +165,18 @@ class ZYLHOST_API genericSample {
   void SetValue(int32_t position, int32_t value);
 
   zyl::SampleFile* file_ = nullptr;
-  std::string pathText_;
-  std::string nameText_;
   int lockCount_ = 0;
 };
 
 ZYLHOST_API genericSample* newSample();
+namespace zyl {
+struct ReleaseSampleUse {
+  void operator()(genericSample* sample) const { sample->deleteSample(); }
+};
+// One use of a record.
+using SampleUse = std::unique_ptr<genericSample, ReleaseSampleUse>;
+}  // namespace zyl
+
 // A record of a sample file: the one already loaded (one more use), else from disk. Channel -1 is
 // the whole sample. `data` false reads only what a header says, and keeps such a record apart from
 // the loaded ones. Null, with a diagnostic, when the file or the channel is not to be had.
@@ -204,6 +210,8 @@ class ZYLHOST_API vendlKeyGroup : public vendlKeyGroupImage {
   const char* SamplePath(int zone) const;
   // `keepChannel` true keeps the channel that the zone will play.
   void setSamplePath(int zone, const char* path, bool keepChannel);
+  // The same without an allocation.
+  void TakeSamplePath(int zone, std::string path, bool keepChannel) noexcept;
   void EnableTolmoChunk();
   void setDefault();
 
@@ -246,13 +254,15 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   // The record's file path, whole; the image's field carries what fits.
   const std::string& GetFileName() const { return fileName_; }
   void SetFileName(std::string_view path);
-  void setUniqueTempName();
+  // Gives the record a path in the temporary folder that no file has, and returns it.
+  std::string setUniqueTempName();
 
+  // Each of the changes below either happens whole or throws std::bad_alloc and changes nothing.
   void setDefault();
   void copyFrom(const akaiProgram* source, bool copySamples);
 
   // Adds a keygroup at `index` (outside 0..count: at the end), copied with its samples from the
-  // source's when there is one. Null when the source has no such keygroup or memory is short.
+  // source's when there is one. Null when the source has no such keygroup.
   akaiKeyGroup* newKeyGroup(int index, akaiProgram* source, int sourceIndex);
   // The keygroup at `from` ends at `to`, those between shift by one. Other indexes change nothing.
   void moveKeyGroup(int from, int to);
@@ -283,12 +293,27 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   friend struct ProgramStore;
   akaiProgram();
   ~akaiProgram();
-  // Takes the arrays' new places after they changed, and the new count.
-  void Rebind();
-  void Unlock();
-  void Lock();
+  // Everything but the locks and the file name, built aside before it replaces what there is.
+  struct Contents {
+    akaiProgramHdrImage header{};
+    std::vector<akaiKeyGroup> keygroups;
+    std::vector<vendlKeyGroup> extensions;
+    std::vector<genericSample*> samples;  // their uses are counted by Replace
+    std::unique_ptr<TolmoChunk> tolmo;
+    std::vector<ListChunk> otherChunks;
+  };
+  void Replace(Contents next) noexcept;
+  void ReserveKeyGroup();
+  // Points the record at its arrays, and with Rebind also takes their count over.
+  void BindArrays() noexcept;
+  void Rebind() noexcept;
+  void Unlock() noexcept;
+  void Lock() noexcept;
   bool Reaches(int keygroup, int zone) const;
-  void PutSample(int index, genericSample* sample);
+  // Takes one use of the sample over and releases the one that was there.
+  void PutSample(int index, genericSample* sample) noexcept;
+  void PutZone(int keygroup, int zone, genericSample* sample, std::string path,
+               int channel) noexcept;
   int64_t RecordMemory() const;
 
   // Chunks of a program file that this version does not know, kept for the next write.
@@ -301,6 +326,7 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   int useCount_ = 1;
 };
 
+// Null without memory.
 ZYLHOST_API akaiProgram* newAkaiProgram();
 ZYLHOST_API void deleteAkaiProgram(akaiProgram* program);
 ZYLHOST_API void lockAkaiProgram(akaiProgram* program);

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "export.h"
@@ -84,6 +85,15 @@ class ZYLHOST_API ROCParam {
   static ROCParam* NewData(const void* bytes, int size);
   ROCParam(const ROCParam& other);
   ROCParam& operator=(const ROCParam& other);
+  // Moving takes the value and leaves another one; it never allocates.
+  ROCParam(ROCParam&& other) noexcept : value_(other.value_), type_(other.type_) {
+    other.type_ = kTypeInteger;
+  }
+  ROCParam& operator=(ROCParam&& other) noexcept {
+    std::swap(value_, other.value_);
+    std::swap(type_, other.type_);
+    return *this;
+  }
   ~ROCParam() {
     if (HoldsMore()) Clear();
   }
@@ -104,10 +114,20 @@ class ZYLHOST_API ROCParam {
   RIOObject* Object() const;
 
   // In-place changes keep the value's type but for SetRIOPtr and SetStr, which set it.
-  void SetInt(int32_t value);
-  void SetBool(bool value);
-  void SetDouble(double value);
+  void SetInt(int32_t value) {
+    if (type_ == kTypeInteger) value_.integer = value;
+  }
+  void SetBool(bool value) {
+    if (type_ == kTypeBool) value_.boolean = value;
+  }
+  void SetDouble(double value) {
+    if (type_ == kTypeDouble) value_.real = value;
+  }
   void SetStr(std::string_view text);
+  // Of a text alone: exchanges it, without an allocation.
+  void SwapStr(std::string& text) noexcept {
+    if (type_ == kTypeString) value_.text->swap(text);
+  }
   void SetRIOPtr(RIOObject* object);
 
   // Size in bytes: of a byte block its length, of an array 4 for each element.
@@ -159,6 +179,11 @@ ZYLHOST_API ROCParam* newROCParam(std::string_view text);
 ZYLHOST_API ROCParam* newROCParam(RIOObject* object);
 // Drops one reference and frees the value with the last one; null is allowed.
 ZYLHOST_API void deleteROCParam(ROCParam* value);
+struct ROCParamRelease {
+  void operator()(ROCParam* value) const { deleteROCParam(value); }
+};
+// Owns one reference on a value.
+using ROCParamPtr = std::unique_ptr<ROCParam, ROCParamRelease>;
 
 // An argument list: 12 entries inside, more in an overflow part. It holds one reference on each
 // entry and drops it when it is destroyed. An entry may be null (an absent argument).
@@ -167,11 +192,13 @@ class ZYLHOST_API ROCParams {
   static constexpr int kInside = 12;
 
   ROCParams() = default;
-  ~ROCParams();
+  ~ROCParams() {
+    if (count > 0) Clear();
+  }
   ROCParams(const ROCParams&) = delete;
   ROCParams& operator=(const ROCParams&) = delete;
 
-  // Takes over one reference of `value`.
+  // Takes over one reference of `value`, also when it throws.
   void AddTail(ROCParam* value) {
     if (count < kInside) {
       entries[count++] = value;
@@ -189,6 +216,9 @@ class ZYLHOST_API ROCParams {
   int count = 0;
   ROCParam* entries[kInside];
   std::vector<ROCParam*>* overflow = nullptr;
+
+ private:
+  void Clear();
 };
 
 // A script method of a dispatch: its handler takes the arguments and the place of the result and

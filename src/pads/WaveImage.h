@@ -17,11 +17,6 @@ struct WaveImage {
 // All channels of the sample's file, with their format, loops, key and tuning.
 WaveImage ImageOfSample(const genericSample& sample);
 
-struct GiveBackUse {
-  void operator()(genericSample* sample) const { sample->deleteSample(); }
-};
-using SampleUse = std::unique_ptr<genericSample, GiveBackUse>;
-
 // A new sample, one of several channels as a whole; null when the bytes are no WAVE file.
 SampleUse SampleOfImage(std::span<const std::byte> image);
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <new>
 
 #include "../platform/Platform.h"
 
@@ -21,14 +22,18 @@ std::map<uintptr_t, Range>& Ranges() {
 
 }  // namespace
 
-void HoldResident(const void* address, size_t bytes) {
+void HoldResident(const void* address, size_t bytes) noexcept {
   if (address == nullptr || bytes == 0) return;
-  Range& range = Ranges()[reinterpret_cast<uintptr_t>(address)];
-  range.bytes = bytes;
-  if (++range.count == 1) LockPages(address, bytes);
+  try {
+    Range& range = Ranges()[reinterpret_cast<uintptr_t>(address)];
+    range.bytes = bytes;
+    if (++range.count == 1) LockPages(address, bytes);
+  } catch (const std::bad_alloc&) {
+    // Like pages that the system refuses to lock: they stay pageable.
+  }
 }
 
-void LetGo(const void* address) {
+void LetGo(const void* address) noexcept {
   auto& ranges = Ranges();
   const auto found = ranges.find(reinterpret_cast<uintptr_t>(address));
   if (found == ranges.end() || --found->second.count > 0) return;

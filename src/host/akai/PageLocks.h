@@ -6,7 +6,8 @@
 
 namespace zyl {
 
-void HoldResident(const void* address, size_t bytes);
-void LetGo(const void* address);
+// Without memory for its account, a range stays pageable.
+void HoldResident(const void* address, size_t bytes) noexcept;
+void LetGo(const void* address) noexcept;
 
 }  // namespace zyl

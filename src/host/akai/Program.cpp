@@ -1,8 +1,11 @@
 // The program record: its arrays, its zones' samples, its locks.
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "../akai.h"
 #include "../base.h"
@@ -51,7 +54,10 @@ const char* vendlKeyGroup::SamplePath(int zone) const {
 }
 
 void vendlKeyGroup::setSamplePath(int zone, const char* path, bool keepChannel) {
-  paths_[zone] = path == nullptr ? "" : path;
+  TakeSamplePath(zone, path == nullptr ? "" : path, keepChannel);
+}
+void vendlKeyGroup::TakeSamplePath(int zone, std::string path, bool keepChannel) noexcept {
+  paths_[zone].swap(path);
   movedPath[zone].clear();
   if (!keepChannel) pathChannel[zone] = 0;
 }
@@ -67,17 +73,21 @@ akaiProgram::~akaiProgram() {
   for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
 }
 
-void akaiProgram::Rebind() {
+void akaiProgram::BindArrays() noexcept {
   allocated_ = static_cast<int>(keyGroupStore_.size());
-  keyGroups = allocated_;
-  keyGroupsByte = static_cast<uint8_t>(std::min(allocated_, 255));
   keyGroupArray = keyGroupStore_.empty() ? nullptr : keyGroupStore_.data();
   keyGroupExtensions = extensionStore_.empty() ? nullptr : extensionStore_.data();
   sampleTable = sampleStore_.empty() ? nullptr : sampleStore_.data();
 }
 
-// The parts are let go before they may move, and held again where they are then.
-void akaiProgram::Unlock() {
+void akaiProgram::Rebind() noexcept {
+  BindArrays();
+  keyGroups = allocated_;
+  keyGroupsByte = static_cast<uint8_t>(std::min(allocated_, 255));
+}
+
+// Pages are unlocked before the arrays may move, and locked again at their new addresses.
+void akaiProgram::Unlock() noexcept {
   if (lockCount == 0) return;
   zyl::LetGo(this);
   zyl::LetGo(tolmoChunk.get());
@@ -85,7 +95,7 @@ void akaiProgram::Unlock() {
   zyl::LetGo(keyGroupExtensions);
   zyl::LetGo(sampleTable);
 }
-void akaiProgram::Lock() {
+void akaiProgram::Lock() noexcept {
   if (lockCount == 0) return;
   zyl::HoldResident(this, sizeof(akaiProgram));
   zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
@@ -98,7 +108,7 @@ bool akaiProgram::Reaches(int keygroup, int zone) const {
   return keygroup >= 0 && keygroup < allocated_ && zone >= 0 && zone < kZones;
 }
 
-void akaiProgram::PutSample(int index, genericSample* sample) {
+void akaiProgram::PutSample(int index, genericSample* sample) noexcept {
   genericSample*& place = sampleStore_[static_cast<size_t>(index)];
   genericSample* old = place;
   if (lockCount != 0) {
@@ -118,7 +128,7 @@ void akaiProgram::SetFileName(std::string_view path) {
   std::memcpy(fileName, path.data(), length);
 }
 
-void akaiProgram::setUniqueTempName() {
+std::string akaiProgram::setUniqueTempName() {
   static unsigned last = 0;
   const std::string stem =
       zyl::TemporaryFolder() + "/zyl-program-" + std::to_string(zyl::ProcessNumber()) + "-";
@@ -127,64 +137,113 @@ void akaiProgram::setUniqueTempName() {
     path = stem + std::to_string(++last) + ".zprg";
   } while (zyl::FileExists(path));
   SetFileName(path);
+  return path;
+}
+
+void akaiProgram::Replace(Contents next) noexcept {
+  Unlock();
+  for (genericSample* sample : next.samples) {
+    if (sample == nullptr) continue;
+    ++sample->useCount;
+    if (lockCount != 0) ::lockSample(sample);
+  }
+  const uint32_t locks = lockCount;
+  static_cast<akaiProgramHdrImage&>(*this) = next.header;
+  lockCount = locks;
+  keyGroupStore_.swap(next.keygroups);
+  extensionStore_.swap(next.extensions);
+  sampleStore_.swap(next.samples);
+  tolmoChunk.swap(next.tolmo);
+  otherChunks_.swap(next.otherChunks);
+  SetFileName("");
+  Rebind();
+  Lock();
+  // Releasing a sample calls the dispatcher: only when the record is whole again.
+  for (genericSample* sample : next.samples) {
+    if (sample == nullptr) continue;
+    if (lockCount != 0) ::unlockSample(sample);
+    sample->deleteSample();
+  }
 }
 
 void akaiProgram::setDefault() {
-  Unlock();
-  for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
-  keyGroupStore_.assign(1, akaiKeyGroup());
-  keyGroupStore_[0].setDefault();
-  extensionStore_.assign(1, vendlKeyGroup());
-  sampleStore_.assign(kZones, nullptr);
-  const uint32_t locks = lockCount;
-  static_cast<akaiProgramHdrImage&>(*this) = akaiProgramHdrImage();
-  lockCount = locks;
-  std::memcpy(name, "New Program", 12);
-  poly = 15;
-  prority = 1;
-  highKey = 127;
-  indyOutput = -1;
-  stereoLevel = 99;
-  loudness = 80;
-  loudVel = 20;
-  bendRangeUp = 2;
-  pitchBendDown = 2;
-  LFOspeed = 50;
-  LFOdepthWheel = 30;
-  LFO2speed = 50;
-  tolmoChunk.reset();
-  otherChunks_.clear();
-  SetFileName("");
-  Rebind();
-  Lock();
+  Contents next;
+  next.keygroups.resize(1);
+  next.keygroups[0].setDefault();
+  next.extensions.resize(1);
+  next.samples.assign(kZones, nullptr);
+  akaiProgramHdrImage& header = next.header;
+  std::memcpy(header.name, "New Program", 12);
+  header.poly = 15;
+  header.prority = 1;
+  header.highKey = 127;
+  header.indyOutput = -1;
+  header.stereoLevel = 99;
+  header.loudness = 80;
+  header.loudVel = 20;
+  header.bendRangeUp = 2;
+  header.pitchBendDown = 2;
+  header.LFOspeed = 50;
+  header.LFOdepthWheel = 30;
+  header.LFO2speed = 50;
+  Replace(std::move(next));
 }
 
+// A copy has no file name: with the original's, its first write would overwrite the original.
 void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
   if (source == this) return;
-  Unlock();
-  for (size_t i = 0; i < sampleStore_.size(); ++i) PutSample(static_cast<int>(i), nullptr);
-  keyGroupStore_ = source->keyGroupStore_;
-  extensionStore_ = source->extensionStore_;
-  sampleStore_.assign(source->sampleStore_.size(), nullptr);
-  const uint32_t locks = lockCount;
-  static_cast<akaiProgramHdrImage&>(*this) = *source;
-  lockCount = locks;
-  tolmoChunk =
-      source->tolmoChunk == nullptr ? nullptr : std::make_unique<TolmoChunk>(*source->tolmoChunk);
-  otherChunks_ = source->otherChunks_;
-  // A copy that kept the path would overwrite the original with its first write.
-  SetFileName("");
-  for (size_t i = 0; i < sampleStore_.size(); ++i) {
-    genericSample* sample = source->sampleStore_[i];
-    if (!copySamples) {
-      extensionStore_[i / kZones].setSamplePath(static_cast<int>(i % kZones), nullptr, false);
-    } else if (sample != nullptr) {
-      ++sample->useCount;
-      PutSample(static_cast<int>(i), sample);
+  Contents next;
+  next.header = *source;
+  next.keygroups = source->keyGroupStore_;
+  next.extensions = source->extensionStore_;
+  next.otherChunks = source->otherChunks_;
+  if (source->tolmoChunk != nullptr) next.tolmo = std::make_unique<TolmoChunk>(*source->tolmoChunk);
+  if (copySamples) {
+    next.samples = source->sampleStore_;
+  } else {
+    next.samples.assign(source->sampleStore_.size(), nullptr);
+    for (vendlKeyGroup& extension : next.extensions) {
+      for (int z = 0; z < kZones; ++z) extension.TakeSamplePath(z, {}, false);
     }
   }
-  Rebind();
-  Lock();
+  Replace(std::move(next));
+}
+
+namespace {
+
+// Makes room for some more elements. Doubling keeps the cost of a series of insertions linear.
+template <class T>
+void Grow(std::vector<T>& store, size_t more) {
+  const size_t needed = store.size() + more;
+  if (needed > store.capacity()) store.reserve(std::max(needed, 2 * store.capacity()));
+}
+
+// Inserts where there is room already; nothing here throws.
+template <class T>
+void Insert(std::vector<T>& store, size_t at, T&& value) noexcept {
+  store.push_back(std::move(value));
+  std::rotate(store.begin() + static_cast<ptrdiff_t>(at), store.end() - 1, store.end());
+}
+
+}  // namespace
+
+// All memory is reserved before the first array changes. A reservation that fails may have moved
+// another array, so the record's pointers are renewed either way.
+void akaiProgram::ReserveKeyGroup() {
+  Unlock();
+  const auto renew = [this] {
+    BindArrays();
+    Lock();
+  };
+  try {
+    Grow(keyGroupStore_, 1);
+    Grow(extensionStore_, 1);
+    Grow(sampleStore_, kZones);
+  } catch (...) {
+    renew();
+    throw;
+  }
+  renew();
 }
 
 akaiKeyGroup* akaiProgram::newKeyGroup(int index, akaiProgram* source, int sourceIndex) {
@@ -197,11 +256,15 @@ akaiKeyGroup* akaiProgram::newKeyGroup(int index, akaiProgram* source, int sourc
     extension = source->keyGroupExtensions[sourceIndex];
     std::copy_n(source->sampleTable + kZones * sourceIndex, kZones, samples);
   }
-  const int at = index < 0 || index > allocated_ ? allocated_ : index;
+  ReserveKeyGroup();
   Unlock();
-  keyGroupStore_.insert(keyGroupStore_.begin() + at, keygroup);
-  extensionStore_.insert(extensionStore_.begin() + at, extension);
-  sampleStore_.insert(sampleStore_.begin() + kZones * at, kZones, nullptr);
+  const int at = index < 0 || index > allocated_ ? allocated_ : index;
+  const auto place = static_cast<size_t>(at);
+  Insert(keyGroupStore_, place, std::move(keygroup));
+  Insert(extensionStore_, place, std::move(extension));
+  for (size_t z = 0; z < kZones; ++z) {
+    Insert(sampleStore_, kZones * place + z, static_cast<genericSample*>(nullptr));
+  }
   for (int z = 0; z < kZones; ++z) {
     if (samples[z] == nullptr) continue;
     ++samples[z]->useCount;
@@ -230,34 +293,44 @@ void akaiProgram::moveKeyGroup(int from, int to) {
 void akaiProgram::deleteKeyGroup(int index) {
   if (!Reaches(index, 0)) return;
   Unlock();
-  for (int z = 0; z < kZones; ++z) PutSample(kZones * index + z, nullptr);
+  const auto first = sampleStore_.begin() + kZones * index;
+  genericSample* samples[kZones];
+  std::copy_n(first, kZones, samples);
+  sampleStore_.erase(first, first + kZones);
   keyGroupStore_.erase(keyGroupStore_.begin() + index);
   extensionStore_.erase(extensionStore_.begin() + index);
-  const auto first = sampleStore_.begin() + kZones * index;
-  sampleStore_.erase(first, first + kZones);
   Rebind();
   Lock();
+  // Releasing a sample calls the dispatcher: only when the record is whole again.
+  for (genericSample* sample : samples) {
+    if (sample == nullptr) continue;
+    if (lockCount != 0) ::unlockSample(sample);
+    sample->deleteSample();
+  }
 }
 
 bool akaiProgram::setSample(const char* path, int keygroup, int zone, int channel, int) {
   if (!Reaches(keygroup, zone)) return false;
-  // The path may be the old record's own text, which goes with it.
-  const std::string kept = path == nullptr ? "" : path;
+  // `path` may belong to the record that is replaced here.
+  std::string kept = path == nullptr ? "" : path;
   genericSample* sample = loadSample(kept.c_str(), 1, 0, channel);
-  PutSample(kZones * keygroup + zone, sample);
-  vendlKeyGroup& extension = keyGroupExtensions[keygroup];
-  extension.setSamplePath(zone, kept.c_str(), false);
-  extension.pathChannel[zone] = channel;
+  PutZone(keygroup, zone, sample, std::move(kept), channel);
   return sample != nullptr;
 }
 
 void akaiProgram::setSample(genericSample* sample, int keygroup, int zone) {
+  zyl::SampleUse use(sample);
   if (!Reaches(keygroup, zone)) return;
+  std::string path = sample == nullptr || sample->filePath == nullptr ? "" : sample->filePath;
+  PutZone(keygroup, zone, use.release(), std::move(path), sample == nullptr ? 0 : sample->channel);
+}
+
+void akaiProgram::PutZone(int keygroup, int zone, genericSample* sample, std::string path,
+                          int channel) noexcept {
   vendlKeyGroup& extension = keyGroupExtensions[keygroup];
-  const std::string path = sample == nullptr || sample->filePath == nullptr ? "" : sample->filePath;
+  extension.TakeSamplePath(zone, std::move(path), true);
+  extension.pathChannel[zone] = channel;
   PutSample(kZones * keygroup + zone, sample);
-  extension.setSamplePath(zone, path.c_str(), false);
-  extension.pathChannel[zone] = sample == nullptr ? 0 : sample->channel;
 }
 
 bool akaiProgram::setSampleChannel(int keygroup, int zone, int channel) {
@@ -370,9 +443,12 @@ const std::vector<akaiProgram*>& AllPrograms() { return Held(); }
 }  // namespace zyl
 
 akaiProgram* ProgramStore::Make() {
-  auto* program = new akaiProgram;
-  Held().push_back(program);
-  return program;
+  struct Deleter {
+    void operator()(akaiProgram* program) const { delete program; }
+  };
+  std::unique_ptr<akaiProgram, Deleter> program(new akaiProgram);
+  Held().push_back(program.get());
+  return program.release();
 }
 void ProgramStore::End(akaiProgram* program) {
   std::erase(Held(), program);
@@ -381,14 +457,20 @@ void ProgramStore::End(akaiProgram* program) {
 
 void ProgramStore::Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
                         std::vector<vendlKeyGroup> extensions, std::vector<ListChunk> otherChunks) {
+  program->sampleStore_.assign(kZones * keygroups.size(), nullptr);
   program->keyGroupStore_ = std::move(keygroups);
   program->extensionStore_ = std::move(extensions);
-  program->sampleStore_.assign(kZones * program->keyGroupStore_.size(), nullptr);
   program->otherChunks_ = std::move(otherChunks);
   program->Rebind();
 }
 
-akaiProgram* newAkaiProgram() { return ProgramStore::Make(); }
+akaiProgram* newAkaiProgram() {
+  try {
+    return ProgramStore::Make();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 
 void deleteAkaiProgram(akaiProgram* program) {
   if (program != nullptr && --ProgramStore::Uses(program) == 0) ProgramStore::End(program);

@@ -410,7 +410,7 @@ akaiProgram* ProgramFromImage(std::span<const std::byte> image, const std::strin
   ProgramChunks chunks;
   std::vector<ZonePath> paths;
   if (!SplitChunks(image, chunks, reason)) return nullptr;
-  std::unique_ptr<akaiProgram, Ender> program(newAkaiProgram());
+  std::unique_ptr<akaiProgram, Ender> program(ProgramStore::Make());
   if (!BuildProgram(program.get(), chunks, paths, reason)) return nullptr;
   program->SetFileName(path);
   AttachSamples(program.get(), paths, path, loadSamples);

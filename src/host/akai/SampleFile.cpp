@@ -43,9 +43,10 @@ SampleBlock Fitted(const std::byte* from, int fromBytes, int fromPositions, int 
 SampleFile::SampleFile() : sourceId_(++lastSourceId) { Files().push_back(this); }
 
 SampleFile::SampleFile(genericSample* first) : SampleFile() {
-  mains_.push_back(first);
   blocks_.resize(1);
   locks_.resize(1, 0);
+  // Last: whatever is listed is deleted with the file, and a failure must not delete the caller's.
+  mains_.push_back(first);
   first->file_ = this;
   Link();
 }
@@ -80,8 +81,8 @@ SampleFile* SampleFile::Find(const std::string& path) {
   return nullptr;
 }
 
-genericSample* SampleFile::NewRecord(int channel) {
-  auto* record = new genericSample(this);
+SampleFile::OwnedRecord SampleFile::NewRecord(int channel) {
+  OwnedRecord record(new genericSample(this));
   record->channel = channel;
   return record;
 }
@@ -92,10 +93,7 @@ void SampleFile::Create(genericSample* first, int type, int channels) {
   SetChannelCount(count);
   if (count > 1 && first->channel == 0) {
     // The record stands for the whole; the first channel gets a record of its own.
-    mains_[0] = NewRecord(0);
-    first->channel = -1;
-    others_.push_back(first);
-    Link();
+    StandFor(first, -1);
   }
 }
 
@@ -136,7 +134,7 @@ void SampleFile::Adopt(std::unique_ptr<BasicSample> file) {
   container_ = std::move(file);
 }
 
-void SampleFile::Link() {
+void SampleFile::Link() noexcept {
   for (size_t c = 0; c < mains_.size(); ++c) mains_[c]->channel = static_cast<int32_t>(c);
   for (genericSample* record : mains_) RenewRecord(record);
   for (genericSample* record : others_) RenewRecord(record);
@@ -144,17 +142,15 @@ void SampleFile::Link() {
 
 // A record that stands for a channel has that channel's neighbours, so that a walk from any record
 // to the first and on to the last meets every channel once; the whole sample takes the first place.
-void SampleFile::RenewRecord(genericSample* record) const {
+void SampleFile::RenewRecord(genericSample* record) const noexcept {
   const auto place = static_cast<size_t>(std::max(record->channel, 0));
   record->prevChannel = place > 0 ? mains_[place - 1] : nullptr;
   record->nextChannel = place + 1 < mains_.size() ? mains_[place + 1] : nullptr;
   record->buffer = blocks_[place].get();
   record->sourceId = sourceId_;
   record->copyCount = copyNumber_;
-  record->pathText_ = path_;
-  record->filePath = path_.empty() ? nullptr : record->pathText_.c_str();
-  record->nameText_ = name_;
-  record->name = name_.empty() ? nullptr : record->nameText_.c_str();
+  record->filePath = path_.empty() ? nullptr : path_.c_str();
+  record->name = name_.empty() ? nullptr : name_.c_str();
 }
 
 genericSample* SampleFile::Record(int channel) {
@@ -165,9 +161,10 @@ genericSample* SampleFile::Record(int channel) {
   for (genericSample* record : others_) {
     if (record->channel == -1) return record;
   }
-  others_.push_back(NewRecord(-1));
-  RenewRecord(others_.back());
-  return others_.back();
+  OwnedRecord whole = NewRecord(-1);
+  RenewRecord(whole.get());
+  others_.push_back(whole.get());
+  return whole.release();
 }
 
 bool SampleFile::SetChannelCount(int count) {
@@ -179,6 +176,19 @@ bool SampleFile::SetChannelCount(int count) {
   for (const genericSample* record : others_) {
     if (record->useCount > 0 && record->channel >= count) return false;
   }
+  std::vector<OwnedRecord> addedRecords;
+  std::vector<SampleBlock> addedBlocks;
+  const bool sound = !blocks_.empty() && blocks_[0] != nullptr;
+  for (size_t c = mains_.size(); c < wanted; ++c) {
+    addedRecords.push_back(NewRecord(static_cast<int>(c)));
+    addedBlocks.push_back(
+        sound ? Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount)
+              : SampleBlock());
+  }
+  mains_.reserve(wanted);
+  blocks_.reserve(wanted);
+  locks_.reserve(wanted);
+  // Nothing below throws.
   std::erase_if(others_, [&](genericSample* record) {
     if (record->channel < count) return false;
     delete record;
@@ -194,13 +204,12 @@ bool SampleFile::SetChannelCount(int count) {
     delete mains_[last];
     mains_.pop_back();
   }
-  while (mains_.size() < wanted) mains_.push_back(NewRecord(static_cast<int>(mains_.size())));
-  const bool sound = !blocks_.empty() && blocks_[0] != nullptr;
-  const size_t before = blocks_.size();
-  blocks_.resize(wanted);
-  locks_.resize(wanted, 0);
-  for (size_t c = before; sound && c < wanted; ++c) {
-    blocks_[c] = Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount);
+  blocks_.resize(mains_.size());
+  locks_.resize(mains_.size(), 0);
+  for (size_t i = 0; i < addedRecords.size(); ++i) {
+    mains_.push_back(addedRecords[i].release());
+    blocks_.push_back(std::move(addedBlocks[i]));
+    locks_.push_back(0);
   }
   for (const genericSample* record : others_) {
     if (record->channel < 0) LockChannels(*record, record->lockCount_);
@@ -211,12 +220,14 @@ bool SampleFile::SetChannelCount(int count) {
 
 void SampleFile::StandFor(genericSample* record, int channel) {
   if (record->channel == channel) return;
-  LockChannels(*record, -record->lockCount_);
   const auto main = std::find(mains_.begin(), mains_.end(), record);
+  OwnedRecord successor;
   if (main != mains_.end()) {
-    *main = NewRecord(record->channel);
+    successor = NewRecord(record->channel);
     others_.push_back(record);
   }
+  LockChannels(*record, -record->lockCount_);
+  if (successor != nullptr) *main = successor.release();
   record->channel = channel;
   LockChannels(*record, record->lockCount_);
   Link();
@@ -240,40 +251,43 @@ void SampleFile::DropUse(genericSample* record) {
   if (!IsUsed()) delete this;
 }
 
-void SampleFile::SetPath(const std::string& path) {
-  if (!titled_) name_ = FileString(path).BaseName();
-  path_ = path;
-  absolutePath_ = path.empty() ? path : AbsolutePath(path);
-  fileName_ = FileString(path).FileName();
-  copyNumber_ = FreeCopyNumber();
+void SampleFile::SetPath(std::string path) {
+  std::string name = titled_ ? name_ : FileString(path).BaseName();
+  std::string absolutePath = path.empty() ? path : AbsolutePath(path);
+  std::string fileName = FileString(path).FileName();
+  copyNumber_ = FreeCopyNumber(fileName, absolutePath);
+  name_.swap(name);
+  path_.swap(path);
+  absolutePath_.swap(absolutePath);
+  fileName_.swap(fileName);
   Link();
 }
 
 // The lowest number that no other file of this name has: of two files that are called alike in
 // different folders, the one that came later is the second.
-int SampleFile::FreeCopyNumber() const {
-  if (fileName_.empty()) return 1;
+int SampleFile::FreeCopyNumber(const std::string& fileName, const std::string& absolutePath) const {
+  if (fileName.empty()) return 1;
   std::vector<int> taken;
   for (const SampleFile* file : Files()) {
     // A newer reading of a file takes its number over.
-    const bool other = file != this && !file->hidden && file->absolutePath_ != absolutePath_;
-    if (other && file->fileName_ == fileName_) taken.push_back(file->copyNumber_);
+    const bool other = file != this && !file->hidden && file->absolutePath_ != absolutePath;
+    if (other && file->fileName_ == fileName) taken.push_back(file->copyNumber_);
   }
   int number = 1;
   while (std::find(taken.begin(), taken.end(), number) != taken.end()) ++number;
   return number;
 }
 
-void SampleFile::ForgetPath() {
+void SampleFile::ForgetPath() noexcept {
   path_.clear();
   absolutePath_.clear();
   fileName_.clear();
   Link();
 }
 
-void SampleFile::SetName(const std::string& name) {
-  name_ = name;
+void SampleFile::SetName(std::string name) {
   titled_ = !name.empty();
+  name_.swap(name);
   Link();
 }
 
@@ -345,14 +359,14 @@ void SampleFile::SetBits(int bits) {
   parameters.bits = static_cast<uint16_t>(bits);
 }
 
-void SampleFile::HoldLock(genericSample* record, int step) {
+void SampleFile::HoldLock(genericSample* record, int step) noexcept {
   record->lockCount_ += step;
   LockChannels(*record, step);
 }
 
-void SampleFile::LockChannels(const genericSample& record, int step) {
-  for (const int channel : record.EditedChannels()) {
-    const auto c = static_cast<size_t>(channel);
+void SampleFile::LockChannels(const genericSample& record, int step) noexcept {
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    if (record.channel >= 0 && record.channel != static_cast<int>(c)) continue;
     for (int i = 0; i < step; ++i) HoldResident(blocks_[c].get(), ChannelBytes());
     for (int i = 0; i > step; --i) LetGo(blocks_[c].get());
     locks_[c] += step;

@@ -47,12 +47,13 @@ class SampleFile {
   bool IsUsed() const;
 
   const std::string& Path() const { return path_; }
-  void SetPath(const std::string& path);
-  void SetName(const std::string& name);
+  // Changes of path, name and channels either happen whole or throw and change nothing.
+  void SetPath(std::string path);
+  void SetName(std::string name);
   const std::string& Name() const { return name_; }
   bool HasTitle() const { return titled_; }
   // Takes the path from all records: the file was replaced by a newer reading of it.
-  void ForgetPath();
+  void ForgetPath() noexcept;
   // Out of Find's sight: a reading of a header alone, or one that is not finished.
   bool hidden = false;
 
@@ -67,7 +68,7 @@ class SampleFile {
   void SetBits(int bits);
 
   // Counts one lock of the record up (+1) or down (-1).
-  void HoldLock(genericSample* record, int step);
+  void HoldLock(genericSample* record, int step) noexcept;
   int64_t Memory() const;
   int64_t LockedMemory() const;
 
@@ -84,11 +85,15 @@ class SampleFile {
 
  private:
   SampleFile();
-  genericSample* NewRecord(int channel);
-  void LockChannels(const genericSample& record, int step);
-  void Link();
-  void RenewRecord(genericSample* record) const;
-  int FreeCopyNumber() const;
+  struct DeleteRecord {
+    void operator()(genericSample* record) const { delete record; }
+  };
+  using OwnedRecord = std::unique_ptr<genericSample, DeleteRecord>;
+  OwnedRecord NewRecord(int channel);
+  void LockChannels(const genericSample& record, int step) noexcept;
+  void Link() noexcept;
+  void RenewRecord(genericSample* record) const noexcept;
+  int FreeCopyNumber(const std::string& fileName, const std::string& absolutePath) const;
 
   std::vector<genericSample*> mains_;
   std::vector<genericSample*> others_;  // the whole sample's record and further channel records

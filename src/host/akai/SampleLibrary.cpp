@@ -58,16 +58,19 @@ int getTypeFromExtension(const char* extension) {
 genericSample* loadSample(const char* path, int data, int, int channel) {
   if (path == nullptr || *path == '\0') return nullptr;
   SampleFile* file = SampleFile::Find(path);
-  const bool loaded = file != nullptr;
-  if (!loaded) file = ReadFromDisk(path, data != 0);
-  if (file == nullptr) return nullptr;
-  if (!loaded) file->hidden = data == 0;
+  std::unique_ptr<SampleFile> read;  // kept when a record of it is used
+  if (file == nullptr) {
+    read.reset(ReadFromDisk(path, data != 0));
+    if (read == nullptr) return nullptr;
+    file = read.get();
+    file->hidden = data == 0;
+  }
   genericSample* record = file->Record(channel);
   if (record == nullptr) {
     ZylDiagnostic(std::string(path) + ": has no channel " + std::to_string(channel));
-    if (!loaded) delete file;
     return nullptr;
   }
+  static_cast<void>(read.release());
   ++record->useCount;
   return record;
 }
@@ -103,29 +106,37 @@ genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program, int
 bool reloadSample(const char* path) {
   SampleFile* old = path == nullptr ? nullptr : SampleFile::Find(path);
   if (old == nullptr) return false;
-  SampleFile* fresh = ReadFromDisk(path, true);
+  std::unique_ptr<SampleFile> fresh(ReadFromDisk(path, true));
   if (fresh == nullptr) return false;
-  // The path goes first: what is replaced must not be found, nor what replaces it be lost.
-  fresh->SetPath(old->Path());
-  old->ForgetPath();
-  std::vector<genericSample*> replaced;
+  struct Zone {
+    akaiProgram* program;
+    genericSample** place;
+    genericSample* record;
+  };
+  std::vector<Zone> zones;
   for (akaiProgram* program : zyl::AllPrograms()) {
     for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
       genericSample* sample = program->sampleTable[i];
       if (sample == nullptr || SampleFile::Of(sample) != old) continue;
       genericSample* record = fresh->Record(sample->channel);
       if (record == nullptr) continue;  // fewer channels than before: the zone keeps the old sound
-      ++record->useCount;
-      if (program->lockCount != 0) {
-        lockSample(record);
-        unlockSample(sample);
-      }
-      program->sampleTable[i] = record;
-      replaced.push_back(sample);
+      zones.push_back({program, &program->sampleTable[i], record});
     }
   }
-  // Last, since the end of the last use ends the old file, which the loop compares with.
-  for (genericSample* sample : replaced) sample->deleteSample();
+  fresh->SetPath(old->Path());
+  // Nothing below throws.
+  static_cast<void>(fresh.release());
+  old->ForgetPath();
+  for (Zone& zone : zones) {
+    ++zone.record->useCount;
+    if (zone.program->lockCount != 0) {
+      lockSample(zone.record);
+      unlockSample(*zone.place);
+    }
+    std::swap(*zone.place, zone.record);
+  }
+  // Last: the old file is deleted with its last use.
+  for (const Zone& zone : zones) zone.record->deleteSample();
   return true;
 }
 

@@ -33,16 +33,24 @@ genericSample* genericSample::createChannelRef(int channelIndex) {
   return record;
 }
 
+// A zone's path is where the next read of its program looks for this sound.
 void genericSample::setFilePath(std::string_view path) {
-  file_->SetPath(std::string(path));
-  // A zone's path is where the next read of its program looks for this sound.
+  struct Zone {
+    vendlKeyGroup* extension;
+    int zone;
+    std::string path;
+  };
+  std::vector<Zone> zones;
   for (akaiProgram* program : zyl::AllPrograms()) {
     for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
       const genericSample* sample = program->sampleTable[i];
       if (sample == nullptr || sample->file_ != file_) continue;
-      program->keyGroupExtensions[i / kZones].setSamplePath(i % kZones, file_->Path().c_str(),
-                                                            true);
+      zones.push_back({&program->keyGroupExtensions[i / kZones], i % kZones, std::string(path)});
     }
+  }
+  file_->SetPath(std::string(path));
+  for (Zone& zone : zones) {
+    zone.extension->TakeSamplePath(zone.zone, std::move(zone.path), true);
   }
 }
 void genericSample::setName(std::string_view text) { file_->SetName(std::string(text)); }
@@ -120,8 +128,9 @@ genericSample::SetMethod genericSample::GetBufferSetMethod(int) const {
 }
 
 void genericSample::setWavSample(BasicSample* file, unsigned) {
+  std::unique_ptr<BasicSample> owned(file);
   file->CreateLinBuffers(kMaxChannels);  // lent or missing sound becomes the object's own
-  file_->Adopt(std::unique_ptr<BasicSample>(file));
+  file_->Adopt(std::move(owned));
   if (channel == 0 && getChannelCount() > 1) file_->StandFor(this, -1);
 }
 void genericSample::writeValuesToWav(WavSample* file) const { file_->CopyParametersTo(*file); }

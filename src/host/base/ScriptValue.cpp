@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cstring>
+#include <memory>
 
 #include "../base.h"
 #include "Pool.h"
@@ -60,9 +62,10 @@ ROCParam::ROCParam(std::string_view text) : type_(kTypeString) {
 ROCParam::ROCParam(RIOObject* object) : ROCParam() { SetRIOPtr(object); }
 
 ROCParam* ROCParam::NewArray(int count) {
+  auto elements = std::make_unique<std::vector<ROCParam>>(static_cast<size_t>(count), ROCParam(0));
   auto* value = new ROCParam;
   value->type_ = kTypeArray;
-  value->value_.elements = new std::vector<ROCParam>(static_cast<size_t>(count), ROCParam(0));
+  value->value_.elements = elements.release();
   return value;
 }
 
@@ -79,9 +82,7 @@ ROCParam::ROCParam(const ROCParam& other) { CopyFrom(other); }
 ROCParam& ROCParam::operator=(const ROCParam& other) {
   if (this != &other) {
     // The copy comes first: `other` may be an element of this value's own array.
-    ROCParam copy(other);
-    std::swap(value_, copy.value_);
-    std::swap(type_, copy.type_);
+    *this = ROCParam(other);
   }
   return *this;
 }
@@ -156,17 +157,11 @@ RIOObject* ROCParam::Object() const {
   return value_.anchor->object;
 }
 
-void ROCParam::SetInt(int32_t value) {
-  if (type_ == kTypeInteger) value_.integer = value;
-}
-void ROCParam::SetBool(bool value) {
-  if (type_ == kTypeBool) value_.boolean = value;
-}
-void ROCParam::SetDouble(double value) {
-  if (type_ == kTypeDouble) value_.real = value;
-}
-
 void ROCParam::SetStr(std::string_view text) {
+  if (type_ == kTypeString) {
+    value_.text->assign(text);
+    return;
+  }
   auto* copy = new std::string(text);
   Clear();
   type_ = kTypeString;
@@ -241,13 +236,15 @@ void deleteROCParam(ROCParam* value) {
   if (value != nullptr && value->DropReference()) delete value;
 }
 
-ROCParams::~ROCParams() {
+void ROCParams::Clear() {
   for (int i = 0; i < count; ++i) deleteROCParam(Entry(i));
   delete overflow;
 }
 
 void ROCParams::AddTail_more(ROCParam* value) {
+  ROCParamPtr held(value);
   if (overflow == nullptr) overflow = new std::vector<ROCParam*>;
   overflow->push_back(value);
+  static_cast<void>(held.release());
   ++count;
 }
