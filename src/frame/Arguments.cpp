@@ -14,16 +14,18 @@ bool CheckPath(Call& call, const std::string& path, int position) {
          call.UserError("a path cannot hold a zero byte", position);
 }
 
-bool ReadKeyGroup(Call& call, ROCParam*& param) {
-  if (!ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, param)) return false;
+bool ReadKeyGroup(Call& call, ROCParam*& param, int32_t& value) {
+  if (!ReadValue(call, "KeyGroupIndex", true, param, value)) return false;
   const int32_t count = call.program.program->KeyGroupCount();
-  return param->Int() < count || call.KeygroupRange(param->Int(), count);
+  return value < count || call.KeygroupRange(value, count);
 }
 
-bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param) {
+bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param,
+              ROCParam& value) {
   const int position = call.position;
   if (!ReadTyped(call, name, kTypeObject, presence == Presence::kRequired, param)) return false;
   if (param == nullptr) return true;
+  value = *param;
   const RIOObject* object = param->Object();
   if (object == nullptr) return null == NullObject::kAllowed || call.ValueError(name, position);
   return object->isROCAlgo() || call.ClassError(*object, "ROCAlgo", position);
@@ -42,13 +44,13 @@ bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& par
 }  // namespace argument
 
 bool OneKeyGroup::Read(Call& call, OneKeyGroup& self) {
-  if (!argument::ReadTyped(call, "KeyGroupIndex", kTypeInteger, true, self.param)) return false;
+  if (!argument::ReadValue(call, "KeyGroupIndex", true, self.param, self.value)) return false;
   const int32_t count = call.program.program->KeyGroupCount();
   return (*self >= 0 && *self < count) || call.KeygroupRange(*self, count);
 }
 
 bool OneZone::Read(Call& call, OneZone& self) {
-  if (!argument::ReadTyped(call, "ZoneIndex", kTypeInteger, true, self.param)) return false;
+  if (!argument::ReadValue(call, "ZoneIndex", true, self.param, self.value)) return false;
   return (*self >= 0 && *self < kZones) || call.ZoneRange(*self, kZones);
 }
 

@@ -69,10 +69,20 @@ decltype(auto) ValueOf(const ROCParam& param) {
 
 // Reads an argument of a plain type; false after a report.
 bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param);
+// The same, and takes its value.
+template <class T>
+bool ReadValue(Call& call, const char* name, bool required, ROCParam*& param, T& value) {
+  if (!ReadTyped(call, name, kTypeOf<T>, required, param)) return false;
+  if (param != nullptr) value = ValueOf<T>(*param);
+  return true;
+}
 // "KeyGroupIndex" below the count of the attached record.
-bool ReadKeyGroup(Call& call, ROCParam*& param);
+bool ReadKeyGroup(Call& call, ROCParam*& param, int32_t& value);
 
 }  // namespace argument
+
+// Each kind holds the value that the argument had when it was read. A script that a body calls may
+// change the caller's variable, so `param` is only there to be passed on, or to be written.
 
 // A required argument of a plain type.
 template <class T, FixedText Name>
@@ -80,12 +90,13 @@ struct Arg {
   static constexpr DeclaredArgument kDeclared{.name = Name.text, .type = argument::kTypeOf<T>};
 
   static bool Read(Call& call, Arg& self) {
-    return argument::ReadTyped(call, Name.text, argument::kTypeOf<T>, true, self.param);
+    return argument::ReadValue(call, Name.text, true, self.param, self.value);
   }
-  decltype(auto) operator*() const { return argument::ValueOf<T>(*param); }
-  const char* Text() const { return param->Str().c_str(); }
+  const T& operator*() const { return value; }
+  const char* Text() const { return value.c_str(); }
 
-  ROCParam* param = nullptr;  // the caller's own value
+  T value{};
+  ROCParam* param = nullptr;
 };
 
 // An optional argument of a plain type.
@@ -95,13 +106,14 @@ struct Opt {
       .name = Name.text, .type = argument::kTypeOf<T>, .presence = Presence::kOptional};
 
   static bool Read(Call& call, Opt& self) {
-    return argument::ReadTyped(call, Name.text, argument::kTypeOf<T>, false, self.param);
+    return argument::ReadValue(call, Name.text, false, self.param, self.value);
   }
   explicit operator bool() const { return param != nullptr; }
-  decltype(auto) operator*() const { return argument::ValueOf<T>(*param); }
-  const char* Text() const { return param->Str().c_str(); }
-  T ValueOr(T fallback) const { return param != nullptr ? T(**this) : fallback; }
+  const T& operator*() const { return value; }
+  const char* Text() const { return value.c_str(); }
+  T ValueOr(T fallback) const { return param != nullptr ? value : fallback; }
 
+  T value{};
   ROCParam* param = nullptr;  // null: absent
 };
 
@@ -153,12 +165,13 @@ struct IndexArg {
 
   static bool Read(Call& call, IndexArg& self) {
     const int position = call.position;
-    if (!argument::ReadTyped(call, Name.text, kTypeInteger, true, self.param)) return false;
+    ROCParam* param = nullptr;
+    if (!argument::ReadValue(call, Name.text, true, param, self.value)) return false;
     return (*self >= 0 && *self < Count) || call.ValueError(Name.text, position);
   }
-  int32_t operator*() const { return param->Int(); }
+  int32_t operator*() const { return value; }
 
-  ROCParam* param = nullptr;
+  int32_t value = 0;
 };
 
 // A required array, filled by the method.
@@ -199,10 +212,11 @@ struct KeyGroupBelowCount {
       .name = "KeyGroupIndex", .type = kTypeInteger, .values = Negative.text};
 
   static bool Read(Call& call, KeyGroupBelowCount& self) {
-    return argument::ReadKeyGroup(call, self.param);
+    return argument::ReadKeyGroup(call, self.param, self.value);
   }
-  int32_t operator*() const { return param->Int(); }
+  int32_t operator*() const { return value; }
 
+  int32_t value = 0;
   ROCParam* param = nullptr;
 };
 using KeyGroupIndex =
@@ -216,8 +230,9 @@ struct OneKeyGroup {
       .name = "KeyGroupIndex", .type = kTypeInteger, .values = "0 to count - 1"};
 
   static bool Read(Call& call, OneKeyGroup& self);
-  int32_t operator*() const { return param->Int(); }
+  int32_t operator*() const { return value; }
 
+  int32_t value = 0;
   ROCParam* param = nullptr;
 };
 
@@ -227,13 +242,15 @@ struct OneZone {
       .name = "ZoneIndex", .type = kTypeInteger, .count = kZones};
 
   static bool Read(Call& call, OneZone& self);
-  int32_t operator*() const { return param->Int(); }
+  int32_t operator*() const { return value; }
 
+  int32_t value = 0;
   ROCParam* param = nullptr;
 };
 
 namespace argument {
-bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param);
+bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param,
+              ROCParam& value);
 // The sample object that the last read argument holds; false after a report.
 bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& param,
               CSample*& sample);
@@ -246,10 +263,12 @@ struct AlgoArg {
       .name = Name.text, .type = kTypeObject, .className = "ROCAlgo", .presence = P, .null = N};
 
   static bool Read(Call& call, AlgoArg& self) {
-    return argument::ReadAlgo(call, Name.text, P, N, self.param);
+    return argument::ReadAlgo(call, Name.text, P, N, self.param, self.value);
   }
-  RIOObject* Object() const { return param == nullptr ? nullptr : param->Object(); }
+  // Null also when the object has been destroyed since.
+  RIOObject* Object() const { return value.Object(); }
 
+  ROCParam value;
   ROCParam* param = nullptr;
 };
 

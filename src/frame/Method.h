@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 #include <variant>
@@ -33,21 +35,55 @@ struct QualifiedName {
   }();
 };
 
+// The result value is made before the body runs, so that a call without memory for it changes
+// nothing. Setting it afterwards does not allocate.
 template <class T>
-void SetResult(Call& call, const T& value) {
-  call.Return(newROCParam(value));
-}
-inline void SetResult(Call& call, CSample* object) {
-  call.Return(newROCParam(static_cast<RIOObject*>(object)));
-}
-template <class... T>
-void SetResult(Call& call, const std::variant<T...>& value) {
-  std::visit([&](const auto& held) { SetResult(call, held); }, value);
-}
+struct Result {
+  static ROCParam* Make() { return newROCParam(T{}); }
+  // False when the body has no result.
+  static bool Set(ROCParam& place, T value) {
+    if constexpr (std::is_same_v<T, int32_t>) {
+      place.SetInt(value);
+    } else if constexpr (std::is_same_v<T, bool>) {
+      place.SetBool(value);
+    } else {
+      place.SetDouble(value);
+    }
+    return true;
+  }
+};
+template <>
+struct Result<std::string> {
+  static ROCParam* Make() { return newROCParam(std::string_view()); }
+  static bool Set(ROCParam& place, std::string value) {
+    place.SwapStr(value);
+    return true;
+  }
+};
+template <>
+struct Result<CSample*> {
+  static ROCParam* Make() { return newROCParam(static_cast<RIOObject*>(nullptr)); }
+  static bool Set(ROCParam& place, CSample* object) {
+    place.SetRIOPtr(object);  // a sample object has its anchor from the start
+    return true;
+  }
+};
+template <>
+struct Result<std::variant<CSample*, int32_t>> : Result<CSample*> {
+  static bool Set(ROCParam& place, const std::variant<CSample*, int32_t>& value) {
+    if (const auto* object = std::get_if<CSample*>(&value)) {
+      return Result<CSample*>::Set(place, *object);
+    }
+    place = ROCParam(std::get<int32_t>(value));
+    return true;
+  }
+};
 template <class T>
-void SetResult(Call& call, const std::optional<T>& value) {
-  if (value) SetResult(call, *value);
-}
+struct Result<std::optional<T>> : Result<T> {
+  static bool Set(ROCParam& place, std::optional<T> value) {
+    return value.has_value() && Result<T>::Set(place, *std::move(value));
+  }
+};
 
 // Reads a body's arguments and runs it.
 template <class R, class Self, class... P>
@@ -67,7 +103,8 @@ void RunBody(Call& call, R (*body)(Self&, P...)) {
   if constexpr (std::is_void_v<R>) {
     std::apply(run, values);
   } else {
-    SetResult(call, std::apply(run, values));
+    ROCParamPtr result(Result<R>::Make());
+    if (Result<R>::Set(*result, std::apply(run, values))) call.Return(result.release());
   }
 }
 

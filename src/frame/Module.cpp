@@ -12,9 +12,13 @@ constexpr int kSampleBaseNumber = 5500;
 constexpr uint32_t kClassVersion = 0x10001;
 
 ZylDispatch* MakeProgram(RIOObject* creator) {
-  auto* made = new (std::nothrow) ZylSProgram;
-  if (made != nullptr) made->owner = creator;
-  return made;
+  try {
+    auto* made = new ZylSProgram;
+    made->owner = creator;
+    return made;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 ZylDllRegisterClass programClass = {nullptr,     "ZylSProgram", "ZylDisplayObject",

@@ -1,5 +1,7 @@
 #include "pitch/PitchMethods.h"
 
+#include <utility>
+
 #include "frame/Module.h"
 #include "sample/SampleAccess.h"
 
@@ -96,7 +98,10 @@ int32_t PitchDataTimeLeft(ZylSProgram&) { return Jobs().TimeLeft(); }
 int32_t PitchDataTimeTotal(ZylSProgram&) { return Jobs().TimeTotal(); }
 int32_t PitchDataProgressRatio(ZylSProgram&) { return Jobs().ProgressRatio(); }
 int32_t PitchDataCalcSamples(ZylSProgram&, ArrayArg<"SampleArray"> names) {
-  return Jobs().CurrentSampleNames(*names.param);
+  const ROCParamPtr filled(ROCParam::NewArray(0));
+  const int32_t count = Jobs().CurrentSampleNames(*filled);
+  *names.param = std::move(*filled);
+  return count;
 }
 
 bool SampleCompare(ZylSProgram&, OtherSample<"Sample1", NullObject::kAllowed> first,

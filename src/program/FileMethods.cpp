@@ -1,6 +1,8 @@
 #include "program/FileMethods.h"
 
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "host/qx.h"
 
@@ -36,16 +38,21 @@ bool Create(ZylSProgram& object,
             Opt<bool, "CopySamples"> copySamples) {
   object.Detach();
   akaiProgram* record = newAkaiProgram();
-  int32_t channel = record->midiChannel;
-  // Looked up after the detaching: an object that is given itself has nothing left to copy and gets
-  // a default program.
-  if (const ZylSProgram* other = SourceProgram(source.Object())) {
-    record->copyFrom(other->program, copySamples.ValueOr(true));
-    channel = other->midiChannel;
-  } else {
-    record->setDefault();
-  }
   object.Attach(record);
+  if (record == nullptr) return false;
+  int32_t channel = record->midiChannel;
+  try {
+    // Looked up only now: an object that is given itself has the new, empty record as its source.
+    if (const ZylSProgram* other = SourceProgram(source.Object())) {
+      record->copyFrom(other->program, copySamples.ValueOr(true));
+      channel = other->midiChannel;
+    } else {
+      record->setDefault();
+    }
+  } catch (...) {
+    object.Detach();
+    throw;
+  }
   object.SetMidiChannel(channel);
   object.LockAttached();
   return true;
@@ -86,12 +93,15 @@ int32_t GetUsedPhysicalMemory(ZylSProgram&, Opt<bool, "Locked"> locked) {
 
 int32_t GetSFPresetArray(ZylSProgram&, PathArg<"FilePath"> path, ArrayArg<"ResultArray"> names) {
   int count = 0;
-  char* block = createPresetArray(path.Text(), count);
+  struct FreeBlock {
+    void operator()(char* bytes) const { ::operator delete(bytes); }
+  };
+  const std::unique_ptr<char, FreeBlock> block(createPresetArray(path.Text(), count));
   if (block == nullptr) return 0;
-  names.param->SetSize(count * 4);
+  const ROCParamPtr filled(ROCParam::NewArray(count));
   for (int i = 0; i < count; ++i) {
-    names.param->Element(i) = ROCParam(block + kPresetEntryBytes * i);
+    filled->Element(i) = ROCParam(block.get() + kPresetEntryBytes * i);
   }
-  ::operator delete(block);
+  *names.param = std::move(*filled);
   return count;
 }

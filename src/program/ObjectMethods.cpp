@@ -52,23 +52,23 @@ bool IsLocked(ZylSProgram& object) {
 namespace {
 
 // These fields are stored as they come: no dirty flag, no notification.
-template <class Field>
-int32_t PlainAccess(Field& field, const ROCParam* newValue) {
+template <class Field, class NewValue>
+int32_t PlainAccess(Field& field, const NewValue& newValue) {
   const auto before = static_cast<int32_t>(field);
-  if (newValue != nullptr) field = static_cast<Field>(newValue->Int());
+  if (newValue) field = static_cast<Field>(*newValue);
   return before;
 }
 
 }  // namespace
 
 int32_t PRGmute(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Mute"> newValue) {
-  return PlainAccess(program->mute, newValue.param);
+  return PlainAccess(program->mute, newValue);
 }
 int32_t PRGtmmute(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Mute"> newValue) {
-  return PlainAccess(program->tmmute, newValue.param);
+  return PlainAccess(program->tmmute, newValue);
 }
 int32_t PRGsolo(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Solo"> newValue) {
-  return PlainAccess(program->solo, newValue.param);
+  return PlainAccess(program->solo, newValue);
 }
 
 int32_t PRGtmMidiChannel(ZylSProgram&, LoadedProgram program,
@@ -79,6 +79,5 @@ int32_t PRGtmMidiChannel(ZylSProgram&, LoadedProgram program,
 }
 
 std::string SetUniqueFilePath(ZylSProgram&, LoadedProgram program) {
-  program->setUniqueTempName();
-  return program->GetFileName();
+  return program->setUniqueTempName();
 }

@@ -25,14 +25,18 @@ TEST_F(FileMethods, CreateMakesADefaultProgramOrCopiesOneWithItsChannel) {
   EXPECT_EQ(source("PRGpoly").Int(), 3);
   const Program empty;
   Listener other;
-  // None of these has a program; the own record is let go before a source is looked for.
-  for (RIOObject* object : {static_cast<RIOObject*>(nullptr), empty.Algo(), copy.Algo(),
+  // None of these has a program.
+  for (RIOObject* object : {static_cast<RIOObject*>(nullptr), empty.Algo(),
                             static_cast<RIOObject*>(&other)}) {
     copy("PRGpoly", 4);
     EXPECT_TRUE(copy("Create", object).Bool());
     EXPECT_EQ(copy("PRGpoly").Int(), 15);
     EXPECT_EQ(copy("PRGmidiChannel").Int(), 0);
   }
+  // Its record is the new one by then, which has nothing to copy, and it is on no channel.
+  EXPECT_TRUE(copy("Create", copy.Algo()).Bool());
+  EXPECT_EQ(copy("PRGkeyGroups").Int(), 0);
+  EXPECT_EQ(copy("PRGmidiChannel").Int(), 99);
 }
 
 TEST_F(FileMethods, ReadTakesTheGivenChannelAsItIsAndElseTheRecords) {
