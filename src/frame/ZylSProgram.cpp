@@ -99,8 +99,9 @@ void ZylSProgram::SetMidiChannelText(ROCParam* text) {
   const long long number = std::strtoll(typed.c_str(), nullptr, 10);
   // A number that names no channel leaves the channel as it was.
   const bool known = number >= 1 && number <= kChannels;
-  if (known) midiChannel = static_cast<int32_t>(number) - 1;
-  text->SetStr(wxString::Format("%ld", static_cast<long>(midiChannel) + 1).utf8_string());
+  const int32_t channel = known ? static_cast<int32_t>(number) - 1 : midiChannel;
+  text->SetStr(wxString::Format("%ld", static_cast<long>(channel) + 1).utf8_string());
+  midiChannel = channel;
   if (program != nullptr) {
     program->midiChannel = static_cast<int8_t>(midiChannel);
     UpdateChannelMask();
@@ -129,30 +130,6 @@ void ZylSProgram::UpdateChannelMask() {
     if (other.midiChannel >= 0 && other.midiChannel < kChannels) mask |= 1u << other.midiChannel;
   }
   program->tmMidiChannel = mask;
-}
-
-void ZylSProgram::NotifyParameterChanged(int32_t number, ROCParam* newValue, ROCParam* keygroup,
-                                         ROCParam* zone) {
-  if (!enableRegisterCall || registeredModules.IsEmpty()) return;
-  ROCParam* numberValue = newROCParam(number);
-  NotifyParameterChanged(numberValue, newValue, keygroup, zone);
-  deleteROCParam(numberValue);
-}
-
-void ZylSProgram::NotifyParameterChanged(ROCParam* number, ROCParam* newValue, ROCParam* keygroup,
-                                         ROCParam* zone) {
-  if (!enableRegisterCall || registeredModules.IsEmpty()) return;
-  ROCParams arguments;
-  arguments.AddTail(newROCParam(owner));
-  for (ROCParam* value : {number, newValue}) {
-    if (value != nullptr) value->AddReference();
-    arguments.AddTail(value);
-  }
-  for (ROCParam* index : {keygroup, zone}) {
-    if (index != nullptr) index->AddReference();
-    arguments.AddTail(index != nullptr ? index : newROCParam(-1));
-  }
-  CallRegistered("OnProgramParameterChanged", arguments, true);
 }
 
 void ZylSProgram::CallRegistered(const char* method, ROCParams& arguments, bool dropDead) {

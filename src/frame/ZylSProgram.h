@@ -53,11 +53,6 @@ class ZylSProgram final : public ZylDLLDispatch {
   // Recomputes the record's mask: one bit for each channel of the objects that hold the record.
   void UpdateChannelMask();
 
-  // Tells every registered module of a changed parameter; absent indexes travel as -1.
-  void NotifyParameterChanged(ROCParam* number, ROCParam* newValue, ROCParam* keygroup,
-                              ROCParam* zone);
-  void NotifyParameterChanged(int32_t number, ROCParam* newValue, ROCParam* keygroup = nullptr,
-                              ROCParam* zone = nullptr);
   // Calls the named script method of every registered module that has a dispatch, in list order. A
   // called script may register and delete modules: one registered during the walk is called too.
   // With `dropDead`, modules without an object or a dispatch are removed from the list.

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cstring>
+#include <list>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -20,11 +21,6 @@ void SetBytes(ROCParam& data, const std::vector<std::byte>& bytes) {
   if (bytes.size() > INT_MAX) throw std::length_error("a pad does not take so many bytes");
   data.SetData(bytes.data(), static_cast<int>(bytes.size()));
 }
-
-struct DropParam {
-  void operator()(ROCParam* value) const { deleteROCParam(value); }
-};
-using HeldParam = std::unique_ptr<ROCParam, DropParam>;
 
 }  // namespace
 
@@ -73,13 +69,17 @@ void WriteDataToPad(ZylSProgram& object, LoadedProgram, PadArg pad, Arg<int32_t,
 void ReadDataFromPad(ZylSProgram& object, LoadedProgram program, PadArg pad,
                      Arg<int32_t, "SlotID"> slotId) {
   const PadBytes slot = zyl::PadSlot(static_cast<uint32_t>(*slotId), BytesOf(*pad->DataValue()));
-  // A module that is told of a change may write the pad, end it, or take the program away: what is
-  // stored comes from a copy, and goes to the program that was attached at the start alone.
+  // All changes are prepared before the first one: without memory none is made. A module that is
+  // notified may write or delete the pad, or detach the program, which ends the transfer.
+  std::list<ProgramChange> changes;
   for (const zyl::PadEntry& entry : zyl::EntriesOfPadSlot(slot)) {
+    const ROCParamPtr number(newROCParam(int32_t{entry.number}));
+    const ROCParamPtr value(newROCParam(int32_t{entry.value}));
+    changes.emplace_back(object, number.get(), value.get());
+  }
+  for (ProgramChange& change : changes) {
     if (!program.IsAttachedTo(object)) return;
-    const HeldParam number(newROCParam(int32_t{entry.number}));
-    const HeldParam value(newROCParam(int32_t{entry.value}));
-    ProgramParamValue(object, number.get(), value.get());
+    change.Apply();
   }
 }
 
@@ -105,8 +105,7 @@ CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, OptPath<"Path"> path) {
   zyl::SampleUse record = zyl::SampleOfImage(BytesOf(*pad->DataValue()));
   if (record == nullptr) return nullptr;
   if (path) record->setFilePath(path.Text());
-  auto* made = new CSample(nullptr, record.get());
-  static_cast<void>(record.release());  // the object's use from now on
-  ModuleState::Get().tempSamples.AddIfAbsent(made);
-  return made;
+  auto made = std::make_unique<CSample>(nullptr, std::move(record));
+  ModuleState::Get().tempSamples.AddIfAbsent(made.get());
+  return made.release();
 }

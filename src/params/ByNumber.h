@@ -12,6 +12,7 @@
 
 #include "frame/Forms.h"
 #include "params/ParameterTable.h"
+#include "params/ProgramMethods.h"
 
 // A typed text, replaced in place by the text of what it stored. Null: only read.
 using TypedText = ROCParam*;
@@ -21,6 +22,22 @@ using TypedText = ROCParam*;
 // The value before the change. A new value that differs marks the program dirty and notifies;
 // `number` and `newValue` are the script's own values, which the notification carries.
 int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
+
+// The same in two steps: building it may throw, applying it allocates nothing.
+class ProgramChange {
+ public:
+  ProgramChange(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
+  // Returns the value before.
+  int32_t Apply();
+
+ private:
+  ZylSProgram& object_;
+  const Parameter* row_;
+  int32_t newValue_;
+  int32_t value_ = -1;  // of a number without a row
+  ChangeNotice notice_;
+  std::optional<IndyOutputChange> output_;
+};
 
 int32_t KeyGroupParamValue(ZylSProgram& object, int32_t number, int32_t keygroup,
                            std::optional<int32_t> newValue = {});

@@ -1,5 +1,6 @@
 #include "params/FieldMethods.h"
 
+#include "frame/ChangeNotice.h"
 #include "params/Keygroups.h"
 
 namespace {
@@ -58,9 +59,10 @@ int32_t ProgramFieldValue(ZylSProgram& object, const Parameter& row, const Loade
   std::byte* field = ProgramField(*program.record, row);
   const int32_t before = LoadField(field, row.type);
   if (newValue && AsStored(row.type, *newValue) != before) {
+    ChangeNotice notice(object, row.number, newValue.param);
     object.dirty = true;
     StoreField(field, row.type, *newValue);
-    object.NotifyParameterChanged(row.number, newValue.param);
+    notice.Send();
   }
   return before;
 }

@@ -1,4 +1,5 @@
 // The parameters of keygroups and of their zones, by number.
+#include "frame/ChangeNotice.h"
 #include "params/ByNumber.h"
 #include "params/Keygroups.h"
 #include "params/ParameterNumbers.h"
@@ -62,15 +63,31 @@ int32_t GetZoneOutput(const ZylSProgram& object, int keygroup, int zone) {
   return output >= object.maxIndyOut ? -1 : output;
 }
 
-void SetZoneOutput(ZylSProgram& object, int keygroup, int zone, int32_t output) {
-  akaiProgram& record = *object.program;
-  record.keyGroupArray[keygroup].outOffset[zone] = static_cast<uint8_t>(
-      static_cast<uint32_t>(output) - static_cast<uint32_t>(GetIndyOutput(record)));
-  ROCParam* value = newROCParam(output);
-  object.NotifyParameterChanged(number::kOutOffset, value);
-  object.NotifyParameterChanged(number::kZoneOutput, value);
-  deleteROCParam(value);
-}
+// A new output for a zone of some keygroups. Apply allocates nothing.
+class ZoneOutputChange {
+ public:
+  ZoneOutputChange(ZylSProgram& object, int32_t output)
+      : object_(object),
+        output_(output),
+        value_(newROCParam(output)),
+        offsetNotice_(object, number::kOutOffset, value_.get()),
+        outputNotice_(object, number::kZoneOutput, value_.get()) {}
+
+  void Apply(int keygroup, int zone) {
+    akaiProgram& record = *object_.program;
+    record.keyGroupArray[keygroup].outOffset[zone] = static_cast<uint8_t>(
+        static_cast<uint32_t>(output_) - static_cast<uint32_t>(GetIndyOutput(record)));
+    offsetNotice_.Send();
+    outputNotice_.Send();
+  }
+
+ private:
+  ZylSProgram& object_;
+  int32_t output_;
+  ROCParamPtr value_;
+  ChangeNotice offsetNotice_;
+  ChangeNotice outputNotice_;
+};
 
 }  // namespace
 
@@ -95,10 +112,12 @@ int32_t KGIntValue(ZylSProgram& object, LoadedProgram, KeyGroupIndex keygroup,
                    Arg<int32_t, "Index"> number, Opt<int32_t, "NewValue"> newValue) {
   std::optional<int32_t> stored;
   if (newValue) stored = *newValue;
+  std::optional<ChangeNotice> notice;
+  if (newValue) notice.emplace(object, number.param, newValue.param, keygroup.param);
   const int32_t value = KeyGroupParamValue(object, *number, *keygroup, stored);
   if (newValue && *newValue != value) {
     object.dirty = true;
-    object.NotifyParameterChanged(number.param, newValue.param, keygroup.param, nullptr);
+    notice->Send();
   }
   return value;
 }
@@ -123,6 +142,8 @@ int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, in
                        std::optional<int32_t> newValue) {
   const Parameter* row = RowOfNumber(number, number::kFirstZone, kLastZone);
   int32_t value = -1;
+  std::optional<ZoneOutputChange> output;
+  if (number == number::kZoneOutput && newValue) output.emplace(object, *newValue);
   ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
     if (row != nullptr) {
       std::byte* field = ZoneField(record, *row, k, zone);
@@ -130,7 +151,7 @@ int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, in
       if (newValue) StoreField(field, row->type, *newValue);
     } else if (number == number::kZoneOutput) {
       value = GetZoneOutput(object, k, zone);
-      if (newValue) SetZoneOutput(object, k, zone, *newValue);
+      if (output) output->Apply(k, zone);
     } else if (number == number::kZoneNumber) {
       value = zone + 1;
     }
@@ -143,6 +164,7 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
   const Parameter* row = RowOfNumber(number, number::kFirstZone, kLastZone);
   std::string text;
   TypedValue typed(newText);
+  std::optional<ZoneOutputChange> change;
   ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
     if (row != nullptr && row->text != nullptr) {
       std::byte* field = ZoneField(record, *row, k, zone);
@@ -154,7 +176,9 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
       text = OutputText(GetZoneOutput(object, k, zone));
       const int32_t output =
           typed.Value([&](ROCParam& given) { return OutputFromText(given, object.maxIndyOut); });
-      if (newText != nullptr) SetZoneOutput(object, k, zone, output);
+      if (newText == nullptr) return;
+      if (!change) change.emplace(object, output);
+      change->Apply(k, zone);
     }
   });
   return text;
@@ -174,18 +198,12 @@ class Silence {
   ZylSProgram& object_;
 };
 
-// Tells of a zone's new value: once for one keygroup, for each of several.
-void NotifyZone(ZylSProgram& object, ROCParam* number, ROCParam* newValue, int32_t keygroup,
-                ROCParam* zone) {
-  const auto notify = [&](int k) {
-    ROCParam* index = newROCParam(int32_t{k});
-    object.NotifyParameterChanged(number, newValue, index, zone);
-    deleteROCParam(index);
-  };
+// Notifies of a zone's new value: once for one keygroup, for each of several.
+void NotifyZone(ZylSProgram& object, ChangeNotice& notice, int32_t keygroup) {
   if (keygroup >= 0) {
-    notify(keygroup);
+    notice.SendFor(keygroup);
   } else {
-    ForEachByNumber(object, keygroup, [&](const akaiProgram&, int k) { notify(k); });
+    ForEachByNumber(object, keygroup, [&](const akaiProgram&, int k) { notice.SendFor(k); });
   }
 }
 
@@ -197,7 +215,10 @@ std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex key
   ZylSProgram& object = call.program;
   std::optional<int32_t> stored;
   if (newValue) stored = *newValue;
-  // The output of a zone would tell of itself; here the value is told of as every other.
+  const ROCParamPtr index(newROCParam(-1));
+  std::optional<ChangeNotice> notice;
+  if (newValue) notice.emplace(object, number.param, newValue.param, index.get(), zone.param);
+  // A zone's output would send notices of its own; here it has the same notice as every value.
   const int32_t value = [&] {
     const Silence silence(object);
     return ZoneParamValue(object, *number, *keygroup, *zone, stored);
@@ -205,7 +226,7 @@ std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex key
   if (newValue && *newValue != value) {
     object.dirty = true;
     if (!updated.ReadNow(call)) return {};
-    NotifyZone(object, number.param, newValue.param, updated.value.ValueOr(*keygroup), zone.param);
+    NotifyZone(object, *notice, updated.value.ValueOr(*keygroup));
   }
   return value;
 }

@@ -1,4 +1,6 @@
 // The program's parameters by number, and modulation sources by name.
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "host/qx.h"
@@ -43,9 +45,6 @@ void StoreProgramValue(ZylSProgram& object, const Parameter& row, int32_t value)
     case Store::kMidiChannel:
       object.SetMidiChannel(value);
       break;
-    case Store::kIndyOutput:
-      SetIndyOutput(object, value);
-      break;
     case Store::kKeyGroups:
       StoreKeyGroups(*object.program, value);
       break;
@@ -65,9 +64,8 @@ std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* numbe
   const int32_t value = ValueFromText(*row.text, *typed);
   if (value == kNoValue) return text;
   if (row.text == &text_form::kModSource) {
-    ROCParam* newValue = newROCParam(value);
-    ProgramParamValue(object, number, newValue);
-    deleteROCParam(newValue);
+    const ROCParamPtr newValue(newROCParam(value));
+    ProgramParamValue(object, number, newValue.get());
   } else {
     StoreField(field, row.type, value);
   }
@@ -83,43 +81,80 @@ std::string ProgramText(ZylSProgram& object, ROCParam* number, TypedText typed) 
   const Parameter* row = RowOfNumber(number->Int(), 1, kLastProgram);
   if (row == nullptr) return {};
   if (row->store == Store::kMidiChannel) {
-    wxString text;
-    object.GetMidiChannelText(text);
+    wxString shown;
+    object.GetMidiChannelText(shown);
+    std::string text = shown.utf8_string();
     if (typed != nullptr) object.SetMidiChannelText(typed);
-    return text.utf8_string();
+    return text;
   }
   if (row->store == Store::kIndyOutput) {
     std::string text = OutputText(GetIndyOutput(record));
-    if (typed != nullptr) SetIndyOutput(object, OutputFromText(*typed, object.maxIndyOut));
+    if (typed != nullptr) {
+      IndyOutputChange(object, OutputFromText(*typed, object.maxIndyOut)).Apply();
+    }
     return text;
   }
   if (row->type != FieldType::kText) return FieldText(object, *row, number, typed);
   std::byte* field = ProgramField(*object.program, *row);
   std::string text = LoadText(field);
   if (typed == nullptr) return text;
-  StoreText(field, typed->Str().c_str());
-  // The name is shown again as it was stored.
-  if (row == &ParameterOf("PRGname")) typed->SetStr(LoadText(field));
+  std::array<std::byte, kTextFieldBytes> stored;
+  StoreText(stored.data(), typed->Str().c_str());
+  // The typed name is replaced by what is stored of it.
+  if (row == &ParameterOf("PRGname")) typed->SetStr(LoadText(stored.data()));
+  std::copy(stored.begin(), stored.end(), field);
   return text;
 }
 
 }  // namespace
 
+namespace {
+
+const Parameter* ValueRow(int32_t number) {
+  const Parameter* row = RowOfNumber(number, 1, kLastProgram);
+  return row != nullptr && row->type != FieldType::kText ? row : nullptr;
+}
+
+// The value of a number that no row has.
+int32_t FigureValue(const akaiProgram& record, int32_t number) {
+  if (!IsMemory(number)) return -1;
+  const MemoryFigure figure = MemoryOf(record, number);
+  return figure.isPercentage ? static_cast<int32_t>(figure.percent) : figure.bytes;
+}
+
+}  // namespace
+
+ProgramChange::ProgramChange(ZylSProgram& object, ROCParam* number, ROCParam* newValue)
+    : object_(object),
+      row_(ValueRow(number->Int())),
+      newValue_(newValue->Int()),
+      notice_(object, number, newValue) {
+  if (row_ == nullptr) {
+    value_ = FigureValue(*object.program, number->Int());
+  } else if (row_->store == Store::kIndyOutput) {
+    output_.emplace(object, newValue_);
+  }
+}
+
+int32_t ProgramChange::Apply() {
+  const int32_t before = row_ == nullptr ? value_ : LoadProgramValue(object_, *row_);
+  if (output_) {
+    output_->Apply();
+  } else if (row_ != nullptr) {
+    StoreProgramValue(object_, *row_, newValue_);
+  }
+  if (newValue_ != before) {
+    object_.dirty = true;
+    notice_.Send();
+  }
+  return before;
+}
+
 int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newValue) {
-  int32_t value = -1;
-  const Parameter* row = RowOfNumber(number->Int(), 1, kLastProgram);
-  if (row != nullptr && row->type != FieldType::kText) {
-    value = LoadProgramValue(object, *row);
-    if (newValue != nullptr) StoreProgramValue(object, *row, newValue->Int());
-  } else if (IsMemory(number->Int())) {
-    const MemoryFigure figure = MemoryOf(*object.program, number->Int());
-    value = figure.isPercentage ? static_cast<int32_t>(figure.percent) : figure.bytes;
-  }
-  if (newValue != nullptr && newValue->Int() != value) {
-    object.dirty = true;
-    object.NotifyParameterChanged(number, newValue, nullptr, nullptr);
-  }
-  return value;
+  if (newValue != nullptr) return ProgramChange(object, number, newValue).Apply();
+  const Parameter* row = ValueRow(number->Int());
+  return row != nullptr ? LoadProgramValue(object, *row)
+                        : FigureValue(*object.program, number->Int());
 }
 
 int32_t PRGIntValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> number,

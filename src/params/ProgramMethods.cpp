@@ -20,24 +20,30 @@ std::string PRGname(ZylSProgram& object, LoadedProgram program,
 int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram, Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = object.GetMidiChannel();
   if (newValue) {
+    ChangeNotice notice(object, ParameterOf("PRGmidiChannel").number, newValue.param);
     object.SetMidiChannel(*newValue);
-    object.NotifyParameterChanged(ParameterOf("PRGmidiChannel").number, newValue.param);
+    notice.Send();
   }
   return before;
 }
 
-void SetIndyOutput(ZylSProgram& object, int32_t output) {
-  object.program->indyOutput = static_cast<int8_t>(output);
-  ROCParam* value = newROCParam(int32_t{object.program->indyOutput});
-  object.NotifyParameterChanged(ParameterOf("PRGindyOutput").number, value);
-  object.NotifyParameterChanged(number::kZoneOutput, value);
-  deleteROCParam(value);
+IndyOutputChange::IndyOutputChange(ZylSProgram& object, int32_t output)
+    : object_(object),
+      output_(static_cast<int8_t>(output)),
+      value_(newROCParam(int32_t{output_})),
+      notice_(object, ParameterOf("PRGindyOutput").number, value_.get()),
+      zonesNotice_(object, number::kZoneOutput, value_.get()) {}
+
+void IndyOutputChange::Apply() {
+  object_.program->indyOutput = output_;
+  notice_.Send();
+  zonesNotice_.Send();
 }
 
 int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
                       Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = program->indyOutput;
-  if (newValue) SetIndyOutput(object, *newValue);
+  if (newValue) IndyOutputChange(object, *newValue).Apply();
   return before;
 }
 
@@ -50,9 +56,10 @@ int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program,
                      Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = program->keyGroups;
   if (newValue && *newValue != before) {
+    ChangeNotice notice(object, ParameterOf("PRGkeyGroups").number, newValue.param);
     object.dirty = true;
     StoreKeyGroups(*program.record, *newValue);
-    object.NotifyParameterChanged(ParameterOf("PRGkeyGroups").number, newValue.param);
+    notice.Send();
   }
   return before;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "frame/Arguments.h"
+#include "frame/ChangeNotice.h"
 
 std::string PRGname(ZylSProgram& object, LoadedProgram program,
                     Opt<std::string, "NewString"> newName);
@@ -24,9 +25,20 @@ std::string Zonename(ZylSProgram& object, LoadedProgram program, OneKeyGroup key
 bool ZoneSampleExists(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
                       OneZone zone);
 
-// Stores the program's first individual output and tells the modules of it, and of the outputs of
-// the zones, which count from it.
-void SetIndyOutput(ZylSProgram& object, int32_t output);
+// A new first individual output of the program. Zone outputs count from it, so that the modules are
+// notified of those too. Apply allocates nothing.
+class IndyOutputChange {
+ public:
+  IndyOutputChange(ZylSProgram& object, int32_t output);
+  void Apply();
+
+ private:
+  ZylSProgram& object_;
+  int8_t output_;
+  ROCParamPtr value_;
+  ChangeNotice notice_;
+  ChangeNotice zonesNotice_;
+};
 inline int32_t GetIndyOutput(const akaiProgram& record) { return record.indyOutput; }
 // The count of keygroups that scripts see; the records stay as many as they are.
 void StoreKeyGroups(akaiProgram& record, int32_t count);

@@ -2,7 +2,9 @@
 // value is stored.
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
+#include "frame/ChangeNotice.h"
 #include "frame/Module.h"
 #include "params/ByNumber.h"
 #include "params/ParameterNumbers.h"
@@ -70,34 +72,37 @@ int32_t ReadLoop(const genericSample& sample) {
 }
 
 template <auto kField>
-void WriteByte(SampleZone&, genericSample& sample, ROCParam& value) {
-  sample.shared().*kField = static_cast<uint8_t>(value.Int());
+void WriteByte(SampleZone&, genericSample& sample, int32_t value) {
+  sample.shared().*kField = static_cast<uint8_t>(value);
 }
 
-void WriteLoopStart(SampleZone&, genericSample& sample, ROCParam& value) {
+void WriteLoopStart(SampleZone&, genericSample& sample, int32_t value) {
   SampleParameters& parameters = sample.shared();
   parameters.loopCount = std::max(parameters.loopCount, 1u);
   genericLoop& loop = parameters.loops[0];
-  loop.loopStart = HeldBefore(value.Int(), loop.loopEnd);
+  loop.loopStart = HeldBefore(value, loop.loopEnd);
 }
-void WriteLoopEnd(SampleZone&, genericSample& sample, ROCParam& value) {
+void WriteLoopEnd(SampleZone&, genericSample& sample, int32_t value) {
   SampleParameters& parameters = sample.shared();
-  if (value.Int() > parameters.start) parameters.loopCount = std::max(parameters.loopCount, 1u);
+  if (value > parameters.start) parameters.loopCount = std::max(parameters.loopCount, 1u);
   genericLoop& loop = parameters.loops[0];
-  loop.loopEnd = HeldAfter(value.Int(), loop.loopStart, parameters.frameCount);
+  loop.loopEnd = HeldAfter(value, loop.loopStart, parameters.frameCount);
 }
 
-void WriteBytesPerValue(SampleZone& zone, genericSample& sample, ROCParam& value) {
-  value.SetInt(std::clamp(value.Int(), 1, 4));
-  zone.SetBits(sample, 8 * value.Int());
+// The value that is stored for a new one, which the caller's variable then shows.
+int32_t Limited(int32_t number, int32_t value) {
+  return number == number::kBytesPerValue ? std::clamp(value, 1, 4) : value;
+}
+void WriteBytesPerValue(SampleZone& zone, genericSample& sample, int32_t value) {
+  zone.SetBits(sample, 8 * value);
 }
 
-void WritePitchData(SampleZone& zone, genericSample& sample, ROCParam& value) {
+void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
   const ScreenCursor busy(9);
   const HeldSample held(sample);
   zone.NotifyDeleting(sample);
   sample.clearPitchData();
-  if (value.Int() == 0) return;
+  if (value == 0) return;
   const ZylSProgram& object = zone.object;
   ModuleState::Get().pitchJobs.StartSampleJob(
       &sample, {object.minPeriod, object.maxPeriod, object.smoothLength, object.findPitchLen,
@@ -106,7 +111,7 @@ void WritePitchData(SampleZone& zone, genericSample& sample, ROCParam& value) {
 
 struct SampleRow {
   int32_t (*read)(const genericSample& sample);  // null: the number has no value
-  void (*write)(SampleZone& zone, genericSample& sample, ROCParam& value);
+  void (*write)(SampleZone& zone, genericSample& sample, int32_t value);
 };
 
 using P = SampleParameters;
@@ -120,36 +125,32 @@ constexpr SampleRow kRows[] = {
     {ReadLoop<&L::loopStart>, WriteLoopStart},
     {ReadLoop<&L::loopEnd>, WriteLoopEnd},
     {Read<&P::holdLoopTuneOff>,
-     [](SampleZone&, genericSample& sample, ROCParam& value) {
-       sample.shared().holdLoopTuneOff = static_cast<int8_t>(value.Int());
+     [](SampleZone&, genericSample& sample, int32_t value) {
+       sample.shared().holdLoopTuneOff = static_cast<int8_t>(value);
      }},
-    {Read<&P::tune>,
-     [](SampleZone&, genericSample& sample, ROCParam& value) {
-       sample.shared().tune = static_cast<int16_t>(value.Int());
-     }},
+    {Read<&P::tune>, [](SampleZone&, genericSample& sample,
+                        int32_t value) { sample.shared().tune = static_cast<int16_t>(value); }},
     {[](const genericSample& sample) { return sample.channel; },
-     [](SampleZone& zone, genericSample&, ROCParam& value) { zone.Reattach(value.Int()); }},
+     [](SampleZone& zone, genericSample&, int32_t value) { zone.Reattach(value); }},
     kNoRow,  // the file's name
     {ReadLoop<&L::loopFineLen>,
-     [](SampleZone&, genericSample& sample, ROCParam& value) {
-       sample.shared().loops[0].loopFineLen = static_cast<uint32_t>(value.Int());
+     [](SampleZone&, genericSample& sample, int32_t value) {
+       sample.shared().loops[0].loopFineLen = static_cast<uint32_t>(value);
      }},
     {Read<&P::start>,
-     [](SampleZone&, genericSample& sample, ROCParam& value) {
-       sample.shared().start = HeldBefore(value.Int(), sample.shared().end);
+     [](SampleZone&, genericSample& sample, int32_t value) {
+       sample.shared().start = HeldBefore(value, sample.shared().end);
      }},
     {Read<&P::end>,
-     [](SampleZone&, genericSample& sample, ROCParam& value) {
+     [](SampleZone&, genericSample& sample, int32_t value) {
        P& parameters = sample.shared();
-       parameters.end = HeldAfter(value.Int(), parameters.start, parameters.frameCount);
+       parameters.end = HeldAfter(value, parameters.start, parameters.frameCount);
      }},
-    {Read<&P::sampleRate>, [](SampleZone&, genericSample& sample,
-                              ROCParam& value) { sample.shared().sampleRate = value.Int(); }},
+    {Read<&P::sampleRate>,
+     [](SampleZone&, genericSample& sample, int32_t value) { sample.shared().sampleRate = value; }},
     kNoRow,  // the file's path
-    {Read<&P::bits>,
-     [](SampleZone& zone, genericSample& sample, ROCParam& value) {
-       zone.SetBits(sample, static_cast<uint16_t>(value.Int()));
-     }},
+    {Read<&P::bits>, [](SampleZone& zone, genericSample& sample,
+                        int32_t value) { zone.SetBits(sample, static_cast<uint16_t>(value)); }},
     {BytesPerValue, WriteBytesPerValue},
     {[](const genericSample& sample) -> int32_t { return sample.hasPitchData(); }, WritePitchData},
 };
@@ -198,8 +199,11 @@ std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, Ty
   } else if (bits <= 0) {
     return text;
   }
+  // Made first, since nothing may fail after the change. A short text needs no memory of its own.
+  ROCParam shown{std::string_view()};
   zone.SetBits(sample, bits);
-  typed->SetStr(std::to_string(sample.shared().bits));
+  shown.SetStr(std::to_string(sample.shared().bits));
+  *typed = std::move(shown);
   return text;
 }
 
@@ -214,19 +218,27 @@ int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int 
   const SampleRow& row = kRows[at];
   if (row.read == nullptr) return -1;
   const int32_t value = row.read(*sample);
-  if (newValue != nullptr) row.write(place, *sample, *newValue);
+  if (newValue != nullptr) {
+    const int32_t limited = Limited(number, newValue->Int());
+    newValue->SetInt(limited);
+    row.write(place, *sample, limited);
+  }
   return value;
 }
 
 int32_t SampleIntValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup, OneZone zone,
                        Arg<int32_t, "Index"> number, OptVar<int32_t, "NewValue"> newValue) {
   const SampleZone place(object, *keygroup, *zone);
+  std::optional<ChangeNotice> notice;
+  if (newValue) {
+    notice.emplace(object, number.param, newValue.param, keygroup.param, zone.param);
+  }
   const int32_t value = SampleParamValue(object, *number, *keygroup, *zone, newValue.param);
   genericSample* sample = place.Sample();
-  if (newValue && *newValue != value && sample != nullptr) {
+  if (newValue && Limited(*number, *newValue) != value && sample != nullptr) {
     MarkDirty(place);
     sample->updateChannels();
-    object.NotifyParameterChanged(number.param, newValue.param, keygroup.param, zone.param);
+    notice->Send();
   }
   return value;
 }

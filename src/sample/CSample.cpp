@@ -1,8 +1,20 @@
 #include "sample/CSample.h"
 
-#include <new>
+#include <utility>
 
 #include "frame/ZylSProgram.h"
+
+CSample::CSample(ZylSProgram* parent, zyl::SampleUse record)
+    : sample(record.get()), parentProgram(parent) {
+  // Also makes the object's anchor, so that a value can take the object without an allocation.
+  const ROCParamPtr self(newROCParam(this));
+  if (parent != nullptr) {
+    deletingArguments_.AddTail(newROCParam(parent->owner));
+    self->AddReference();
+    deletingArguments_.AddTail(self.get());
+  }
+  static_cast<void>(record.release());
+}
 
 CSample::~CSample() {
   if (sample == nullptr) return;
@@ -13,17 +25,12 @@ CSample::~CSample() {
 
 RIOObject* CSample::Factory(RIOObject*) {
   constexpr int kWave = 2;
-  genericSample* record = newSample();
+  zyl::SampleUse record(newSample());
   record->create(kWave, 2);
-  auto* made = new (std::nothrow) CSample(nullptr, record);
-  if (made == nullptr) record->deleteSample();
-  return made;
+  return new CSample(nullptr, std::move(record));
 }
 
 void CSample::NotifyDeleting() {
   if (parentProgram == nullptr) return;
-  ROCParams arguments;
-  arguments.AddTail(newROCParam(parentProgram->owner));
-  arguments.AddTail(newROCParam(this));
-  parentProgram->CallRegistered("OnDeletingSmpl", arguments, false);
+  parentProgram->CallRegistered("OnDeletingSmpl", deletingArguments_, false);
 }

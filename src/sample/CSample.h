@@ -13,8 +13,8 @@ class CSample final : public RIOObject {
  public:
   static constexpr int kTypeId = 5587;
 
-  // Takes over one use of the record. `parent` is null for a temporary sample.
-  CSample(ZylSProgram* parent, genericSample* record) : sample(record), parentProgram(parent) {}
+  // `parent` is null for a temporary sample.
+  CSample(ZylSProgram* parent, zyl::SampleUse record);
   // Tells the registered modules, gives lock and use of the record back.
   ~CSample() override;
   // An object of its own fresh record: two empty channels, WAVE.
@@ -31,4 +31,8 @@ class CSample final : public RIOObject {
   genericSample* sample;  // null: the object is dead
   ZylSProgram* parentProgram;
   bool locked = false;  // this object locked the record and must unlock it
+
+ private:
+  // The arguments of the notification, made with the object: its end must not need memory.
+  ROCParams deletingArguments_;
 };

@@ -30,8 +30,8 @@ int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample, int32_t Sampl
 template <class Edit>
 void EditRange(const SampleArg& sample, int32_t start, int32_t end, Edit edit) {
   if (zyl::ClampRange(sample->shared().frameCount, start, end)) {
-    for (const int channel : sample->EditedChannels()) {
-      edit(WritableValues(*sample.Record(), channel), start, end);
+    for (const zyl::ValueBuffer& channel : WritableChannels(*sample.Record())) {
+      edit(channel, start, end);
     }
   }
   sample->shared().dirty = true;
@@ -49,10 +49,10 @@ std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup 
   }
   const int type = getTypeFromExtension(extension.Text());
   if (type != 0) {
-    genericSample* record = newSample();
+    zyl::SampleUse record(newSample());
     record->create(type, count);
     record->shared().dirty = true;
-    program->setSample(record, *keygroup, *zone);
+    program->setSample(record.release(), *keygroup, *zone);
   }
   call.program.dirty = true;
   return type != 0;
@@ -102,8 +102,8 @@ std::optional<int32_t> SampleBits(Call& call, SampleArg sample, Opt<int32_t, "Ne
       call.ValueError("NewValue", 2);
       return {};
     }
-    MarkDirty(call.program, sample);
     sample->setBitsPerSample(bits);
+    MarkDirty(call.program, sample);
   }
   return before;
 }
@@ -144,8 +144,8 @@ int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index">
   if (found) before = zyl::GetValue(ReadableValues(*sample.Record()), position);
   if (newValue) {
     if (found) {
-      for (const int channel : sample->EditedChannels()) {
-        zyl::SetValue(WritableValues(*sample.Record(), channel), position, *newValue);
+      for (const zyl::ValueBuffer& channel : WritableChannels(*sample.Record())) {
+        zyl::SetValue(channel, position, *newValue);
       }
     }
     MarkDirty(object, sample);
@@ -181,13 +181,15 @@ void SampleReverseValues(ZylSProgram&, SampleArg sample, StartIndexArg start, En
 }
 
 bool SampleExtract(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
+  const bool done = ExtractRange(*sample.Record(), *start, *end);
   MarkDirty(object, sample);
-  return ExtractRange(*sample.Record(), *start, *end);
+  return done;
 }
 
 bool SampleDelete(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
+  const bool done = DeleteRange(*sample.Record(), *start, *end);
   MarkDirty(object, sample);
-  return DeleteRange(*sample.Record(), *start, *end);
+  return done;
 }
 
 bool SampleCopyTo(ZylSProgram&, SampleArg sample, OtherSample<"CopyToSample"> other,

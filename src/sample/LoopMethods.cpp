@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "frame/ChangeNotice.h"
 #include "params/ParameterNumbers.h"
 #include "sample/LoopSearch.h"
 #include "sample/SampleAccess.h"
@@ -26,9 +27,11 @@ int32_t LoopField(ZylSProgram& object, const SampleArg& sample, int32_t genericL
   int32_t& value = sample->shared().loops[loop].*field;
   const int32_t before = value;
   if (newValue) {
+    std::optional<ChangeNotice> notice;
+    if (number != 0) notice.emplace(object, number, newValue.param);
     value = *newValue;
     Changed(object, sample);
-    if (number != 0) object.NotifyParameterChanged(number, newValue.param);
+    if (notice) notice->Send();
   }
   return before;
 }
@@ -92,11 +95,12 @@ std::optional<double> SampleLoopFineLen(Call& call, SampleArg sample, LoopIndexA
   uint32_t& fineLen = sample->shared().loops[*loop].loopFineLen;
   const uint32_t before = fineLen;
   if (newValue) {
-    fineLen = static_cast<uint32_t>(*newValue);
+    const auto stored = static_cast<uint32_t>(*newValue);
+    const ROCParamPtr value(newROCParam(static_cast<int32_t>(stored)));
+    ChangeNotice notice(call.program, number::kLoopFineLen, value.get());
+    fineLen = stored;
     Changed(call.program, sample);
-    ROCParam* stored = newROCParam(static_cast<int32_t>(fineLen));
-    call.program.NotifyParameterChanged(number::kLoopFineLen, stored);
-    deleteROCParam(stored);
+    notice.Send();
   }
   return before;
 }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
+#include <memory>
+#include <utility>
 
 #include "frame/Module.h"
 #include "params/ProgramMethods.h"
@@ -11,24 +12,23 @@ namespace {
 
 constexpr int32_t kRecordBytes = 560;  // of a sample record
 
-// A sample object for a record that was there before: it takes one more use of it.
-CSample* NewObjectFor(ZylSProgram* parent, genericSample* record) {
+// One more use of a record.
+zyl::SampleUse UseOf(genericSample* record) {
   ++record->useCount;
-  auto* made = new (std::nothrow) CSample(parent, record);
-  if (made == nullptr) --record->useCount;
-  return made;
+  return zyl::SampleUse(record);
 }
 
-CSample* AddTemp(CSample* made) {
-  if (made != nullptr) ModuleState::Get().tempSamples.AddIfAbsent(made);
-  return made;
+// A new object for a record, in the list that owns it from then on.
+CSample* AddObject(SampleList& list, ZylSProgram* parent, zyl::SampleUse record) {
+  // The parent is set last: an object that was never listed ends without a notification.
+  auto made = std::make_unique<CSample>(parent, std::move(record));
+  made->parentProgram = nullptr;
+  list.AddIfAbsent(made.get());
+  made->parentProgram = parent;
+  return made.release();
 }
-
-// A temporary object for a record that the library has just handed out with a use for it.
-CSample* NewTemp(genericSample* record) {
-  auto* made = new (std::nothrow) CSample(nullptr, record);
-  if (made == nullptr) record->deleteSample();
-  return AddTemp(made);
+CSample* AddTemp(zyl::SampleUse record) {
+  return AddObject(ModuleState::Get().tempSamples, nullptr, std::move(record));
 }
 
 // The temporary object for a file's channel: the one there is, one for a record in memory, or,
@@ -40,15 +40,15 @@ CSample* FindOrMakeTemp(const char* path, int32_t channel, bool load) {
     return known;
   }
   if (genericSample* record = findSampleFN(path, 0, channel)) {
-    return AddTemp(NewObjectFor(nullptr, record));
+    return AddTemp(UseOf(record));
   }
-  genericSample* made = nullptr;
+  zyl::SampleUse made;
   if (genericSample* whole = findSampleFN(path, 0, -1)) {
-    made = whole->createChannelRef(channel);
+    made.reset(whole->createChannelRef(channel));
   } else if (load) {
-    made = loadSample(path, 1, 0, channel);
+    made.reset(loadSample(path, 1, 0, channel));
   }
-  return made == nullptr ? nullptr : NewTemp(made);
+  return made == nullptr ? nullptr : AddTemp(std::move(made));
 }
 
 int32_t LockTemp(CSample* temp) {
@@ -97,9 +97,7 @@ CSample* SampleObjectFor(ZylSProgram& object, genericSample* record) {
   if (record == nullptr) return nullptr;
   CSample* known = object.sampleObjects.FindBySample(record);
   if (known != nullptr) return known;
-  CSample* made = NewObjectFor(&object, record);
-  if (made != nullptr) object.sampleObjects.AddIfAbsent(made);
-  return made;
+  return AddObject(object.sampleObjects, &object, UseOf(record));
 }
 
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone) {
@@ -116,10 +114,10 @@ CSample* CreateTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
   if (CSample* known = temps.FindTemp(path.Text(), channel.ValueOr(0))) return known;
   const int type = getTypeFromExtension(FileString(*path).Extension().c_str());
   if (type == 0) return nullptr;
-  genericSample* record = newSample();
+  zyl::SampleUse record(newSample());
   record->create(type, 1);
   record->setFilePath(path.Text());
-  return NewTemp(record);
+  return AddTemp(std::move(record));
 }
 
 SampleOrInteger GetTempSample(ZylSProgram&, PathArg<"SamplePath"> path,

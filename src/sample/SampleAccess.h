@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "host/akai.h"
 #include "host/qx.h"
@@ -13,10 +14,15 @@ inline zyl::ValueView ReadableValues(const genericSample& sample) {
   return {sample.buffer, sample.shared().frameCount, sample.getChannelBytesPS(-1)};
 }
 
-// A channel's values to be changed in place.
-inline zyl::ValueBuffer WritableValues(genericSample& sample, int channel) {
-  return {sample.WritableChannel(channel), sample.shared().frameCount,
-          sample.getChannelBytesPS(-1)};
+// The values of all channels that an edit through the record changes, to be changed in place. What
+// needs a copy for that is copied here, so that the edit itself cannot run out of memory.
+inline std::vector<zyl::ValueBuffer> WritableChannels(genericSample& sample) {
+  std::vector<zyl::ValueBuffer> channels;
+  for (const int channel : sample.EditedChannels()) {
+    channels.push_back({sample.WritableChannel(channel), sample.shared().frameCount,
+                        sample.getChannelBytesPS(-1)});
+  }
+  return channels;
 }
 
 // A use of a record for as long as a script may be called that discards all others.
