@@ -113,5 +113,24 @@ TEST_F(ShortMemory, ACreateThatFailsLeavesNoRecordBehind) {
   }
 }
 
+TEST_F(ShortMemory, AProgramObjectThatCannotBeMadeIsNull) {
+  std::vector<std::unique_ptr<ROCAlgo>> made;
+  // More than one block of the module's list of program objects.
+  while (made.size() < 12) {
+    // The first allocation is the host's.
+    for (uint64_t n = 2;; ++n) {
+      ROCAlgo* algo = nullptr;
+      AllocationWatch::FailAt(n);
+      EXPECT_NO_THROW(algo = ZylNewScriptObject("ZylSProgram"));
+      const bool failed = AllocationWatch::HasFailed();
+      AllocationWatch::FailAt(0);
+      EXPECT_EQ(algo == nullptr, failed);
+      if (algo == nullptr) continue;
+      made.emplace_back(algo);
+      break;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace zyl::test
