@@ -18,5 +18,5 @@ void ChangeNotice::Build(int32_t number, ROCParam* newValue) {
 }
 
 void ChangeNotice::Deliver() {
-  object_.CallRegistered("OnProgramParameterChanged", arguments_, true);
+  object_.CallRegistered(kOnProgramParameterChanged, arguments_, true);
 }
