@@ -1,14 +1,13 @@
 // Sample files: WAVE and AIFF objects over their chunks.
 //
-// A file object (WavSample, AifSample) holds what one file says: its format, its sampler
-// parameters, its sound as per-channel ("linear") buffers, and every chunk that it does not know,
-// byte for byte, so that a file read and written again loses nothing.
+// A file object (WavSample, AifSample) holds the contents of one file: its format, its sampler
+// parameters, its sound data as per-channel ("linear") buffers, and every unknown chunk byte for
+// byte, so that reading a file and writing it back loses nothing.
 //
-// Sound in memory is planar: one buffer per channel, signed little-endian values of
-// BytesPerValue() bytes, whatever the file's own byte order and sign convention are. Positions
-// count frames from 0; loop ends are inclusive. Each format's own conventions (unsigned 8-bit,
-// big-endian values, markers that lie between frames) are converted where the file is read or
-// written and nowhere else.
+// Sound data in memory is planar: one buffer per channel, signed little-endian values of
+// BytesPerValue() bytes, regardless of the file's byte order and sign convention. Positions count
+// frames from 0; loop ends are inclusive. Format conventions (unsigned 8-bit values, big-endian
+// values, markers between frames) are converted only when the file is read or written.
 #pragma once
 
 #include <cstddef>
@@ -24,19 +23,19 @@
 inline constexpr int kMaxLoops = 16;
 inline constexpr int kMaxChannels = 16;
 
-// One chunk kept as it was read: four characters and the bytes after the size word, padding aside.
+// One unmodified chunk: its four-character ID and its data without the padding byte.
 struct ListChunk {
   char id[5] = "";
   std::vector<std::byte> data;
 };
 
-// A loop in frames. `fineLen` is the fraction of a frame in units of 1/2^32; `times` 0 is endless.
+// A loop in frames. `fineLen` is a fraction of a frame in units of 1/2^32; `times` 0 loops forever.
 struct RiffLoop {
   uint32_t start = 0;
   uint32_t end = 0;  // inclusive
   uint32_t fineLen = 0;
   uint32_t times = 0;
-  uint32_t type = 0;  // 0 forward, 1 alternating, 2 backward, else the file's own
+  uint32_t type = 0;  // 0 forward, 1 alternating, 2 backward; others are file-specific
 
   bool operator==(const RiffLoop&) const = default;
 };
@@ -49,16 +48,16 @@ struct RiffParameters {
   int32_t playbackType = 2;  // 0 loop in release, 1 loop until release, 2 no loops, 3 to end
   int8_t holdLoopTuneOff = 0;
   int32_t start = 0;            // first frame played
-  int32_t end = -1;             // last frame played; -1 = the last of the file
+  int32_t end = -1;             // last frame played; -1 = last frame of the file
   std::vector<RiffLoop> loops;  // at most kMaxLoops
 
   bool operator==(const RiffParameters&) const = default;
 };
 
-// An open file that replaces its target only when Close() has stored every byte: what is written
-// goes to a temporary file in the target's folder, is flushed to disk and renamed. An object that
-// is destroyed without a successful Close leaves the target as it was. `formatFlag` is the flag of
-// the sample object that will be written; it is only carried.
+// An output file that replaces its target atomically: Write appends to a temporary file in the
+// target's folder; Close flushes it to disk and renames it over the target. Destroying the object
+// without a successful Close leaves the target unchanged. `formatFlag` is the flag of the sample
+// object to be written; this class only stores it.
 class ZYLHOST_API RiffFile {
  public:
   explicit RiffFile(const std::string& path, uint8_t formatFlag = 0);
@@ -67,13 +66,13 @@ class ZYLHOST_API RiffFile {
   RiffFile& operator=(const RiffFile&) = delete;
 
   bool Write(const void* bytes, size_t count);
-  // True when all went well and the target now holds what was written.
+  // Returns true if the target now holds everything that was written.
   bool Close();
-  // Gives up: the temporary file goes, Close answers false. A sample's failed Write does this.
+  // Deletes the temporary file; Close then returns false. BasicSample::Write calls this on failure.
   void Abandon();
   bool Good() const;
   uint8_t FormatFlag() const;
-  // Why Good or Close answers false, in one line that names the path; else empty.
+  // Why Good or Close returned false, as one line with the path; empty if there was no error.
   const std::string& Error() const;
 
  private:
@@ -82,8 +81,8 @@ class ZYLHOST_API RiffFile {
 };
 
 namespace zyl {
-struct FileOrigin;    // what the file said that is no parameter, for writing it again
-struct SampleAccess;  // the way of readers and writers into a sample object
+struct FileOrigin;    // non-parameter contents of the file read, needed to write it back
+struct SampleAccess;  // gives readers and writers access to private members
 }  // namespace zyl
 
 class ZYLHOST_API BasicSample {
@@ -93,58 +92,60 @@ class ZYLHOST_API BasicSample {
   BasicSample(const BasicSample&) = delete;
   BasicSample& operator=(const BasicSample&) = delete;
 
-  // Takes all buffers back that SetLinBuffer handed in; their owner keeps them. An object made
-  // writable by CreateInterleavedBuffer and not written since keeps a copy of the sound of its own,
-  // so that it can be written afterwards; DeleteInterleavedBuffer drops that copy.
+  // Removes all buffers lent through SetLinBuffer; the caller still owns them. If the object is
+  // writable (CreateInterleavedBuffer) and has not been written yet, it copies the sound data first
+  // so that it can still be written; DeleteInterleavedBuffer frees that copy.
   virtual void DetachLinBuffers();
-  // Lends the caller's buffer of `size` values of `bytesPerSample` bytes as channel `channelIndex`.
+  // Uses the caller's buffer of `size` values of `bytesPerSample` bytes as channel `channelIndex`.
+  // The caller keeps ownership.
   virtual void SetLinBuffer(void* buffer, unsigned bytesPerSample, unsigned size,
                             unsigned channelIndex);
-  // Brings the channels to one length (the longest, the rest silence) and one width (the widest)
-  // and makes the object writable. False, and the object stays invalid, when the file would pass
-  // 4 GiB or a channel has no buffer. Nothing is copied here: Write interleaves block by block, so
-  // lent buffers must live until then (or until DetachLinBuffers).
+  // Makes the object writable with all channels at the longest channel's length (shorter ones are
+  // padded with silence) and the widest channel's width. Returns false and leaves the object
+  // invalid if the file would exceed 4 GiB or a channel has no buffer. Copies nothing: Write
+  // interleaves block by block, so lent buffers must outlive it (or be removed with
+  // DetachLinBuffers).
   virtual bool CreateInterleavedBuffer();
-  // The object holds a whole file image: a known format and sound for all its channels.
+  // Returns true if the object can be written: it has a format and sound data for every channel.
   virtual bool IsValid() const;
-  // The title. An empty one is not written, and removes the one that the file came with.
+  // Sets the title. An empty title isn't written and removes the title that was read.
   virtual void SetName(const char* name);
-  // Writes the file's bytes. False when the object is not valid or the file refuses them; the file
-  // is then abandoned.
+  // Writes the whole file. Returns false and abandons the file if the object is invalid or a write
+  // fails.
   virtual bool Write(RiffFile& file) = 0;
-  // Empties the object of sound and gives it `count` channels (at most kMaxChannels) without
-  // buffers.
+  // Frees the sound data and resizes to `count` channels (at most kMaxChannels) without buffers.
   virtual void SetChannelCount(unsigned count);
 
-  // Gives the object per-channel buffers of its own, for at most `maxChannels` channels: what it
-  // read is kept, lent buffers are copied, channels without sound get silence. Further channels go.
+  // Drops channels beyond `maxChannels` and ensures that the object owns the buffers of the others:
+  // keeps those that were read, copies lent ones, fills missing ones with silence.
   void CreateLinBuffers(int maxChannels);
-  // The object can no longer be written until CreateInterleavedBuffer; channel buffers stay.
+  // Makes the object unwritable until the next CreateInterleavedBuffer; keeps channel buffers.
   void DeleteInterleavedBuffer();
-  // Hands a channel's own buffer to the caller (delete[] as std::byte*); null when there is none.
+  // Transfers an owned channel buffer to the caller (free with delete[] as std::byte*); null if the
+  // channel owns none.
   std::byte* TakeLinBuffer(unsigned channelIndex);
   const std::byte* LinBuffer(unsigned channelIndex) const;
 
   unsigned ChannelCount() const;
-  // Frames of the file as read or planned, also when its sound was not loaded.
+  // Frames of the file as read or to be written; valid even if the sound data wasn't loaded.
   uint64_t FrameCount() const;
   unsigned BytesPerValue() const;
-  // As the file declares; rounded up to whole bytes it is BytesPerValue.
+  // As declared by the file; BytesPerValue is this rounded up to whole bytes.
   unsigned BitsPerValue() const { return bits_; }
   void SetBitsPerValue(unsigned bits);
   const std::string& Name() const { return name_; }
   uint8_t FormatFlag() const { return formatFlag_; }
 
   RiffParameters parameters;
-  // Chunks that the format does not know, in file order.
+  // Unknown chunks in file order.
   std::vector<ListChunk> otherChunks;
-  // How the data was stored, for people: "PCM 16 bit", "FLAC", ...
+  // Human-readable storage format: "PCM 16 bit", "FLAC", ...
   std::string encoding;
 
  protected:
   friend struct zyl::SampleAccess;
   struct Channel;
-  // Length of the whole file with `soundBytes` of sound.
+  // Length of the whole file if it holds `soundBytes` of sound data.
   virtual uint64_t PlannedFileBytes(uint64_t soundBytes) const;
 
   std::vector<Channel> channels_;
@@ -164,7 +165,7 @@ class ZYLHOST_API WavSample : public BasicSample {
   explicit WavSample(ListChunk* list);
   ~WavSample() override;
   bool Write(RiffFile& file) override;
-  // The image in a new[] buffer that the caller owns; returns its length, 0 when invalid.
+  // Stores the file image in a new[] buffer that the caller owns. Returns its length, 0 on failure.
   int WriteToMem(char** image);
   bool ReadFromMem(const char* image, int length);
 
@@ -183,15 +184,14 @@ class ZYLHOST_API AifSample : public BasicSample {
 };
 
 // Reads a WAVE, AIFF or AIFC file with our own chunk code (PCM of 8, 16, 24 or 32 bits), and any
-// other sound file through libsndfile. `withData` false reads format and parameters only. Null when
-// the file is no sound file or nothing whole is in it; `reason` then says why. It is also set, to
-// say what was mended, when a damaged file gave a usable object. The reason does not name the path.
-// An object read without data knows its length and parameters but is not valid for writing. Files
-// of other containers come as a WavSample.
+// other sound file through libsndfile, which yields a WavSample. If `withData` is false, reads only
+// format and parameters; such an object can't be written. Returns null if the file isn't a sound
+// file or has no usable data, with the cause in `reason`. `reason` also lists the repairs when a
+// damaged file was read. It doesn't contain the path.
 ZYLHOST_API std::unique_ptr<BasicSample> ReadSampleFile(const std::string& path, bool withData,
                                                         std::string& reason);
 
-// Every chunk of a file in order, known or not: id, size as declared, offset of its data.
+// Lists every chunk of a file in order: ID, declared size, offset of its data.
 struct ChunkInfo {
   std::string id;
   uint64_t size = 0;

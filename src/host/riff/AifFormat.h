@@ -1,4 +1,4 @@
-// What an AIFF file's "COMM" chunk says.
+// Parser for the "COMM" chunk of AIFF files.
 #pragma once
 
 #include <cstdint>
@@ -8,13 +8,13 @@
 
 namespace zyl {
 
-// The compression types of AIFC that are plain PCM.
+// An AIFC compression type that is plain PCM.
 struct AifPcmType {
   const char* id;
   bool bigEndian;
-  unsigned bytesPerValue;  // 0: as the bit depth says
+  unsigned bytesPerValue;  // 0: derived from the bit depth
 };
-// Null for any other.
+// Null for other compression types.
 const AifPcmType* FindAifPcmType(const std::string& compression);
 
 struct AifFormat {
@@ -22,16 +22,16 @@ struct AifFormat {
   uint32_t frames = 0;
   unsigned bits = 0;
   double rateHz = 0;
-  Bytes rate;               // the ten bytes of the rate as stored
+  Bytes rate;               // as stored, ten bytes
   std::string compression;  // "NONE" for a plain AIFF file
   Bytes compressionName;
 };
 
-// False when the chunk is too short.
+// Returns false if the chunk is too short.
 bool ReadAifFormat(const Bytes& bytes, bool isAifc, AifFormat& format);
 
-// 80-bit floating point: sign and exponent (bias 16383) in 16 bits, a 64-bit mantissa whose top bit
-// is the integer part.
+// Conversion of 80-bit floating point: 16 bits for sign and exponent (bias 16383), then a 64-bit
+// mantissa whose top bit is the integer part.
 double RateFromExtended(const std::byte* tenBytes);
 Bytes ExtendedFromRate(uint32_t rateHz);
 

@@ -1,5 +1,5 @@
-// Reading AIFF and AIFC files: one walk collects format, markers, instrument, the place of the
-// sound and every other chunk; the sound is read afterwards.
+// AIFF and AIFC reader. One pass over the chunks collects the format, markers, instrument, the
+// position of the sound data and all other chunks; the sound data is read afterwards.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -27,8 +27,8 @@ struct AifParts {
   std::optional<OwnChunk> own;
 };
 
-// False when the chunk is not what its name says.
-bool TakeKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, AifParts& parts) {
+// Returns false if the chunk is malformed.
+bool ParseKnownChunk(const Bytes& bytes, Slot slot, FileOrigin& origin, AifParts& parts) {
   switch (slot) {
     case Slot::kFormat:
       parts.hasFormat = ReadAifFormat(bytes, parts.isAifc, parts.format);
@@ -75,13 +75,13 @@ void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, 
       continue;
     }
     if (!head.Whole()) {
-      AddReason(reason, "a chunk is cut off");
+      AddReason(reason, "a chunk is truncated");
       continue;
     }
     const Slot slot = SlotOf(head);
     if (slot == Slot::kOwn && known(slot)) continue;
     Bytes bytes = ReadChunk(source, head);
-    if (slot != Slot::kOther && !known(slot) && TakeKnownChunk(bytes, slot, origin, parts)) {
+    if (slot != Slot::kOther && !known(slot) && ParseKnownChunk(bytes, slot, origin, parts)) {
       AddPlace(source, walker, head, slot, origin);
       origin.stored[static_cast<size_t>(slot)] = std::move(bytes);
     } else {
@@ -92,7 +92,7 @@ void Collect(const ByteSource& source, BasicSample& sample, FileOrigin& origin, 
   RememberForm(source, walker, origin, reason);
 }
 
-// What precedes and follows the sound in its chunk.
+// Remembers the bytes before and after the frames in the sound chunk.
 void RememberSoundChunk(const ByteSource& source, const ChunkHead& sound, uint64_t offset,
                         uint64_t soundBytes, FileOrigin& origin) {
   Bytes& head = origin.stored[static_cast<size_t>(Slot::kSound)];
@@ -101,7 +101,7 @@ void RememberSoundChunk(const ByteSource& source, const ChunkHead& sound, uint64
   RememberSoundTail(source, sound, offset, soundBytes, origin);
 }
 
-// Finds the sound behind the two words that open its chunk.
+// Finds the first frame: it follows two 32-bit words, the first of which is an offset to skip.
 bool FindSound(const ByteSource& source, const AifParts& parts, uint64_t& offset, uint64_t& bytes) {
   std::byte words[8];
   if (parts.sound.available < sizeof words ||
@@ -121,7 +121,7 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
   const unsigned bytesPerValue =
       type.bytesPerValue > 0 ? type.bytesPerValue : (format.bits + 7) / 8;
   if (bytesPerValue < 1 || bytesPerValue > 4) {
-    return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
+    return Refuse(reason, std::to_string(format.bits) + " bits per value are not supported");
   }
   const bool fitting = (format.bits + 7) / 8 == bytesPerValue;
   const unsigned bits = fitting ? format.bits : 8 * bytesPerValue;
@@ -129,17 +129,18 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
   uint64_t offset = 0;
   uint64_t bytes = 0;
   if (parts.hasSound && !FindSound(source, parts, offset, bytes)) {
-    return Refuse(reason, "none of the sound is there");
+    return Refuse(reason, "the sound data is missing");
   }
-  if (!parts.hasSound && format.frames != 0) return Refuse(reason, "the file has no sound");
-  const uint64_t there = bytes / layout.FrameBytes();
-  // A file written as a stream may have left its length at 0.
-  const uint64_t frames = format.frames == 0 ? there : std::min<uint64_t>(there, format.frames);
-  if (frames == 0 && format.frames != 0) return Refuse(reason, "none of the sound is there");
-  if (frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
+  if (!parts.hasSound && format.frames != 0) return Refuse(reason, "the file has no sound data");
+  const uint64_t available = bytes / layout.FrameBytes();
+  // A streaming writer may leave the frame count at 0.
+  const uint64_t frames =
+      format.frames == 0 ? available : std::min<uint64_t>(available, format.frames);
+  if (frames == 0 && format.frames != 0) return Refuse(reason, "the sound data is missing");
+  if (frames > UINT32_MAX) return Refuse(reason, "the sound data is too long");
   if (frames != format.frames) {
-    AddReason(reason, "the sound is not as long as declared: " + std::to_string(frames) +
-                          " whole frames are there");
+    AddReason(reason, "the sound data is not as long as declared: it has " +
+                          std::to_string(frames) + " whole frames");
   }
   SampleAccess::SetFormat(sample, format.channels, bits, bytesPerValue, frames);
   SampleAccess::SetFlag(sample, parts.isAifc ? 1 : 0);
@@ -148,9 +149,9 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
   if (!withData) return true;
   bool complete = true;
   if (!ReadSound(source, offset, layout, sample, complete)) {
-    return Refuse(reason, "there is not enough memory for the sound");
+    return Refuse(reason, "not enough memory for the sound data");
   }
-  if (!complete) AddReason(reason, "some of the sound cannot be read");
+  if (!complete) AddReason(reason, "some of the sound data cannot be read");
   if (parts.hasSound) {
     RememberSoundChunk(source, parts.sound, offset, frames * layout.FrameBytes(), origin);
   }
@@ -158,7 +159,7 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
   return true;
 }
 
-void TakeParameters(AifParts& parts, AifSample& sample, FileOrigin& origin, std::string& reason) {
+void SetParameters(AifParts& parts, AifSample& sample, FileOrigin& origin, std::string& reason) {
   RiffParameters& parameters = sample.parameters;
   ResolveLoops(parts.marks, origin.aif, parts.sampler);
   FromAifSampler(parts.sampler, parameters);
@@ -168,9 +169,9 @@ void TakeParameters(AifParts& parts, AifSample& sample, FileOrigin& origin, std:
     parameters = parts.own->parameters;
     origin.aif.loopMarks = parts.own->loopMarks;
   }
-  parameters.rateHz = SettleRate(parts.format.rateHz, reason);
-  if (SettleParameters(parameters, sample.FrameCount())) {
-    AddReason(reason, "a loop reaches outside the sound");
+  parameters.rateHz = RateOrDefault(parts.format.rateHz, reason);
+  if (ClampParameters(parameters, sample.FrameCount())) {
+    AddReason(reason, "a loop extends beyond the sound data");
   }
 }
 
@@ -196,9 +197,9 @@ bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::st
     DropChunks(sample, origin, {"FVER", "PEAK"});
   }
   origin.aif.rate = parts.format.rate;
-  TakeParameters(parts, sample, origin, reason);
+  SetParameters(parts, sample, origin, reason);
   RememberOrigin(sample, origin);
-  // A format that was decoded or mended is made anew.
+  // Rebuild the format chunk if the data was decoded or a value corrected.
   if (FindAifPcmType(parts.format.compression) == nullptr ||
       parts.format.frames != sample.FrameCount() || parts.format.rateHz < 1) {
     origin.stored[static_cast<size_t>(Slot::kFormat)].clear();

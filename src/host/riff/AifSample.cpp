@@ -18,7 +18,7 @@ using zyl::Slot;
 
 constexpr uint8_t kAifcFlag = 1;
 
-// How the file stores its values: as the file that was read did, where that still holds them.
+// How to store values: as in the file that was read, if its type still fits their width.
 struct Storage {
   bool isAifc = false;
   bool bigEndian = true;
@@ -65,7 +65,7 @@ void PlanOwn(const RiffParameters& parameters, uint64_t frames, const AifKept& m
              FormPlan& plan) {
   RiffParameters readBack;
   zyl::FromAifSampler(zyl::ToAifSampler(parameters), readBack);
-  if (zyl::SameMeaning(readBack, parameters, frames)) return;
+  if (zyl::Equivalent(readBack, parameters, frames)) return;
   zyl::OwnChunk own;
   own.frames = frames;
   own.parameters = parameters;
@@ -77,10 +77,10 @@ FormPlan Plan(const AifSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
   const Storage storage = ChooseStorage(sample, origin);
   RiffParameters parameters = sample.parameters;
-  zyl::SettleParameters(parameters, sample.FrameCount());
+  zyl::ClampParameters(parameters, sample.FrameCount());
   const bool unchanged = zyl::Unchanged(sample, parameters);
   const AifKept marked = zyl::PlaceMarkers(parameters, origin);
-  // Another title takes the place of the kept one.
+  // A new title replaces the "NAME" chunks that were read.
   const bool renamed = sample.Name() != (origin != nullptr ? origin->name : std::string());
   bool titled = !renamed || sample.Name().empty();
   const auto addTitle = [&](FormPlan& to) {
@@ -123,7 +123,7 @@ FormPlan Plan(const AifSample& sample) {
         break;
       case Slot::kOther: {
         const ListChunk& other = sample.otherChunks[nextOther++];
-        const std::string_view id(other.id, 4);  // may hold zeros
+        const std::string_view id(other.id, 4);  // may contain zeros
         if (renamed && id == "NAME") {
           addTitle(plan);
         } else {

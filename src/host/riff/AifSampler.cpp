@@ -23,8 +23,8 @@ const AifMarker* FindMarker(const std::vector<AifMarker>& markers, uint16_t id) 
   return FindMarker(const_cast<std::vector<AifMarker>&>(markers), id);
 }
 
-// The one place where a loop's inclusive end and the marker behind it meet.
-uint32_t MarkerAfter(uint32_t end) { return end == UINT32_MAX ? end : end + 1; }
+// Converts a loop's inclusive end to the position of its end marker.
+uint32_t EndMarkerPosition(uint32_t end) { return end == UINT32_MAX ? end : end + 1; }
 
 void Resolve(const Marks& marks, const std::vector<AifMarker>& markers, AifLoop& loop) {
   const AifMarker* first = FindMarker(markers, marks.first);
@@ -33,14 +33,14 @@ void Resolve(const Marks& marks, const std::vector<AifMarker>& markers, AifLoop&
     loop = AifLoop();
     return;
   }
-  loop.there = true;
+  loop.present = true;
   loop.start = first->position;
   loop.end = second->position - 1;
 }
 
 AifLoop ToAifLoop(const RiffLoop& loop, bool looping) {
   AifLoop result;
-  result.there = true;
+  result.present = true;
   result.playMode = static_cast<int16_t>(!looping ? 0 : loop.type == 1 ? 2 : 1);
   result.start = loop.start;
   result.end = loop.end;
@@ -56,16 +56,17 @@ RiffLoop FromAifLoop(const AifLoop& loop) {
 }
 
 bool SamePlace(const AifLoop& a, const AifLoop& b) {
-  return a.there && b.there && a.start == b.start && a.end == b.end;
+  return a.present && b.present && a.start == b.start && a.end == b.end;
 }
 
-// The loop that goes on after the key is let go, or -1.
+// Index of the loop that continues after key release, or -1.
 int ReleaseLoop(const RiffParameters& parameters) {
   if (parameters.playbackType != 0 || parameters.loops.empty()) return -1;
   return parameters.loops.size() > 1 ? 1 : 0;
 }
 
-// Gives loop markers their places; those that no loop asks for go.
+// Assigns markers to loops, reusing existing ones, and removes loop markers that are no longer
+// used.
 class MarkerPlacer {
  public:
   explicit MarkerPlacer(AifKept& kept) : kept_(kept) {
@@ -136,13 +137,13 @@ void FromAifSampler(const AifSampler& sampler, RiffParameters& parameters) {
   parameters.loops.clear();
   const AifLoop& sustain = sampler.sustain;
   const AifLoop& release = sampler.release;
-  if (sustain.there) parameters.loops.push_back(FromAifLoop(sustain));
-  if (release.there && !SamePlace(sustain, release)) {
+  if (sustain.present) parameters.loops.push_back(FromAifLoop(sustain));
+  if (release.present && !SamePlace(sustain, release)) {
     parameters.loops.push_back(FromAifLoop(release));
   }
   parameters.playbackType = 2;
-  if (sustain.there && sustain.playMode != 0) parameters.playbackType = 1;
-  if (release.there && release.playMode != 0) parameters.playbackType = 0;
+  if (sustain.present && sustain.playMode != 0) parameters.playbackType = 1;
+  if (release.present && release.playMode != 0) parameters.playbackType = 0;
 }
 
 bool ReadMarkers(const Bytes& bytes, AifKept& kept) {
@@ -182,8 +183,8 @@ bool ReadInstrument(const Bytes& bytes, AifKept& kept, AifSampler& sampler,
 void ResolveLoops(const InstrumentMarks& marks, AifKept& kept, AifSampler& sampler) {
   Resolve(marks.sustain, kept.markers, sampler.sustain);
   Resolve(marks.release, kept.markers, sampler.release);
-  if (sampler.sustain.there) kept.loopMarks.push_back(marks.sustain);
-  if (sampler.release.there && !SamePlace(sampler.sustain, sampler.release)) {
+  if (sampler.sustain.present) kept.loopMarks.push_back(marks.sustain);
+  if (sampler.release.present && !SamePlace(sampler.sustain, sampler.release)) {
     kept.loopMarks.push_back(marks.release);
   }
 }
@@ -194,7 +195,7 @@ bool MarkersAgree(const OwnChunk& own, const AifKept& kept) {
     const AifMarker* first = FindMarker(kept.markers, own.loopMarks[i].first);
     const AifMarker* second = FindMarker(kept.markers, own.loopMarks[i].second);
     if (first == nullptr || first->position != loop.start) return false;
-    if (second == nullptr || second->position != MarkerAfter(loop.end)) return false;
+    if (second == nullptr || second->position != EndMarkerPosition(loop.end)) return false;
   }
   return true;
 }
@@ -208,7 +209,8 @@ AifKept PlaceMarkers(const RiffParameters& parameters, const FileOrigin* origin)
     const Marks old = i < kept.loopMarks.size() ? kept.loopMarks[i] : Marks();
     const std::string name = "loop " + std::to_string(i + 1);
     const uint16_t first = placer.Place(old.first, loop.start, name + " start");
-    loopMarks.emplace_back(first, placer.Place(old.second, MarkerAfter(loop.end), name + " end"));
+    loopMarks.emplace_back(first,
+                           placer.Place(old.second, EndMarkerPosition(loop.end), name + " end"));
   }
   placer.DropUnplaced();
   kept.loopMarks = std::move(loopMarks);
@@ -235,7 +237,7 @@ Bytes MakeInstrument(const RiffParameters& parameters, const AifKept& kept) {
   out.U8(static_cast<uint8_t>(sampler.note)).U8(static_cast<uint8_t>(sampler.cents));
   out.Raw(kept.instrument.data(), kept.instrument.size());
   const auto put = [&](const AifLoop& loop, int index) {
-    const Marks marks = loop.there ? kept.loopMarks[static_cast<size_t>(index)] : Marks();
+    const Marks marks = loop.present ? kept.loopMarks[static_cast<size_t>(index)] : Marks();
     out.U16(static_cast<uint16_t>(loop.playMode)).U16(marks.first).U16(marks.second);
   };
   put(sampler.sustain, 0);

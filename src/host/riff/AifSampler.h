@@ -1,13 +1,13 @@
-// The sampler parameters as an AIFF file's "INST" and "MARK" chunks have them.
+// Conversion between sampler parameters and the "INST" and "MARK" chunks of AIFF files.
 //
 // Pitch: a base note and a detune in cents, -50 to 50; tune in 1/256 semitone is cents * 2.56,
-// rounded either way.
+// rounded in both directions.
 //
-// Loops: a sustain loop and a release loop, each a play mode and two markers. A marker lies between
-// frames, so a loop ends with the marker before frame `end + 1`. The first loop is the sustain
-// loop. The release loop is the second loop, or the first again, where sound is to go on looping
-// after the key is let go; without one the loop ends with the key. Play mode 0 says that nothing
-// loops. Further loops have markers only.
+// Loops: a sustain loop and a release loop, each with a play mode and two markers. A marker's
+// position is the boundary before a frame, so the end marker of a loop is at `end + 1`. The first
+// loop is the sustain loop. If playback keeps looping after key release (playback type 0), the
+// release loop is the second loop, or the first if there is only one; otherwise there is no release
+// loop. Play mode 0 means no looping. Further loops are stored as markers only.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ namespace zyl {
 
 struct AifLoop {
   int16_t playMode = 0;  // 0 none, 1 forward, 2 forward and backward
-  bool there = false;
+  bool present = false;
   uint32_t start = 0;
   uint32_t end = 0;  // inclusive
 
@@ -40,23 +40,23 @@ struct AifSampler {
 };
 
 AifSampler ToAifSampler(const RiffParameters& parameters);
-// Leaves rate, start and end alone.
+// Doesn't change rate, start and end.
 void FromAifSampler(const AifSampler& sampler, RiffParameters& parameters);
 
-// Both false for chunks that are too short to be what they say.
+// ReadMarkers and ReadInstrument return false if the chunk is too short.
 bool ReadMarkers(const Bytes& bytes, AifKept& kept);
 struct InstrumentMarks {
   std::pair<uint16_t, uint16_t> sustain;
   std::pair<uint16_t, uint16_t> release;
 };
 bool ReadInstrument(const Bytes& bytes, AifKept& kept, AifSampler& sampler, InstrumentMarks& marks);
-// Puts the markers' positions into the loops, and the loops' markers into `kept.loopMarks`.
+// Sets the loops' positions from the markers, and `kept.loopMarks` to the IDs of these markers.
 void ResolveLoops(const InstrumentMarks& marks, AifKept& kept, AifSampler& sampler);
-// Whether each loop of the own chunk lies where its markers are.
+// Whether every loop of the own chunk matches the positions of its markers.
 bool MarkersAgree(const OwnChunk& own, const AifKept& kept);
 
-// The markers and loop markers of a file with these loops: markers that belong to no loop stay, a
-// loop keeps the markers it came with where it can.
+// Returns the file's markers updated for these loops. Markers that belong to no loop are kept, and
+// each loop reuses its previous markers if possible.
 AifKept PlaceMarkers(const RiffParameters& parameters, const FileOrigin* origin);
 Bytes MakeMarkers(const AifKept& kept);
 Bytes MakeInstrument(const RiffParameters& parameters, const AifKept& kept);

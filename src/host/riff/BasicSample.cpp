@@ -81,7 +81,7 @@ void BasicSample::SetName(const char* name) { name_ = name == nullptr ? "" : nam
 void BasicSample::SetBitsPerValue(unsigned bits) {
   if (bits < 1 || bits > 32) return;
   bits_ = bits;
-  // Until there is sound, the width follows.
+  // Without sound data, the width follows the bit depth.
   if (std::all_of(channels_.begin(), channels_.end(),
                   [](const Channel& channel) { return channel.Data() == nullptr; })) {
     bytesPerValue_ = (bits + 7) / 8;

@@ -1,4 +1,4 @@
-// Numbers in chunks: readers and writers of fields in either byte order.
+// Reads and writes chunk fields in either byte order.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ enum class ByteOrder { kLittle, kBig };
 
 using Bytes = std::vector<std::byte>;
 
-// Reads fields in order. Behind the end every field is 0 and Good() turns false.
+// Reads consecutive fields. Reads past the end return 0 and make Good() false.
 class FieldReader {
  public:
   FieldReader(const std::byte* bytes, size_t count, ByteOrder order)
@@ -28,7 +28,7 @@ class FieldReader {
   int8_t I8() { return static_cast<int8_t>(U8()); }
   int16_t I16() { return static_cast<int16_t>(U16()); }
   int32_t I32() { return static_cast<int32_t>(U32()); }
-  // The next `count` bytes, or null when there are not that many.
+  // The next `count` bytes, or null if fewer remain.
   const std::byte* Raw(size_t count) {
     if (count > Left()) {
       good_ = false;
@@ -64,7 +64,7 @@ class FieldReader {
   bool good_ = true;
 };
 
-// Appends fields to a growing block.
+// Appends fields to `block`.
 class FieldWriter {
  public:
   explicit FieldWriter(ByteOrder order) : order_(order) {}

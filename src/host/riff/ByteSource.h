@@ -1,4 +1,4 @@
-// Where chunk code reads from and writes to: a file or a block of memory.
+// Byte sources and sinks for chunk code: a file or a block of memory.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +15,7 @@ class ByteSource {
  public:
   virtual ~ByteSource() = default;
   virtual uint64_t Size() const = 0;
-  // Reads up to `count` bytes from `offset`; fewer at the end or after an error.
+  // Reads up to `count` bytes from `offset`. Returns fewer at the end or on an error.
   virtual size_t ReadAt(uint64_t offset, void* bytes, size_t count) const = 0;
 };
 
@@ -48,10 +48,10 @@ class MemorySource : public ByteSource {
   size_t count_;
 };
 
-// Another source from `skip` on.
-class SourceFrom : public ByteSource {
+// Another source without its first `skip` bytes.
+class OffsetSource : public ByteSource {
  public:
-  SourceFrom(const ByteSource& source, uint64_t skip) : source_(source), skip_(skip) {}
+  OffsetSource(const ByteSource& source, uint64_t skip) : source_(source), skip_(skip) {}
   uint64_t Size() const override { return source_.Size() - skip_; }
   size_t ReadAt(uint64_t offset, void* bytes, size_t count) const override {
     return offset >= Size() ? 0 : source_.ReadAt(skip_ + offset, bytes, count);
@@ -68,7 +68,7 @@ class ByteSink {
   virtual bool Write(const void* bytes, size_t count) = 0;
 };
 
-// Fills a block of known size; refuses what would pass its end.
+// Fills a block of fixed size; a write past its end fails and stores nothing.
 class MemorySink : public ByteSink {
  public:
   MemorySink(char* bytes, size_t count) : next_(bytes), left_(count) {}
@@ -86,7 +86,7 @@ class MemorySink : public ByteSink {
   size_t left_;
 };
 
-// Adds one remark to a line of remarks.
+// Appends a remark to a "; "-separated list.
 inline void AddReason(std::string& reason, const std::string& remark) {
   if (!reason.empty()) reason += "; ";
   reason += remark;

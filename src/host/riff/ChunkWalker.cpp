@@ -12,7 +12,7 @@ bool IsChunkId(std::string_view id) {
   return std::all_of(id.begin(), id.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
 }
 
-// The chunks that sound files and SoundFont banks are known to hold.
+// IDs of known chunks of sound files and SoundFont banks.
 constexpr std::string_view kKnownIds[] = {
     // WAVE
     "fmt ", "data", "fact", "smpl", "inst", "LIST", "cue ", "plst", "labl", "note", "ltxt", "bext",
@@ -69,12 +69,12 @@ bool ChunkWalker::ReadHead(uint64_t offset, ChunkHead& head) const {
   head.size = FieldReader(bytes + 4, 4, order_).U32();
   head.offset = offset + kHeadBytes;
   head.available = std::min(head.size, source_.Size() - head.offset);
-  // Zeros behind the last chunk are no chunk.
+  // Trailing zeros are not a chunk.
   return std::any_of(head.id, head.id + 4, [](char c) { return c != '\0'; });
 }
 
-// Where the chunk after `head` begins. Some writers leave out the padding byte of an odd-sized
-// chunk: the unpadded place is taken where only it holds the identifier of a known chunk.
+// Offset of the chunk after `head`. Some writers omit the padding byte of odd-sized chunks: use the
+// unpadded offset if only that one has a known chunk ID.
 uint64_t ChunkWalker::PlaceAfter(const ChunkHead& head) const {
   const uint64_t end = head.offset + head.available;
   ChunkHead next;
@@ -85,8 +85,8 @@ uint64_t ChunkWalker::PlaceAfter(const ChunkHead& head) const {
   return padded ? end + 1 : end;
 }
 
-// Whether whole chunks lead from `offset` to the end of the file: what follows an empty chunk then
-// are chunks, not sound.
+// Whether complete chunks fill the file from `offset` to its end. If so, the bytes after an empty
+// sound chunk are chunks, not sound data.
 bool ChunkWalker::LooksLikeChunks(uint64_t offset) const {
   for (int i = 0; i < kMaxChunks; ++i) {
     if (offset >= source_.Size()) return true;
@@ -97,14 +97,14 @@ bool ChunkWalker::LooksLikeChunks(uint64_t offset) const {
   return false;
 }
 
-void ChunkWalker::SettleSize(ChunkHead& head) {
+void ChunkWalker::FixSoundSize(ChunkHead& head) {
   if (head.Is("ds64") && form_ != "RIFF" && head.available >= 16) {
     std::byte sizes[16];
     if (source_.ReadAt(head.offset, sizes, sizeof sizes) == sizeof sizes) {
       largeSoundBytes_ = FieldReader(sizes + 8, 8, order_).U64();
     }
   }
-  // Only the first chunk of its name is the sound; looking ahead from each would take forever.
+  // Only the first sound chunk counts. Scanning ahead from every one would take quadratic time.
   if (head.Id() != soundId_ || soundId_.empty() || sawSound_) return;
   const uint64_t left = source_.Size() - head.offset;
   if (head.size == kOpenSize && largeSoundBytes_ > 0) {
@@ -121,13 +121,13 @@ bool ChunkWalker::Next(ChunkHead& head) {
     return false;
   }
   if (next_ >= formEnd_) {
-    // A form that ends before its sound has begun is not believed.
+    // Ignore a form size that ends before the sound chunk.
     if (nested_ || next_ >= source_.Size() || (sawFormat_ && sawSound_)) return false;
     formEnd_ = source_.Size();
     sawBadSize_ = true;
   }
   if (!ReadHead(next_, head)) return false;
-  SettleSize(head);
+  FixSoundSize(head);
   sawBadSize_ = sawBadSize_ || !head.Whole();
   sawFormat_ = sawFormat_ || head.Is("fmt ") || head.Is("COMM");
   sawSound_ = sawSound_ || head.Id() == soundId_;

@@ -1,9 +1,8 @@
-// Walks over the chunks of a RIFF (little-endian) or FORM (big-endian) file.
+// Iterates over the chunks of a RIFF (little-endian) or FORM (big-endian) file.
 //
-// The walk believes no size: a chunk never reaches behind the end of the file, and the size of the
-// whole form ends the walk only where a chunk ends there too. The sound chunk of a file that was
-// written as a stream, whose size was left at 0 or at the largest number, reaches to the end of the
-// file.
+// No declared size is trusted: chunks are clipped to the end of the file, and the form's size ends
+// the iteration only if a chunk ends there too. If a streaming writer left the size of the sound
+// chunk at 0 or 0xFFFFFFFF, the chunk extends to the end of the file.
 #pragma once
 
 #include <cstdint>
@@ -15,15 +14,15 @@
 
 namespace zyl {
 
-// More chunks than this are not looked at: no sound file has them, and they would take more memory
-// than the file is long.
+// Iteration stops after this many chunks. No real sound file has more, and storing them would take
+// more memory than the size of the file.
 inline constexpr int kMaxChunks = 4096;
 
 struct ChunkHead {
   char id[5] = "";
   uint64_t size = 0;       // as declared
   uint64_t offset = 0;     // of the first byte of data
-  uint64_t available = 0;  // bytes of data that are really there
+  uint64_t available = 0;  // bytes of data in the file
 
   std::string_view Id() const { return std::string_view(id, 4); }
   bool Is(std::string_view other) const { return Id() == other; }
@@ -32,33 +31,33 @@ struct ChunkHead {
 
 class ChunkWalker {
  public:
-  // Opens the form; Form() stays empty when the source is no form of a known kind.
+  // Reads the form's header. Form() is empty if the source has no known form.
   explicit ChunkWalker(const ByteSource& source);
-  // Walks over the chunks inside a list chunk of `source`, behind its four-letter type.
+  // Iterates over the chunks in a list chunk of `source`, starting after its four-letter type.
   ChunkWalker(const ByteSource& source, const ChunkHead& list, ByteOrder order);
 
-  // "RIFF", "RF64", "BW64" or "FORM"; empty when it is none of them.
+  // "RIFF", "RF64", "BW64", "FORM" or empty.
   const std::string& Form() const { return form_; }
   // "WAVE", "AIFF", ...
   const std::string& Type() const { return type_; }
   ByteOrder Order() const { return order_; }
 
-  // The next chunk; false at the end.
+  // Moves to the next chunk; returns false at the end.
   bool Next(ChunkHead& head);
-  // Where the chunk after the last one that Next returned begins, padding included.
+  // Offset of the chunk after the current one, that is, after its padding.
   uint64_t Place() const { return next_; }
-  // Length of the whole form as declared; 0 where the file is shorter or the form was left open.
+  // Declared length of the form with its header; 0 if the file is shorter or the length is unset.
   uint64_t FormBytes() const { return formBytes_; }
-  // Some size did not fit the file.
+  // A declared size was inconsistent with the file.
   bool SawBadSize() const { return sawBadSize_; }
-  // The form was declared longer than its file.
+  // The declared length of the form exceeds the file.
   bool FormCut() const { return formCut_; }
 
  private:
   bool LooksLikeChunks(uint64_t offset) const;
   uint64_t PlaceAfter(const ChunkHead& head) const;
   bool ReadHead(uint64_t offset, ChunkHead& head) const;
-  void SettleSize(ChunkHead& head);
+  void FixSoundSize(ChunkHead& head);
 
   const ByteSource& source_;
   std::string form_;
@@ -77,7 +76,7 @@ class ChunkWalker {
   bool formCut_ = false;
 };
 
-// Reads a chunk's data whole; empty when it cannot be read.
+// Reads a chunk's data; shorter than `head.available` after a read error.
 Bytes ReadChunk(const ByteSource& source, const ChunkHead& head);
 
 }  // namespace zyl

@@ -12,12 +12,12 @@ namespace {
 
 constexpr sf_count_t kBlockFrames = 16384;
 
-// A few bytes can decode to any length of silence. So much sound is taken from every file, and more
-// from one that is large itself.
-constexpr uint64_t kFreeSoundBytes = uint64_t{1} << 28;
+// A few bytes can decode to any length of silence, so the decoded size is limited to
+// kSoundBytesPerFileByte times the file's size, but never below kMinSoundLimitBytes.
+constexpr uint64_t kMinSoundLimitBytes = uint64_t{1} << 28;
 constexpr uint64_t kSoundBytesPerFileByte = 64;
 
-// libsndfile's view of a byte source.
+// Adapts a byte source to libsndfile's virtual I/O.
 struct Stream {
   const ByteSource* source;
   sf_count_t place;
@@ -53,7 +53,7 @@ sf_count_t StreamTell(void* data) { return static_cast<Stream*>(data)->place; }
 struct Depth {
   unsigned bytesPerValue;
   unsigned bits;
-  bool floating;  // decoded through floating point, since the integer calls scale or wrap
+  bool floating;  // decode through floating point: the integer calls scale or wrap
 };
 
 Depth DepthOf(int subFormat) {
@@ -86,20 +86,20 @@ Depth DepthOf(int subFormat) {
   }
 }
 
-// A value of full scale 1 in the top bits of 32, held at the limits; what is no number is silence.
-int32_t HeldValue(double value, unsigned bits) {
+// Converts a value of full scale 1 to `bits` bits, clamped and left-justified in 32; NaN becomes 0.
+int32_t ClampToBits(double value, unsigned bits) {
   const double scale = std::ldexp(1.0, static_cast<int>(bits) - 1);
   if (std::isnan(value)) return 0;
-  const double held = std::clamp(std::nearbyint(value * scale), -scale, scale - 1);
-  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<int32_t>(held)) << (32 - bits));
+  const double clamped = std::clamp(std::nearbyint(value * scale), -scale, scale - 1);
+  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<int32_t>(clamped)) << (32 - bits));
 }
 
-// One channel's buffer while its final length is not certain.
+// One channel's buffer while its final length is unknown.
 struct GrowingChannel {
   std::unique_ptr<std::byte[]> bytes;
   size_t capacity = 0;
 
-  // Keeps the first `used` bytes.
+  // Preserves the first `used` bytes. Returns false if memory runs out.
   bool Resize(size_t used, size_t wanted) {
     std::unique_ptr<std::byte[]> larger(new (std::nothrow) std::byte[wanted]);
     if (!larger) return false;
@@ -117,17 +117,17 @@ class Decoder {
         depth_(DepthOf(info.format & SF_FORMAT_SUBMASK)),
         channelCount_(static_cast<size_t>(info.channels)),
         channels_(channelCount_) {
-    // The declared length is believed as far as a file of this size can well hold it.
+    // Preallocate the declared length only as far as is plausible for the size of the file.
     const uint64_t credible = sourceBytes / channelCount_ + kBlockFrames;
     const uint64_t mostBytes =
-        std::max(kFreeSoundBytes, std::min(sourceBytes, UINT64_MAX / kSoundBytesPerFileByte) *
-                                      kSoundBytesPerFileByte);
+        std::max(kMinSoundLimitBytes, std::min(sourceBytes, UINT64_MAX / kSoundBytesPerFileByte) *
+                                          kSoundBytesPerFileByte);
     mostFrames_ = std::min<uint64_t>(mostBytes / channelCount_ / depth_.bytesPerValue, UINT32_MAX);
     const auto declared = static_cast<uint64_t>(std::max<sf_count_t>(info.frames, 0));
     firstFrames_ = static_cast<size_t>(std::min(declared, credible));
   }
 
-  // False when memory does not suffice or the sound is too long.
+  // Returns false if memory runs out or the decoded sound is too long.
   bool Run() {
     std::vector<int32_t> values(channelCount_ * kBlockFrames);
     std::vector<float> floats(depth_.floating ? values.size() : 0);
@@ -136,7 +136,7 @@ class Decoder {
       if (depth_.floating) {
         got = sf_readf_float(file_, floats.data(), kBlockFrames);
         const size_t count = static_cast<size_t>(std::max<sf_count_t>(got, 0)) * channelCount_;
-        for (size_t i = 0; i < count; ++i) values[i] = HeldValue(double{floats[i]}, depth_.bits);
+        for (size_t i = 0; i < count; ++i) values[i] = ClampToBits(double{floats[i]}, depth_.bits);
       } else {
         got = sf_readf_int(file_, values.data(), kBlockFrames);
       }
@@ -147,7 +147,7 @@ class Decoder {
     return Trim();
   }
 
-  void HandOver(BasicSample& sample) {
+  void MoveTo(BasicSample& sample) {
     auto& channels = SampleAccess::Channels(sample);
     for (size_t c = 0; c < channelCount_; ++c) {
       channels[c].own = std::move(channels_[c].bytes);
@@ -199,10 +199,11 @@ class Decoder {
   size_t frames_ = 0;
 };
 
-std::string NameOf(int command, int format) {
+std::string FormatName(int format) {
   SF_FORMAT_INFO info{};
   info.format = format;
-  const bool known = sf_command(nullptr, command, &info, sizeof info) == 0 && info.name != nullptr;
+  const bool known =
+      sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name != nullptr;
   return known ? info.name : "unknown";
 }
 
@@ -222,23 +223,23 @@ bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData,
   if (!ChannelsFit(static_cast<unsigned>(std::max(info.channels, 0)), reason)) return false;
   const Depth depth = DepthOf(info.format & SF_FORMAT_SUBMASK);
   const auto frames = static_cast<uint64_t>(std::max<sf_count_t>(info.frames, 0));
-  if (!withData && frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
+  if (!withData && frames > UINT32_MAX) return Refuse(reason, "the sound data is too long");
   SampleAccess::SetFormat(sample, static_cast<unsigned>(info.channels), depth.bits,
                           depth.bytesPerValue, frames);
   SampleAccess::SetFlag(sample, 0);
-  sample.parameters.rateHz = SettleRate(info.samplerate, reason);
-  sample.encoding = NameOf(SFC_GET_FORMAT_INFO, info.format & SF_FORMAT_TYPEMASK) + ", " +
-                    NameOf(SFC_GET_FORMAT_INFO, info.format & SF_FORMAT_SUBMASK);
+  sample.parameters.rateHz = RateOrDefault(info.samplerate, reason);
+  sample.encoding = FormatName(info.format & SF_FORMAT_TYPEMASK) + ", " +
+                    FormatName(info.format & SF_FORMAT_SUBMASK);
   if (!withData) return true;
   Decoder decoder(file.get(), info, source.Size());
-  if (!decoder.Run()) return Refuse(reason, "the sound is too long for the memory");
-  if (decoder.Frames() == 0 && frames > 0) return Refuse(reason, "none of the sound is there");
+  if (!decoder.Run()) return Refuse(reason, "the decoded sound is too large");
+  if (decoder.Frames() == 0 && frames > 0) return Refuse(reason, "the sound data is missing");
   if (decoder.Frames() != frames) {
-    AddReason(reason, "the sound is not as long as declared: " + std::to_string(decoder.Frames()) +
-                          " whole frames are there");
+    AddReason(reason, "the sound data is not as long as declared: it has " +
+                          std::to_string(decoder.Frames()) + " whole frames");
   }
   SampleAccess::SetFrames(sample, decoder.Frames());
-  decoder.HandOver(sample);
+  decoder.MoveTo(sample);
   SampleAccess::SetWritable(sample);
   return true;
 }

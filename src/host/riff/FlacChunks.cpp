@@ -9,18 +9,18 @@ namespace {
 constexpr uint64_t kBlockHeadBytes = 4;
 constexpr std::byte kLastBlock{0x80};
 constexpr unsigned kApplicationBlock = 2;
-// More blocks than this are not looked at.
+// Bounds the time for a file full of empty blocks.
 constexpr int kMaxBlocks = 4096;
 
 bool OpensWith(const Bytes& bytes, std::string_view id) {
   return bytes.size() >= id.size() && std::memcmp(bytes.data(), id.data(), id.size()) == 0;
 }
 
-// Appends what a "riff" block holds to the file.
+// Appends the contents of a "riff" block to the file.
 void AddBlock(const Bytes& block, Bytes& file) {
   constexpr size_t kIdBytes = 4;
   Bytes chunk(block.begin() + kIdBytes, block.end());
-  // The sound itself is not there.
+  // The block has only the header of the "data" chunk, not its data.
   if (OpensWith(chunk, "data") && chunk.size() >= 8) std::memset(chunk.data() + 4, 0, 4);
   file.insert(file.end(), chunk.begin(), chunk.end());
 }
@@ -45,7 +45,7 @@ Bytes WaveChunksOfFlac(const ByteSource& source) {
     if ((head[0] & kLastBlock) != std::byte{0}) break;
     offset += size;
   }
-  // The form is as long as what is there.
+  // Set the form's size to the assembled length.
   if (file.size() >= 8) {
     const FieldWriter size =
         FieldWriter(ByteOrder::kLittle).U32(static_cast<uint32_t>(file.size() - 8));

@@ -1,7 +1,7 @@
-// The chunks of a WAVE file inside a FLAC file that was made from it.
+// Extracts the WAVE chunks that a FLAC file keeps of its source file.
 //
-// flac --keep-foreign-metadata stores the file's head, every chunk and the head of the sound's
-// chunk in "APPLICATION" metadata blocks of the application "riff", one after the other.
+// flac --keep-foreign-metadata stores the form's header, every chunk and the header of the "data"
+// chunk as consecutive "APPLICATION" metadata blocks with the application ID "riff".
 #pragma once
 
 #include "ByteOrder.h"
@@ -9,7 +9,7 @@
 
 namespace zyl {
 
-// The WAVE file that these blocks make, with an empty sound; empty when there are none.
+// Assembles the WAVE file from these blocks, without sound data. Empty if there are no blocks.
 Bytes WaveChunksOfFlac(const ByteSource& source);
 
 }  // namespace zyl

@@ -28,7 +28,7 @@ void AddPlace(const ByteSource& source, const ChunkWalker& walker, const ChunkHe
 void RememberForm(const ByteSource& source, const ChunkWalker& walker, FileOrigin& origin,
                   std::string& reason) {
   if (walker.SawBadSize() || walker.FormCut()) {
-    if (reason.empty()) reason = "a declared size does not fit the file";
+    if (reason.empty()) reason = "a declared size is inconsistent with the file";
     return;
   }
   origin.chunksEnd = std::min(walker.Place(), source.Size());

@@ -1,4 +1,4 @@
-// What the readers of both formats remember of a file, so that it can be written again as it was.
+// Records the layout of a file while it is read, so that it can be written back unchanged.
 #pragma once
 
 #include <initializer_list>
@@ -10,24 +10,25 @@
 
 namespace zyl {
 
-// Notes the place of the chunk that `walker` has just returned as `head`.
+// Records the chunk `head` that `walker` has just returned.
 void AddPlace(const ByteSource& source, const ChunkWalker& walker, const ChunkHead& head, Slot slot,
               FileOrigin& origin);
 
-// Adds a remark to `reason` when the sizes do not fit the file; otherwise remembers the form's
-// declared length and what follows its last chunk.
+// Records the form's declared length and the bytes after its last chunk. If a declared size is
+// inconsistent with the file, records nothing and adds a remark to `reason`.
 void RememberForm(const ByteSource& source, const ChunkWalker& walker, FileOrigin& origin,
                   std::string& reason);
 
-// Remembers what follows the last whole frame in the sound's chunk. `offset` is the place of the
-// first frame.
+// Records the bytes after the last whole frame in the sound chunk. `offset` is the position of the
+// first frame in the file.
 void RememberSoundTail(const ByteSource& source, const ChunkHead& sound, uint64_t offset,
                        uint64_t soundBytes, FileOrigin& origin);
 
-// Remembers what the sample is after it was read.
+// Records the format, parameters and name of the sample as read.
 void RememberOrigin(const BasicSample& sample, FileOrigin& origin);
 
-// Forgets other chunks that describe how values were stored, where those were decoded.
+// Removes unknown chunks with these IDs. Used for chunks that describe an encoding that was
+// decoded.
 void DropChunks(BasicSample& sample, FileOrigin& origin,
                 std::initializer_list<std::string_view> ids);
 

@@ -30,8 +30,8 @@ uint64_t PadBytes(const FormPlan& plan, const PlannedChunk& chunk, uint64_t data
   return chunk.pad < 0 && IsLast(plan, chunk) ? 0 : dataBytes & 1;
 }
 
-// A form that keeps its length keeps the length that it declared. Otherwise what follows the last
-// chunk is counted where it was before.
+// Returns the declared length of the form read if its actual length is unchanged. Otherwise counts
+// the bytes after the last chunk only if the form read counted them.
 uint64_t DeclaredBytes(const FormPlan& plan, uint64_t soundBytes) {
   const uint64_t chunkBytes = plan.ChunkBytes(soundBytes);
   if (plan.formBytes == 0) return chunkBytes;
@@ -104,7 +104,7 @@ bool SameFormat(const BasicSample& sample) {
 bool Unchanged(const BasicSample& sample, const RiffParameters& parameters) {
   const FileOrigin* origin = SampleAccess::Origin(sample);
   return SameFormat(sample) && origin->frames == sample.FrameCount() &&
-         SameMeaning(parameters, origin->parameters, origin->frames);
+         Equivalent(parameters, origin->parameters, origin->frames);
 }
 
 bool KeepStored(const BasicSample& sample, Slot slot, const char* id, FormPlan& plan) {

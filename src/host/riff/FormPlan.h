@@ -1,5 +1,5 @@
-// The plan of a file to be written: its chunks in order, of which one is the sound. All sizes are
-// known before the first byte is written.
+// The layout of a file to be written: its chunks in order, one of which holds the sound data. All
+// sizes are known before the first byte is written.
 #pragma once
 
 #include <cstdint>
@@ -12,16 +12,16 @@
 
 namespace zyl {
 
-// No file of either format can be longer: its size is a 32-bit word.
+// Both formats store their size as a 32-bit word.
 inline constexpr uint64_t kMaxFileBytes = uint64_t{1} << 32;
 
 struct PlannedChunk {
   std::string id;
-  Bytes bytes;                   // for the sound chunk: what precedes the sound
-  const Bytes* kept = nullptr;   // instead of `bytes`
-  const Bytes* after = nullptr;  // for the sound chunk: what follows the sound
+  Bytes bytes;                   // in the sound chunk: bytes before the frames
+  const Bytes* kept = nullptr;   // used instead of `bytes` unless null
+  const Bytes* after = nullptr;  // in the sound chunk: bytes after the frames
   bool isSound = false;
-  int pad = 0;  // after an odd chunk; -1: none, honoured at the end of the file
+  int pad = 0;  // padding byte of an odd chunk; -1: none (only at the end of the file)
 };
 
 struct FormPlan {
@@ -33,8 +33,8 @@ struct FormPlan {
 
   const Bytes* prefix = nullptr;  // before the form
   const Bytes* tail = nullptr;    // after the last chunk
-  uint64_t formBytes = 0;         // declared length of a form ...
-  uint64_t chunksEnd = 0;         // ... whose chunks end here; 0 for a form that is not kept
+  uint64_t formBytes = 0;         // declared length of the form read
+  uint64_t chunksEnd = 0;         // end of its last chunk; both 0 if unknown
 
   void Add(std::string_view id, Bytes bytes) {
     chunks.push_back({std::string(id), std::move(bytes)});
@@ -43,35 +43,36 @@ struct FormPlan {
     chunks.push_back({std::string(id), {}, &kept});
   }
   uint64_t FileBytes(uint64_t soundBytes) const;
-  // From the first byte of the form to the end of its last chunk.
+  // Length of the form from its first byte to the end of its last chunk.
   uint64_t ChunkBytes(uint64_t soundBytes) const;
 };
 
-// Whether the sample still has the format of the file that it was read from: what the format chunk
-// says, the number of frames aside.
+// Whether the sample still has the format of the file that it was read from, ignoring the number of
+// frames.
 bool SameFormat(const BasicSample& sample);
-// Whether that and everything else that the known chunks say is still as it was read, given the
-// sample's parameters as they are to be stored.
+// Whether format, length and parameters are still as read. `parameters` are the sample's parameters
+// as they will be stored.
 bool Unchanged(const BasicSample& sample, const RiffParameters& parameters);
 
-// Adds the chunk of a slot as it was read. False where there is none.
+// Adds the chunk of a slot as it was read. Returns false if there was none.
 bool KeepStored(const BasicSample& sample, Slot slot, const char* id, FormPlan& plan);
 
-// Adds the sound chunk, with what surrounded the sound where it still fits; `head` precedes the
-// sound otherwise.
+// Adds the sound chunk. If format and length are unchanged, keeps the bytes that preceded and
+// followed the frames; otherwise writes `head` before the frames.
 void PlanSound(const BasicSample& sample, const char* id, Bytes head, FormPlan& plan);
 
-// Takes over what surrounds the chunks of the file that the sample was read from.
+// Keeps the bytes before the form and after the chunks of the file that the sample was read from.
 void PlanSurroundings(const BasicSample& sample, FormPlan& plan);
 
-// Writes the file; nothing is written when it would be too long.
+// Writes the file. Returns false without writing if the sample is invalid or the file would be too
+// long.
 bool WriteForm(const FormPlan& plan, const BasicSample& sample, ByteSink& sink);
 
-// Writes `sample` to `file` by its plan, or abandons the file.
+// Writes `sample` to `file`; abandons the file on failure.
 bool WriteFormToFile(const FormPlan& plan, const BasicSample& sample, RiffFile& file);
 
-// Every slot of the file that the sample came from, then those of `usual` that it had not, and as
-// many kOther slots as there are other chunks.
+// Returns the slots of the file that the sample was read from, then the missing ones of `usual`,
+// with one kOther slot per unknown chunk.
 std::vector<Place> LayoutOf(const BasicSample& sample, std::initializer_list<Slot> usual);
 
 }  // namespace zyl

@@ -7,7 +7,7 @@
 namespace zyl {
 namespace {
 
-// Where the entry of the title lies in a list: its first byte, its text, the first byte behind it.
+// The byte range [begin, end) of the title's entry in a list, and its text.
 struct TitlePlace {
   size_t begin = 0;
   size_t end = 0;

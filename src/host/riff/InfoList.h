@@ -1,4 +1,4 @@
-// The title of a WAVE file in its list of information texts.
+// Reads and writes the title ("INAM") in the INFO list of a WAVE file.
 #pragma once
 
 #include <string>
@@ -7,14 +7,14 @@
 
 namespace zyl {
 
-// The title that a "LIST" chunk's data holds; empty where there is none.
+// The title in the data of a "LIST" chunk; empty if there is none.
 std::string ListedName(const Bytes& list);
-// A list that holds a title alone.
+// Makes an INFO list with only a title.
 Bytes MakeNameList(const std::string& name);
-// Whether a "LIST" chunk's data is a list of information texts.
+// Whether the data of a "LIST" chunk is an INFO list.
 bool IsInfoList(const Bytes& list);
-// Such a list with another title in place of its own, or after its texts; without one for an empty
-// name.
+// Returns an INFO list with its title replaced, or appended if there was none. An empty name
+// removes the title.
 Bytes WithListedName(const Bytes& list, const std::string& name);
 
 }  // namespace zyl

@@ -5,17 +5,17 @@
 namespace zyl {
 namespace {
 
-// Version 2 ends with the bits per value; it is used only where there is a width to tell, so that
-// readers of version 1 read the others.
+// Version 2 appends the bits per value. It is used only if these are needed, so that readers of
+// version 1 can read all other files.
 constexpr uint32_t kVersion = 1;
 constexpr uint32_t kVersionWithBits = 2;
 constexpr size_t kBitsBytes = 4;
 constexpr size_t kLoopBytes = 24;
-// The largest values that the records of samples hold.
+// The maxima of the fields in sample records.
 constexpr int32_t kTopKey = 255;
 constexpr int32_t kTopPlaybackType = 255;
 
-RiffParameters Plain(RiffParameters parameters, uint64_t frames) {
+RiffParameters Normalized(RiffParameters parameters, uint64_t frames) {
   parameters.rateHz = 0;
   if (parameters.end >= 0 && static_cast<uint64_t>(parameters.end) + 1 == frames) {
     parameters.end = -1;
@@ -77,11 +77,11 @@ std::optional<OwnChunk> UnpackOwnChunk(const Bytes& bytes) {
   return own;
 }
 
-bool SameMeaning(const RiffParameters& a, const RiffParameters& b, uint64_t frames) {
-  return Plain(a, frames) == Plain(b, frames);
+bool Equivalent(const RiffParameters& a, const RiffParameters& b, uint64_t frames) {
+  return Normalized(a, frames) == Normalized(b, frames);
 }
 
-bool SettleParameters(RiffParameters& parameters, uint64_t frames) {
+bool ClampParameters(RiffParameters& parameters, uint64_t frames) {
   const auto lastFrame =
       static_cast<int32_t>(std::clamp<int64_t>(static_cast<int64_t>(frames) - 1, 0, INT32_MAX));
   parameters.key = std::clamp(parameters.key, 0, kTopKey);
@@ -89,7 +89,7 @@ bool SettleParameters(RiffParameters& parameters, uint64_t frames) {
   parameters.start = std::clamp(parameters.start, 0, lastFrame);
   parameters.end = std::clamp(parameters.end, -1, frames == 0 ? -1 : lastFrame);
   bool changed = false;
-  std::vector<RiffLoop> whole;
+  std::vector<RiffLoop> valid;
   for (RiffLoop loop : parameters.loops) {
     if (loop.start > loop.end || loop.start >= frames) {
       changed = true;
@@ -100,9 +100,9 @@ bool SettleParameters(RiffParameters& parameters, uint64_t frames) {
       changed = true;
     }
     loop.times = std::min<uint32_t>(loop.times, INT32_MAX);
-    if (whole.size() < kMaxLoops) whole.push_back(loop);
+    if (valid.size() < kMaxLoops) valid.push_back(loop);
   }
-  parameters.loops = std::move(whole);
+  parameters.loops = std::move(valid);
   return changed;
 }
 

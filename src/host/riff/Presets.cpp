@@ -6,8 +6,8 @@
 namespace zyl {
 namespace {
 
-// "phdr": records of 38 bytes that open with the name and the numbers of program and bank; the last
-// record only ends the list.
+// "phdr" has records of 38 bytes that begin with the name, program number and bank number. The last
+// record is a terminator.
 constexpr size_t kRecordBytes = 38;
 constexpr size_t kNameChars = 20;
 constexpr size_t kMaxRecords = 65537;

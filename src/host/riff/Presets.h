@@ -1,4 +1,4 @@
-// The presets of a SoundFont bank (.sf2, .sf3).
+// Lists the presets of a SoundFont bank (.sf2, .sf3).
 #pragma once
 
 #include <optional>
@@ -10,8 +10,8 @@
 
 namespace zyl {
 
-// In file order. Nothing for a file that is damaged or of another kind; an empty list for one
-// without presets. `path` is UTF-8.
+// In file order. Returns nullopt if the file is damaged or isn't a SoundFont bank, and an empty
+// list if it has no presets. `path` is UTF-8.
 std::optional<std::vector<ZylPreset>> ReadPresets(const std::string& path);
 std::optional<std::vector<ZylPreset>> ReadPresets(const ByteSource& source);
 

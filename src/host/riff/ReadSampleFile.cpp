@@ -10,10 +10,10 @@ namespace zyl {
 namespace {
 
 constexpr size_t kTagHeadBytes = 10;
-// More tags than this are not skipped.
+// Bounds the time for a file full of empty tags.
 constexpr int kMaxTags = 16;
 
-// Length of the ID3 tags (version 2) at the start of a file; 0 without any.
+// Total length of the ID3v2 tags at the start of a file.
 uint64_t TagBytes(const ByteSource& source) {
   uint64_t end = 0;
   for (int i = 0; i < kMaxTags; ++i) {
@@ -35,12 +35,12 @@ uint64_t TagBytes(const ByteSource& source) {
   return end;
 }
 
-// Reads the form after a tag, and keeps the tag.
+// Reads the form after the tags, and keeps the tags.
 template <typename Sample, bool (*kRead)(const ByteSource&, Sample&, bool, std::string&)>
 std::unique_ptr<BasicSample> ReadForm(const ByteSource& source, uint64_t tagBytes, bool withData,
                                       std::string& reason) {
   auto sample = std::make_unique<Sample>();
-  if (!kRead(SourceFrom(source, tagBytes), *sample, withData, reason)) return nullptr;
+  if (!kRead(OffsetSource(source, tagBytes), *sample, withData, reason)) return nullptr;
   Bytes& prefix = SampleAccess::Origin(*sample)->prefix;
   prefix.resize(static_cast<size_t>(tagBytes));
   prefix.resize(source.ReadAt(0, prefix.data(), prefix.size()));
@@ -52,7 +52,7 @@ std::unique_ptr<BasicSample> ReadForm(const ByteSource& source, uint64_t tagByte
 std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool withData,
                                               std::string& reason) {
   const uint64_t tagBytes = TagBytes(source);
-  const SourceFrom rest(source, tagBytes);
+  const OffsetSource rest(source, tagBytes);
   const ChunkWalker walker(rest);
   if (walker.Type() == "WAVE" && walker.Order() == ByteOrder::kLittle) {
     return ReadForm<WavSample, ReadWav>(source, tagBytes, withData, reason);
@@ -82,7 +82,7 @@ std::unique_ptr<BasicSample> ReadSampleFile(const std::string& path, bool withDa
     }
     return zyl::ReadSampleSource(zyl::FileSource(file), withData, reason);
   } catch (const std::bad_alloc&) {
-    reason = "there is not enough memory for the file";
+    reason = "not enough memory for the file";
     return nullptr;
   }
 }
@@ -93,7 +93,7 @@ std::vector<ChunkInfo> ListFileChunks(const std::string& path) {
   if (!file.Good()) return chunks;
   const zyl::FileSource source(file);
   const uint64_t tagBytes = zyl::TagBytes(source);
-  const zyl::SourceFrom form(source, tagBytes);
+  const zyl::OffsetSource form(source, tagBytes);
   zyl::ChunkWalker walker(form);
   zyl::ChunkHead head;
   while (!walker.Form().empty() && walker.Next(head)) {

@@ -1,4 +1,4 @@
-// The inside of sample objects, for the readers and writers of this folder.
+// Private data of sample objects, for the readers and writers in this folder.
 #pragma once
 
 #include <algorithm>
@@ -17,26 +17,26 @@ struct BasicSample::Channel {
   const std::byte* lent = nullptr;
   unsigned bytesPerValue = 0;
   uint64_t frames = 0;
-  bool keptCopy = false;  // `own` is the copy of a buffer that was detached before it was written
+  bool keptCopy = false;  // `own` is a copy made by DetachLinBuffers
 
   const std::byte* Data() const { return own ? own.get() : lent; }
 };
 
 namespace zyl {
 
-// What a chunk is to the format; all but kOther occur at most once.
+// The role of a chunk in its format. Each except kOther occurs at most once.
 enum class Slot : uint8_t { kFormat, kSound, kMarkers, kSampler, kOwn, kOther };
 inline constexpr size_t kKnownSlots = 5;
 
-// A chunk's place in its file.
+// One chunk in the order of its file.
 struct Place {
   Slot slot;
-  int pad = 0;  // the byte after an odd chunk; -1 where the file ends without one
+  int pad = 0;  // padding byte of an odd chunk; -1 if the file has none
 };
 
-// What "fmt " and "smpl" chunks hold besides the sampler parameters.
+// Contents of "fmt " and "smpl" chunks other than the sampler parameters.
 struct WavKept {
-  unsigned formatBits = 0;  // bits per value by the format chunk alone
+  unsigned formatBits = 0;  // bits per value declared in the format chunk
   uint32_t channelMask = 0;
   uint32_t manufacturer = 0;
   uint32_t product = 0;
@@ -46,44 +46,44 @@ struct WavKept {
   uint32_t smpteFormat = 0;
   uint32_t smpteOffset = 0;
   std::vector<uint32_t> loopIds;
-  Bytes surplusLoops;  // those beyond kMaxLoops, as stored
+  Bytes surplusLoops;  // loops beyond kMaxLoops, as stored
   Bytes samplerData;
 };
 
-// A marker lies before frame `position`.
+// A marker at the boundary before frame `position`.
 struct AifMarker {
   uint16_t id = 0;
   uint32_t position = 0;
   std::string name;
 };
 
-// What "COMM", "MARK" and "INST" hold besides the sampler parameters.
+// Contents of "COMM", "MARK" and "INST" chunks other than the sampler parameters.
 struct AifKept {
   std::string compression;                                  // four letters of an AIFC file
   Bytes compressionName;                                    // as stored
   Bytes rate;                                               // 80-bit float
   std::array<uint8_t, 6> instrument{0, 127, 1, 127, 0, 0};  // key and velocity range, gain
   std::vector<AifMarker> markers;
-  std::vector<std::pair<uint16_t, uint16_t>> loopMarks;  // markers of each loop
+  std::vector<std::pair<uint16_t, uint16_t>> loopMarks;  // start and end marker IDs of each loop
 };
 
 struct FileOrigin {
   std::vector<Place> layout;
-  // The known chunks as stored, by slot, to be written again while what they say is unchanged; of
-  // the sound what precedes it in its chunk. Empty where the reader mended the chunk.
+  // The known chunks as read, indexed by slot, to be written back while their meaning is unchanged;
+  // of the sound chunk, the bytes before the frames. Empty if the reader corrected the chunk.
   std::array<Bytes, kKnownSlots> stored;
-  Bytes soundTail;         // bytes after the last whole frame in the sound's chunk
+  Bytes soundTail;         // bytes after the last whole frame in the sound chunk
   Bytes prefix;            // an ID3 tag before the form
   Bytes tail;              // bytes after the last chunk
-  uint64_t formBytes = 0;  // length of the form as declared; 0 where the file is damaged
-  uint64_t chunksEnd = 0;  // where the last chunk ends
+  uint64_t formBytes = 0;  // declared length of the form; 0 if the file is damaged
+  uint64_t chunksEnd = 0;  // end of the last chunk
   bool hadSampler = false;
   uint64_t frames = 0;
   unsigned channels = 0;
   unsigned bytesPerValue = 0;
   unsigned bits = 0;
   RiffParameters parameters;  // as read
-  std::string name;           // the title, empty where the file has none
+  std::string name;           // title; empty if there is none
   WavKept wav;
   AifKept aif;
 };

@@ -1,7 +1,7 @@
-// Readers of the containers that this layer knows chunk by chunk, and of all others.
+// Readers for WAVE and AIFF, parsed chunk by chunk here, and for all other containers.
 //
-// Each fills a fresh sample object. False when nothing usable is in the source; `reason` then says
-// why. After true it says what was mended, or nothing.
+// Each fills a new sample object. Returns false if the source holds nothing usable, with the cause
+// in `reason`. On success `reason` lists the repairs made, if any.
 #pragma once
 
 #include <cmath>
@@ -17,19 +17,18 @@ namespace zyl {
 bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::string& reason);
 bool ReadAif(const ByteSource& source, AifSample& sample, bool withData, std::string& reason);
 
-// A FLAC file, and the chunks of the WAVE file that it was made from where it carries them (see
-// FlacChunks.h).
+// Reads a FLAC file and, if present, the chunks of its source WAVE file (see FlacChunks.h).
 bool ReadFlac(const ByteSource& source, WavSample& sample, bool withData, std::string& reason);
 
-// Sound that libsndfile decodes: integer formats at their own width, floating point as 24 bits and
-// lossy formats as 16 bits, both held at the limits.
+// Decodes with libsndfile: integer formats at their native width, floating point as 24 bits and
+// lossy formats as 16 bits, both clamped.
 bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData, std::string& reason);
 
-// Whichever of them the source asks for. Null instead of false; throws std::bad_alloc only.
+// Reads with the reader that matches the source. Null on failure; throws only std::bad_alloc.
 std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool withData,
                                               std::string& reason);
 
-// Small steps that the readers share.
+// Helpers shared by the readers.
 
 inline bool Refuse(std::string& reason, const std::string& why) {
   AddReason(reason, why);
@@ -40,12 +39,12 @@ inline bool ChannelsFit(unsigned channels, std::string& reason) {
   if (channels >= 1 && channels <= kMaxChannels) return true;
   return Refuse(reason, channels == 0 ? "the file has no channels"
                                       : std::to_string(channels) + " channels; at most " +
-                                            std::to_string(kMaxChannels) + " are handled");
+                                            std::to_string(kMaxChannels) + " are supported");
 }
 
-inline int32_t SettleRate(double rateHz, std::string& reason) {
+inline int32_t RateOrDefault(double rateHz, std::string& reason) {
   if (rateHz >= 1 && rateHz <= INT32_MAX) return static_cast<int32_t>(std::lround(rateHz));
-  AddReason(reason, "the sample rate makes no sense and is taken as 44100 Hz");
+  AddReason(reason, "the sample rate is invalid; 44100 Hz is used");
   return 44100;
 }
 

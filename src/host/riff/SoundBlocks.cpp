@@ -10,11 +10,11 @@
 namespace zyl {
 namespace {
 
-// A block stays within the second-level cache, together with what it is converted into.
+// Fits the L2 cache together with the converted values.
 constexpr size_t kBlockBytes = size_t{1} << 17;
 constexpr std::byte kSignBit{0x80};
 
-// Works in place where there is one channel.
+// `from` and `to` may be the same buffer if the stride is kBytes.
 template <unsigned kBytes, bool kBig>
 void Gather(const std::byte* from, size_t strideBytes, std::byte* to, size_t frames) {
   for (size_t i = 0; i < frames; ++i, from += strideBytes, to += kBytes) {
@@ -24,8 +24,8 @@ void Gather(const std::byte* from, size_t strideBytes, std::byte* to, size_t fra
   }
 }
 
-// The commonest file, two channels of 16 bits: a frame is one 32-bit word. Loops of fixed length
-// over local arrays are what compilers turn into vector code at every level of optimisation.
+// Fast path for the most common format, 16-bit stereo: a frame is one 32-bit word. Compilers
+// vectorise fixed-length loops over local arrays at every optimisation level.
 void GatherStereo16(const std::byte* from, std::byte* left, std::byte* right, size_t frames) {
   constexpr size_t kStep = 32;
   size_t done = 0;
@@ -69,7 +69,7 @@ void FlipSign(std::byte* bytes, size_t count) {
   for (size_t i = 0; i < count; ++i) bytes[i] ^= kSignBit;
 }
 
-// Reads `count` bytes; what is missing becomes zeros.
+// Reads `count` bytes. Zero-fills the missing ones and sets `complete` to false.
 void ReadOrZero(const ByteSource& source, uint64_t offset, std::byte* bytes, size_t count,
                 bool& complete) {
   const size_t got = source.ReadAt(offset, bytes, count);

@@ -1,5 +1,5 @@
-// Sound between files and planar buffers: blocks of interleaved frames on one side, one buffer of
-// signed little-endian values per channel on the other.
+// Converts sound data between interleaved frames in files and planar buffers: one buffer of signed
+// little-endian values per channel.
 #pragma once
 
 #include <cstddef>
@@ -21,20 +21,20 @@ struct SoundLayout {
   size_t FrameBytes() const { return size_t{channels} * bytesPerValue; }
 };
 
-// One channel's sound; behind `frames` there is silence.
+// One channel's data; silence follows `frames`.
 struct ChannelView {
   const std::byte* data = nullptr;
   unsigned bytesPerValue = 0;
   uint64_t frames = 0;
 };
 
-// Reads `sample.FrameCount()` frames from `offset` into buffers of the sample's own. False when
-// there is no memory for them; frames that cannot be read become silence and `complete` false.
+// Reads `sample.FrameCount()` frames from `offset` into buffers that the sample owns. Returns false
+// if memory runs out. Replaces frames that can't be read by silence and sets `complete` to false.
 bool ReadSound(const ByteSource& source, uint64_t offset, const SoundLayout& layout,
                BasicSample& sample, bool& complete);
 
-// Writes `frames` frames of the channels. Narrower values are shifted up to the file's width; no
-// channel is wider than that.
+// Writes `frames` frames of the channels. Shifts narrower values up to the file's width; no channel
+// may be wider than that.
 bool WriteSound(ByteSink& sink, const SoundLayout& layout, const std::vector<ChannelView>& channels,
                 uint64_t frames);
 

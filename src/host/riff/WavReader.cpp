@@ -1,5 +1,5 @@
-// Reading WAVE files: one walk collects the format, the sampler parameters, the place of the sound
-// and every other chunk; the sound is read afterwards.
+// WAVE reader. One pass over the chunks collects the format, the sampler parameters, the position
+// of the sound data and all other chunks; the sound data is read afterwards.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr uint16_t kPcm = 1;
 constexpr uint16_t kExtensible = 0xFFFE;
-// The tail that all sub-format identifiers made from a format tag share.
+// Bytes 2 to 15 of every sub-format GUID that is derived from a format tag.
 constexpr uint8_t kSubFormatTail[14] = {0, 0, 0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71};
 
 constexpr uint64_t kSmplBytes = 36;
@@ -29,7 +29,7 @@ struct WavFormat {
   uint16_t channels = 0;
   uint32_t rateHz = 0;
   uint16_t bits = 0;
-  uint16_t bytesPerValue = 0;  // 0 when the header makes no sense
+  uint16_t bytesPerValue = 0;  // 0 if the header is invalid
   uint32_t channelMask = 0;
   bool extensible = false;
 };
@@ -57,13 +57,13 @@ WavFormat ReadFormat(const Bytes& bytes) {
     format.extensible = true;
     if (validBits > 0 && validBits < format.bits) format.bits = validBits;
   }
-  // The frame size decides where a plain header stores few bits in a wider container.
+  // Some headers declare fewer bits than the container holds; the frame size gives its width.
   if (format.channels > 0 && frameBytes % format.channels == 0) {
     const auto wide = static_cast<uint16_t>(frameBytes / format.channels);
     if (wide > container && wide <= 4) container = wide;
   }
   if (format.bits >= 1 && container <= 4) format.bytesPerValue = container;
-  // A width that would fit a narrower container says nothing about the values.
+  // A bit depth that fits a narrower container is unreliable; use the full width.
   if ((format.bits + 7) / 8 < container) format.bits = static_cast<uint16_t>(8 * container);
   return format;
 }
@@ -82,8 +82,8 @@ struct WavParts {
   std::optional<OwnChunk> own;
 };
 
-void TakeKnownChunk(Bytes bytes, Slot slot, FileOrigin& origin, WavParts& parts,
-                    std::string& reason) {
+void ParseKnownChunk(Bytes bytes, Slot slot, FileOrigin& origin, WavParts& parts,
+                     std::string& reason) {
   bool loopsMissing = false;
   switch (slot) {
     case Slot::kFormat:
@@ -92,7 +92,7 @@ void TakeKnownChunk(Bytes bytes, Slot slot, FileOrigin& origin, WavParts& parts,
       break;
     case Slot::kSampler:
       origin.hadSampler = ReadSmpl(bytes, origin.wav, parts.sampler, loopsMissing);
-      if (loopsMissing) AddReason(reason, "only the first loops are used");
+      if (loopsMissing) AddReason(reason, "some loops are ignored");
       break;
     default:
       parts.own = UnpackOwnChunk(bytes);
@@ -127,9 +127,9 @@ WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& orig
       parts.hasSound = true;
       AddPlace(source, walker, head, Slot::kSound, origin);
     } else if (!head.Whole()) {
-      AddReason(reason, "a chunk is cut off");
+      AddReason(reason, "a chunk is truncated");
     } else if (head.Is("ds64") && walker.Form() != "RIFF") {
-      continue;  // sizes of a file too long for a plain form; this one is written as a plain form
+      continue;  // 64-bit sizes: not needed for the plain RIFF form that is written
     } else {
       const Slot slot = head.Is("fmt ")                              ? Slot::kFormat
                         : head.Is("smpl") && head.size >= kSmplBytes ? Slot::kSampler
@@ -137,7 +137,7 @@ WavParts Collect(const ByteSource& source, BasicSample& sample, FileOrigin& orig
                                                                      : Slot::kOther;
       if (slot != Slot::kOther && !known(slot)) {
         AddPlace(source, walker, head, slot, origin);
-        TakeKnownChunk(ReadChunk(source, head), slot, origin, parts, reason);
+        ParseKnownChunk(ReadChunk(source, head), slot, origin, parts, reason);
       } else if (slot != Slot::kOwn) {
         KeepOther(source, head, sample, origin, parts);
         AddPlace(source, walker, head, Slot::kOther, origin);
@@ -152,16 +152,16 @@ bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample,
              bool withData, std::string& reason) {
   const WavFormat& format = parts.format;
   if (format.bytesPerValue == 0) {
-    return Refuse(reason, std::to_string(format.bits) + " bits per value are not known");
+    return Refuse(reason, std::to_string(format.bits) + " bits per value are not supported");
   }
-  if (!parts.hasSound) return Refuse(reason, "the file has no sound");
+  if (!parts.hasSound) return Refuse(reason, "the file has no sound data");
   SoundLayout layout{format.channels, format.bytesPerValue, false, format.bytesPerValue == 1};
   const uint64_t frames = parts.sound.available / layout.FrameBytes();
-  if (frames == 0 && parts.sound.size > 0) return Refuse(reason, "none of the sound is there");
-  if (frames > UINT32_MAX) return Refuse(reason, "the sound is too long");
+  if (frames == 0 && parts.sound.size > 0) return Refuse(reason, "the sound data is missing");
+  if (frames > UINT32_MAX) return Refuse(reason, "the sound data is too long");
   if (!parts.sound.Whole() || parts.sound.available % layout.FrameBytes() != 0) {
-    AddReason(reason, "the sound is not as long as declared: " + std::to_string(frames) +
-                          " whole frames are there");
+    AddReason(reason, "the sound data is not as long as declared: it has " +
+                          std::to_string(frames) + " whole frames");
   }
   SampleAccess::SetFormat(sample, format.channels, format.bits, format.bytesPerValue, frames);
   SampleAccess::SetFlag(sample, format.extensible ? 1 : 0);
@@ -169,17 +169,18 @@ bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample,
   if (!withData) return true;
   bool complete = true;
   if (!ReadSound(source, parts.sound.offset, layout, sample, complete)) {
-    return Refuse(reason, "there is not enough memory for the sound");
+    return Refuse(reason, "not enough memory for the sound data");
   }
-  if (!complete) AddReason(reason, "some of the sound cannot be read");
+  if (!complete) AddReason(reason, "some of the sound data cannot be read");
   RememberSoundTail(source, parts.sound, parts.sound.offset, frames * layout.FrameBytes(), origin);
   SampleAccess::SetWritable(sample);
   return true;
 }
 
-// Takes what the chunks say of the sound that was read.
-void TakeParameters(const WavParts& parts, WavSample& sample, FileOrigin& origin,
-                    std::string& reason) {
+// Sets the sampler parameters from the chunks. The own chunk overrides the others if it agrees with
+// them; otherwise another program has edited the file.
+void SetParameters(const WavParts& parts, WavSample& sample, FileOrigin& origin,
+                   std::string& reason) {
   RiffParameters& parameters = sample.parameters;
   const int32_t rateHz = parameters.rateHz;
   FromWavSampler(parts.sampler, parameters);
@@ -190,8 +191,8 @@ void TakeParameters(const WavParts& parts, WavSample& sample, FileOrigin& origin
     const unsigned bits = parts.own->bits;
     if (bits >= 1 && (bits + 7) / 8 == sample.BytesPerValue()) SampleAccess::SetBits(sample, bits);
   }
-  if (SettleParameters(parameters, sample.FrameCount())) {
-    AddReason(reason, "a loop reaches outside the sound");
+  if (ClampParameters(parameters, sample.FrameCount())) {
+    AddReason(reason, "a loop extends beyond the sound data");
   }
   origin.wav.formatBits = parts.format.bits;
   origin.wav.channelMask = parts.format.channelMask;
@@ -217,11 +218,11 @@ bool ReadWav(const ByteSource& source, WavSample& sample, bool withData, std::st
     DropChunks(sample, origin, {"fact", "PEAK"});
     StoredFormat(origin).clear();
   }
-  sample.parameters.rateHz = SettleRate(format.rateHz, reason);
+  sample.parameters.rateHz = RateOrDefault(format.rateHz, reason);
   if (static_cast<uint32_t>(sample.parameters.rateHz) != format.rateHz) {
     StoredFormat(origin).clear();
   }
-  TakeParameters(parts, sample, origin, reason);
+  SetParameters(parts, sample, origin, reason);
   return true;
 }
 
@@ -232,8 +233,8 @@ bool ReadFlac(const ByteSource& source, WavSample& sample, bool withData, std::s
   const ChunkWalker walker(chunks);
   if (walker.Type() != "WAVE" || walker.Order() == ByteOrder::kBig) return true;
   FileOrigin& origin = SampleAccess::NewOrigin(sample);
-  std::string ofChunks;
-  const WavParts parts = Collect(chunks, sample, origin, ofChunks);
+  std::string ignored;
+  const WavParts parts = Collect(chunks, sample, origin, ignored);
   const WavFormat& format = parts.format;
   if (format.tag == kPcm && format.channels == sample.ChannelCount() &&
       format.bytesPerValue == sample.BytesPerValue() &&
@@ -243,7 +244,7 @@ bool ReadFlac(const ByteSource& source, WavSample& sample, bool withData, std::s
   } else {
     StoredFormat(origin).clear();
   }
-  TakeParameters(parts, sample, origin, reason);
+  SetParameters(parts, sample, origin, reason);
   return true;
 }
 

@@ -23,8 +23,8 @@ using zyl::Slot;
 
 constexpr uint8_t kExtensibleFlag = 1;
 
-// The header declares the whole container: some programs refuse fewer bits, or read silence. The
-// own chunk keeps the width.
+// Declares the container's full width: some programs reject narrower values or read silence. The
+// own chunk stores the actual bit depth.
 Bytes MakeFormat(const WavSample& sample, const FileOrigin* origin) {
   const uint32_t channels = sample.ChannelCount();
   const uint32_t frameBytes = channels * sample.BytesPerValue();
@@ -39,7 +39,7 @@ Bytes MakeFormat(const WavSample& sample, const FileOrigin* origin) {
   if (extensible) {
     const bool sameChannels = origin != nullptr && origin->channels == channels;
     out.U16(22).U16(bits).U32(sameChannels ? origin->wav.channelMask : 0);
-    // The sub-format identifier of PCM.
+    // The PCM sub-format GUID.
     out.U32(1).U16(0).U16(0x10).U32(0xAA000080).U32(0x719B3800);
   }
   return std::move(out.block);
@@ -51,7 +51,7 @@ bool NeedsSmpl(const RiffParameters& now, const FileOrigin* origin) {
   return now.key != then.key || now.tune != then.tune || now.loops != then.loops;
 }
 
-// The bits per value that the format chunk to be written declares.
+// Bits per value that the format chunk to be written will declare.
 unsigned FormatBits(const WavSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
   const bool kept =
@@ -62,18 +62,18 @@ unsigned FormatBits(const WavSample& sample) {
 void PlanOwn(const WavSample& sample, const RiffParameters& parameters, FormPlan& plan) {
   RiffParameters readBack;
   zyl::FromWavSampler(zyl::ToWavSampler(parameters), readBack);
-  const bool widthTold = sample.BitsPerValue() == FormatBits(sample);
-  if (widthTold && zyl::SameMeaning(readBack, parameters, sample.FrameCount())) return;
+  const bool bitsDeclared = sample.BitsPerValue() == FormatBits(sample);
+  if (bitsDeclared && zyl::Equivalent(readBack, parameters, sample.FrameCount())) return;
   zyl::OwnChunk own;
   own.frames = sample.FrameCount();
   own.parameters = parameters;
-  own.bits = widthTold ? 0 : sample.BitsPerValue();
+  own.bits = bitsDeclared ? 0 : sample.BitsPerValue();
   plan.Add(zyl::kOwnChunkId, zyl::PackOwnChunk(own));
 }
 
-// A kept chunk with what it repeats of the sample: the count of frames, the pitch. Nothing when
-// that is still as it was read.
-std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
+// Returns an unknown chunk with the frame count or pitch that it duplicates updated; nullopt if
+// these are unchanged since the file was read.
+std::optional<Bytes> Updated(const ListChunk& other, const WavSample& sample,
                              const RiffParameters& now, const FileOrigin& origin) {
   const std::string_view id(other.id, 4);
   const RiffParameters& then = origin.parameters;
@@ -89,23 +89,23 @@ std::optional<Bytes> Renewed(const ListChunk& other, const WavSample& sample,
   return std::nullopt;
 }
 
-// Puts another title than the file came with into the list that has the old one, or into the first
-// list of texts where there was none.
+// Writes a changed title into the INFO list that has the old one, or into the first INFO list if
+// the file had no title.
 class TitlePlanner {
  public:
   TitlePlanner(const std::string& oldName, const std::string& newName)
       : oldName_(oldName), newName_(newName), pending_(oldName != newName) {}
 
-  std::optional<Bytes> Renewed(const ListChunk& other) {
+  std::optional<Bytes> Updated(const ListChunk& other) {
     if (!pending_ || std::string_view(other.id, 4) != "LIST" || !zyl::IsInfoList(other.data) ||
         zyl::ListedName(other.data) != oldName_) {
       return std::nullopt;
     }
-    Bytes renewed = zyl::WithListedName(other.data, newName_);
-    // A damaged list does not show what is appended.
-    if (zyl::ListedName(renewed) != newName_) return std::nullopt;
+    Bytes updated = zyl::WithListedName(other.data, newName_);
+    // In a damaged list, readers may not find an appended title.
+    if (zyl::ListedName(updated) != newName_) return std::nullopt;
     pending_ = false;
-    return renewed;
+    return updated;
   }
   void PlanRest(FormPlan& plan) const {
     if (pending_ && !newName_.empty()) plan.Add("LIST", zyl::MakeNameList(newName_));
@@ -119,11 +119,11 @@ class TitlePlanner {
 
 void PlanOther(const ListChunk& other, const WavSample& sample, const RiffParameters& parameters,
                const FileOrigin* origin, TitlePlanner& title, FormPlan& plan) {
-  const std::string_view id(other.id, 4);  // may hold zeros
-  std::optional<Bytes> renewed = title.Renewed(other);
-  if (!renewed && origin != nullptr) renewed = Renewed(other, sample, parameters, *origin);
-  if (renewed) {
-    plan.Add(id, std::move(*renewed));
+  const std::string_view id(other.id, 4);  // may contain zeros
+  std::optional<Bytes> updated = title.Updated(other);
+  if (!updated && origin != nullptr) updated = Updated(other, sample, parameters, *origin);
+  if (updated) {
+    plan.Add(id, std::move(*updated));
   } else {
     plan.Keep(id, other.data);
   }
@@ -132,7 +132,7 @@ void PlanOther(const ListChunk& other, const WavSample& sample, const RiffParame
 FormPlan Plan(const WavSample& sample) {
   const FileOrigin* origin = zyl::SampleAccess::Origin(sample);
   RiffParameters parameters = sample.parameters;
-  zyl::SettleParameters(parameters, sample.FrameCount());
+  zyl::ClampParameters(parameters, sample.FrameCount());
   const bool unchanged = zyl::Unchanged(sample, parameters);
   static const std::string noName;
   TitlePlanner title(origin != nullptr ? origin->name : noName, sample.Name());
@@ -220,7 +220,7 @@ bool WavSample::ReadFromMem(const char* image, int length) {
   try {
     if (zyl::ReadWav(source, *this, true, reason)) return true;
   } catch (const std::bad_alloc&) {
-    // No image then, as with a damaged one.
+    // Handled like a damaged image.
   }
   SetChannelCount(0);
   return false;

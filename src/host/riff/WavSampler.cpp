@@ -49,8 +49,8 @@ bool ReadSmpl(const Bytes& bytes, WavKept& kept, WavSampler& sampler, bool& loop
     const uint64_t pitch = (uint64_t{kept.note} << 32) + kept.fraction + (1u << 23);
     sampler.pitch = static_cast<int32_t>(pitch >> 24);
   }
-  const size_t there = std::min<size_t>(declared, in.Left() / kLoopBytes);
-  for (size_t i = 0; i < there && i < kMaxLoops; ++i) {
+  const size_t stored = std::min<size_t>(declared, in.Left() / kLoopBytes);
+  for (size_t i = 0; i < stored && i < kMaxLoops; ++i) {
     kept.loopIds.push_back(in.U32());
     RiffLoop loop;
     loop.type = in.U32();
@@ -61,8 +61,8 @@ bool ReadSmpl(const Bytes& bytes, WavKept& kept, WavSampler& sampler, bool& loop
     sampler.loops.push_back(loop);
   }
   loopsMissing = declared > sampler.loops.size();
-  if (there > kMaxLoops) {
-    const size_t surplus = (there - kMaxLoops) * kLoopBytes;
+  if (stored > kMaxLoops) {
+    const size_t surplus = (stored - kMaxLoops) * kLoopBytes;
     const std::byte* first = in.Raw(surplus);
     kept.surplusLoops.assign(first, first + surplus);
   }
@@ -95,7 +95,7 @@ Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrig
   const WavSampler sampler = ToWavSampler(parameters);
   WavKept kept = origin != nullptr ? origin->wav : WavKept();
   const bool read = origin != nullptr && origin->hadSampler;
-  // What was read may be finer than this system's units: it stays while nobody changed it.
+  // Keep unchanged values as read: they may have a finer resolution than our parameters.
   if (!read || parameters.rateHz != origin->parameters.rateHz) {
     kept.periodNs = PeriodNs(parameters.rateHz);
   }
@@ -104,8 +104,8 @@ Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrig
     kept.note = static_cast<uint32_t>(sampler.pitch >> 8);
     kept.fraction = static_cast<uint32_t>(sampler.pitch & 0xFF) << 24;
   }
-  // Loops that this system does not handle stay while they still fit the sound and the others, of
-  // which none may be missing, since a reader would then take them for it.
+  // Keep surplus loops only if sound data and other loops are unchanged, and only after kMaxLoops
+  // loops: otherwise a reader would count a surplus loop among the first kMaxLoops.
   if (!read || origin->frames != frames || parameters.loops != origin->parameters.loops ||
       parameters.loops.size() != kMaxLoops) {
     kept.surplusLoops.clear();

@@ -1,11 +1,11 @@
-// The sampler parameters as a WAVE file's "smpl" chunk has them.
+// Conversion between sampler parameters and the "smpl" chunk of WAVE files.
 //
-// Pitch: the chunk stores the note whose key plays the sound untransposed and a fraction of a
-// semitone above it in units of 1/2^32. A tuning goes there as it is: key 60 with tune +64 is note
-// 60 with fraction 1/4. Below zero the fraction counts from the note below: tune -64 is note 59
-// with fraction 3/4. A reader takes a fraction above one half as the next key with a negative tune.
+// Pitch: the chunk stores the note that plays the sound untransposed and a fraction of a semitone
+// above it in units of 1/2^32. The fraction is never negative: key 60 with tune +64 (1/256
+// semitone) is note 60 with fraction 1/4, and tune -64 is note 59 with fraction 3/4. Readers
+// convert a fraction above one half to the next key with a negative tune.
 //
-// Loop ends are inclusive, as they are in RiffLoop.
+// Loop ends are inclusive, as in RiffLoop.
 #pragma once
 
 #include <cstdint>
@@ -25,15 +25,15 @@ struct WavSampler {
 };
 
 WavSampler ToWavSampler(const RiffParameters& parameters);
-// Leaves rate, start and end alone.
+// Doesn't change rate, start and end.
 void FromWavSampler(const WavSampler& sampler, RiffParameters& parameters);
 
-// False for a chunk that is too short to be one. Loops beyond the sixteenth are no
-// parameters; they are kept as they are.
+// Returns false if the chunk is too short. Loops beyond kMaxLoops are stored in `kept` unparsed.
+// Sets `loopsMissing` if the chunk declares more loops than `sampler` holds.
 bool ReadSmpl(const Bytes& bytes, WavKept& kept, WavSampler& sampler, bool& loopsMissing);
-// The same from an "inst" chunk: key and detune in cents.
+// Reads the pitch from an "inst" chunk: key and detune in cents.
 bool ReadInst(const Bytes& bytes, WavSampler& sampler);
-// A kept "inst" chunk, of at least 7 bytes, with another pitch.
+// Returns an "inst" chunk of at least 7 bytes with its pitch replaced.
 Bytes MakeInst(Bytes kept, const RiffParameters& parameters);
 Bytes MakeSmpl(const RiffParameters& parameters, uint64_t frames, const FileOrigin* origin);
 
