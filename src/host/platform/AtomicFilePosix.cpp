@@ -27,7 +27,7 @@ std::string FolderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// A file without any write permission is marked as read-only: the superuser is refused as well.
+// A file without any write permission is read-only by intent: refuse it even to the superuser.
 bool MayReplace(const std::string& target, const struct stat& status) {
   if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
     errno = EACCES;
@@ -36,23 +36,22 @@ bool MayReplace(const std::string& target, const struct stat& status) {
   return ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
-// Best effort: an unprivileged process can give a file only to its own groups, and to no other
-// owner.
+// Best effort: an unprivileged process can't change the owner and can set only its own groups.
 void CopyOwnerAndMode(const struct stat& from, int to) {
   mode_t mode = from.st_mode & 07777;
   if (::fchown(to, from.st_uid, from.st_gid) != 0) {
     mode &= ~static_cast<mode_t>(S_ISUID);
     if (::fchown(to, static_cast<uid_t>(-1), from.st_gid) != 0) {
-      // Another group must not get more than everybody has.
+      // The group is a different one: give it no more than others have.
       mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG) | (mode & S_IRWXO) << 3;
     }
   }
-  // Last, since a change of the owner resets mode bits.
+  // After fchown, which resets mode bits.
   ::fchmod(to, mode);
 }
 
-// Copies the access control list and the user attributes. `room` holds one attribute after the list
-// of names.
+// Copies the access control list and the user attributes. The first half of `room` receives the
+// list of names, the second half one value at a time.
 void CopyAttributes(const std::string& from, int to, std::byte* room, size_t roomBytes) {
 #if defined(__linux__)
   char* names = reinterpret_cast<char*>(room);
@@ -70,9 +69,8 @@ void CopyAttributes(const std::string& from, int to, std::byte* room, size_t roo
 #endif
 }
 
-// A temporary file is locked by whoever writes it, and its name is made of the target's. So one
-// that nobody holds is what an ended process left behind, and the next save of its target removes
-// it.
+// A temporary file's name is derived from the target's name, and its writer holds a lock on it. So
+// an unlocked one is stale: its process has ended. The next save of the same target removes it.
 
 std::string TemporaryName(const std::string& target, int number) {
   // FNV-1a of the target's name.
@@ -87,10 +85,10 @@ std::string TemporaryName(const std::string& target, int number) {
 }
 
 bool Lock(int handle) { return ::flock(handle, LOCK_EX | LOCK_NB) == 0; }
-// Also where the file system has no locks: nothing is taken for left there.
-bool HoldNew(int handle) { return Lock(handle) || errno != EWOULDBLOCK; }
+// Also true on file systems without flock; nothing is ever judged stale there.
+bool LockNew(int handle) { return Lock(handle) || errno != EWOULDBLOCK; }
 
-// The path still leads to the open file.
+// Whether the path still refers to the open file.
 bool IsAt(int handle, const std::string& path) {
   struct stat open {};
   struct stat there {};
@@ -98,37 +96,37 @@ bool IsAt(int handle, const std::string& path) {
          open.st_dev == there.st_dev && open.st_ino == there.st_ino;
 }
 
-// Whoever removes a left file holds its lock meanwhile, so that no two take it for left, and one of
-// them the other's new file.
-void RemoveIfLeft(const std::string& path) {
+// Holds the lock while unlinking: otherwise two processes could both judge the file stale, and one
+// would delete the other's new file.
+void RemoveIfStale(const std::string& path) {
   const int handle = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
   if (handle < 0) return;
   if (Lock(handle) && IsAt(handle, path)) ::unlink(path.c_str());
   ::close(handle);
 }
 
-// Makes a new file beside `target` by `make`, which answers false with errno EEXIST for a name that
-// is taken. Other processes and threads get other names.
+// Calls `make` with unused names in the folder of `target` until it creates the file at `path`.
+// `make` must fail with errno EEXIST if the name is taken, also by another process or thread.
 template <class Make>
-bool TakeTemporaryName(const std::string& target, std::string& path, Make make) {
+bool CreateTemporary(const std::string& target, std::string& path, Make make) {
   for (int number = 0; number < kMaxNameTries; ++number) {
     path = TemporaryName(target, number);
     for (int tries = 0; tries < 2; ++tries) {
       if (make(path)) return true;
       if (errno != EEXIST) return false;
-      RemoveIfLeft(path);
+      RemoveIfStale(path);
     }
   }
   errno = EEXIST;
   return false;
 }
 
-// A file without a name goes with the process that wrote it. -1 where the system has none.
-int OpenNameless(const std::string& target, mode_t mode) {
+// Opens an unnamed file, which the system removes when the process ends. -1 if unsupported.
+int OpenUnnamed(const std::string& target, mode_t mode) {
 #if defined(O_TMPFILE)
-  if (::access("/proc/self/fd", X_OK) != 0) return -1;  // the way in which it gets its name
+  if (::access("/proc/self/fd", X_OK) != 0) return -1;  // needed by NameFile
   const int handle = ::open(FolderOf(target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
-  if (handle >= 0 && HoldNew(handle)) return handle;
+  if (handle >= 0 && LockNew(handle)) return handle;
   if (handle >= 0) ::close(handle);
 #else
   static_cast<void>(target), static_cast<void>(mode);
@@ -138,11 +136,11 @@ int OpenNameless(const std::string& target, mode_t mode) {
 
 int OpenNamed(const std::string& target, mode_t mode, std::string& tempPath) {
   int handle = -1;
-  const bool made = TakeTemporaryName(target, tempPath, [&](const std::string& path) {
+  const bool made = CreateTemporary(target, tempPath, [&](const std::string& path) {
     handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (handle < 0) return false;
-    // Before it was locked, someone may have taken it for left.
-    if (HoldNew(handle) && IsAt(handle, path)) return true;
+    // Another process may have judged it stale and unlinked it before it was locked.
+    if (LockNew(handle) && IsAt(handle, path)) return true;
     ::close(handle);
     handle = -1;
     errno = EEXIST;
@@ -151,16 +149,16 @@ int OpenNamed(const std::string& target, mode_t mode, std::string& tempPath) {
   return made ? handle : -1;
 }
 
-// Gives a nameless file its temporary name.
-bool Name(int handle, const std::string& target, std::string& tempPath) {
+// Links an unnamed file to a temporary name.
+bool NameFile(int handle, const std::string& target, std::string& tempPath) {
   const std::string open = "/proc/self/fd/" + std::to_string(handle);
-  return TakeTemporaryName(target, tempPath, [&](const std::string& path) {
+  return CreateTemporary(target, tempPath, [&](const std::string& path) {
     return ::linkat(AT_FDCWD, open.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
   });
 }
 
-// A new name in a folder is on disk only when the folder is. Not every file system can do that, so
-// only a real input/output error counts.
+// A rename is durable only after its folder has been flushed. Not every file system supports that,
+// so only real I/O errors count.
 bool FlushFolder(const std::string& folder) {
   const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (handle < 0) return true;
@@ -192,11 +190,12 @@ AtomicFile::AtomicFile(const std::string& path, Naming naming) : path_(path), ta
     Fail("replace");
     return;
   }
-  // First, since what is opened before it is not closed when there is no memory for it.
+  // Allocate before opening: if this throws, the destructor doesn't run and would not close the
+  // file.
   buffer_.reset(new std::byte[kBufferBytes]);
-  // Until it has the target's mode, nobody else may open it.
+  // No access for other users until the file has the target's mode.
   const mode_t mode = exists ? 0600 : 0666;
-  if (naming == Naming::kAtCommit) handle_ = OpenNameless(target_, mode);
+  if (naming == Naming::kAtCommit) handle_ = OpenUnnamed(target_, mode);
   if (handle_ < 0) handle_ = OpenNamed(target_, mode, tempPath_);
   if (handle_ < 0) {
     const int error = errno;
@@ -266,11 +265,11 @@ bool AtomicFile::Write(const void* bytes, size_t count) {
 bool AtomicFile::Commit() {
   if (!Good() || !Flush()) return false;
   if (::fsync(handle_) != 0) return Fail("flush");
-  if (tempPath_.empty() && !Name(handle_, target_, tempPath_)) {
+  if (tempPath_.empty() && !NameFile(handle_, target_, tempPath_)) {
     tempPath_.clear();
     return Fail("name");
   }
-  // Closed afterwards: until then the lock says that the temporary name is in use.
+  // Close after the rename: closing releases the lock that protects the temporary name.
   if (std::rename(tempPath_.c_str(), target_.c_str()) != 0) return Fail("replace");
   tempPath_.clear();
   const int handle = handle_;

@@ -1,5 +1,5 @@
-// A file opened for reading at any place, with 64-bit sizes. Only regular files can be opened, so
-// that a pipe or a device never makes a reader wait.
+// A file opened for random-access reads, with 64-bit sizes. Opens only regular files: reading a
+// pipe or a device could block.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +18,9 @@ class InputFile {
 
   bool Good() const { return handle_ >= 0; }
   uint64_t Size() const { return sizeBytes_; }
-  // Reads up to `count` bytes from `offset`; fewer at the end of the file or after an error.
+  // Reads up to `count` bytes from `offset`. Returns fewer at the end of the file or on an error.
   size_t ReadAt(uint64_t offset, void* bytes, size_t count) const;
-  // Why the file is not open, without its path; else empty.
+  // Why the file could not be opened, without its path; empty if it is open.
   const std::string& Error() const { return error_; }
 
  private:

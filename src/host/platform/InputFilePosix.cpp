@@ -17,10 +17,10 @@ static_assert(sizeof(off_t) == 8);
 
 InputFile::InputFile(const std::string& path) {
   if (path.find('\0') != std::string::npos) {
-    error_ = "a path cannot hold a zero byte";
+    error_ = "a path cannot contain a zero byte";
     return;
   }
-  // Non-blocking, since opening a pipe would wait for its writer.
+  // Non-blocking: opening a pipe would otherwise wait for a writer.
   handle_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   struct stat status {};
   if (handle_ < 0 || ::fstat(handle_, &status) != 0) {

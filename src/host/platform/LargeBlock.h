@@ -1,13 +1,12 @@
-// Advice about large blocks of memory.
+// Memory advice for large blocks.
 #pragma once
 
 #include <cstddef>
 
 namespace zyl {
 
-// Says that all of a fresh block will be written at once. Where the system can map it in large
-// pages, the first touch then costs a fraction. Small blocks and systems without such advice are
-// left alone.
+// Advises the system to map a new block in huge pages, so that writing all of it costs far fewer
+// page faults. No effect on small blocks and on systems without such advice.
 void AdviseLargeBlock(void* block, size_t bytes);
 
 }  // namespace zyl

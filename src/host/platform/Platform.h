@@ -1,4 +1,4 @@
-// What differs between systems, one small interface with one source file per system.
+// Operating system interface, with one source file per system.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace zyl {
 
-// A loadable library; null with a reason when it cannot be loaded.
+// Loads a shared library. Returns null and sets `reason` on failure.
 void* LoadLibraryFile(const std::string& path, std::string& reason);
 void* FindLibrarySymbol(void* library, const char* name);
 void UnloadLibraryFile(void* library);
@@ -16,27 +16,27 @@ void UnloadLibraryFile(void* library);
 // then, and what libraries keep for each thread has been cleared up.
 void CallAtThreadEnd(void (*last)(void*), void* value);
 
-// Keeps whole pages resident, or lets them go again. False when the system refuses.
+// Locks whole pages in memory, or unlocks them. LockPages returns false if the system refuses.
 bool LockPages(const void* address, size_t bytes);
 void UnlockPages(const void* address, size_t bytes);
 size_t PageSize();
 
 uint64_t PhysicalMemoryBytes();
-// Bytes that this process keeps resident by locks.
+// Bytes that this process has locked in memory.
 uint64_t LockedMemoryBytes();
 
-// No system opens a longer path. Such a text names no file and is kept as it stands: taking it
-// apart would cost memory and time beyond all measure.
+// No system opens longer paths. Functions return them unchanged, because normalising them would
+// take excessive time and memory.
 inline constexpr size_t kMaxPathBytes = size_t{1} << 15;
 
-// The path made absolute and free of "." and ".." without asking for its target.
+// Makes the path absolute and removes "." and ".." lexically, without accessing the file system.
 std::string AbsolutePath(const std::string& path);
 bool FileExists(const std::string& path);
-// Replaces a path whose last part is a symbolic link by what it leads to, also where no file is
-// yet. False with errno ELOOP on a ring of links.
+// Replaces a path that is a symbolic link by its final target, which need not exist. Returns false
+// with errno ELOOP if the links form a cycle.
 bool FollowLinks(std::string& path);
-// Whether both paths lead to one file: by another spelling, a symbolic or a hard link. Where no
-// file is yet, whether both would make the same one.
+// Whether both paths refer to the same file, also through symbolic or hard links. If neither
+// exists, whether both would create the same file.
 bool IsSameFile(const std::string& first, const std::string& second);
 std::string TemporaryFolder();
 int ProcessNumber();
