@@ -1,6 +1,9 @@
-// Keys in pixels. White keys are 5 wide, seven of them an octave, and the first begins 2 from the
-// keyboard's left edge. In the octave, note n (0 = C) with a = 1 from F on has the white key
-// (n + a) / 2 at or below it and (n + a + 1) / 2 at or above it: both are its own when it is white.
+// Maps keys to pixels. An octave has seven white keys, each 5 pixels wide; the first white key of
+// the keyboard starts 2 pixels from its left edge. Within an octave, for note n (0 = C), with a = 1
+// for F and above and a = 0 below F, the white keys are counted from 0:
+//   nearest white key at or below n:  (n + a) / 2
+//   nearest white key at or above n:  (n + a + 1) / 2
+// Both are the note's own key when it is white.
 #include "views/Keyboard.h"
 
 namespace {
@@ -8,8 +11,8 @@ namespace {
 constexpr int kWhiteKeyWidth = 5;
 constexpr int kWhiteKeysInOctave = 7;
 constexpr int kLeftMargin = 2;
-constexpr int kMarkerOffset = -1;      // of the marker from the white key's number times its width
-constexpr int kBackgroundShorter = 2;  // than the keyboard
+constexpr int kMarkerOffset = -1;    // left edge of the marker, relative to kWhiteKeyWidth * key
+constexpr int kBackgroundInset = 2;  // keyboard height minus background height
 
 struct Key {
   explicit Key(int number) : octave(number / 12), halfSteps(number - 12 * octave) {
@@ -20,7 +23,7 @@ struct Key {
   int WhiteAbove() const { return kWhiteKeysInOctave * octave + (halfSteps + 1) / 2; }
 
   int octave;
-  int halfSteps;  // in an octave that has a black key between E and F too
+  int halfSteps;  // within the octave, as if there were a black key between E and F
 };
 
 int LeftOfWhite(int whiteKey) { return kLeftMargin + kWhiteKeyWidth * whiteKey; }
@@ -43,8 +46,8 @@ void PaintKeyRange(GOContainer* keyboard, int lowKey, int highKey) {
   keyboard->GetBounds(r);
   r = r.ShiftedBy(keyboard->GetOrigin());
 
-  Place(background, r.left, r.top, r.Width(), r.Height() - kBackgroundShorter);
-  // The white keys that lie wholly inside.
+  Place(background, r.left, r.top, r.Width(), r.Height() - kBackgroundInset);
+  // The marker covers the white keys inside the range.
   const int firstWhite = low.WhiteAbove();
   const int lastWhite = high.WhiteBelow();
   Place(marker, r.left + kWhiteKeyWidth * firstWhite + kMarkerOffset, r.top,

@@ -1,8 +1,9 @@
-// The keyboard of a keygroup: which part of it the key range marks.
+// Marks a keygroup's key range on a keyboard object.
 #pragma once
 
 #include "host/graphics.h"
 
-// Places the keyboard's children "KBSelector", "KBBKSel" and "KBBKSelClip" for a range of keys and
-// refreshes the keyboard. Children that it does not have are left out. Keys are not negative.
+// Moves and sizes the keyboard's children "KBSelector", "KBBKSel" and "KBBKSelClip" to mark the
+// keys from `lowKey` to `highKey`, and refreshes the keyboard. Missing children are skipped. Keys
+// must not be negative.
 void PaintKeyRange(GOContainer* keyboard, int lowKey, int highKey);

@@ -13,15 +13,15 @@ struct Colors {
   int32_t background;
 };
 
-// The number without its fraction; of one beyond 32 bits the lowest 32, so that a colour with a
-// byte above its red, which is no signed integer any more, stays what it is.
+// Truncates modulo 2^32, so colours above INT32_MAX keep their bits. Returns 0 for a number that is
+// not finite.
 int32_t ColorOf(double number) {
   constexpr double kRange = 4294967296.0;
   const double whole = std::fmod(std::trunc(number), kRange);
   return std::isfinite(whole) ? static_cast<int32_t>(static_cast<int64_t>(whole)) : 0;
 }
 
-// Null when the object has no solid colour.
+// Returns null if the object is null or its fill is not a solid colour.
 GOSolidFill* SolidFill(const GOObject* object) {
   GOFill* fill = object == nullptr ? nullptr : object->Fill();
   return fill != nullptr && fill->isSolidColor() ? static_cast<GOSolidFill*>(fill) : nullptr;
@@ -57,14 +57,14 @@ void UpdateKeyboardSelection(Call& call, LoadedProgram, Arg<int32_t, "SelKey"> k
                              Arg<double, "Color"> color, Arg<double, "ColorBK"> colorBK,
                              Arg<double, "ColorSel"> colorSel, Arg<double, "ColorBKSel"> colorBKSel,
                              ListModuleArg module) {
-  // The values of now: the module's script may change its caller's.
+  // Read the arguments first: GetList is a script and may change the caller's variables.
   const int32_t selected = *key;
   const Colors plain{ColorOf(*color), ColorOf(*colorBK)};
   const Colors marked{ColorOf(*colorSel), ColorOf(*colorBKSel)};
-  const ModuleList answer = AskForList(call, module);
+  const ModuleList lists = CallGetList(call, module);
   const akaiProgram* record = call.program.program;
-  if (answer.list == nullptr || record == nullptr) return;
-  for (const ListItem* row = answer.list->First(); row != nullptr && row->CellCount() > 0;
+  if (lists.list == nullptr || record == nullptr) return;
+  for (const ListItem* row = lists.list->First(); row != nullptr && row->CellCount() > 0;
        row = row->Next()) {
     const int k = row->Cell(0)->value;
     const ListElement* cell = row->Cell(kKeyboardColumn);

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The module's row. It lives in the host's list.
+// This module's row type. The host's list owns the rows.
 class ProgramListItem final : public ListItem {
  public:
   explicit ProgramListItem(int cells) : ListItem(cells) {}
@@ -23,8 +23,7 @@ ListItem* AppendRow(List& list) {
   return row;
 }
 
-// Calls paint(cell, column, definition of the column) for each cell of the row whose column is
-// defined.
+// Calls paint(cell, column index, column definition) for each cell whose column the view defines.
 template <class Paint>
 void ForEachCell(ListItem& row, const ModuleList& lists, Paint paint) {
   for (int j = 0; j < lists.list->ColumnCount(); ++j) {
@@ -36,7 +35,7 @@ void ForEachCell(ListItem& row, const ModuleList& lists, Paint paint) {
 
 void FillKeygroupRow(ZylSProgram& object, RowPainter& painter, ListItem& row,
                      const ModuleList& lists, int keygroup) {
-  // The row is known by it, also when its first column is not defined.
+  // Cell 0 identifies the row's keygroup even if the view does not define column 0.
   if (row.CellCount() > 0) row.Cell(0)->value = keygroup;
   ForEachCell(row, lists, [&](ListElement& cell, int j, const ListColumn& column) {
     const ColumnDefinition definition(column);
@@ -49,7 +48,7 @@ void FillKeygroupRow(ZylSProgram& object, RowPainter& painter, ListItem& row,
 
 void SetZoneOfRow(ZylSProgram& object, ListElement& cell, int keygroup, int zone) {
   cell.value = zone;
-  // The value goes; the sample object belongs to the program, which still lists it.
+  // Releases the value only: the program owns the sample object.
   deleteROCParam(cell.objectValue);
   cell.objectValue = nullptr;
   genericSample* sample = object.program->sampleTable[kZones * keygroup + zone];
@@ -83,7 +82,7 @@ void FillZoneRow(ZylSProgram& object, RowPainter& painter, ListItem& row, const 
 void ListFillKeygroups(Call& call, LoadedProgram, ListModuleArg module,
                        Opt<bool, "KeyAsValue"> keyAsValue) {
   const bool asValue = keyAsValue.ValueOr(false);
-  const ModuleList lists = AskForList(call, module);
+  const ModuleList lists = CallGetList(call, module);
   const akaiProgram* record = call.program.program;
   if (lists.list == nullptr || record == nullptr) return;
   RowPainter painter(*lists.list, *record, asValue, lists.root);
@@ -97,7 +96,7 @@ void ListFillZones(Call& call, LoadedProgram, KeyGroupOrNone keygroup, ListModul
   if (*keygroup < 0) return;
   const int k = *keygroup;
   const bool asValue = keyAsValue.ValueOr(false);
-  const ModuleList lists = AskForList(call, module);
+  const ModuleList lists = CallGetList(call, module);
   const akaiProgram* record = call.program.program;
   if (lists.list == nullptr || record == nullptr || k >= record->KeyGroupCount()) return;
   RowPainter painter(*lists.list, *record, asValue, lists.root);

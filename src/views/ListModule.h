@@ -1,4 +1,4 @@
-// A list module of the editor: the algorithm object that has a list and the graphics for it.
+// A list module of the editor: an algorithm object with a list and the graphics that show it.
 #pragma once
 
 #include "frame/Arguments.h"
@@ -6,7 +6,7 @@
 
 using ListModuleArg = AlgoArg<"ListModule", Presence::kRequired, NullObject::kAllowed>;
 
-// A graphic container, or null.
+// An argument that is a graphic container or a null object.
 template <FixedText Name>
 struct ContainerArg {
   static constexpr DeclaredArgument kDeclared{.name = Name.text,
@@ -27,11 +27,12 @@ struct ContainerArg {
   GOContainer* container = nullptr;
 };
 
-// What a module's method "GetList" gave. That method is a script and may have changed anything: the
-// program's record among it, and whether the module is still there.
+// The result of calling a module's method "GetList". That method is a script and may change
+// anything: read the program's record again after the call, and expect the module to be deleted.
+// The pointers are not owned.
 struct ModuleList {
   GOContainer* root = nullptr;
-  List* list = nullptr;  // null: nothing to do, or a failure that has become the call's status
+  List* list = nullptr;  // null: no list, or the call failed and set call.status
   ListView* view = nullptr;
 };
-ModuleList AskForList(Call& call, const ListModuleArg& module);
+ModuleList CallGetList(Call& call, const ListModuleArg& module);

@@ -9,31 +9,32 @@
 namespace {
 
 constexpr int32_t kFrame = 2;        // from the edge of "Back" to its inner object
-constexpr int32_t kMarkerWidth = 2;  // of the inner object as a marker
+constexpr int32_t kMarkerWidth = 2;  // width of the inner object when it is a marker
 
 void Resize(GOObject& object, int32_t width, int32_t height) {
   object.SizeTo(width, height, 1, 1, 0, 0);
 }
 
-// A number as text, made in place.
+// Formats a number without allocating.
 class NumberText {
  public:
-  explicit NumberText(int32_t value) { Keep(std::to_chars(buffer_, buffer_ + kRoom, value)); }
+  explicit NumberText(int32_t value) { SetEnd(std::to_chars(buffer_, buffer_ + kRoom, value)); }
   // With two decimals.
   explicit NumberText(double value) {
-    Keep(std::to_chars(buffer_, buffer_ + kRoom, value, std::chars_format::fixed, 2));
+    SetEnd(std::to_chars(buffer_, buffer_ + kRoom, value, std::chars_format::fixed, 2));
   }
   std::string_view Text() const { return {buffer_, length_}; }
 
  private:
   static constexpr size_t kRoom = 32;
-  void Keep(std::to_chars_result made) { length_ = static_cast<size_t>(made.ptr - buffer_); }
+  void SetEnd(std::to_chars_result result) { length_ = static_cast<size_t>(result.ptr - buffer_); }
   char buffer_[kRoom];
   size_t length_ = 0;
 };
 
-// The part of `length` that lies below the value, toward zero. A range that is none has no part.
-int32_t PartOf(int32_t length, const ColumnDefinition& column, int32_t value) {
+// Scales the value from the column's range to 0..length, rounding towards zero. Returns 0 for an
+// empty range.
+int32_t ScaleToLength(int32_t length, const ColumnDefinition& column, int32_t value) {
   const int64_t range = int64_t{column.maximum} - column.minimum;
   if (range == 0) return 0;
   return static_cast<int32_t>(length * (int64_t{value} - column.minimum) / range);
@@ -49,7 +50,7 @@ void PaintBar(const ListElement& cell, const ColumnDefinition& column, int32_t v
   if (bar == nullptr) return;
   GORect r;
   cell.Object()->GetBounds(r);
-  Resize(*bar, PartOf(r.Width() - 2 * kFrame, column, value), r.Height() - 2 * kFrame);
+  Resize(*bar, ScaleToLength(r.Width() - 2 * kFrame, column, value), r.Height() - 2 * kFrame);
 }
 
 void PaintMarker(const ListElement& cell, const ColumnDefinition& column, int32_t value) {
@@ -58,7 +59,8 @@ void PaintMarker(const ListElement& cell, const ColumnDefinition& column, int32_
   GORect r;
   cell.Object()->GetBounds(r);
   r = r.ShiftedBy(cell.Object()->GetOrigin());
-  marker->MoveTo(r.left + kFrame + PartOf(r.Width() - 2 * kFrame, column, value), r.top + kFrame);
+  marker->MoveTo(r.left + kFrame + ScaleToLength(r.Width() - 2 * kFrame, column, value),
+                 r.top + kFrame);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// Paints the cells of a list's rows: for each it chooses the template, and shows a value on the
-// copy that became the cell's object. Made for one fill; it keeps nothing beyond it.
+// Paints the cells of a list's rows: selects the template that a cell's object is copied from, and
+// shows a value on that object. Make one RowPainter per fill: it borrows the list, the program and
+// the templates, and owns none of them.
 #pragma once
 
 #include <cstdint>
@@ -8,21 +9,21 @@
 #include "frame/ZylSProgram.h"
 #include "host/lists.h"
 
-// What a column shows, the second of its script values. Others show their text like kText.
+// How a column shows its values: the second of its script values. Other numbers act like kText.
 enum class DisplayType : int32_t {
   kBar = 1,
   kMarker = 2,
   kSwitch = 3,
   kNumber = 4,
   kKey = 5,
-  kFraction = 6,  // of 256
+  kFraction = 6,  // in units of 1/256
   kText = 7,
   kOtherText = 8,
   kOtherNumber = 9,
   kKeyboard = 10,
 };
 
-// What a column's script values say.
+// A column's script values, decoded.
 struct ColumnDefinition {
   explicit ColumnDefinition(const ListColumn& column)
       : parameter(column.ScriptValue(0)),
@@ -36,18 +37,18 @@ struct ColumnDefinition {
   int32_t maximum;
 };
 
-// "C3" for 60, a sharp for each black key; octaves go on downwards for negative values.
+// Returns "C3" for 60; black keys are sharps. Negative values continue downwards below octave -2.
 std::string NoteName(int32_t value);
 
 class RowPainter {
  public:
-  // `root` holds the templates; those that it does not have, or all without a root, are left out.
+  // `root` owns the templates; it may be null and may lack any of them.
   RowPainter(const List& list, const akaiProgram& program, bool keyAsValue,
              const GOContainer* root);
 
-  // The template for a column's cells, made ready for this width; null for an empty object.
+  // Returns the template for a column's cells, resized to `width`; null for an empty object.
   GOObject* TemplateFor(DisplayType type, int32_t width);
-  // Shows a value, held to the column's range, or the text (null: none).
+  // Shows the value, clamped to the column's range, or for text columns `text` (null: unchanged).
   void PaintCell(ListElement& cell, const ColumnDefinition& column, int32_t value,
                  const std::string* text);
 
