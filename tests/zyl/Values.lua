@@ -77,7 +77,7 @@ check.raises("negative", host.buffer, handle, -1)
 check.raises("host.floats", host.floats, handle, 0x7FFFFFFF)
 check.raises("handle 0", host.buffer, 0, 0)
 check.raises("no buffer", host.buffer, handle + 1, 0)
-check.raises("not known", host.buffer, 1 << 40, 0)
+check.raises("unknown handle", host.buffer, 1 << 40, 0)
 p:Buffer(true)
 check.raises("host.buffer", host.buffer, handle, 4)
 

@@ -20,25 +20,25 @@ namespace {
 const char kAlgoMetatable = 0;
 const char kPadMetatable = 0;
 const char kDataPadMetatable = 0;
-const char kNearMisses = 0;  // the set of handler names that a diagnostic was printed for
+const char kNearMisses = 0;  // set of the handler names that were already diagnosed
 
 constexpr int kCallbackFailed = 1;
 
-// One call out of the host into a Lua function.
+// One call from the host into a Lua function.
 struct Callback {
-  const RIOObject* owner;  // the algorithm whose userdata holds the function
+  const RIOObject* owner;  // the algorithm whose fields or pads contain the function
   const char* name;
   ROCParams* arguments = nullptr;
   ROCParam** result = nullptr;
   bool found = false;
-  const ROCPad* pad = nullptr;  // a pad's callback rather than a script method
+  const ROCPad* pad = nullptr;  // set for a pad's callback, null for a script method
   const ROCParam* value = nullptr;
 };
 
-// Protected, with a Callback as its argument.
+// Runs protected; argument 1 points to a Callback.
 int RunMethod(lua_State* L) {
   auto& call = *static_cast<Callback*>(lua_touserdata(L, 1));
-  if (!PushKnown(L, call.owner)) return 0;
+  if (!PushExisting(L, call.owner)) return 0;
   lua_getiuservalue(L, -1, kFieldsSlot);
   lua_pushstring(L, call.name);
   if (lua_rawget(L, -2) != LUA_TFUNCTION) return 0;
@@ -55,7 +55,7 @@ int RunMethod(lua_State* L) {
 
 int RunPadCallback(lua_State* L) {
   auto& call = *static_cast<Callback*>(lua_touserdata(L, 1));
-  if (!PushKnown(L, call.owner)) return 0;
+  if (!PushExisting(L, call.owner)) return 0;
   if (lua_getiuservalue(L, -1, kPadsSlot) != LUA_TTABLE) return 0;
   if (lua_rawgetp(L, -1, call.pad) != LUA_TTABLE) return 0;
   if (lua_getfield(L, -1, call.name) != LUA_TFUNCTION) return 0;
@@ -64,7 +64,7 @@ int RunPadCallback(lua_State* L) {
   return 0;
 }
 
-// The script-call side of an algorithm of the script.
+// Dispatches script calls on a script's algorithm to the Lua functions in its fields.
 class ScriptDispatch final : public ZylDispatch {
  public:
   explicit ScriptDispatch(ScriptHost& host) : host_(host) {}
@@ -98,7 +98,7 @@ class ScriptDispatch final : public ZylDispatch {
   ScriptHost& host_;
 };
 
-// Listens to every pad of the script's algorithms.
+// The listener of every pad of the script's algorithms: runs the pad's Lua callbacks.
 class PadCallbacks final : public ROCPadListener {
  public:
   explicit PadCallbacks(ScriptHost& host) : host_(host) {}
@@ -139,12 +139,12 @@ std::string_view Key(lua_State* L) {
   return {text, length};
 }
 
-// m:addPad(name, initial), with the listener of all pads as upvalue 1.
+// m:addPad(name, initial). Upvalue 1 is the PadCallbacks.
 int AddPad(lua_State* L) {
   ROCAlgo* algo = CheckAlgo(L);
   const std::string name = luaL_checkstring(L, 2);
   if (algo->FindPad(name) != nullptr) {
-    return luaL_error(L, "addPad: there is a pad '%s' already", name.c_str());
+    return luaL_error(L, "addPad: the pad '%s' exists already", name.c_str());
   }
   ParamPtr value = ToParam(L, 3, {"addPad", 2});
   if (value == nullptr) return luaL_argerror(L, 3, "a pad needs an initial value");
@@ -169,8 +169,8 @@ int AlgoIndex(lua_State* L) {
   return 1;
 }
 
-// Prints a diagnostic, once for each name, when the name of the function at `value` is nearly that
-// of a notification: the module would silently never call it.
+// Prints a diagnostic, once per name, when the function at `value` has a name that is a likely typo
+// of a notification's: the module would silently never call it.
 void DiagnoseNearMiss(lua_State* L, int name, int value) {
   if (lua_type(L, name) != LUA_TSTRING || !lua_isfunction(L, value)) return;
   const std::string given = lua_tostring(L, name);
@@ -205,9 +205,10 @@ int AlgoNewIndex(lua_State* L) {
   return 0;
 }
 
-// Pushes the table of a pad's callbacks; with `make`, a new one where there is none.
+// Pushes the table of a pad's callbacks and returns true. Creates a missing table if `make` is set.
+// On false the stack above its former top is undefined.
 bool PushPadTable(lua_State* L, const ROCPad* pad, bool make) {
-  if (!PushKnown(L, pad->Owner())) return false;
+  if (!PushExisting(L, pad->Owner())) return false;
   if (lua_getiuservalue(L, -1, kPadsSlot) != LUA_TTABLE) return false;
   if (lua_rawgetp(L, -1, pad) != LUA_TTABLE) {
     if (!make) return false;
@@ -236,7 +237,7 @@ int PadIndex(lua_State* L) {
   return 1;
 }
 
-// A pad keeps the type that it was made with; an integer will do for a double.
+// A pad keeps the type it was created with. An integer is converted for a double.
 void SetPadValue(lua_State* L, const ROCPad& pad) {
   const ParamPtr value = ToParam(L, 3, {"pad.value", 0});
   ROCParam& held = *pad.Value();
@@ -245,8 +246,8 @@ void SetPadValue(lua_State* L, const ROCPad& pad) {
   } else if (value != nullptr && value->Type() == kTypeInteger && held.Type() == kTypeDouble) {
     held.SetDouble(value->Int());
   } else {
-    RaiseText(L, "pad \"" + pad.Name() + "\": the value is " + TypeInWords(L, 3) + ", expected " +
-                     TypeInWords(held.Type()));
+    RaiseText(L, "pad \"" + pad.Name() + "\": the value is " + DescribeType(L, 3) + ", expected " +
+                     DescribeType(held.Type()));
   }
 }
 
@@ -261,7 +262,8 @@ int PadNewIndex(lua_State* L) {
     RaiseUnknownName(L, "a pad has no field to set", key, {"value", "onSend", "onUpdate"});
   }
   if (!lua_isnil(L, 3)) luaL_checktype(L, 3, LUA_TFUNCTION);
-  if (!PushPadTable(L, pad, true)) return luaL_error(L, "the algorithm of the pad is gone");
+  if (!PushPadTable(L, pad, true))
+    return luaL_error(L, "the algorithm of the pad has been deleted");
   lua_pushvalue(L, 3);
   lua_setfield(L, -2, lua_tostring(L, 2));
   return 0;
@@ -302,7 +304,7 @@ int FreeListener(lua_State* L) {
   return 0;
 }
 
-// Pushes the algorithm as the script's own.
+// Pushes a userdata that owns the algorithm and refers to the table at stack index `fields`.
 void PushWithFields(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields) {
   PushOwned(L, std::move(algo));
   lua_pushvalue(L, fields);
@@ -326,7 +328,7 @@ void OpenAlgo(lua_State* L) {
   SaveMetatable(L, "RODPad", Guarded<DataPadIndex>, Guarded<DataPadNewIndex>, &kDataPadMetatable);
 
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kAlgoMetatable);
-  // The listener is the upvalue of addPad and goes with the state, after every pad.
+  // addPad owns the listener as its upvalue, so the listener outlives every pad.
   new (lua_newuserdatauv(L, sizeof(PadCallbacks), 0)) PadCallbacks(ScriptHost::Of(L));
   lua_createtable(L, 0, 1);
   lua_pushcfunction(L, FreeListener);
@@ -354,7 +356,7 @@ int NewAlgo(lua_State* L) {
   lua_getfield(L, 1, "dispatch");
   const bool hasDispatch = lua_isnil(L, -1) || lua_toboolean(L, -1) != 0;
 
-  // The fields that stay: all but the two options.
+  // Copies all fields except the two options.
   lua_newtable(L);
   const int fields = lua_gettop(L);
   lua_pushnil(L);

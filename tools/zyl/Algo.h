@@ -1,4 +1,4 @@
-// Algorithm objects of the script, whose script methods are Lua functions, and pads.
+// Pads, and the algorithm objects that scripts create: their script methods are Lua functions.
 #pragma once
 
 #include <memory>
@@ -14,8 +14,8 @@ void PushAlgoMetatable(lua_State* L);
 void PushPadMetatable(lua_State* L);
 void PushDataPadMetatable(lua_State* L);
 
-// Pushes the algorithm as the script's own, with a dispatch over the functions of the table at
-// stack index `fields`.
+// Pushes a userdata that owns the algorithm. Its dispatch calls the functions of the table at stack
+// index `fields`.
 void PushScriptAlgo(lua_State* L, std::unique_ptr<ROCAlgo> algo, int fields);
 
 // host.algo and host.pad.

@@ -6,10 +6,11 @@ namespace zyl {
 
 namespace {
 
-// Pushes the userdata of the algorithm that the value holds, if the script owns that algorithm.
+// Pushes the userdata of the algorithm in `value` and returns true if the script owns it. Otherwise
+// pushes nothing.
 bool PushOwnAlgo(lua_State* L, const ROCParam* value) {
   const RIOObject* object = value == nullptr ? nullptr : value->Object();
-  if (object == nullptr || !object->isROCAlgo() || !PushKnown(L, object)) return false;
+  if (object == nullptr || !object->isROCAlgo() || !PushExisting(L, object)) return false;
   if (static_cast<ObjectRef*>(lua_touserdata(L, -1))->owned) return true;
   lua_pop(L, 1);
   return false;
@@ -29,8 +30,8 @@ void AlgorithmLinks::Add() {
   }
 }
 
-// Adds the algorithm on top of the stack to the table of links. The value false marks a link that
-// RemoveUnheld decides on.
+// Adds the algorithm on top of the stack to the table of links. The value false marks a new link,
+// which RemoveUnheld confirms (true) or removes.
 void AlgorithmLinks::AddTop() {
   if (lua_getiuservalue(L_, 1, kHeldSlot) != LUA_TTABLE) {
     lua_pop(L_, 1);
@@ -50,7 +51,7 @@ void AlgorithmLinks::AddTop() {
   lua_pop(L_, 1);
 }
 
-// Removes the algorithms that the script has deleted from the table on top of the stack.
+// Removes deleted algorithms from the table of links on top of the stack.
 void AlgorithmLinks::RemoveDeleted() {
   for (lua_pushnil(L_); lua_next(L_, -2) != 0;) {
     lua_pop(L_, 1);

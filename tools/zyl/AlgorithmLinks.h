@@ -1,8 +1,8 @@
 // Keeps the script's algorithms alive while an object of a registered class holds them.
 //
-// A method holds an argument by adding a reference to its value. The userdata of the object then
-// refers to that of the algorithm through a user value, so that Lua collects both together, also
-// when a callback of the algorithm refers to the object.
+// A method keeps an argument by adding a reference to its value. The object's userdata then refers
+// to the algorithm's userdata through a user value, so Lua collects both together even if a
+// callback of the algorithm refers to the object.
 #pragma once
 
 #include "Lua.h"
@@ -10,15 +10,14 @@
 
 namespace zyl {
 
-// The links of one call, whose object is at stack index 1.
+// The links of one call. The object is at stack index 1.
 class AlgorithmLinks {
  public:
   AlgorithmLinks(lua_State* L, const ROCParams& list) : L_(L), list_(list) {}
-  // Links the object to every algorithm among the arguments. This comes before the call, because a
-  // failed allocation must not leave an algorithm that is held and not linked.
+  // Links the object to every algorithm among the arguments. Runs before the call, which allocates
+  // nothing for links: a failed allocation must not leave an algorithm held without a link.
   void Add();
-  // After the call: removes the links of the algorithms that the method does not hold. Does not
-  // allocate.
+  // Call after the method: removes the links of algorithms that it did not keep. Does not allocate.
   void Settle() {
     if (any_) RemoveUnheld();
   }
@@ -31,7 +30,7 @@ class AlgorithmLinks {
   lua_State* L_;
   const ROCParams& list_;
   bool any_ = false;
-  int references_[ROCParams::kInside];  // of the algorithms' values, before the call
+  int references_[ROCParams::kInside];  // reference counts of the arguments before the call
 };
 
 }  // namespace zyl

@@ -17,29 +17,27 @@ namespace zyl {
 
 namespace {
 
-// Key in the registry, by address: the class metatables by the address of the method table. In a
-// class metatable: what its methods' closures hold. Then: the methods that scripts have added, by
-// class name.
-const char kClasses = 0;
-const char kAdded = 0;
+// Keys in the registry, by address.
+const char kClasses = 0;  // class metatables by address of the method table; see MakeClassMetatable
+const char kAdded = 0;    // tables of the methods that scripts added, by class name
 
 [[noreturn]] void RaiseFailure(lua_State* L, const ZylFuncInfo& method, int status) {
   ZylScriptError error;
   if (!ZylTakeError(error)) {
     RaiseText(L, std::string(method.name) + " failed with status " + std::to_string(status) +
-                     " and no reason");
+                     " without a reason");
   }
   RaiseMethodError(L, error, 2);
 }
 
-// What a method's closure holds, as its only upvalue; the class's metatable keeps it alive.
+// The only upvalue of a method's closure. The class metatable owns it.
 struct BoundMethod {
   const ZylFuncInfo* method;
-  const void* classTag;  // the method table, which names the class of the object
+  const void* classTag;  // the method table, which identifies the class
 };
 
-// The object reference at index 1 when it is of that class. No other library makes a userdata of
-// this size that begins with that address.
+// Returns the object reference at index 1 if it is of that class, otherwise null. No other library
+// creates a userdata of this size that begins with that address.
 const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   const auto* self = static_cast<const ObjectRef*>(lua_touserdata(L, 1));
   const bool ofClass =
@@ -47,21 +45,21 @@ const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   return ofClass ? self : nullptr;
 }
 
-// The call itself, once its arguments are there; what it leaves on the stack are its results.
+// Makes the call and pushes its result; returns the number of results.
 [[gnu::always_inline]] inline int Call(lua_State* L, ScriptHost& host, const ZylFuncInfo& method,
                                        RIOObject* object, ROCParams* list, ArgumentList* arguments,
                                        AlgorithmLinks* links) {
   ROCParam* result = nullptr;
   int status;
-  int keptError = kNoError;
+  int deferredError = kNoError;
   {
-    const CallFrame frame(host, L, object, keptError);
+    const CallFrame frame(host, L, object, deferredError);
     status = object->GetDispatch(true)->CallFunctionDirect(method, list, &result);
   }
   const ParamPtr resultOwner(result);
   if (links != nullptr) links->Settle();
   if (arguments != nullptr) arguments->CopyBack();
-  if (keptError != kNoError) RaiseKept(L, keptError);
+  if (deferredError != kNoError) RaiseDeferred(L, deferredError);
   if (status != 0) RaiseFailure(L, method, status);
   if (result == nullptr) return 0;
   if (result->Type() == kTypeInteger) {
@@ -72,7 +70,7 @@ const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   return 1;
 }
 
-// Both are inlined into the C function: the time of a plain call is bounded by a benchmark.
+// Call and CallBound are inlined into the C function: a benchmark bounds the time of a plain call.
 [[gnu::always_inline]] inline int CallBound(lua_State* L, const BoundMethod& bound) {
   const ZylFuncInfo& method = *bound.method;
   const ObjectRef* self = SelfOfClass(L, bound.classTag);
@@ -91,7 +89,7 @@ const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   AlgorithmLinks links(L, *arguments.List());
   if (arguments.HasUserdata()) {
     links.Add();
-    // Adding links may run finalizers of the script, which may delete the object.
+    // Adding links may run finalizers, which may delete the object.
     object = self->value.Object();
     if (object == nullptr) return luaL_error(L, "%s: the object has been deleted", method.name);
   }
@@ -105,10 +103,10 @@ int CallMethod(lua_State* L) {
   } catch (const std::bad_alloc&) {
   } catch (const std::length_error&) {
   }
-  RaiseNoMemory(L, bound.method->name);
+  RaiseOutOfMemory(L, bound.method->name);
 }
 
-// Pushes the table of the methods that scripts have added to that class.
+// Pushes the table of the methods that scripts added to that class.
 void PushAdded(lua_State* L, const char* className) {
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kAdded);
   if (lua_getfield(L, -1, className) != LUA_TTABLE) {
@@ -120,8 +118,8 @@ void PushAdded(lua_State* L, const char* className) {
   lua_remove(L, -2);
 }
 
-// Whether the shipped module zyl, once it is required, adds the method that the value at `name`
-// names. Where the module's own files are not there, it adds none.
+// Returns whether require "zyl" would add the method whose name is at stack index `name`. Returns
+// false if the shipped Lua files are missing.
 bool IsAddedByZyl(lua_State* L, int name) {
   const int top = lua_gettop(L);
   lua_getglobal(L, "require");
@@ -138,8 +136,8 @@ bool IsAddedByZyl(lua_State* L, int name) {
   return added;
 }
 
-// The end of the look-up in a class's methods, argument 1. Upvalue 1 is the table of those added;
-// upvalue 2 tells whether it is the module's main class.
+// __index of a class's method table (argument 1). Upvalue 1 is the table of added methods; upvalue
+// 2 is true for the module's main class.
 int UnknownMethod(lua_State* L) {
   if (lua_type(L, 2) == LUA_TSTRING) {
     lua_pushvalue(L, 2);

@@ -1,5 +1,5 @@
 // Method calls on objects of registered classes. Each class has one metatable whose methods are
-// closures over the entries of its method table, so that a call does no look-up by name.
+// closures over the entries of its method table, so the host looks up no names during a call.
 #pragma once
 
 #include <string>
@@ -12,17 +12,17 @@ namespace zyl {
 
 void OpenCalls(lua_State* L);
 
-// Pushes the metatable of the dispatch's class; made on first use from its method table.
+// Pushes the metatable of the dispatch's class, creating it from the method table on first use.
 void PushClassMetatable(lua_State* L, ZylDispatch& dispatch);
 
-// The names of the methods of the dispatch's class and of those that scripts have added.
+// Appends the names of the class's methods and of the methods that scripts added to it.
 void AppendMethodNames(lua_State* L, ZylDispatch& dispatch, std::vector<std::string>& names);
 
-// Appends the keys, which are strings, of the table at that stack index.
+// Appends the string keys of the table at stack index `table`.
 void AppendKeys(lua_State* L, int table, std::vector<std::string>& keys);
 
-// host.extend(class, methods): adds functions of the script to the methods of a class. Names that
-// the class has itself are refused, and a refused table adds nothing.
+// host.extend(class, methods): adds Lua functions to the methods of a class. Raises an error, and
+// adds nothing, if the class already declares one of the names.
 int ExtendClass(lua_State* L);
 
 }  // namespace zyl

@@ -38,7 +38,7 @@ struct Options {
   std::string profile;
   double sampleRateHz = 44100;
   bool version = false;
-  // The verb and what follows it, untouched.
+  // The verb and all words after it, unparsed.
   std::vector<std::string> words;
 };
 
@@ -49,13 +49,14 @@ std::string VerbList() {
       "  eval 'CODE' [ARG...]        run the text\n"
       "  repl                        read lines, run them and print their results\n"
       "  methods [PATTERN]           list the module's script methods; PATTERN is part of a name,\n"
-      "                              or a whole one with * and ?\n"
-      "  help [NAME]                 what a method takes, gives and means; with part of a name,\n"
-      "                              all that fit; --search WORD looks into the meanings too\n";
+      "                              or a whole name with * and ?\n"
+      "  help [NAME]                 print a method's arguments, results and meaning, or all "
+      "methods\n"
+      "                              that match part of a name; --search WORD searches meanings\n";
   std::vector<std::string> shipped = ScriptVerbs();
   std::erase(shipped, "help");
   if (!shipped.empty()) {
-    text += "Shipped scripts ('zyl VERB --help' tells their options):\n";
+    text += "Shipped scripts ('zyl VERB --help' lists their options):\n";
     constexpr size_t kColumn = 30;
     for (const std::string& name : shipped) {
       const std::string call = "  " + name;
@@ -115,18 +116,18 @@ int ListMethods(const std::string& pattern) {
   }
   std::cout.flush();
   if (any) return 0;
-  std::cerr << "zyl: no method fits '" << pattern << "'\n";
+  std::cerr << "zyl: no method matches '" << pattern << "'\n";
   return 1;
 }
 
-// What the words ask for, checked before the module is loaded.
+// The parsed command line after the options. It is checked before the module is loaded.
 struct Task {
   enum Kind { kRunVerb, kRunFile, kRunText, kMethods, kRepl, kHelp } kind = kRunVerb;
   std::string source;                  // the script file, the text or the pattern
-  std::vector<std::string> arguments;  // with the script's name first
+  std::vector<std::string> arguments;  // arguments[0] is the script's name
 };
 
-// Empty when `task` is set; else what is wrong.
+// Sets `task` and returns an empty string, or returns an error message.
 std::string ReadTask(const std::vector<std::string>& words, Task& task) {
   if (words.empty()) return "a verb is missing";
   const std::string& verb = words[0];
@@ -168,7 +169,7 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
 int RunTask(const Task& task, const std::string& module) {
   if (task.kind == Task::kMethods) return ListMethods(task.source);
   ScriptHost script(module);
-  CatchSignals();
+  CatchInterrupts();
   if (task.kind == Task::kRepl) return RunRepl(script);
   if (task.kind == Task::kRunVerb) return script.RunVerb(task.source, task.arguments);
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)
@@ -205,13 +206,13 @@ int Run(const Options& options) {
   std::error_code failure;
   const fs::path whole = fs::weakly_canonical(path, failure);
   const int status = RunTask(task, failure ? path : whole.string());
-  // The script's objects are gone; what still waits for them must not outlive the module.
+  // Run queued calls before the module is unloaded: their code may be in it.
   ZylPump(0);
   return status;
 }
 
-// The index of the verb in `argv`: the first word that is neither an option nor an option's value.
-// From there on every word belongs to the verb, whatever it looks like.
+// Returns the index of the verb in `argv`: the first word that is neither an option nor an option's
+// value. All words after it belong to the verb, even if they look like options.
 int VerbIndex(const CLI::App& app, int argc, char** argv) {
   int i = 1;
   while (i < argc && argv[i][0] == '-') {
@@ -221,33 +222,29 @@ int VerbIndex(const CLI::App& app, int argc, char** argv) {
   return std::min(i, argc);
 }
 
-}  // namespace
-
-namespace {
-
-// Whether whoever read standard output has gone.
-bool ReaderIsGone() {
+// Returns whether the reader of standard output has closed its end.
+bool ReaderHasClosed() {
   pollfd output = {STDOUT_FILENO, POLLOUT, 0};
   return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
 }
 
-// The exit status once all output is out. Output that got lost is a failure, but not that nobody
-// reads on.
-int Finished(int status) {
+// Flushes standard output and returns the exit status: 1 instead of 0 if output was lost. A reader
+// that closed the pipe early is not an error.
+int FlushOutput(int status) {
   errno = 0;
   std::cout.flush();
   const bool lost = std::fflush(stdout) != 0 || std::ferror(stdout) != 0;
-  if (!lost || errno == EPIPE || ReaderIsGone()) return status;
+  if (!lost || errno == EPIPE || ReaderHasClosed()) return status;
   std::cerr << "zyl: standard output could not be written"
             << (errno != 0 ? std::string(": ") + std::strerror(errno) : std::string()) << '\n';
   return status == 0 ? 1 : status;
 }
 
-int RunWords(int argc, char** argv) {
+int ParseAndRun(int argc, char** argv) {
   Options options;
   CLI::App app("Runs Lua scripts over a sampler-program module: zyl [OPTIONS] VERB [ARG...]",
                "zyl");
-  app.add_option("--module", options.module, "The module's library (default: beside the program)")
+  app.add_option("--module", options.module, "The module's library (default: next to the program)")
       ->take_last();
   app.add_option("--profile", options.profile, "The profile that the module reads at load")
       ->envname("ZYL_PROFILE")
@@ -279,9 +276,9 @@ int RunWords(int argc, char** argv) {
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
-  // A closed pipe is a write that fails.
+  // Writing to a closed pipe fails with EPIPE instead of ending the program.
   std::signal(SIGPIPE, SIG_IGN);
-  return Finished(RunWords(argc, argv));
+  return FlushOutput(ParseAndRun(argc, argv));
 }
 
 }  // namespace zyl

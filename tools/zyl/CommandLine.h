@@ -3,7 +3,7 @@
 
 namespace zyl {
 
-// Exit status beside what a script ends with.
+// Exit statuses of zyl itself; any other status comes from the script.
 inline constexpr int kExitUsage = 2;
 inline constexpr int kExitNoModule = 3;
 

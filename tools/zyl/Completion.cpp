@@ -12,7 +12,7 @@ namespace zyl {
 
 namespace {
 
-constexpr int kMostIndexTables = 8;
+constexpr int kMaxIndexTables = 8;
 
 bool IsNameCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
@@ -20,18 +20,18 @@ bool IsNameCharacter(char c) {
 
 struct Request {
   std::vector<std::string_view> path;  // the names before the last one
-  std::string_view start;              // of the last one
-  bool methodsOnly = false;            // it stands behind a colon
+  std::string_view start;              // the typed part of the last name
+  bool methodsOnly = false;            // the last name follows a colon
   std::vector<std::string> names;
 };
 
-// Replaces the value on top of the stack by its field of that name, without metamethods other than
-// tables to look further in. Of objects, the fields that a script has given to an algorithm.
+// Replaces the value on top of the stack by its field `name`, or nil. Follows __index tables but
+// calls no __index function. For an algorithm, reads the fields that the script set.
 void GetField(lua_State* L, std::string_view name) {
   if (KindOf(L, -1) == Kind::kObject && lua_getiuservalue(L, -1, kFieldsSlot) == LUA_TTABLE) {
     lua_replace(L, -2);
   }
-  for (int i = 0; i < kMostIndexTables && lua_istable(L, -1); ++i) {
+  for (int i = 0; i < kMaxIndexTables && lua_istable(L, -1); ++i) {
     lua_pushlstring(L, name.data(), name.size());
     if (lua_rawget(L, -2) != LUA_TNIL) {
       lua_replace(L, -2);
@@ -45,7 +45,7 @@ void GetField(lua_State* L, std::string_view name) {
   lua_pushnil(L);
 }
 
-// The names among the keys of the table on top of the stack.
+// Appends the keys of the table on top of the stack that are valid names.
 void AppendKeys(lua_State* L, Request& request) {
   for (lua_pushnil(L); lua_next(L, -2) != 0; lua_pop(L, 1)) {
     if (lua_type(L, -2) != LUA_TSTRING || (request.methodsOnly && !lua_isfunction(L, -1))) continue;
@@ -57,7 +57,7 @@ void AppendKeys(lua_State* L, Request& request) {
   }
 }
 
-// The fields and methods of the object on top of the stack.
+// Appends the fields and methods of the object on top of the stack.
 void AppendMembers(lua_State* L, Request& request) {
   const auto* ref = static_cast<const ObjectRef*>(lua_touserdata(L, -1));
   RIOObject* object = ref->value.Object();
@@ -74,7 +74,7 @@ void AppendMembers(lua_State* L, Request& request) {
   }
 }
 
-// Protected, with a Request as its argument.
+// Runs protected; argument 1 points to a Request.
 int Collect(lua_State* L) {
   auto& request = *static_cast<Request*>(lua_touserdata(L, 1));
   lua_pushglobaltable(L);
@@ -83,7 +83,7 @@ int Collect(lua_State* L) {
     AppendMembers(L, request);
     return 0;
   }
-  for (int i = 0; i < kMostIndexTables && lua_istable(L, -1); ++i) {
+  for (int i = 0; i < kMaxIndexTables && lua_istable(L, -1); ++i) {
     AppendKeys(L, request);
     if (luaL_getmetafield(L, -1, "__index") == LUA_TNIL) break;
   }
@@ -98,7 +98,7 @@ Completion CompleteName(lua_State* L, std::string_view line) {
   while (begin > 0 && belongs(line[begin - 1])) --begin;
   Request request;
   std::string_view chain = line.substr(begin);
-  // Behind two dots stands a value of its own: a .. b.
+  // ".." is the concatenation operator: a new value starts after it.
   if (const size_t dots = chain.rfind(".."); dots != std::string_view::npos) {
     chain.remove_prefix(dots + 2);
   }

@@ -1,5 +1,5 @@
-// What a name that is being typed can become: globals and keywords, fields of tables, methods of
-// objects. Looking does not run any of the script's own code.
+// Completes the name being typed: globals and keywords, fields of tables, methods of objects. Never
+// runs script code.
 #pragma once
 
 #include <string>
@@ -11,10 +11,11 @@
 namespace zyl {
 
 struct Completion {
-  size_t typed = 0;                // how many of the last characters are the name's beginning
-  std::vector<std::string> names;  // the whole names that begin so, in order
+  size_t typed = 0;                // length of the typed part of the name, in bytes
+  std::vector<std::string> names;  // the full names that begin with it, sorted
 };
 
+// Completes the name at the end of `line`.
 Completion CompleteName(lua_State* L, std::string_view line);
 
 }  // namespace zyl

@@ -1,8 +1,11 @@
-// A keyboard's marked keys are told by where its children lie. Key w of the white ones has its left
-// edge at 2 + 5w. The marker begins at 5w - 1 for the first white key inside the range and is 5
-// wide for each; the clip reaches from the left edge of the lowest key (of the white key below it,
-// when it is black) to that of the white key at or above the highest one. So a black key, which
-// lies between white keys w and w + 1, is inside when the left edges of both lie in the clip.
+// Draws graphic objects. The marked keys of a keyboard are derived from the bounds of its children,
+// in pixels relative to the keyboard:
+//   - White key w has its left edge at 2 + 5w.
+//   - "KBSelector" starts at 5w - 1 for the first white key in the range and is 5 wide per key.
+//   - "KBBKSelClip" extends from the left edge of the lowest key (of the white key below it if that
+//     key is black) to the left edge of the white key at or above the highest key.
+// So the black key between the white keys w and w + 1 is in the range when the left edges of both
+// are within the clip.
 #include "Drawing.h"
 
 #include <algorithm>
@@ -18,10 +21,10 @@ constexpr int kWhiteKeyWidth = 5;
 constexpr int kFirstKeyLeft = 2;
 constexpr int kMarkerOffset = -1;
 constexpr int kWhiteKeysInOctave = 7;
-constexpr int kMostWhiteKeys = 75;  // keys 0 to 127
+constexpr int kMaxWhiteKeys = 75;  // keys 0 to 127
 constexpr double kKeyGap = 0.5;
 constexpr double kBlackKeyWidth = 3;
-constexpr double kBlackKeyPart = 0.6;  // of the white keys' height
+constexpr double kBlackKeyPart = 0.6;  // black key height / white key height
 
 constexpr Theme kLight = {
     .page = 0xFFFFFF,
@@ -62,10 +65,10 @@ uint32_t Dimmed(uint32_t rgb, double part) {
   return dimmed;
 }
 
-// The colour of the object's own fill, else the other one.
-uint32_t FillOf(const GOObject& object, uint32_t otherwise) {
+// Returns the colour of the object's fill, or `fallback` if it has no solid fill.
+uint32_t FillOf(const GOObject& object, uint32_t fallback) {
   const GOFill* fill = object.Fill();
-  if (fill == nullptr || !fill->isSolidColor()) return otherwise;
+  if (fill == nullptr || !fill->isSolidColor()) return fallback;
   return static_cast<uint32_t>(static_cast<const GOSolidFill*>(fill)->color) & 0xFFFFFF;
 }
 
@@ -75,7 +78,7 @@ GORect Absolute(const GOObject& object) {
   return bounds.ShiftedBy(object.GetOrigin());
 }
 
-// Where the child lies in the keyboard; empty without one.
+// Returns the child's bounds relative to the keyboard; empty if there is no such child.
 GORect ChildInside(const GOContainer& keyboard, const char* name) {
   const GOObject* child = keyboard.GetChild(name, 1);
   if (child == nullptr) return {};
@@ -93,7 +96,7 @@ bool HasBlackAbove(int whiteKey) {
 
 int WhiteKeysOf(const GOObject& keyboard) {
   const int fitting = (Absolute(keyboard).Width() - kFirstKeyLeft) / kWhiteKeyWidth;
-  return std::clamp(fitting, 0, kMostWhiteKeys);
+  return std::clamp(fitting, 0, kMaxWhiteKeys);
 }
 
 void DrawKeyboard(Picture& picture, const Theme& theme, const GOContainer& keyboard, double x,
@@ -126,8 +129,8 @@ void DrawKeyboard(Picture& picture, const Theme& theme, const GOContainer& keybo
   }
 }
 
-// What an object without a fill is drawn with: by the template that it, or its container, came
-// from.
+// How to draw an object without a fill. Depends on the template that the object or its container
+// was copied from.
 struct Look {
   uint32_t color = 0;
   double radius = 0;
@@ -187,7 +190,7 @@ void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyb
   }
 }
 
-std::string CutTo(std::string_view text, int32_t count) {
+std::string Truncate(std::string_view text, int32_t count) {
   size_t end = 0;
   while (end < text.size()) {
     const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0) != 0x80;

@@ -1,4 +1,4 @@
-// How single graphic objects look: keyboards with their keys, bars, markers, switches, rectangles.
+// Draws graphic objects: keyboards with their keys, bars, markers, switches, rectangles.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace zyl {
 
-// The colours of what has no fill of its own.
+// The colours of objects without a fill, as 0xRRGGBB.
 struct Theme {
   uint32_t page;
   uint32_t text;
@@ -18,28 +18,28 @@ struct Theme {
   uint32_t headerText;
   uint32_t oddRow;
   uint32_t line;
-  uint32_t track;   // behind bars and markers
+  uint32_t track;   // background of bars and markers
   uint32_t accent;  // bars, markers, switches that are on
   uint32_t off;     // switches that are off
   uint32_t knob;
   uint32_t keyEdge;
   uint32_t blackKey;
-  double whiteKeys;  // how bright they are, 1 as their fill says
+  double whiteKeys;  // brightness factor of the white keys' fill, 0 to 1
 };
 const Theme& ThemeOf(bool dark);
 
-// A container with the child that marks a range of keys.
+// Returns whether the object is a container with a "KBSelector" child.
 bool IsKeyboard(const GOObject& object);
 
-// Draws the object and what it contains, its top left corner at x, y.
+// Draws the object and its children with its top left corner at x, y.
 void DrawObject(Picture& picture, const Theme& theme, const GOObject& object, double x, double y);
 
-// The names of the octaves, below a keyboard that is drawn at x, y. Middle C, key 60, is C3.
+// Draws the octave names below a keyboard whose top left corner is at x, y. Key 60 is C3.
 inline constexpr double kOctaveLabelHeight = 9;
 void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyboard, double x,
                       double y);
 
-// The first `count` characters of a UTF-8 text.
-std::string CutTo(std::string_view text, int32_t count);
+// Returns the first `count` characters of a UTF-8 text.
+std::string Truncate(std::string_view text, int32_t count);
 
 }  // namespace zyl

@@ -1,4 +1,4 @@
-// The graphics that the panels of an editor are made of.
+// Creates the graphic objects of an editor's panels.
 #pragma once
 
 #include <memory>
@@ -7,10 +7,10 @@
 
 namespace zyl {
 
-// A keyboard with the three children that mark a range, all filled with a colour, at 0, 0.
+// Returns a keyboard at 0, 0 with the three children that mark a key range, all with solid fills.
 std::unique_ptr<GOContainer> MakeKeyboard(const char* name, int32_t width, int32_t height);
 
-// The graphic root of a list module, with the templates of the cells.
+// Returns the graphic root of a list module, which owns the templates of the cells.
 std::unique_ptr<GOContainer> MakeListRoot(int32_t rowHeight);
 
 }  // namespace zyl

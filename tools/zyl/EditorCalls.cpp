@@ -24,10 +24,11 @@ namespace zyl {
 
 namespace {
 
-constexpr int32_t kFarthestPixel = 100'000;  // of what scripts make
-constexpr int32_t kMostColumns = 1000;
+constexpr int32_t kMaxPixel = 100'000;  // largest coordinate or length that scripts can set
+constexpr int32_t kMaxColumns = 1000;
 
-// Lua sees the few bytes of a userdata only: each new object counts for this many KiB.
+// The collector sees only the few bytes of a userdata. Advance it by this many KiB per new object
+// so that unreferenced objects are collected in time.
 constexpr int kCountsForKiB = 4;
 
 ListColumn ReadColumn(lua_State* L, int index) {
@@ -35,7 +36,7 @@ ListColumn ReadColumn(lua_State* L, int index) {
   constexpr const char* kNumbers[] = {"parameter number", "display type", "minimum", "maximum"};
   const Options options(L, index, kFunction, {"width", "style", "title"});
   ListColumn column;
-  column.width = static_cast<int32_t>(options.Integer("width", 60, -1, kFarthestPixel));
+  column.width = static_cast<int32_t>(options.Integer("width", 60, -1, kMaxPixel));
   column.style =
       static_cast<uint32_t>(options.Integer("style", 0, 0, std::numeric_limits<uint32_t>::max()));
   for (lua_Integer place = 1; place <= 4; ++place) {
@@ -52,7 +53,7 @@ std::vector<ListColumn> ReadColumns(lua_State* L) {
   if (lua_isnil(L, -1)) luaL_error(L, "host.editor: the columns are missing");
   if (!lua_istable(L, -1)) luaL_error(L, "host.editor: columns: a list of tables was expected");
   const lua_Unsigned count = lua_rawlen(L, -1);
-  if (count > kMostColumns) luaL_error(L, "host.editor: more than %d columns", kMostColumns);
+  if (count > kMaxColumns) luaL_error(L, "host.editor: more than %d columns", kMaxColumns);
   for (lua_Integer i = 1; i <= static_cast<lua_Integer>(count); ++i) {
     lua_rawgeti(L, -1, i);
     if (!lua_istable(L, -1)) luaL_error(L, "host.editor: columns: a list of tables was expected");
@@ -63,7 +64,7 @@ std::vector<ListColumn> ReadColumns(lua_State* L) {
   return columns;
 }
 
-int GiveList(lua_State* L) {
+int ReturnList(lua_State* L) {
   lua_pushvalue(L, lua_upvalueindex(1));
   return 1;
 }
@@ -75,7 +76,7 @@ const List* ListOf(lua_State* L, int index) {
   RIOObject* object = CheckObject(L, index);
   if (const auto* list = dynamic_cast<const List*>(object)) return list;
   if (object == nullptr || !object->isROCAlgo()) return nullptr;
-  // An editor stands for its list.
+  // Render an editor as its list.
   const List* list = nullptr;
   const int top = lua_gettop(L);
   if (lua_getiuservalue(L, index, kFieldsSlot) == LUA_TTABLE) {
@@ -97,7 +98,7 @@ RenderItem ReadItem(lua_State* L, int index) {
   }
   if (KindOf(L, index) != Kind::kObject) {
     RaiseText(L, "host.render: a graphic object, a list or a text was expected, got " +
-                     ValueInWords(L, index));
+                     DescribeValue(L, index));
   }
   item.list = ListOf(L, index);
   if (item.list == nullptr) item.object = dynamic_cast<const GOObject*>(CheckObject(L, index));
@@ -107,17 +108,17 @@ RenderItem ReadItem(lua_State* L, int index) {
   return item;
 }
 
-// No finalizer of the script runs while it lives.
-class WithoutCollection {
+// Stops garbage collection, and so the script's finalizers, in a scope.
+class CollectionPause {
  public:
-  explicit WithoutCollection(lua_State* L) : L_(L), wasRunning_(lua_gc(L, LUA_GCISRUNNING) != 0) {
+  explicit CollectionPause(lua_State* L) : L_(L), wasRunning_(lua_gc(L, LUA_GCISRUNNING) != 0) {
     lua_gc(L, LUA_GCSTOP);
   }
-  ~WithoutCollection() {
+  ~CollectionPause() {
     if (wasRunning_) lua_gc(L_, LUA_GCRESTART);
   }
-  WithoutCollection(const WithoutCollection&) = delete;
-  WithoutCollection& operator=(const WithoutCollection&) = delete;
+  CollectionPause(const CollectionPause&) = delete;
+  CollectionPause& operator=(const CollectionPause&) = delete;
 
  private:
   lua_State* L_;
@@ -127,13 +128,13 @@ class WithoutCollection {
 }  // namespace
 
 int NewKeyboard(lua_State* L) {
-  NeedTable(L, 1);
+  DefaultToTable(L, 1);
   const Options options(L, 1, "host.keyboard", {"x", "y", "width", "height"});
-  const auto pixels = [&](const char* name, lua_Integer otherwise, lua_Integer low) {
-    return static_cast<int32_t>(options.Integer(name, otherwise, low, kFarthestPixel));
+  const auto pixels = [&](const char* name, lua_Integer fallback, lua_Integer low) {
+    return static_cast<int32_t>(options.Integer(name, fallback, low, kMaxPixel));
   };
-  const int32_t x = pixels("x", 0, -kFarthestPixel);
-  const int32_t y = pixels("y", 0, -kFarthestPixel);
+  const int32_t x = pixels("x", 0, -kMaxPixel);
+  const int32_t y = pixels("y", 0, -kMaxPixel);
   auto keyboard = MakeKeyboard("Keyboard", pixels("width", 378, 0), pixels("height", 24, 0));
   keyboard->MoveTo(x, y);
   PushOwned(L, std::move(keyboard));
@@ -142,7 +143,7 @@ int NewKeyboard(lua_State* L) {
 }
 
 int NewEditor(lua_State* L) {
-  NeedTable(L, 1);
+  DefaultToTable(L, 1);
   lua_settop(L, 1);
   const Options options(L, 1, "host.editor", {"name", "rowHeight", "columns"});
   const std::string name = options.Text("name", "editor");
@@ -157,7 +158,7 @@ int NewEditor(lua_State* L) {
   lua_pushvalue(L, listIndex);
   lua_setfield(L, -2, "list");
   lua_pushvalue(L, listIndex);
-  lua_pushcclosure(L, Guarded<GiveList>, 1);
+  lua_pushcclosure(L, Guarded<ReturnList>, 1);
   lua_setfield(L, -2, "GetList");
   auto algo = std::make_unique<ROCAlgo>(name);
   algo->SetGraphicRoot(root.release());
@@ -168,13 +169,13 @@ int NewEditor(lua_State* L) {
 
 int Render(lua_State* L) {
   const PictureFile file = CheckPictureFile(L, 2, "host.render");
-  NeedTable(L, 3);
+  DefaultToTable(L, 3);
   const Options given(L, 3, "host.render", {"dark", "scale"});
   RenderOptions options;
   options.dark = given.Flag("dark");
   options.scale = given.Number("scale", options.scale, 0.25, 16);
-  // Finalizers could destroy what is being drawn.
-  const WithoutCollection still(L);
+  // A finalizer could destroy an object that is being drawn.
+  const CollectionPause pause(L);
   std::vector<RenderItem> items;
   options.page = lua_istable(L, 1);
   if (options.page) {

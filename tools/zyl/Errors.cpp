@@ -14,12 +14,12 @@ namespace {
 
 // Keys in the registry, by address.
 const char kErrorMetatable = 0;
-const char kNoMemoryError = 0;
+const char kOutOfMemoryError = 0;
 const char kCallbackError = 0;
 const char kCallbackTraceback = 0;
 
-// Whether the function is one of the Lua files that ship with zyl; those serve the script and are
-// not its own lines.
+// Returns whether the function is in a Lua file that ships with zyl. Errors name the line of the
+// user's script instead.
 bool IsShipped(const lua_Debug& frame) {
   const std::string& folder = LuaFolder();
   std::string_view source = frame.source;
@@ -28,7 +28,7 @@ bool IsShipped(const lua_Debug& frame) {
   return source.starts_with(folder) && source.substr(folder.size()).starts_with('/');
 }
 
-// "file:line: " of the innermost Lua function of the script, or nothing.
+// Pushes "file:line: " of the script's innermost Lua function, or an empty string.
 void PushWhere(lua_State* L) {
   lua_Debug frame;
   for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level) {
@@ -65,7 +65,7 @@ int ErrorConcat(lua_State* L) {
   return 1;
 }
 
-// The name without "Class::" in front of it.
+// Removes a leading "Class::".
 std::string_view WithoutClass(std::string_view name) {
   const size_t end = name.find("::");
   const bool qualified =
@@ -75,8 +75,8 @@ std::string_view WithoutClass(std::string_view name) {
   return qualified ? name.substr(end + 2) : name;
 }
 
-// How to write the number at `index` as the type that was expected, where that is all that is
-// wrong.
+// Returns a hint how to write the number at `index` as the expected type, for example
+// " (write 2.0)"; empty if that would not fix the error.
 std::string NumberHint(lua_State* L, int index, int expected) {
   if (lua_type(L, index) != LUA_TNUMBER) return {};
   if (lua_isinteger(L, index) != 0) {
@@ -89,8 +89,8 @@ std::string NumberHint(lua_State* L, int index, int expected) {
   return " (write " + std::to_string(whole) + ")";
 }
 
-// One line that says what was given and what was expected. The method's arguments stand on the
-// stack from index `firstArgument` on.
+// Returns one line that states what was given and what was expected. The method's arguments are on
+// the stack from index `firstArgument`.
 std::string Readable(lua_State* L, const ZylScriptError& error, int firstArgument) {
   if (error.kind == ZylScriptError::kException) {
     std::string text(WithoutClass(error.message));
@@ -111,19 +111,19 @@ std::string Readable(lua_State* L, const ZylScriptError& error, int firstArgumen
   };
   switch (error.kind) {
     case ZylScriptError::kArgType:
-      return text + given(TypeInWords) + ", expected " + TypeInWords(error.expected) +
+      return text + given(DescribeType) + ", expected " + DescribeType(error.expected) +
              NumberHint(L, index, error.expected);
     case ZylScriptError::kArgPType:
       return text + "an object of class " + error.given + ", expected one of class " +
              error.required;
     case ZylScriptError::kArgValue:
-      return text + given(ValueInWords) + ", a value that is not allowed";
+      return text + given(DescribeValue) + ", a value that is not allowed";
     default:
-      return text + given(ValueInWords) + ": " + error.message;
+      return text + given(DescribeValue) + ": " + error.message;
   }
 }
 
-// Whether the first line begins as luaL_where does it: "file:line: ".
+// Returns whether the first line contains a position in luaL_where's format, "file:line: ".
 bool HasPosition(std::string_view text) {
   text = text.substr(0, text.find('\n'));
   for (size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1)) {
@@ -135,7 +135,7 @@ bool HasPosition(std::string_view text) {
   return false;
 }
 
-// Levenshtein distance, letters compared without case.
+// Levenshtein distance, ignoring the case of letters.
 size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), size_t{0});
@@ -154,13 +154,13 @@ size_t EditDistance(std::string_view a, std::string_view b) {
 
 constexpr char kNoMemory[] = "not enough memory";
 
-// A failure that a method reported and its readable line.
+// A failure that a method reported, and its text as one line.
 struct Failure {
   const ZylScriptError& error;
   const std::string& readable;
 };
 
-// Protected: makes the error table of the Failure that argument 1 points to.
+// Runs protected: creates the error table of the Failure that argument 1 points to.
 int MakeErrorTable(lua_State* L) {
   const auto& [error, readable] = *static_cast<const Failure*>(lua_touserdata(L, 1));
   const bool ownText =
@@ -198,9 +198,9 @@ int MakeErrorTable(lua_State* L) {
   return 1;
 }
 
-// Protected: makes the error table of memory that could not be had. Argument 1 is the method's name
-// as a light userdata, or null. Allocates nothing but in Lua.
-int MakeNoMemoryTable(lua_State* L) {
+// Runs protected: creates the error table for exhausted memory. Argument 1 is the method's name as
+// a light userdata, or null. Allocates in Lua only.
+int MakeOutOfMemoryTable(lua_State* L) {
   const auto* method = static_cast<const char*>(lua_touserdata(L, 1));
   lua_createtable(L, 0, 4);
   lua_pushstring(L, ZylScriptError().KindName());
@@ -232,17 +232,17 @@ void OpenErrors(lua_State* L) {
   lua_setfield(L, -2, "__name");
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kErrorMetatable);
 
-  lua_pushcfunction(L, MakeNoMemoryTable);
+  lua_pushcfunction(L, MakeOutOfMemoryTable);
   lua_pushlightuserdata(L, nullptr);
   lua_call(L, 1, 1);
-  lua_rawsetp(L, LUA_REGISTRYINDEX, &kNoMemoryError);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kOutOfMemoryError);
 }
 
-void RaiseNoMemory(lua_State* L, const char* method) {
+void RaiseOutOfMemory(lua_State* L, const char* method) {
   lua_settop(L, 0);
-  lua_pushcfunction(L, MakeNoMemoryTable);
+  lua_pushcfunction(L, MakeOutOfMemoryTable);
   lua_pushlightuserdata(L, const_cast<char*>(method));
-  if (lua_pcall(L, 1, 1, 0) != LUA_OK) lua_rawgetp(L, LUA_REGISTRYINDEX, &kNoMemoryError);
+  if (lua_pcall(L, 1, 1, 0) != LUA_OK) lua_rawgetp(L, LUA_REGISTRYINDEX, &kOutOfMemoryError);
   lua_error(L);
   throw;  // not reached: lua_error does not return
 }
@@ -252,15 +252,15 @@ void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgume
   Failure failure{error, readable};
   lua_pushcfunction(L, MakeErrorTable);
   lua_pushlightuserdata(L, &failure);
-  if (lua_pcall(L, 1, 1, 0) != LUA_OK) RaiseNoMemory(L, nullptr);
+  if (lua_pcall(L, 1, 1, 0) != LUA_OK) RaiseOutOfMemory(L, nullptr);
   lua_error(L);
   throw;  // not reached: lua_error does not return
 }
 
-void RaiseKept(lua_State* L, int keptError) {
-  if (keptError == kNoError) return;
-  if (keptError == kLostError) luaL_error(L, "a callback found no room on the stack");
-  lua_pushvalue(L, keptError);
+void RaiseDeferred(lua_State* L, int deferredError) {
+  if (deferredError == kNoError) return;
+  if (deferredError == kLostError) luaL_error(L, "a callback failed: the Lua stack is full");
+  lua_pushvalue(L, deferredError);
   lua_error(L);
 }
 
@@ -270,7 +270,7 @@ void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view na
 }
 
 std::string Suggestion(std::string_view name, const std::vector<std::string>& known) {
-  // A name farther away than a third of its letters is another word, not a slip.
+  // Allow one edit per three letters, plus one: a more distant name is another word, not a typo.
   size_t nearest = name.size() / 3 + 2;
   std::vector<std::string_view> found;
   for (const std::string& candidate : known) {
@@ -281,8 +281,8 @@ std::string Suggestion(std::string_view name, const std::vector<std::string>& kn
     found.push_back(candidate);
   }
   if (found.empty()) return {};
-  constexpr size_t kMost = 3;
-  found.resize(std::min(found.size(), kMost));
+  constexpr size_t kMaxNames = 3;
+  found.resize(std::min(found.size(), kMaxNames));
   std::string text = "; did you mean ";
   for (size_t i = 0; i < found.size(); ++i) {
     if (i > 0) text += i + 1 == found.size() ? " or " : ", ";
@@ -299,7 +299,7 @@ void RaiseText(lua_State* L, const std::string& text) {
   throw;  // not reached: lua_error does not return
 }
 
-int RememberTraceback(lua_State* L) {
+int SaveTraceback(lua_State* L) {
   lua_settop(L, 1);
   luaL_traceback(L, L, nullptr, 1);
   lua_rawsetp(L, LUA_REGISTRYINDEX, &kCallbackTraceback);
@@ -317,7 +317,7 @@ int AddTraceback(lua_State* L) {
   } else {
     text = lua_pushfstring(L, "(the error value is a %s)", luaL_typename(L, 1));
   }
-  // An error without a position speaks to people, not to whoever wrote the script.
+  // An error without a position is a message for the user, not a bug in the script.
   if (lua_type(L, 1) == LUA_TSTRING && !HasPosition(text)) return 1;
   luaL_traceback(L, L, text, 1);
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kCallbackError);

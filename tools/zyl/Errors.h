@@ -1,5 +1,5 @@
-// Errors as scripts see them: the table that a failed method raises, errors of callbacks raised
-// after the call, tracebacks.
+// Errors as scripts see them: the table that a failed method raises, deferred errors of callbacks,
+// tracebacks.
 #pragma once
 
 #include <new>
@@ -15,15 +15,15 @@ namespace zyl {
 
 void OpenErrors(lua_State* L);
 
-// Raises the error table of a failure that a method reported. The method's arguments stand on the
-// stack from index `firstArgument` on.
+// Raises the error table of a failure that a method reported. The method's arguments are on the
+// stack from index `firstArgument`.
 [[noreturn]] void RaiseMethodError(lua_State* L, const ZylScriptError& error, int firstArgument);
-// Raises the error of memory that could not be had: a table as for a method that reports an
-// Exception. It has `method` (null for none) and the script's position in its line, unless there is
-// no memory for them: then it is one that was made in advance.
-[[noreturn]] void RaiseNoMemory(lua_State* L, const char* method);
-// The C function `function` for Lua. Lua takes any other exception than its own for an error whose
-// value is on top of the stack, such as the argument that there was no memory to copy.
+// Raises an error table of kind Exception for exhausted memory. Its text includes `method` (unless
+// null) and the script's position. If there is no memory for the table either, raises one that
+// OpenErrors allocated in advance.
+[[noreturn]] void RaiseOutOfMemory(lua_State* L, const char* method);
+// Wraps a C function for Lua so that std::bad_alloc and std::length_error become Lua errors. Lua
+// would treat a foreign exception as an error whose value is whatever is on top of the stack.
 template <lua_CFunction function>
 int Guarded(lua_State* L) {
   try {
@@ -31,23 +31,24 @@ int Guarded(lua_State* L) {
   } catch (const std::bad_alloc&) {
   } catch (const std::length_error&) {
   }
-  RaiseNoMemory(L, nullptr);
+  RaiseOutOfMemory(L, nullptr);
 }
 
-// Raises the error that a CallFrame kept, if there is one.
-void RaiseKept(lua_State* L, int keptError);
-// Raises `what` and the name in quotes, with the nearest of `known` as a suggestion.
+// Raises the error that a CallFrame deferred; does nothing for kNoError.
+void RaiseDeferred(lua_State* L, int deferredError);
+// Raises `what` and the quoted name, and suggests the closest of the `known` names.
 [[noreturn]] void RaiseUnknownName(lua_State* L, const std::string& what, std::string_view name,
                                    const std::vector<std::string>& known);
-// "; did you mean "NEAREST"?", or nothing when no name comes near.
+// Returns '; did you mean "NAME"?' with up to three of the closest known names, or an empty string
+// if no name is close.
 std::string Suggestion(std::string_view name, const std::vector<std::string>& known);
-// Raises `text`, preceded by the script's position.
+// Raises `text` with the script's position as prefix.
 [[noreturn]] void RaiseText(lua_State* L, const std::string& text);
 
-// Message handlers. The first turns an uncaught error into its text with a traceback; the second
-// keeps the error as it is and remembers the traceback, which the first adds if the same error
-// arrives there later.
+// Message handlers. AddTraceback converts an uncaught error to text with a traceback.
+// SaveTraceback returns the error unchanged and saves its traceback; AddTraceback appends it if the
+// same error arrives there later.
 int AddTraceback(lua_State* L);
-int RememberTraceback(lua_State* L);
+int SaveTraceback(lua_State* L);
 
 }  // namespace zyl

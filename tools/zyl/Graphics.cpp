@@ -24,7 +24,7 @@ template <class T>
 T& Check(lua_State* L, int index, const char* what) {
   auto* object = dynamic_cast<T*>(CheckObject(L, index));
   if (object == nullptr)
-    RaiseText(L, std::string(what) + " was expected, got " + ValueInWords(L, index));
+    RaiseText(L, std::string(what) + " was expected, got " + DescribeValue(L, index));
   return *object;
 }
 GOObject& CheckGraphic(lua_State* L) { return Check<GOObject>(L, 1, "a graphic object"); }
@@ -37,7 +37,7 @@ std::string_view Key(lua_State* L) {
   return {text, length};
 }
 
-// Pushes an object that goes with the one at `owner`, which it keeps alive.
+// Pushes `part`, which the object at `owner` owns. The pushed userdata keeps the owner alive.
 void PushPart(lua_State* L, RIOObject* part, int owner) {
   owner = lua_absindex(L, owner);
   PushObject(L, part);
@@ -126,7 +126,7 @@ int GraphicIndex(lua_State* L) {
   return 1;
 }
 
-// The fill alone can be set: to a colour, or to nil for none.
+// Only the fill can be set: to a colour, or to nil for no fill.
 int GraphicNewIndex(lua_State* L) {
   GOObject& object = CheckGraphic(L);
   if (Key(L) != "fill") {
@@ -157,7 +157,7 @@ int ClearList(lua_State* L) {
   return 0;
 }
 
-// list:cell(row, column): nil where there is none.
+// list:cell(row, column): nil if there is no such cell.
 int Cell(lua_State* L) {
   const List& list = CheckList(L);
   const lua_Integer row = luaL_checkinteger(L, 2);
@@ -197,8 +197,8 @@ int ReadOnly(lua_State* L) {
   return luaL_error(L, "the field '%s' cannot be set", luaL_tolstring(L, 2, nullptr));
 }
 
+// Registers a metatable under `key`. Pops the function or table for __index from the stack.
 void SaveMetatable(lua_State* L, const char* name, lua_CFunction newIndex, const void* key) {
-  // The function or table for __index stands on top.
   lua_newtable(L);
   SetObjectMetamethods(L, name);
   lua_insert(L, -2);

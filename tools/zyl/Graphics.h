@@ -1,4 +1,4 @@
-// The editor's graphic objects, lists and cells as values of scripts.
+// The editor's graphic objects, lists and cells as script values.
 #pragma once
 
 #include "Lua.h"
@@ -8,8 +8,8 @@ namespace zyl {
 
 void OpenGraphics(lua_State* L);
 
-// Pushes the metatable of a graphic object, a list or a cell; false, and nothing pushed, for
-// anything else.
+// Pushes the metatable of a graphic object, a list or a cell and returns true. For any other object
+// pushes nothing and returns false.
 bool PushGraphicMetatable(lua_State* L, RIOObject* object);
 
 }  // namespace zyl

@@ -28,7 +28,7 @@ namespace {
 using Seconds = std::chrono::duration<double>;
 using Clock = std::chrono::steady_clock;
 
-// A wait is cut into pieces of this length to notice Ctrl-C.
+// Waits are split into slices of this length to check for Ctrl-C.
 constexpr double kWaitSeconds = 0.05;
 
 [[noreturn]] void RaiseUnknownClass(lua_State* L, const char* function, const char* className) {
@@ -40,8 +40,8 @@ int New(lua_State* L) {
   std::unique_ptr<RIOObject> object(ZylNewScriptObject(className));
   if (object == nullptr) RaiseUnknownClass(L, "host.new", className);
   PushOwned(L, std::move(object));
-  // Lua sees the few bytes of the userdata only; objects that nobody holds are found in time when
-  // each new one counts for this many KiB.
+  // The collector sees only the few bytes of a userdata. Advance it by this many KiB per new object
+  // so that unreferenced objects are collected in time.
   constexpr int kCountsForKiB = 64;
   lua_gc(L, LUA_GCSTEP, kCountsForKiB);
   return 1;
@@ -73,15 +73,15 @@ void PushText(lua_State* L, const std::string& text) {
   lua_pushlstring(L, text.data(), text.size());
 }
 
-// The first `bytes` bytes behind the handle at argument 1.
+// Returns the first `bytes` bytes of the buffer whose handle is argument 1.
 std::string BufferBytes(lua_State* L, const char* name, lua_Unsigned bytes) {
-  // A handle is 32 bits, which a method's integer gives as a signed figure.
+  // A handle has 32 bits. Methods return it as a signed integer, so accept both ranges.
   const lua_Integer handle = luaL_checkinteger(L, 1);
   const bool inRange = handle >= std::numeric_limits<int32_t>::min() &&
                        handle <= lua_Integer{std::numeric_limits<uint32_t>::max()};
   std::string content;
-  std::string reason = "handle 0 stands for no buffer";
-  if (!inRange) reason = "the handle is not known";
+  std::string reason = "handle 0 means no buffer";
+  if (!inRange) reason = "unknown handle";
   if (!inRange || handle == 0 ||
       !qxBufferBytes(static_cast<uint32_t>(handle), static_cast<size_t>(bytes), content, reason)) {
     RaiseText(L, std::string(name) + ": " + reason);
@@ -118,16 +118,16 @@ int Pump(lua_State* L) {
   luaL_argcheck(L, !std::isnan(seconds), 1, "not a number of seconds");
   const Clock::time_point start = Clock::now();
   int calls = 0;
-  int keptError = kNoError;
+  int deferredError = kNoError;
   {
-    const CallFrame frame(ScriptHost::Of(L), L, nullptr, keptError);
+    const CallFrame frame(ScriptHost::Of(L), L, nullptr, deferredError);
     double left = seconds;
     do {
       calls = ZylPump(std::fmax(0, std::fmin(left, kWaitSeconds)));
       left = seconds - Seconds(Clock::now() - start).count();
     } while (calls == 0 && left > 0 && !WasInterrupted());
   }
-  RaiseKept(L, keptError);
+  RaiseDeferred(L, deferredError);
   lua_pushinteger(L, calls);
   return 1;
 }
@@ -209,8 +209,8 @@ int HostIndex(lua_State* L) {
   } else if (key == "module") {
     lua_pushstring(L, ScriptHost::Of(L).Module().c_str());
   } else {
-    // A name that comes near a known one is a slip. Any other is nil, so that scripts can ask which
-    // functions there are.
+    // A name close to a known one is a typo. Any other name is nil, so that scripts can test for
+    // functions.
     std::vector<std::string> known = {"sampleRate", "module"};
     AppendKeys(L, 1, known);
     if (!Suggestion(key, known).empty()) RaiseUnknownName(L, "host has no field", key, known);

@@ -1,4 +1,4 @@
-// The table `host`, the script's way to everything that is not a method of an object.
+// The global table `host`: all functions for scripts that are not methods of an object.
 #pragma once
 
 #include "Lua.h"
@@ -7,7 +7,7 @@ namespace zyl {
 
 void OpenHostTable(lua_State* L);
 
-// The class whose methods host.methods lists when it is given none.
+// The module's main class, the default of host.methods.
 inline constexpr const char* kMainClass = "ZylSProgram";
 
 }  // namespace zyl

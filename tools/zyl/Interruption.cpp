@@ -12,20 +12,20 @@ namespace {
 enum class Stop { kNone, kInterrupt, kExit };
 
 std::atomic<Stop> stop{Stop::kNone};
-std::atomic<lua_State*> running{nullptr};  // the coroutine that runs, or the main state
+std::atomic<lua_State*> running{nullptr};  // the running coroutine or the main state
 std::atomic<int> exitStatus{0};
 pthread_t scriptThread;
 
 void RaiseStop(lua_State* L, lua_Debug*) {
-  // The script went on after a stop that had marked this coroutine.
+  // A cancelled stop left its hook on this coroutine: remove it.
   if (stop == Stop::kNone) {
     lua_sethook(L, nullptr, 0, 0);
     return;
   }
-  luaL_error(L, stop == Stop::kExit ? "the script has called os.exit" : "interrupted");
+  luaL_error(L, stop == Stop::kExit ? "the script called os.exit" : "interrupted");
 }
 
-// Before every instruction from now on, so that no pcall gets past it.
+// Raises the stop error before every following instruction, so that no pcall can suppress it.
 void StopState(lua_State* L) { lua_sethook(L, RaiseStop, LUA_MASKCOUNT, 1); }
 
 void OnInterrupt(int signal) {
@@ -33,7 +33,7 @@ void OnInterrupt(int signal) {
     pthread_kill(scriptThread, signal);
     return;
   }
-  // The next one finds the system's own action again.
+  // A second Ctrl-C ends the process.
   ::signal(SIGINT, SIG_DFL);
   Stop none = Stop::kNone;
   stop.compare_exchange_strong(none, Stop::kInterrupt);
@@ -41,14 +41,14 @@ void OnInterrupt(int signal) {
   if (state != nullptr) StopState(state);
 }
 
-// Names the running coroutine while it runs.
+// Records the running coroutine in a scope.
 class Running {
  public:
   explicit Running(lua_State* state) : outer_(running.exchange(state)) {
-    // A stop that came in between has marked the outer one only.
+    // A stop during the switch may have hooked only the outer coroutine.
     if (stop != Stop::kNone) StopState(state);
   }
-  // Also when an error ends the coroutine: whoever catches it must not get past the stop.
+  // Also runs when an error ends the coroutine: code that catches it must still be stopped.
   ~Running() {
     running = outer_;
     if (stop != Stop::kNone && outer_ != nullptr) StopState(outer_);
@@ -60,8 +60,8 @@ class Running {
   lua_State* outer_;
 };
 
-// Stands for coroutine.resume (upvalue 2 is nil: the coroutine is the first argument) and for the
-// functions that coroutine.wrap makes (upvalue 2 is the coroutine); upvalue 1 is the original.
+// Replaces coroutine.resume (upvalue 2 is nil; the coroutine is argument 1) and the functions that
+// coroutine.wrap returns (upvalue 2 is the coroutine). Upvalue 1 is the original function.
 int TrackedResume(lua_State* L) {
   const int place = lua_isnil(L, lua_upvalueindex(2)) ? 1 : lua_upvalueindex(2);
   lua_State* coroutine = lua_tothread(L, place);
@@ -88,7 +88,7 @@ int TrackedWrap(lua_State* L) {
   lua_pushvalue(L, lua_upvalueindex(1));
   lua_insert(L, 1);
   lua_call(L, 1, 1);
-  // The function of coroutine.wrap holds its coroutine as its only upvalue.
+  // The only upvalue of a function from coroutine.wrap is its coroutine.
   if (lua_getupvalue(L, -1, 1) == nullptr) lua_pushnil(L);
   lua_pushcclosure(L, TrackedResume, 2);
   return 1;
@@ -131,9 +131,9 @@ void OpenInterruption(lua_State* L) {
 
 void CloseInterruption() { running = nullptr; }
 
-void CatchSignals() {
+void CatchInterrupts() {
   scriptThread = pthread_self();
-  // Without SA_RESTART: a read from the terminal ends with the signal.
+  // Without SA_RESTART, so that the signal interrupts a read from the terminal.
   struct sigaction action = {};
   action.sa_handler = OnInterrupt;
   sigemptyset(&action.sa_mask);
@@ -145,11 +145,11 @@ void CatchSignals() {
   sigaction(SIGXFSZ, &action, nullptr);
 }
 
-void ForgetInterrupt(lua_State* L) {
+void ClearInterrupt(lua_State* L) {
   Stop interrupt = Stop::kInterrupt;
   stop.compare_exchange_strong(interrupt, Stop::kNone);
   lua_sethook(L, nullptr, 0, 0);
-  CatchSignals();
+  CatchInterrupts();
 }
 
 bool WasInterrupted() { return stop == Stop::kInterrupt; }

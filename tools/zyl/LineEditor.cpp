@@ -20,18 +20,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kKeptLines = 1000;
+constexpr int kMaxLines = 1000;
 
 volatile std::sig_atomic_t interrupted = 0;
-void NoteInterrupt(int) { interrupted = 1; }
+void OnInterrupt(int) { interrupted = 1; }
 
-// Ctrl-C ends the line that is being read, and nothing else, while one of these lives.
+// Makes Ctrl-C cancel only the current line, in a scope.
 class InterruptsLine {
  public:
   InterruptsLine() {
     interrupted = 0;
     struct sigaction action = {};
-    action.sa_handler = NoteInterrupt;
+    action.sa_handler = OnInterrupt;
     sigemptyset(&action.sa_mask);
     sigaction(SIGINT, &action, &before_);
   }
@@ -43,7 +43,7 @@ class InterruptsLine {
   struct sigaction before_ = {};
 };
 
-// The file of the history; empty where there is no home for it.
+// Returns the path of the history file; empty if neither XDG_STATE_HOME nor HOME is usable.
 fs::path HistoryFile() {
   const char* state = std::getenv("XDG_STATE_HOME");
   const char* home = std::getenv("HOME");
@@ -60,7 +60,7 @@ int TerminalColumns() {
   return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
-// Names in columns, down before across.
+// Prints the names in columns, sorted downwards.
 void PrintNames(const std::vector<std::string>& names) {
   size_t width = 0;
   for (const std::string& name : names) width = std::max(width, name.size() + 2);
@@ -87,7 +87,7 @@ LineEditor& EditorOf(EditLine* editor) {
 
 LineEditor::LineEditor(Completer completer)
     : completer_(std::move(completer)), historyFile_(HistoryFile()) {
-  // Letters beyond ASCII; numbers keep their point.
+  // Allow letters beyond ASCII. LC_NUMERIC is unchanged, so numbers keep the decimal point.
   if (std::setlocale(LC_CTYPE, "") == nullptr || MB_CUR_MAX == 1) {
     std::setlocale(LC_CTYPE, "C.UTF-8");
   }
@@ -99,7 +99,7 @@ LineEditor::LineEditor(Completer completer)
     throw std::bad_alloc();
   }
   HistEvent event;
-  history(history_, &event, H_SETSIZE, kKeptLines);
+  history(history_, &event, H_SETSIZE, kMaxLines);
   history(history_, &event, H_SETUNIQUE, 1);
   el_set(editor_, EL_CLIENTDATA, this);
   el_set(editor_, EL_PROMPT, Prompt);
@@ -122,7 +122,8 @@ LineEditor::~LineEditor() {
 
 char* LineEditor::Prompt(EditLine* editor) { return EditorOf(editor).prompt_.data(); }
 
-// One character, made of as many bytes as it takes; -1 after Ctrl-C.
+// Reads one multibyte character. Returns 1, 0 at the end of the input, or -1 after Ctrl-C or an
+// error.
 int LineEditor::ReadCharacter(EditLine*, wchar_t* character) {
   std::mbstate_t state = {};
   for (;;) {
@@ -130,8 +131,8 @@ int LineEditor::ReadCharacter(EditLine*, wchar_t* character) {
     char byte = 0;
     const ssize_t count = read(STDIN_FILENO, &byte, 1);
     if (count == 0) return 0;
-    // What a terminal makes of a Ctrl-D that comes before the editor has taken it over; the editor
-    // would take it for a key that quotes the next one.
+    // A terminal sends 0 for a Ctrl-D typed before the editor has set it up. Skip it: the editor
+    // would treat it as the key that quotes the next one.
     if (count == 1 && byte == 0) continue;
     if (count < 0) {
       if (errno == EINTR) continue;
@@ -152,7 +153,7 @@ unsigned char LineEditor::Complete(EditLine* editor, int) {
   const std::string_view line(info->buffer, static_cast<size_t>(info->cursor - info->buffer));
   const Completion completion = EditorOf(editor).completer_(line);
   if (completion.names.empty()) return CC_ERROR;
-  // What all of them begin with.
+  // Insert the common prefix of all names; list the names if it is already typed.
   std::string common = completion.names.front();
   for (const std::string& name : completion.names) {
     const auto end = std::mismatch(common.begin(), common.end(), name.begin(), name.end()).first;
@@ -170,12 +171,12 @@ void LineEditor::LoadHistory() {
   std::vector<std::string> lines;
   std::ifstream file(historyFile_);
   for (std::string line; std::getline(file, line);) lines.push_back(std::move(line));
-  const size_t surplus = lines.size() > kKeptLines ? lines.size() - kKeptLines : 0;
+  const size_t surplus = lines.size() > kMaxLines ? lines.size() - kMaxLines : 0;
   lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(surplus));
   HistEvent event;
   for (const std::string& line : lines) history(history_, &event, H_ENTER, line.c_str());
-  if (surplus < kKeptLines) return;
-  // Grown to twice its size: rewritten beside the file and moved over it.
+  if (surplus < kMaxLines) return;
+  // The file has at least twice the maximum: replace it by the last kMaxLines lines.
   const fs::path fresh = historyFile_.string() + ".new";
   std::ofstream output(fresh, std::ios::trunc);
   for (const std::string& line : lines) output << line << '\n';
@@ -184,18 +185,18 @@ void LineEditor::LoadHistory() {
   if (output) fs::rename(fresh, historyFile_, failure);
 }
 
-void LineEditor::Remember(const std::string& line) {
+void LineEditor::AddToHistory(const std::string& line) {
   if (line.find_first_not_of(" \t") == std::string::npos) return;
   HistEvent event;
   const bool same = history(history_, &event, H_FIRST) == 0 && line == event.str;
   if (same) return;
   history(history_, &event, H_ENTER, line.c_str());
   if (historyFile_.empty()) return;
-  // A history that cannot be kept is no reason to stop.
+  // The history is optional: ignore write errors.
   std::error_code failure;
   fs::create_directories(historyFile_.parent_path(), failure);
   std::ofstream(historyFile_, std::ios::app) << line << '\n';
-  // What is typed is nobody else's.
+  // Other users must not read the history.
   fs::permissions(historyFile_, fs::perms::owner_read | fs::perms::owner_write, failure);
 }
 
@@ -213,7 +214,7 @@ LineEditor::Outcome LineEditor::Read(const std::string& prompt, std::string& lin
   if (text == nullptr || count <= 0) return Outcome::kEnd;
   line = text;
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
-  Remember(line);
+  AddToHistory(line);
   return Outcome::kLine;
 }
 

@@ -1,5 +1,5 @@
-// Reads lines from a terminal: editing, history and completion by Tab. It owns the history file's
-// content in memory; every line that is entered is appended to the file at once.
+// Reads lines from a terminal with editing, history and completion by Tab. Owns the history in
+// memory and appends each entered line to the history file at once.
 #pragma once
 
 #include <histedit.h>
@@ -23,8 +23,8 @@ class LineEditor {
   LineEditor(const LineEditor&) = delete;
   LineEditor& operator=(const LineEditor&) = delete;
 
-  // `line` is without the line break. Ctrl-C while the line is typed gives kInterrupted, the end of
-  // the input (Ctrl-D in an empty line) kEnd.
+  // Reads one line without its line break. Returns kInterrupted after Ctrl-C and kEnd at the end of
+  // the input (Ctrl-D on an empty line).
   Outcome Read(const std::string& prompt, std::string& line);
 
  private:
@@ -32,7 +32,7 @@ class LineEditor {
   static int ReadCharacter(EditLine* editor, wchar_t* character);
   static unsigned char Complete(EditLine* editor, int key);
   void LoadHistory();
-  void Remember(const std::string& line);
+  void AddToHistory(const std::string& line);
 
   Completer completer_;
   std::string prompt_;

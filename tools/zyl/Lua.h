@@ -1,4 +1,4 @@
-// Lua 5.4, built as C++: a Lua error is an exception, and unwinds what lies on the stack.
+// Lua 5.4 built as C++: a Lua error is a C++ exception and runs the destructors of local objects.
 #pragma once
 
 #include <lauxlib.h>

@@ -17,7 +17,7 @@ namespace zyl {
 namespace {
 
 // Keys in the registry, by address.
-const char kKnownObjects = 0;  // weak: address of the object to its userdata
+const char kUserdataByObject = 0;  // table with weak values, keyed by the object's address
 const char kPlainMetatable = 0;
 
 ObjectRef* RefAt(lua_State* L, int index) {
@@ -49,7 +49,7 @@ int ObjectToString(lua_State* L) {
   return 1;
 }
 
-// Collected objects go when no call runs: a collection can come in the middle of one.
+// Destroys a collected object once no call runs: the collector can run during a call.
 int ObjectGc(lua_State* L) {
   ObjectRef* ref = RefAt(L, 1);
   if (ref == nullptr) return 0;
@@ -57,11 +57,11 @@ int ObjectGc(lua_State* L) {
   const bool destroy = std::exchange(ref->owned, false) && object != nullptr;
   ref->value = ROCParam();
   if (!destroy) return 0;
-  const int keptError = ScriptHost::Of(L).Destroy(L, object, true);
-  if (keptError > 0) {
-    // No call of the script stands behind a collection that could raise the error.
+  const int deferredError = ScriptHost::Of(L).Destroy(L, object, true);
+  if (deferredError > 0) {
+    // The collector runs at any time, so there is no call that could raise the error.
     std::fprintf(stderr, "zyl: in a callback of a collected object: %s\n",
-                 luaL_tolstring(L, keptError, nullptr));
+                 luaL_tolstring(L, deferredError, nullptr));
   }
   return 0;
 }
@@ -72,7 +72,7 @@ int PlainIndex(lua_State* L) {
                    luaL_tolstring(L, 2, nullptr) + '"');
 }
 
-// Pushes the metatable that the object's userdata gets.
+// Pushes the metatable for the object's userdata.
 void PushMetatable(lua_State* L, RIOObject* object, ZylDispatch* dispatch) {
   if (dispatch != nullptr) {
     PushClassMetatable(L, *dispatch);
@@ -87,32 +87,32 @@ void PushMetatable(lua_State* L, RIOObject* object, ZylDispatch* dispatch) {
   }
 }
 
-// Pushes a new userdata of the object and answers its reference; null, and nil pushed, when the
-// object is gone: whatever allocates may run finalizers of the script, and these may end it.
+// Pushes a new userdata for the object and returns its reference. Every allocation may run
+// finalizers, which may destroy the object: in that case pushes nil and returns null.
 ObjectRef* PushNew(lua_State* L, RIOObject* object) {
   const ROCParam held(object);
-  const auto gone = [&] {
+  const auto destroyed = [&] {
     if (held.Object() != nullptr) return false;
     lua_pop(L, 1);
     lua_pushnil(L);
     return true;
   };
   auto* ref = new (lua_newuserdatauv(L, sizeof(ObjectRef), kObjectSlots)) ObjectRef;
-  if (gone()) return nullptr;
+  if (destroyed()) return nullptr;
   ref->value.SetRIOPtr(object);
   ZylDispatch* dispatch = object->GetDispatch(true);
   if (dispatch != nullptr && dispatch->isScript()) dispatch = nullptr;
   PushMetatable(L, object, dispatch);
   lua_setmetatable(L, -2);
-  if (gone()) return nullptr;
+  if (destroyed()) return nullptr;
   if (dispatch != nullptr) ref->classTag = dispatch->GetFuncTable();
   if (const auto* pad = dynamic_cast<const ROCPad*>(object)) {
-    // A pad goes with its algorithm, so it keeps the script's one alive.
+    // The algorithm owns the pad, so the pad's userdata keeps the algorithm alive.
     PushObject(L, pad->Owner());
     lua_setiuservalue(L, -2, kOwnerSlot);
-    if (gone()) return nullptr;
+    if (destroyed()) return nullptr;
   }
-  lua_rawgetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kUserdataByObject);
   lua_pushvalue(L, -2);
   lua_rawsetp(L, -2, object);
   lua_pop(L, 1);
@@ -127,7 +127,7 @@ void OpenObjects(lua_State* L) {
   lua_pushliteral(L, "v");
   lua_setfield(L, -2, "__mode");
   lua_setmetatable(L, -2);
-  lua_rawsetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+  lua_rawsetp(L, LUA_REGISTRYINDEX, &kUserdataByObject);
 
   lua_newtable(L);
   SetObjectMetamethods(L, "host object");
@@ -152,11 +152,11 @@ void SetObjectMetamethods(lua_State* L, const char* name) {
   SetKind(L, Kind::kObject, name);
 }
 
-bool PushKnown(lua_State* L, const RIOObject* object) {
-  lua_rawgetp(L, LUA_REGISTRYINDEX, &kKnownObjects);
+bool PushExisting(lua_State* L, const RIOObject* object) {
+  lua_rawgetp(L, LUA_REGISTRYINDEX, &kUserdataByObject);
   lua_rawgetp(L, -1, object);
   lua_remove(L, -2);
-  // The userdata of a destroyed object can stand under the address of a new one.
+  // A new object can have the address of a destroyed one whose userdata is still in the table.
   const auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, -1));
   if (ref != nullptr && ref->value.Object() == object) return true;
   lua_pop(L, 1);
@@ -165,24 +165,24 @@ bool PushKnown(lua_State* L, const RIOObject* object) {
 
 void PushObject(lua_State* L, RIOObject* object) {
   luaL_checkstack(L, 8, "objects");
-  if (object == nullptr || ScriptHost::Of(L).IsDoomed(object)) {
+  if (object == nullptr || ScriptHost::Of(L).IsDestructionPending(object)) {
     lua_pushnil(L);
-  } else if (!PushKnown(L, object)) {
+  } else if (!PushExisting(L, object)) {
     PushNew(L, object);
   }
 }
 
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
-  ScriptHost::Of(L).ExpectDestruction();
-  // Nobody else knows the object yet, so nobody can have ended it.
+  ScriptHost::Of(L).ReserveDestruction();
+  // PushNew returns non-null: nothing else refers to the object, so nothing can have destroyed it.
   PushNew(L, object.get())->owned = true;
-  static_cast<void>(object.release());  // the userdata has it now
+  static_cast<void>(object.release());  // owned by the userdata now
 }
 
 RIOObject* CheckObject(lua_State* L, int index) {
   const ObjectRef* ref = RefAt(L, index);
   if (ref == nullptr) {
-    luaL_argerror(L, index, ("expected an object, got " + TypeInWords(L, index)).c_str());
+    luaL_argerror(L, index, ("expected an object, got " + DescribeType(L, index)).c_str());
   }
   RIOObject* object = ref->value.Object();
   if (object == nullptr) luaL_argerror(L, index, "the object has been deleted");
@@ -197,12 +197,12 @@ int DeleteObject(lua_State* L) {
   }
   ref->owned = false;
   ref->value = ROCParam();
-  // What the userdata refers to does not have to live until it is collected.
+  // Drop the user values now instead of when the userdata is collected.
   for (int slot = 1; slot <= kObjectSlots; ++slot) {
     lua_pushnil(L);
     lua_setiuservalue(L, 1, slot);
   }
-  RaiseKept(L, ScriptHost::Of(L).Destroy(L, object, false));
+  RaiseDeferred(L, ScriptHost::Of(L).Destroy(L, object, false));
   return 0;
 }
 

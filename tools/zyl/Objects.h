@@ -1,6 +1,6 @@
-// Host objects as Lua userdata. There is one userdata for each living object while the script holds
-// it, so that == compares objects. A userdata that was made for the script owns its object and
-// destroys it when it is collected; one that came out of a call refers to it only.
+// Host objects as Lua userdata. Each object has at most one userdata, so == compares objects. The
+// userdata of an object that the script created owns the object and destroys it when collected; the
+// userdata of an object that a call returned only refers to it.
 #pragma once
 
 #include <memory>
@@ -12,29 +12,30 @@ namespace zyl {
 
 struct ObjectRef {
   const void* classTag = nullptr;  // the method table of a registered class's object
-  ROCParam value;                  // holds the object; null once it is destroyed
+  ROCParam value;                  // the object; becomes null when it is destroyed
   bool owned = false;
 };
 
 // User values of an object's userdata.
 enum ObjectSlot : int {
-  kFieldsSlot = 1,  // of an algorithm: the table of its fields, script methods among them
-  kPadsSlot = 2,    // of an algorithm: its pads' callbacks, by the address of the pad
-  kOwnerSlot = 1,   // of a part of another object: that one's userdata
-  kHeldSlot = 1,    // of a registered class's object: the algorithms that it holds, as keys
+  kFieldsSlot = 1,  // algorithm: the table of its fields, including its script methods
+  kPadsSlot = 2,    // algorithm: tables of its pads' callbacks, by the pad's address
+  kOwnerSlot = 1,   // part of another object: the userdata of that object
+  kHeldSlot = 1,    // object of a registered class: table whose keys are the algorithms it keeps
   kObjectSlots = 2,
 };
 
 void OpenObjects(lua_State* L);
 
-// Nil for null, and for an object whose destruction only waits for a call to return.
+// Pushes the object's userdata; nil for null and for an object that is destroyed after the call.
 void PushObject(lua_State* L, RIOObject* object);
 // Pushes a userdata that owns the object.
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object);
-// Pushes the userdata that the script has of the object; false, and nothing pushed, without one.
-bool PushKnown(lua_State* L, const RIOObject* object);
+// Pushes the object's existing userdata and returns true. Without one, pushes nothing and returns
+// false.
+bool PushExisting(lua_State* L, const RIOObject* object);
 
-// The object at `index`; a Lua error for anything else and for a destroyed object.
+// Returns the object at `index`. Raises a Lua error for a destroyed object and for other values.
 RIOObject* CheckObject(lua_State* L, int index);
 // host.delete.
 int DeleteObject(lua_State* L);

@@ -11,7 +11,7 @@ namespace zyl {
 
 namespace {
 
-std::string Short(double number) {
+std::string FormatNumber(double number) {
   char text[32];
   std::snprintf(text, sizeof text, "%g", number);
   return text;
@@ -26,7 +26,7 @@ Options::Options(lua_State* L, int index, const char* function,
   lua_pushnil(L);
   while (lua_next(L, index_) != 0) {
     lua_pop(L, 1);
-    if (lua_type(L, -1) != LUA_TSTRING) continue;  // the elements of a list
+    if (lua_type(L, -1) != LUA_TSTRING) continue;  // a list element
     const std::string name = lua_tostring(L, -1);
     bool known = false;
     for (const std::string& option : names) known = known || option == name;
@@ -34,10 +34,10 @@ Options::Options(lua_State* L, int index, const char* function,
   }
 }
 
-lua_Integer Options::Integer(const char* name, lua_Integer otherwise, lua_Integer low,
+lua_Integer Options::Integer(const char* name, lua_Integer fallback, lua_Integer low,
                              lua_Integer high) const {
   lua_getfield(L_, index_, name);
-  const lua_Integer value = Take(name, otherwise, low, high);
+  const lua_Integer value = Take(name, fallback, low, high);
   return value;
 }
 
@@ -46,15 +46,15 @@ lua_Integer Options::Element(lua_Integer place, const char* name) const {
   return Take(name, 0, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max());
 }
 
-double Options::Number(const char* name, double otherwise, double low, double high) const {
+double Options::Number(const char* name, double fallback, double low, double high) const {
   lua_getfield(L_, index_, name);
-  double value = otherwise;
+  double value = fallback;
   if (!lua_isnil(L_, -1)) {
     int isNumber = 0;
     value = lua_tonumberx(L_, -1, &isNumber);
     if (isNumber == 0 || !(value >= low && value <= high)) {
-      RaiseText(L_, Of(name) + "a number from " + Short(low) + " to " + Short(high) +
-                        " was expected, got " + ValueInWords(L_, -1));
+      RaiseText(L_, Of(name) + "a number from " + FormatNumber(low) + " to " + FormatNumber(high) +
+                        " was expected, got " + DescribeValue(L_, -1));
     }
   }
   lua_pop(L_, 1);
@@ -68,33 +68,32 @@ bool Options::Flag(const char* name) const {
   return value;
 }
 
-std::string Options::Text(const char* name, const std::string& otherwise) const {
+std::string Options::Text(const char* name, const std::string& fallback) const {
   lua_getfield(L_, index_, name);
   if (!lua_isnil(L_, -1) && lua_type(L_, -1) != LUA_TSTRING) {
-    RaiseText(L_, Of(name) + "a string was expected, got " + ValueInWords(L_, -1));
+    RaiseText(L_, Of(name) + "a string was expected, got " + DescribeValue(L_, -1));
   }
-  std::string value = lua_isnil(L_, -1) ? otherwise : lua_tostring(L_, -1);
+  std::string value = lua_isnil(L_, -1) ? fallback : lua_tostring(L_, -1);
   lua_pop(L_, 1);
   return value;
 }
 
-lua_Integer Options::Take(const char* name, lua_Integer otherwise, lua_Integer low,
+lua_Integer Options::Take(const char* name, lua_Integer fallback, lua_Integer low,
                           lua_Integer high) const {
-  lua_Integer value = otherwise;
+  lua_Integer value = fallback;
   if (!lua_isnil(L_, -1)) {
     int isInteger = 0;
     value = lua_tointegerx(L_, -1, &isInteger);
     if (isInteger == 0 || value < low || value > high) {
       RaiseText(L_, Of(name) + "an integer from " + std::to_string(low) + " to " +
-                        std::to_string(high) + " was expected, got " + ValueInWords(L_, -1));
+                        std::to_string(high) + " was expected, got " + DescribeValue(L_, -1));
     }
   }
   lua_pop(L_, 1);
   return value;
 }
 
-// Replaces a missing argument by an empty table.
-void NeedTable(lua_State* L, int index) {
+void DefaultToTable(lua_State* L, int index) {
   if (!lua_isnoneornil(L, index)) return;
   lua_settop(L, index - 1);
   lua_newtable(L);

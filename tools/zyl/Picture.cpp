@@ -15,7 +15,7 @@ namespace zyl {
 
 namespace {
 
-// Called from C, so no exception may leave.
+// Called from C: no exception may escape.
 cairo_status_t Append(void* bytes, const unsigned char* data, unsigned int length) {
   try {
     static_cast<std::string*>(bytes)->append(reinterpret_cast<const char*>(data), length);
@@ -25,8 +25,8 @@ cairo_status_t Append(void* bytes, const unsigned char* data, unsigned int lengt
   }
 }
 
-// cairo numbers the outermost group of an SVG by the surfaces made so far. Removing the number
-// makes equal pictures equal files.
+// cairo numbers an SVG's outermost group by the surfaces created in the process. Removing the
+// number makes equal drawings equal files.
 void NameGroup(std::string& svg) {
   constexpr std::string_view kName = "id=\"surface";
   const size_t at = svg.find(kName);
@@ -35,7 +35,7 @@ void NameGroup(std::string& svg) {
   svg.erase(digits, svg.find('"', digits) - digits);
 }
 
-// A number as the SVG text elements have it: thousandths, without trailing zeros.
+// Formats a number with up to three decimals.
 std::string Number(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.3f", value);
@@ -65,7 +65,8 @@ void AppendUtf8(std::string& text, char32_t character) {
   }
 }
 
-// XML allows no control characters, no surrogates and no U+FFFE or U+FFFF.
+// Escapes text for XML. Characters that XML forbids (controls, surrogates, U+FFFE, U+FFFF) become
+// U+FFFD.
 std::string XmlText(std::string_view text) {
   std::string escaped;
   for (const char32_t character : DecodeUtf8(text)) {
@@ -165,7 +166,7 @@ void Picture::Line(std::span<const PicturePoint> points, double width, uint32_t 
   if (points.empty()) return;
   SetColor(rgb);
   Path(points);
-  // A single point is a dot: with round caps a line without length shows as one.
+  // Draw a single point as a dot: a line of length 0 with round caps.
   if (points.size() == 1) cairo_line_to(context_.get(), points[0].x, points[0].y);
   cairo_set_line_width(context_.get(), width);
   cairo_stroke(context_.get());
@@ -190,7 +191,7 @@ void Picture::Text(double x, double top, std::string_view text, double size, uin
     StrokeText(x, top, text, size);
     return;
   }
-  // A monospaced font advances 0.6 of its size; textLength keeps the layout with any font.
+  // The advance of a monospaced font is 0.6 of its size; textLength fixes the width for any font.
   char colour[8];
   std::snprintf(colour, sizeof colour, "#%06x", rgb & 0xFFFFFF);
   svgText_ += "<text xml:space=\"preserve\" x=\"" + Number(x * scale_) + "\" y=\"" +

@@ -1,6 +1,6 @@
-// A surface to draw on that becomes the bytes of a PNG or SVG file. Lengths are pixels before
-// scaling, y down; colours are 0xRRGGBB. Equal drawings give equal bytes on every machine: a PNG
-// spells text with StrokeFont, an SVG holds it as text, above everything else that is drawn.
+// A drawing surface that is encoded as a PNG or SVG file. Lengths are pixels before scaling, y
+// down; colours are 0xRRGGBB. Equal drawings give equal bytes on every machine: a PNG draws text
+// with StrokeFont; an SVG contains it as text elements, on top of everything else.
 #pragma once
 
 #include <cairo.h>
@@ -15,7 +15,7 @@
 namespace zyl {
 
 enum class PictureKind { kPng, kSvg };
-// The kind that the end of a file name asks for; empty for any other name than .png and .svg.
+// Returns the kind for a path that ends in .png or .svg in any case, otherwise nothing.
 std::optional<PictureKind> PictureKindOf(std::string_view path);
 
 struct PicturePoint {
@@ -25,11 +25,11 @@ struct PicturePoint {
 
 class Picture {
  public:
-  // Largest number of pixels along one side, and in all.
+  // Maximum pixels per side and in total.
   static constexpr double kLargestSide = 32767;
   static constexpr double kLargestArea = 100e6;
 
-  // Throws std::runtime_error for a size beyond these limits, and when cairo makes no surface.
+  // Throws std::runtime_error if the size exceeds these limits or cairo fails.
   Picture(PictureKind kind, double width, double height, double scale);
 
   void Rectangle(double x, double y, double width, double height, uint32_t rgb);
@@ -37,11 +37,11 @@ class Picture {
                         uint32_t rgb);
   void Line(std::span<const PicturePoint> points, double width, uint32_t rgb);
   void Polygon(std::span<const PicturePoint> points, uint32_t rgb);
-  // `top` is the upper edge of capitals, `size` the height of a unit of the font's grid.
+  // `top` is the upper edge of capitals; `size` is the size of one font grid unit.
   void Text(double x, double top, std::string_view text, double size, uint32_t rgb);
   static double TextWidth(std::string_view text, double size);
 
-  // Returns the file's bytes. Nothing can be drawn afterwards.
+  // Returns the file's bytes; throws std::runtime_error if cairo fails. Do not draw afterwards.
   std::string Encode();
 
  private:
@@ -56,7 +56,7 @@ class Picture {
   PictureKind kind_;
   double scale_;
   std::string bytes_;
-  std::string svgText_;  // <text> elements
+  std::string svgText_;  // <text> elements, added by Encode
   std::unique_ptr<cairo_surface_t, Destroy> surface_;
   std::unique_ptr<cairo_t, Destroy> context_;
 };

@@ -17,11 +17,11 @@ namespace {
 
 constexpr const char* kMetatable = "host.Picture";
 constexpr double kFarthest = 1e6;  // coordinates and lengths are clamped to ±kFarthest
-constexpr double kMostPoints = 1e6;
+constexpr double kMaxPoints = 1e6;
 
 struct ScriptPicture {
   PictureFile file;
-  std::optional<Picture> picture;  // empty once it is written
+  std::optional<Picture> picture;  // empty after write()
 };
 
 Picture& CheckPicture(lua_State* L) {
@@ -42,11 +42,11 @@ uint32_t Colour(lua_State* L, int index) {
   return static_cast<uint32_t>(rgb);
 }
 
-// A list of { x, y } pairs.
+// Reads a list of { x, y } pairs.
 std::vector<PicturePoint> Points(lua_State* L, int index) {
   luaL_checktype(L, index, LUA_TTABLE);
   const lua_Unsigned count = lua_rawlen(L, index);
-  luaL_argcheck(L, static_cast<double>(count) <= kMostPoints, index, "too many points");
+  luaL_argcheck(L, static_cast<double>(count) <= kMaxPoints, index, "too many points");
   std::vector<PicturePoint> points(count);
   for (size_t i = 0; i < points.size(); ++i) {
     luaL_argcheck(L, lua_rawgeti(L, index, static_cast<lua_Integer>(i + 1)) == LUA_TTABLE, index,
@@ -82,7 +82,7 @@ int DrawPolygon(lua_State* L) {
 
 // text(x, baseline, text, size, colour, anchor)
 int DrawText(lua_State* L) {
-  // A text of height 10 has capitals as high as the font's grid.
+  // The font's grid unit is a tenth of the text's size; capitals are 6 units high.
   constexpr double kUnitOfSize = 0.1;
   constexpr double kCapitals = 6;
   static constexpr const char* kAnchors[] = {"start", "middle", "end", nullptr};
@@ -133,7 +133,7 @@ PictureFile CheckPictureFile(lua_State* L, int index, const char* function) {
 
 int NewPicture(lua_State* L) {
   PictureFile file = CheckPictureFile(L, 1, "host.picture");
-  NeedTable(L, 2);
+  DefaultToTable(L, 2);
   const Options options(L, 2, "host.picture", {"width", "height", "scale"});
   const double width = options.Number("width", 640, 1, Picture::kLargestSide);
   const double height = options.Number("height", 480, 1, Picture::kLargestSide);

@@ -1,4 +1,4 @@
-// host.picture: a surface that scripts draw on and write as a PNG or SVG file.
+// host.picture: a picture that scripts draw and write as a PNG or SVG file.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace zyl {
 
-// The metatable of host.picture's objects; leaves nothing on the stack.
+// Registers the metatable of picture objects.
 void OpenPictures(lua_State* L);
 int NewPicture(lua_State* L);
 
-// The file name at `index` and the kind of picture that it asks for; a Lua error that names the
-// function for a name with a NUL or with another end than .png or .svg.
+// Returns the path at stack index `index` and its picture kind. Raises a Lua error that names
+// `function` if the path contains a NUL or does not end in .png or .svg.
 struct PictureFile {
   std::string path;
   PictureKind kind;

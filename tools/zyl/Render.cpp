@@ -12,13 +12,14 @@ namespace zyl {
 
 namespace {
 
-constexpr double kMargin = 10;         // around a page
-constexpr double kItemGap = 8;         // below an item of a page
-constexpr double kHeadingSize = 1.25;  // of a font unit
+// Lengths are pixels; text sizes are the pixels of one font grid unit.
+constexpr double kMargin = 10;  // around a page
+constexpr double kItemGap = 8;  // below each item of a page, except headings
+constexpr double kHeadingSize = 1.25;
 constexpr double kHeadingHeight = 16;
 constexpr double kHeaderHeight = 16;
 constexpr double kTitleSize = 0.9;
-constexpr double kPadding = 5;  // left and right in a column
+constexpr double kPadding = 5;  // at the left and right of a column
 constexpr double kTextHeight = 7;
 
 struct Size {
@@ -28,7 +29,7 @@ struct Size {
 
 // ---- Lists ----
 
-// Of the display types the numbers, which stand at the right.
+// Returns whether the column's display type is a number; numbers are right-aligned.
 bool IsNumeric(const ListColumn& column) {
   constexpr int32_t kNumericTypes[] = {4, 6, 9};
   return std::find(std::begin(kNumericTypes), std::end(kNumericTypes), column.ScriptValue(1)) !=
@@ -43,7 +44,7 @@ double CellWidth(const GOObject& object) {
   return bounds.Width();
 }
 
-// Where the columns lie, wide enough for titles and cells; the last entry is the list's width.
+// Returns the left edges of the columns, which fit their titles and cells, then the list's width.
 std::vector<double> ColumnEdges(const List& list) {
   std::vector<double> widths(static_cast<size_t>(list.View().ColumnCount()));
   for (size_t j = 0; j < widths.size(); ++j) {
@@ -69,10 +70,10 @@ Size SizeOf(const List& list) {
 
 void DrawCellText(Picture& picture, const Theme& theme, const std::string& text, double left,
                   double right, double top, bool atRight) {
-  constexpr double kRounding = 0.01;  // of widths that were added up
+  constexpr double kRounding = 0.01;  // covers rounding errors of summed widths
   const auto room = static_cast<int32_t>((right - left) / kGlyphAdvance + kRounding);
   std::string shown = text;
-  if (GOText::Length(text) > room) shown = CutTo(text, std::max(room - 1, 0)) + "\u2026";
+  if (GOText::Length(text) > room) shown = Truncate(text, std::max(room - 1, 0)) + "\u2026";
   const double x = atRight ? right - Picture::TextWidth(shown, 1) : left;
   picture.Text(x, top, shown, 1, theme.text);
 }

@@ -1,4 +1,4 @@
-// Pictures of graphic objects and lists, as an editor shows them.
+// Renders graphic objects and lists as an editor shows them.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace zyl {
 
-// One thing of a picture: an object, a list, or a heading.
+// One item of a picture: a list, an object or, if both are null, a heading. Not owned.
 struct RenderItem {
   const GOObject* object = nullptr;
   const List* list = nullptr;
@@ -19,13 +19,13 @@ struct RenderItem {
 struct RenderOptions {
   double scale = 2;
   bool dark = false;
-  // A page: the items one below the other with margins, octaves named below keyboards. Otherwise
-  // the picture is the one item, edge to edge.
+  // True: stacks the items with margins and labels the octaves of keyboards. False: the picture has
+  // one item without margins.
   bool page = false;
 };
 
-// The bytes of the picture's file. Throws std::runtime_error with a text for people when it would
-// be too large.
+// Returns the bytes of the picture's file. Throws std::runtime_error if the picture is too large or
+// drawing fails.
 std::string RenderPicture(const std::vector<RenderItem>& items, const RenderOptions& options,
                           PictureKind kind);
 

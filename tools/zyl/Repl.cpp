@@ -19,7 +19,8 @@ constexpr int kExitInterrupted = 130;
 
 // ---- One chunk ----
 
-// Argument 1 is the chunk; its results are printed, the first one is kept in the global `_`.
+// Runs protected: runs the chunk (argument 1), prints its results and sets the global `_` to the
+// first.
 int RunAndPrint(lua_State* L) {
   lua_call(L, 0, LUA_MULTRET);
   const int count = lua_gettop(L);
@@ -48,7 +49,7 @@ int RunAndPrint(lua_State* L) {
   return 0;
 }
 
-// The message handler: the error as one line.
+// Message handler: converts the error to one line of text.
 int ToLine(lua_State* L) {
   std::string line;
   if (lua_isstring(L, 1) != 0 || luaL_getmetafield(L, 1, "__tostring") != LUA_TNIL) {
@@ -63,10 +64,10 @@ int ToLine(lua_State* L) {
   return 1;
 }
 
-enum class Loaded { kReady, kIncomplete, kWrong };
+enum class Loaded { kReady, kIncomplete, kInvalid };
 
-// The text without "local" at its start; empty when it does not start so. A local variable would
-// end with its line, and nobody who types one wants that.
+// Blanks out "local" at the start of the text; empty if the text does not start with it. A local
+// variable would end with its chunk, so a following line could not use it.
 std::string WithoutLocal(std::string text) {
   constexpr std::string_view kLocal = "local";
   const size_t begin = text.find_first_not_of(" \t");
@@ -76,9 +77,8 @@ std::string WithoutLocal(std::string text) {
   return text.replace(begin, kLocal.size(), kLocal.size(), ' ');
 }
 
-// Loads the text as an expression or, when it is none, as statements. Leaves the chunk or the
-// message on the stack. Line breaks before the text let its lines have the numbers that the prompt
-// shows.
+// Loads the text as an expression or, if that fails, as statements. Leaves the chunk or the error
+// message on the stack. Prepends line breaks so that line numbers match the prompt's.
 Loaded Load(lua_State* L, const std::string& text, int firstLine) {
   const std::string lines(static_cast<size_t>(firstLine - 1), '\n');
   const std::string bare = WithoutLocal(text);
@@ -94,10 +94,10 @@ Loaded Load(lua_State* L, const std::string& text, int firstLine) {
     const char* message = lua_tostring(L, -1);
     incomplete = incomplete || (message != nullptr && std::string_view(message).ends_with(kEnd));
   }
-  return incomplete ? Loaded::kIncomplete : Loaded::kWrong;
+  return incomplete ? Loaded::kIncomplete : Loaded::kInvalid;
 }
 
-// Runs the chunk on top of the stack; false after an error, which is printed.
+// Runs the chunk on top of the stack. Prints an error and returns false if it fails.
 bool Run(lua_State* L) {
   lua_pushcfunction(L, ToLine);
   lua_insert(L, -2);
@@ -113,7 +113,8 @@ bool Run(lua_State* L) {
   return done;
 }
 
-// Lets the shipped module zyl, where it is loaded, end what Ctrl-C left open.
+// Runs protected: if the shipped module zyl is loaded, lets it end transactions that Ctrl-C left
+// open.
 int EndOpenTransactions(lua_State* L) {
   luaL_getsubtable(L, LUA_REGISTRYINDEX, LUA_LOADED_TABLE);
   if (lua_getfield(L, -1, "zyl") != LUA_TTABLE) return 0;
@@ -121,9 +122,9 @@ int EndOpenTransactions(lua_State* L) {
   return 0;
 }
 
-// After Ctrl-C: the next chunk runs as ever.
+// Resets the state after Ctrl-C so that the next chunk can run.
 void Recover(lua_State* L) {
-  ForgetInterrupt(L);
+  ClearInterrupt(L);
   lua_pushcfunction(L, Guarded<EndOpenTransactions>);
   if (lua_pcall(L, 0, 0, 0) != LUA_OK) std::fprintf(stderr, "%s\n", lua_tostring(L, -1));
   lua_settop(L, 0);
@@ -164,7 +165,7 @@ int RunRepl(ScriptHost& script) {
   if (isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) {
     editor =
         std::make_unique<LineEditor>([L](std::string_view line) { return CompleteName(L, line); });
-    std::puts("zyl " ZYL_VERSION ": help() tells what there is, Tab completes names, Ctrl-D ends");
+    std::puts("zyl " ZYL_VERSION ": help() shows help, Tab completes names, Ctrl-D exits");
   }
   bool failed = false;
   std::string chunk;
@@ -184,7 +185,7 @@ int RunRepl(ScriptHost& script) {
     }
     if (input == Input::kEnd) {
       if (!chunk.empty()) {
-        // What was begun has no end: the message says what is missing.
+        // The last chunk is incomplete: load it again for the message.
         Load(L, chunk, firstLine);
         std::fprintf(stderr, "%s\n", lua_tostring(L, -1));
         failed = true;
@@ -199,7 +200,7 @@ int RunRepl(ScriptHost& script) {
       continue;
     }
     chunk.clear();
-    if (loaded == Loaded::kWrong) {
+    if (loaded == Loaded::kInvalid) {
       std::fprintf(stderr, "%s\n", lua_tostring(L, -1));
       lua_settop(L, 0);
       failed = true;

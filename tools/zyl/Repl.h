@@ -1,4 +1,4 @@
-// Reads chunks of Lua line by line, runs each and prints its results, until the input ends.
+// The interactive prompt: reads Lua chunks line by line, runs each and prints its results.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace zyl {
 
-// On a terminal with prompt, history and completion, where Ctrl-C leads back to the prompt; else
-// plain lines from standard input. Answers the exit status: 0, or what a chunk gave to os.exit;
-// without a terminal also 1 when a chunk failed, and 130 after Ctrl-C.
+// Runs until the input ends. On a terminal, offers a prompt, history and completion, and Ctrl-C
+// returns to the prompt; otherwise reads plain lines from standard input. Returns the exit status:
+// 0 or the argument of os.exit; without a terminal also 1 if a chunk failed and 130 after Ctrl-C.
 int RunRepl(ScriptHost& script);
 
 }  // namespace zyl

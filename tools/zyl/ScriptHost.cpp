@@ -16,7 +16,7 @@ namespace zyl {
 
 namespace {
 
-// help(...): the function that the module zyl.help is, loaded at the first call.
+// help(...): calls the function that the Lua module zyl.help returns, loaded on first use.
 int Help(lua_State* L) {
   lua_getglobal(L, "require");
   lua_pushliteral(L, "zyl.help");
@@ -26,8 +26,8 @@ int Help(lua_State* L) {
   return 0;
 }
 
-// Lets require find the Lua files that ship with zyl: its own before all others, those of the
-// verbs, whose names are common, after them.
+// Adds the Lua files that ship with zyl to package.path: zyl's own first, those of the verbs last
+// because their names are common.
 void OpenLuaFolder(lua_State* L) {
   lua_pushcfunction(L, Guarded<Help>);
   lua_setglobal(L, "help");
@@ -48,7 +48,7 @@ int SearchVerbLibraryFirst(lua_State* L) {
   return 0;
 }
 
-// Opens the libraries; protected, since any of it can run out of memory.
+// Runs protected, because every step can run out of memory: opens the libraries.
 int OpenState(lua_State* L) {
   luaL_openlibs(L);
   OpenInterruption(L);
@@ -67,7 +67,8 @@ void PushText(lua_State* L, const std::string& text) {
   lua_pushlstring(L, text.data(), text.size());
 }
 
-// Sets the global `arg` and calls the chunk (argument 1) with the script's arguments.
+// Runs protected: sets the global `arg` and calls the chunk (argument 1) with the script's
+// arguments (argument 2 points to a Chunk).
 int CallChunk(lua_State* L) {
   const auto& arguments = static_cast<const Chunk*>(lua_touserdata(L, 2))->arguments;
   lua_settop(L, 1);
@@ -141,9 +142,9 @@ int ScriptHost::RunChunk(int loadStatus, const std::vector<std::string>& argumen
   return 1;
 }
 
-void ScriptHost::ExpectDestruction() {
-  if (doomed_.capacity() <= expected_) doomed_.reserve(2 * expected_ + 16);
-  ++expected_;
+void ScriptHost::ReserveDestruction() {
+  if (pending_.capacity() <= ownedCount_) pending_.reserve(2 * ownedCount_ + 16);
+  ++ownedCount_;
 }
 
 int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
@@ -152,54 +153,54 @@ int ScriptHost::Destroy(lua_State* state, RIOObject* object, bool whenIdle) {
     wait = frame->object_ == object;
   }
   if (wait) {
-    doomed_.push_back(object);
+    pending_.push_back(object);
     return kNoError;
   }
-  --expected_;
-  // The destruction is a call of its own: it may tell scripts about itself.
-  int keptError = kNoError;
+  --ownedCount_;
+  // The destructor may run callbacks, so it needs a frame for their errors.
+  int deferredError = kNoError;
   {
-    const CallFrame frame(*this, state, nullptr, keptError);
+    const CallFrame frame(*this, state, nullptr, deferredError);
     delete object;
   }
-  return keptError;
+  return deferredError;
 }
 
-void ScriptHost::DestroyDoomed() {
-  while (!doomed_.empty()) {
-    RIOObject* object = doomed_.front();
-    doomed_.erase(doomed_.begin());
-    --expected_;
+void ScriptHost::DestroyPending() {
+  while (!pending_.empty()) {
+    RIOObject* object = pending_.front();
+    pending_.erase(pending_.begin());
+    --ownedCount_;
     delete object;
   }
 }
 
-bool ScriptHost::IsDoomed(const RIOObject* object) const {
-  return std::find(doomed_.begin(), doomed_.end(), object) != doomed_.end();
+bool ScriptHost::IsDestructionPending(const RIOObject* object) const {
+  return std::find(pending_.begin(), pending_.end(), object) != pending_.end();
 }
 
 bool ScriptHost::RunProtected(lua_CFunction body, void* data, const RIOObject* object) {
   if (closing_ || innermost_ == nullptr) return true;
   lua_State* L = innermost_->state_;
-  int& keptError = innermost_->keptError_;
-  const CallFrame frame(*this, L, object, keptError);
+  int& deferredError = innermost_->deferredError_;
+  const CallFrame frame(*this, L, object, deferredError);
   if (lua_checkstack(L, 8) == 0) {
-    if (keptError == kNoError) keptError = kLostError;
+    if (deferredError == kNoError) deferredError = kLostError;
     return false;
   }
   const int top = lua_gettop(L);
-  lua_pushcfunction(L, RememberTraceback);
+  lua_pushcfunction(L, SaveTraceback);
   lua_pushcfunction(L, body);
   lua_pushlightuserdata(L, data);
   if (lua_pcall(L, 1, 0, top + 1) == LUA_OK) {
     lua_settop(L, top);
     return true;
   }
-  if (keptError == kNoError) {
+  if (deferredError == kNoError) {
     lua_replace(L, top + 1);
-    keptError = top + 1;
+    deferredError = top + 1;
   }
-  lua_settop(L, keptError > top ? keptError : top);
+  lua_settop(L, deferredError > top ? deferredError : top);
   return false;
 }
 

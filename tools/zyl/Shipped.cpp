@@ -16,8 +16,8 @@ bool IsFolder(const fs::path& path) {
   return fs::is_directory(path, failure);
 }
 
-// The places of a folder that ships, nearest first.
-std::vector<fs::path> Places(const char* name) {
+// Returns the possible locations of a shipped folder, in order of preference.
+std::vector<fs::path> CandidateFolders(const char* name) {
   std::vector<fs::path> folders = {
       (ProgramFolder() / ".." / "share" / "zyl" / name).lexically_normal()};
 #ifdef ZYL_SOURCE_DIR
@@ -26,10 +26,10 @@ std::vector<fs::path> Places(const char* name) {
   return folders;
 }
 
-std::string NearestFolder(const char* name) {
-  const std::vector<fs::path> places = Places(name);
-  const auto found = std::find_if(places.begin(), places.end(), IsFolder);
-  return found == places.end() ? std::string() : found->string();
+std::string FindFolder(const char* name) {
+  const std::vector<fs::path> candidates = CandidateFolders(name);
+  const auto found = std::find_if(candidates.begin(), candidates.end(), IsFolder);
+  return found == candidates.end() ? std::string() : found->string();
 }
 
 }  // namespace
@@ -41,12 +41,12 @@ fs::path ProgramFolder() {
 }
 
 const std::string& LuaFolder() {
-  static const std::string folder = NearestFolder("lua");
+  static const std::string folder = FindFolder("lua");
   return folder;
 }
 
 const std::string& VerbLibrary() {
-  static const std::string folder = NearestFolder("verbs/lib");
+  static const std::string folder = FindFolder("verbs/lib");
   return folder;
 }
 
@@ -55,7 +55,7 @@ fs::path VerbScript(const std::string& verb) {
     return std::isalnum(c) != 0 || c == '-' || c == '_';
   });
   if (verb.empty() || !plain) return {};
-  for (const fs::path& folder : Places("verbs")) {
+  for (const fs::path& folder : CandidateFolders("verbs")) {
     fs::path script = folder / (verb + ".lua");
     std::error_code failure;
     if (fs::is_regular_file(script, failure)) return script;
@@ -76,7 +76,7 @@ std::string VerbPurpose(const std::string& verb) {
 
 std::vector<std::string> ScriptVerbs() {
   std::set<std::string> names;
-  for (const fs::path& folder : Places("verbs")) {
+  for (const fs::path& folder : CandidateFolders("verbs")) {
     std::error_code failure;
     for (const auto& entry : fs::directory_iterator(folder, failure)) {
       if (entry.path().extension() == ".lua") names.insert(entry.path().stem().string());

@@ -7,7 +7,7 @@ namespace zyl {
 
 namespace {
 
-// From the space on. Each point is two digits, x and y; strokes are apart by "|".
+// The glyphs from the space to "~". Each point is two digits, x and y; "|" separates strokes.
 constexpr const char* kStrokes[] = {
     "",                                     // space
     "2024|2626",                            // !

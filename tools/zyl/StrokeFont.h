@@ -1,4 +1,4 @@
-// The letters of rendered pictures: strokes on a grid, the same on every machine.
+// The font of PNG pictures: strokes on a grid, so text looks the same on every machine.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zyl {
 
-// The unit is the grid's: capitals are 6 high and 4 wide, y down, the baseline at 6, tails to 8.
+// In grid units, y down: capitals are 4 wide and 6 high, the baseline is at 6, descenders end at 8.
 struct StrokePoint {
   int x;
   int y;
@@ -17,10 +17,10 @@ using Stroke = std::vector<StrokePoint>;
 inline constexpr int kGlyphAdvance = 6;
 inline constexpr int kGlyphHeight = 6;
 
-// The strokes of a character. Letters with accents are drawn without them; a character that the
-// font does not have is a box.
+// Returns the strokes of a character. Accented letters are drawn without the accent; characters
+// that are not in the font are drawn as a box.
 std::vector<Stroke> StrokesOf(char32_t character);
-// The characters of a UTF-8 text; a byte that is none is U+FFFD.
+// Decodes UTF-8; invalid bytes become U+FFFD.
 std::u32string DecodeUtf8(std::string_view text);
 
 }  // namespace zyl

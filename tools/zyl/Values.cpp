@@ -21,7 +21,7 @@ const char kKindKey = 0;
 const char kVariableMetatable = 0;
 const char kNullValue = 0;
 
-// The value of host.var.
+// The userdata of host.var. Owns one reference to the value.
 struct Variable {
   ROCParam* value;
 };
@@ -46,7 +46,7 @@ std::string_view ToText(lua_State* L, int index) {
   return {text, length};
 }
 
-// The tables that a conversion is inside of, outermost first.
+// The enclosing tables of a nested conversion, outermost first.
 struct TablePath {
   std::array<const void*, kMaxDepth> tables;
   int depth = 0;
@@ -102,7 +102,7 @@ ParamPtr ToParamBelow(lua_State* L, int index, const ValueUse& use, TablePath& p
         case Kind::kObject:
           return ParamPtr(new ROCParam(static_cast<ObjectRef*>(lua_touserdata(L, index))->value));
         case Kind::kVariable:
-          // The copy: only an argument itself is passed as the variable's own value.
+          // A copy: ArgumentList passes the variable's own value for arguments only.
           return ParamPtr(new ROCParam(*static_cast<Variable*>(lua_touserdata(L, index))->value));
         case Kind::kNull:
           return ParamPtr(new ROCParam);
@@ -117,7 +117,7 @@ ParamPtr ToParamBelow(lua_State* L, int index, const ValueUse& use, TablePath& p
 }
 
 void PushElement(lua_State* L, const ROCParam& value) {
-  // A hole would end the list there.
+  // nil would end the list.
   if (value.Type() == kTypeObject && value.Object() == nullptr) {
     PushNull(L);
   } else {
@@ -125,7 +125,7 @@ void PushElement(lua_State* L, const ROCParam& value) {
   }
 }
 
-// `array` into the table at `index`, element by element; tables inside are kept and filled.
+// Copies `array` into the table at `index` and fills nested tables in place.
 void FillTable(lua_State* L, int index, ROCParam& array) {
   luaL_checkstack(L, 4, "nested arrays");
   const int count = array.ElementCount();
@@ -148,13 +148,13 @@ void FillTable(lua_State* L, int index, ROCParam& array) {
   }
 }
 
-// From a copy: a finalizer that runs meanwhile may change the value.
+// Works on a copy because finalizers can run and change the array.
 void FillTableFrom(lua_State* L, int index, const ROCParam& array) {
   ROCParam copy(array);
   FillTable(L, index, copy);
 }
 
-std::string ObjectInWords(const RIOObject* object, const char* none) {
+std::string DescribeObject(const RIOObject* object, const char* none) {
   return object == nullptr ? none : std::string("an object of class ") + object->GetTypeName();
 }
 
@@ -269,7 +269,7 @@ void PushValue(lua_State* L, const ROCParam* value) {
     lua_pushnil(L);
     return;
   }
-  // Reading elements and bytes needs a value that could be changed; nothing here does.
+  // The accessors of elements and bytes are not const; nothing is modified here.
   auto& readable = const_cast<ROCParam&>(*value);
   switch (value->Type()) {
     case kTypeInteger:
@@ -299,7 +299,7 @@ void PushValue(lua_State* L, const ROCParam* value) {
   }
 }
 
-std::string TypeInWords(int typeCode) {
+std::string DescribeType(int typeCode) {
   switch (typeCode) {
     case kTypeInteger:
       return "an integer";
@@ -317,7 +317,7 @@ std::string TypeInWords(int typeCode) {
   }
 }
 
-std::string TypeInWords(lua_State* L, int index) {
+std::string DescribeType(lua_State* L, int index) {
   switch (lua_type(L, index)) {
     case LUA_TNONE:
     case LUA_TNIL:
@@ -329,12 +329,12 @@ std::string TypeInWords(lua_State* L, int index) {
       if (kind == Kind::kNull) return "a null object";
       if (kind == Kind::kVariable) {
         const ROCParam& value = *static_cast<Variable*>(lua_touserdata(L, index))->value;
-        if (value.Type() != kTypeObject) return TypeInWords(value.Type());
-        return ObjectInWords(value.Object(), "a null object");
+        if (value.Type() != kTypeObject) return DescribeType(value.Type());
+        return DescribeObject(value.Object(), "a null object");
       }
       if (kind == Kind::kObject) {
         const auto* ref = static_cast<ObjectRef*>(lua_touserdata(L, index));
-        return ObjectInWords(ref->value.Object(), "a deleted object");
+        return DescribeObject(ref->value.Object(), "a deleted object");
       }
       break;
     }
@@ -344,7 +344,7 @@ std::string TypeInWords(lua_State* L, int index) {
   return std::string("a ") + luaL_typename(L, index);
 }
 
-std::string ValueInWords(lua_State* L, int index) {
+std::string DescribeValue(lua_State* L, int index) {
   switch (lua_type(L, index)) {
     case LUA_TBOOLEAN:
       return lua_toboolean(L, index) != 0 ? "true" : "false";
@@ -358,7 +358,7 @@ std::string ValueInWords(lua_State* L, int index) {
       constexpr size_t kShown = 40;
       const std::string_view whole = ToText(L, index);
       std::string text(whole.substr(0, kShown));
-      // One line, whatever the bytes.
+      // Keep the message on one line.
       for (char& c : text) {
         if (static_cast<unsigned char>(c) < 0x20) c = ' ';
       }
@@ -367,7 +367,7 @@ std::string ValueInWords(lua_State* L, int index) {
     case LUA_TUSERDATA:
       if (KindOf(L, index) == Kind::kVariable) {
         PushValue(L, static_cast<Variable*>(lua_touserdata(L, index))->value);
-        std::string text = ValueInWords(L, lua_gettop(L));
+        std::string text = DescribeValue(L, lua_gettop(L));
         lua_pop(L, 1);
         return text;
       }
@@ -375,7 +375,7 @@ std::string ValueInWords(lua_State* L, int index) {
     default:
       break;
   }
-  return TypeInWords(L, index);
+  return DescribeType(L, index);
 }
 
 ArgumentList::ArgumentList(lua_State* L, int first, const char* method) : L_(L), first_(first) {

@@ -1,4 +1,4 @@
-// Lua values as host values and back, and the argument list of one call.
+// Converts between Lua values and host values, and builds the argument list of a call.
 #pragma once
 
 #include <memory>
@@ -9,15 +9,15 @@
 
 namespace zyl {
 
-// What a userdata of ours is; kept in its metatable.
+// The kind of a userdata, stored in its metatable; kForeign for values that zyl did not create.
 enum class Kind { kForeign, kObject, kVariable, kNull };
 Kind KindOf(lua_State* L, int index);
-// Gives the metatable on top of the stack its kind and its name.
+// Sets the kind and the name of the metatable on top of the stack.
 void SetKind(lua_State* L, Kind kind, const char* name);
 
-// Metatables of host.var's values and of host.null; leaves nothing on the stack.
+// Registers the metatable of host.var and the value host.null.
 void OpenValues(lua_State* L);
-// host.var and host.null.
+// Push the results of host.var and host.null.
 int NewVariable(lua_State* L);
 void PushNull(lua_State* L);
 
@@ -26,24 +26,26 @@ struct ParamRelease {
 };
 using ParamPtr = std::unique_ptr<ROCParam, ParamRelease>;
 
-// Where a value is used, for messages: "KGtune: argument 2: ..."; position 0 names no argument.
+// Where a value is used, for messages such as "KGtune: argument 2: ...". Position 0: no argument.
 struct ValueUse {
   const char* name;
   int position;
 };
 
-// The host value of the Lua value at `index`: null for nil, a Lua error for what has no host value.
+// Converts the Lua value at `index` to a host value. Returns null for nil; raises a Lua error for a
+// value without a host equivalent.
 ParamPtr ToParam(lua_State* L, int index, const ValueUse& use);
-// The other way. A null entry and a null object are nil.
+// Pushes the Lua value of a host value; nil for a null pointer and for a null object.
 void PushValue(lua_State* L, const ROCParam* value);
 
-// For messages: the type of a Lua value, "an integer" or "an object of class CSample"; the Lua type
-// for a type code; and a value, 5 or "abc" or "a null object".
-std::string TypeInWords(lua_State* L, int index);
-std::string TypeInWords(int typeCode);
-std::string ValueInWords(lua_State* L, int index);
+// Texts for messages: the type of a Lua value ("an integer", "an object of class CSample"), the Lua
+// type for a type code, and a value (5, "abc", a null object).
+std::string DescribeType(lua_State* L, int index);
+std::string DescribeType(int typeCode);
+std::string DescribeValue(lua_State* L, int index);
 
-// The argument list of one call: the Lua values from stack index `first` up to the top.
+// Converts the Lua values from stack index `first` to the top into the argument list of a call. A
+// host.var is passed by reference, tables are copied.
 class ArgumentList {
  public:
   ArgumentList(lua_State* L, int first, const char* method);
@@ -51,7 +53,7 @@ class ArgumentList {
   ArgumentList& operator=(const ArgumentList&) = delete;
 
   ROCParams* List() { return &list_; }
-  // Copies the arrays back into the tables that they came from.
+  // Copies changed arrays back into the tables they were converted from.
   void CopyBack() {
     if (hasTables_) CopyTablesBack();
   }
@@ -65,7 +67,7 @@ class ArgumentList {
   int first_;
   bool hasTables_ = false;
   bool hasUserdata_ = false;
-  ROCParams list_;  // releases its entries, also when a Lua error unwinds the constructor
+  ROCParams list_;  // releases its entries even if a Lua error unwinds the constructor
 };
 
 }  // namespace zyl
