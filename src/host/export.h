@@ -1,4 +1,4 @@
-// ZYLHOST_API marks what zylhost offers to modules and applications; everything else stays inside.
+// ZYLHOST_API exports a symbol from zylhost to modules and applications. All others are hidden.
 #pragma once
 
 #if defined(_WIN32)

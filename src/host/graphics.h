@@ -1,13 +1,13 @@
-// The editor's graphic objects: rectangles, texts and containers of them, kept in memory; whoever
-// draws them reads them.
+// The editor's graphic objects: rectangles, texts and containers. They are a model in memory, which
+// a renderer reads; nothing here draws.
 //
-// Ownership. A container owns its children and its templates, and everything else belongs to who
-// made it. Script values that hold an object hold a null object once it is gone. Script thread
+// Ownership: a container owns its children and its templates; the creator owns every other object.
+// When an object is destroyed, script values that refer to it become null objects. Script thread
 // only.
 //
-// Lengths are pixels, y down. A colour is 0xRRGGBB; its highest byte is kept and means nothing. A
-// container has a coordinate system of its own, whose origin is its top left corner; every other
-// object lies in the one of its container, or in the picture's when it has none.
+// Lengths are pixels, y down. A colour is 0xRRGGBB; its highest byte is preserved and ignored. A
+// container has its own coordinate system with the origin at its top left corner; all other objects
+// use that of their container, or the picture's if they have none.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ struct GOPoint {
   int32_t y = 0;
 };
 
-// `right` and `bottom` lie behind the last pixel.
+// `right` and `bottom` are exclusive.
 struct GORect {
   int32_t left = 0;
   int32_t top = 0;
@@ -36,8 +36,8 @@ struct GORect {
   }
 };
 
-// How an object is filled. Of the kinds of fill the host knows by itself the solid colour alone;
-// isSolidColor tells it from those that others make.
+// How an object is filled. The host implements the solid colour only; isSolidColor distinguishes it
+// from fills that others derive.
 class ZYLHOST_API GOFill : public RIOObject {
  public:
   const char* GetTypeName() const override;
@@ -59,54 +59,55 @@ class GOContainer;
 
 class ZYLHOST_API GOObject : public RIOObject {
  public:
-  // No place or length is farther from 0 than this: what is, is held to it.
+  // Coordinates and lengths are clamped to ±kFarthest.
   static constexpr int32_t kFarthest = 1'000'000'000;
 
-  // Lists make and free objects by the thousand: freed ones are kept for the next.
+  // Allocates from a free list: filling lists creates and frees thousands of objects.
   static void* operator new(size_t size);
   static void operator delete(void* memory, size_t size) noexcept;
 
-  // A copy with fill, text and children, its counts at 0, in no container.
+  // Returns a copy with fill, text and children, with counts of 0 and without a container.
   virtual std::unique_ptr<GOObject> Copy() const = 0;
 
-  // The rectangle relative to the origin; shifted by the origin it is absolute.
+  // Returns the rectangle relative to GetOrigin(); shifted by it, the rectangle is absolute.
   virtual void GetBounds(GORect& bounds) const;
   virtual GOPoint GetOrigin() const;
   GOPoint AbsolutePlace() const;
-  // Puts the top left corner to an absolute place.
+  // Moves the top left corner to an absolute position.
   void MoveTo(int32_t x, int32_t y);
-  // `changeWidth` and `changeHeight`: 1 takes the new length, 0 keeps the old one. `fromRight` and
-  // `fromBottom`: 0 keeps the left or top edge in place, 1 the opposite one. A length below 0 is 0.
+  // `changeWidth` and `changeHeight`: 1 sets the new length, 0 keeps the old one. `fromRight` and
+  // `fromBottom`: 0 keeps the left or top edge in place, 1 the opposite edge. Negative lengths are
+  // clamped to 0.
   void SizeTo(int32_t width, int32_t height, int changeWidth, int changeHeight, int fromRight,
               int fromBottom);
-  // Asks for a redraw in `delay` ms (0: at once), with the children when `children` is not 0. There
-  // is no screen: requests are counted.
+  // Requests a redraw in `delay` ms (0: at once), including the children if `children` is not 0.
+  // There is no screen, so this only counts the requests.
   void Refresh(int delay, int children);
-  // The colour of the fill was changed; `reserved` carries no meaning.
+  // Call after changing the colour of the fill. `reserved` is ignored.
   void FillChanged(int reserved);
-  // A text object shows the text, the characters from `selectFrom` to `selectTo` selected (-1:
-  // none); other objects have no text.
+  // Sets the text of a text object, with the characters from `selectFrom` to `selectTo` selected
+  // (-1: none). Does nothing for other objects.
   virtual void SetText(std::string_view text, int selectFrom, int selectTo);
-  // Null for an object without text.
+  // Returns null if the object is not a text.
   virtual const std::string* Text() const;
 
   GOFill* Fill() const { return fill_.get(); }
-  // Takes it over; null is no fill: the object has the colours of its drawing.
+  // Null removes the fill: the renderer chooses the object's colours.
   void SetFill(std::unique_ptr<GOFill> fill) { fill_ = std::move(fill); }
   const std::string& Name() const { return *name_; }
-  // The name of the template that the object is a copy of, else empty.
+  // The name of the template that the object was copied from; empty if there is none.
   const std::string& TemplateName() const { return *templateName_; }
-  // The object after this one in their container; null for the last one.
+  // The next object in the container; null for the last one.
   GOObject* NextSibling() const { return nextSibling_; }
   int32_t Refreshes() const { return refreshes_; }
   int32_t FillChanges() const { return fillChanges_; }
 
  protected:
   explicit GOObject(std::string_view name);
-  // For copies, whose name comes with the rest.
+  // Constructor for copies; CopyFrom sets the name.
   struct AsCopy {};
   explicit GOObject(AsCopy) {}
-  // Takes over what every kind of object has.
+  // Copies the members that all kinds of objects share.
   void CopyFrom(const GOObject& other);
   GORect Placed() const { return {x_, y_, x_ + width_, y_ + height_}; }
   int32_t Width() const { return width_; }
@@ -114,12 +115,12 @@ class ZYLHOST_API GOObject : public RIOObject {
 
  private:
   friend class GOContainer;
-  // The one text that is equal to `name` and stays for good: names are few.
-  static const std::string* Kept(std::string_view name);
+  // Returns the interned copy of `name`, which is never freed: there are few different names.
+  static const std::string* Intern(std::string_view name);
 
   GOContainer* parent_ = nullptr;
   GOObject* nextSibling_ = nullptr;
-  int32_t x_ = 0;  // in the container
+  int32_t x_ = 0;  // relative to the container
   int32_t y_ = 0;
   int32_t width_ = 0;
   int32_t height_ = 0;
@@ -140,10 +141,10 @@ class ZYLHOST_API GORectangle final : public GOObject {
   explicit GORectangle(AsCopy copy) : GOObject(copy) {}
 };
 
-// One line of text in a font of fixed pitch.
+// One line of text in a monospaced font.
 class ZYLHOST_API GOText final : public GOObject {
  public:
-  static constexpr int32_t kFontHeight = 10;  // from the top of the capitals to below the tails
+  static constexpr int32_t kFontHeight = 10;  // from the top of capitals to below descenders
   static constexpr int32_t kAdvance = 6;      // from one character to the next
 
   explicit GOText(std::string_view name = {}) : GOObject(name) {}
@@ -151,12 +152,12 @@ class ZYLHOST_API GOText final : public GOObject {
   std::unique_ptr<GOObject> Copy() const override;
   void SetText(std::string_view text, int selectFrom, int selectTo) override;
   const std::string* Text() const override { return &text_; }
-  // With automatic width the object is as wide as its text, otherwise a longer text is cut off.
+  // With automatic width the object is as wide as its text; otherwise longer text is clipped.
   void SetAutoWidth(bool on);
   bool AutoWidth() const { return autoWidth_; }
   int32_t FontHeight() const { return kFontHeight; }
 
-  // Characters of a UTF-8 text; a byte that begins none counts as one.
+  // Returns the number of characters of a UTF-8 text: of bytes that are not continuation bytes.
   static int32_t Length(std::string_view text);
 
  private:
@@ -177,22 +178,21 @@ class ZYLHOST_API GOContainer final : public GOObject {
   void GetBounds(GORect& bounds) const override;
   GOPoint GetOrigin() const override;
 
-  // The first object of that name down to `levels` containers deep (1: the children alone) that the
-  // filter, if there is one, lets pass; null when there is none.
+  // Returns the first object named `name` that passes the filter (null: all pass), searching
+  // `levels` containers deep (1: direct children only). Returns null if there is none.
   GOObject* GetChild(const char* name, int levels, Filter filter = nullptr) const;
   GOObject* FirstChild() const { return firstChild_; }
   GOObject* AddChild(std::unique_ptr<GOObject> child);
 
-  // Objects that others are copied from; they are not drawn. `reserved` carries no meaning.
+  // Templates: objects that others are copied from. They are not drawn. `reserved` is ignored.
   GOObject* FindTemplate(const char* name, int reserved) const;
   GOObject* AddTemplate(std::unique_ptr<GOObject> object);
 
  private:
   explicit GOContainer(AsCopy copy) : GOObject(copy) {}
-  // One after the other, in the order of their making.
   static void Append(GOObject*& first, GOObject* object);
   static void DeleteAll(GOObject* first);
 
-  GOObject* firstChild_ = nullptr;
+  GOObject* firstChild_ = nullptr;  // linked by nextSibling_, in order of creation
   GOObject* firstTemplate_ = nullptr;
 };

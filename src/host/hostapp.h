@@ -1,5 +1,5 @@
-// What an application that embeds the host layer needs besides the framework itself: loading
-// modules, making objects, fetching errors, delivering queued pad sends.
+// The interface for applications that embed the host layer: loads modules, creates objects, fetches
+// errors, delivers queued calls.
 #pragma once
 
 #include <cstddef>
@@ -12,10 +12,10 @@
 
 #include "base.h"
 
-// A loaded module. Destroying it unloads the library; objects of its classes must be gone by then.
+// A loaded module. The destructor unloads the library: destroy all objects of its classes first.
 class ZYLHOST_API ZylModule {
  public:
-  // Loads the library and calls its RegisterAllClasses. Null, with a reason, when it cannot be.
+  // Loads the library and calls its RegisterAllClasses. Returns null and sets `reason` on failure.
   static std::unique_ptr<ZylModule> Load(const std::string& path, std::string& reason);
   ~ZylModule();
   ZylModule(const ZylModule&) = delete;
@@ -26,26 +26,30 @@ class ZYLHOST_API ZylModule {
   void* library_;
 };
 
-// An algorithm object with a dispatch of a registered class; null for an unknown class.
+// Returns a new algorithm object with the dispatch of a registered class, which the caller owns;
+// null for an unknown class.
 ZYLHOST_API ROCAlgo* ZylNewScriptObject(const char* className);
-// A plain object of that type name: neither algorithm, pad nor sample.
+// Returns a new object with that type name that is neither algorithm, pad nor sample. The caller
+// owns it.
 ZYLHOST_API RIOObject* ZylNewPlainObject(const std::string& typeName);
-// The names of the registered classes.
+// Returns the names of the registered classes.
 ZYLHOST_API std::vector<std::string> ZylClassNames();
-// The method table of a registered class, ended by a null name; null for an unknown class.
+// Returns the method table of a registered class, which ends with a null name; null for an unknown
+// class.
 ZYLHOST_API const ZylFuncInfo* ZylClassMethods(const char* className);
 
+// An error that a script method reported. Comments name the kinds that set a member.
 struct ZYLHOST_API ZylScriptError {
   enum Kind { kArgType, kArgPType, kArgValue, kArgUser, kException };
   Kind kind = kException;
-  std::string method;    // qualified, all but kException
+  std::string method;    // all but kException; "Class::Method"
   std::string argument;  // kArgType, kArgValue
   int expected = 0;      // kArgType: the type code
   int position = 0;      // all but kException
   std::string given;     // kArgPType: the two class names
   std::string required;
   std::string message;  // kArgUser, kException; otherwise the readable line
-  // The index that was out of range and the number of items, where the method gave them.
+  // The index that was out of range and the number of items, if the method reported them.
   struct Range {
     int32_t index;
     int32_t count;
@@ -53,32 +57,34 @@ struct ZYLHOST_API ZylScriptError {
   std::optional<Range> range;
 
   const char* KindName() const;
-  // One line that says what was wrong, for people.
+  // Returns one line that describes the error to the user.
   std::string Readable() const;
 };
-// Moves the pending error out; false when there is none.
+// Moves the pending error to `error`. Returns false if no error is pending.
 ZYLHOST_API bool ZylTakeError(ZylScriptError& error);
-// The name of a type code for people ("integer").
+// Returns the name of a type code for messages ("integer").
 ZYLHOST_API const char* ZylTypeName(int typeCode);
 
-// Makes the calling thread the script thread (the thread that first loads a module is).
+// Makes the calling thread the script thread. ZylModule::Load does so too.
 ZYLHOST_API void ZylSetScriptThread();
 ZYLHOST_API bool ZylIsScriptThread();
-// Puts a call into the queue that ZylPump delivers on the script thread; from any thread.
+// Queues a call for ZylPump. Any thread may post.
 ZYLHOST_API void ZylPost(std::function<void()> call);
-// Makes the calls that wait, in the order in which they were posted; waits up to `seconds` for the
-// first. Returns how many it made. A call may pump in turn: the inner pump makes the next calls.
+// Runs the queued calls on the script thread in the order of posting, and returns their number.
+// Waits up to `seconds` for the first. A call may itself pump: the inner pump runs the calls that
+// follow.
 ZYLHOST_API int ZylPump(double seconds);
 
-// Where diagnostics go; by default a line each on standard error.
+// Sets the receiver of diagnostics. By default each is printed as a line on standard error.
 ZYLHOST_API void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink);
 
-// Makes the file hold these bytes, whole: on any failure it stays as it was, and `reason` says in
-// one line what went wrong. `path` is UTF-8.
+// Writes the file atomically. On failure returns false, leaves an existing file unchanged and sets
+// `reason` to one line. `path` is UTF-8.
 ZYLHOST_API bool ZylWriteFile(const std::string& path, std::string_view bytes, std::string& reason);
 
-// How many bytes of freed script values and graphic objects each thread keeps for reuse; frees what
-// this thread keeps. With 0, every allocation reaches the allocator, as tests of it need.
+// Limits the bytes of freed script values and graphic objects that each thread keeps for reuse, and
+// frees those of the calling thread. With 0 every allocation reaches the allocator, for tests of
+// failed allocations.
 ZYLHOST_API void ZylLimitFreeBlocks(size_t bytes);
 
 // A preset of a SoundFont bank: its name of up to 20 characters, and the MIDI numbers that select

@@ -1,8 +1,9 @@
 // The editor's lists: rows of cells, and the view that shows them in columns.
 //
-// Ownership. A list owns its rows and its view, a row its cells, a cell its graphic object and one
-// reference on its object value. A cell's object value does not keep the object: when it goes, the
-// cell holds a null object. Rows, columns and cells are counted from 0. Script thread only.
+// Ownership: a list owns its rows and its view; a row owns its cells; a cell owns its graphic
+// object and one reference to its object value. The object value does not own its object: it
+// becomes a null object when the object is destroyed. Rows, columns and cells are counted from 0.
+// Script thread only.
 #pragma once
 
 #include <cstdint>
@@ -15,32 +16,32 @@
 class List;
 class ListItem;
 
-// One column of a view: how wide it is and what the list's owner has to say about it.
+// One column of a view: its width, and values whose meaning the list's owner defines.
 struct ListColumn {
-  // The column keeps its width. Without it a text is as wide as it needs.
+  // Style bit: texts have the column's width. Without it, each text is as wide as it needs.
   static constexpr uint32_t kFixedWidth = 0x10000;
 
-  int32_t width = 0;  // below 0: as wide as the texts need
+  int32_t width = 0;  // pixels; negative: as wide as the texts
   uint32_t style = 0;
   std::vector<int32_t> scriptValues;
   std::string title;
 
-  // 0 for a value that was not given.
+  // Returns 0 for a missing value.
   int32_t ScriptValue(size_t index) const {
     return index < scriptValues.size() ? scriptValues[index] : 0;
   }
 };
 
-// How a list is shown below a graphic root.
+// Shows a list under a graphic root.
 class ZYLHOST_API ListView {
  public:
   explicit ListView(std::vector<ListColumn> columns);
   int ColumnCount() const { return static_cast<int>(columns_.size()); }
-  // Null for a column that is not defined.
+  // Returns null for an undefined column.
   const ListColumn* Column(int index) const {
     return index < 0 || index >= ColumnCount() ? nullptr : &columns_[static_cast<size_t>(index)];
   }
-  // The left edge of a column; those of automatic width take no room.
+  // Returns the left edge of a column in pixels. Columns of automatic width count as width 0.
   int32_t ColumnLeft(int index) const;
 
  private:
@@ -48,7 +49,7 @@ class ZYLHOST_API ListView {
   std::vector<int32_t> lefts_;
 };
 
-// A cell.
+// A cell of a row.
 class ZYLHOST_API ListElement : public RIOObject {
  public:
   ListElement() = default;
@@ -57,8 +58,8 @@ class ZYLHOST_API ListElement : public RIOObject {
   static void operator delete[](void* memory, size_t size) noexcept;
   const char* GetTypeName() const override;
 
-  // Makes the cell's object anew, a copy of the template, or an empty container without one. With
-  // `keepPlace` not 0 it lies where the one before it lay.
+  // Replaces the cell's object by a copy of `source`, or by an empty container if `source` is null.
+  // If `keepPlace` is not 0, the new object gets the position of the old one.
   void CreateGO(const GOObject* source, int keepPlace);
   GOObject* Object() const { return object_.get(); }
 
@@ -70,7 +71,7 @@ class ZYLHOST_API ListElement : public RIOObject {
   std::unique_ptr<GOObject> object_;
 };
 
-// A row. A class of one's own derives from it.
+// A row. Modules may derive from it.
 class ZYLHOST_API ListItem {
  public:
   explicit ListItem(int cells);
@@ -79,11 +80,11 @@ class ZYLHOST_API ListItem {
   ListItem& operator=(const ListItem&) = delete;
 
   int CellCount() const { return cellCount_; }
-  // Null beyond the last one.
+  // Returns null for an index out of range.
   ListElement* Cell(int column) const {
     return column < 0 || column >= cellCount_ ? nullptr : &cells_[static_cast<size_t>(column)];
   }
-  // Makes the object of that cell; nothing for a cell that is not there.
+  // Calls ListElement::CreateGO on a cell. Does nothing for an index out of range.
   void CreateGO(int column, const GOObject* source);
   ListItem* Next() const { return next_; }
   int Index() const { return index_; }
@@ -93,30 +94,31 @@ class ZYLHOST_API ListItem {
   int cellCount_;
   std::unique_ptr<ListElement[]> cells_;
   ListItem* next_ = nullptr;
-  int index_ = 0;  // in the list
+  int index_ = 0;  // position in the list
 };
 
 class ZYLHOST_API List : public RIOObject {
  public:
-  // Every row gets `columns` cells. The view shows it below `root`.
+  // The view has the columns `definitions` and belongs to `root`, which is not owned. `rowHeight`
+  // is in pixels.
   List(int columns, int32_t rowHeight, GOContainer* root, std::vector<ListColumn> definitions);
   ~List() override;
   const char* GetTypeName() const override;
 
   int ColumnCount() const { return columnCount_; }
   int32_t RowHeight() const { return rowHeight_; }
-  // The view below that root; null below any other.
+  // Returns the view if it belongs to `root`, otherwise null.
   ListView* GetListView(const GOContainer* root);
   const ListView& View() const { return view_; }
 
   ListItem* First() const { return first_; }
   int RowCount() const { return rowCount_; }
-  // Null beyond the last one.
+  // Returns null for an index out of range.
   ListItem* Row(int index) const;
-  // Takes the row over.
+  // Appends the row and takes ownership of it.
   void AddTail(ListItem* row);
   void Clear();
-  // Puts the cell's object where row and column meet, to be drawn from now on.
+  // Moves the cell's object to the position of its row and of `column`.
   void AddListElementToViewTree(ListElement* cell, int column);
 
  private:

@@ -1,4 +1,4 @@
-// The utility library: node blocks, byte images, the profile, memory figures, buffer handles.
+// Utilities: blocks of list nodes, byte images, the profile, memory sizes, buffer handles.
 #pragma once
 
 #include <cstddef>
@@ -9,19 +9,19 @@
 
 #include "export.h"
 
-// A block of list nodes in a chain of blocks.
+// The header of a block of list nodes; blocks form a singly linked chain.
 struct ZYLHOST_API qxPlex {
   qxPlex* next;
 
-  // Adds a block of `count` nodes of at least `nodeSize` bytes to the chain and returns it.
+  // Prepends a block for `count` nodes of `nodeSize` bytes to the chain and returns it.
   static qxPlex* Create(qxPlex*& chain, unsigned count, unsigned nodeSize);
-  // Frees the whole chain.
+  // Frees all blocks of the chain and sets `chain` to null.
   static void FreeDataChain(qxPlex*& chain);
   void* Nodes() { return this + 1; }
 };
 
-// A byte image that is written or read in order; fields are little-endian. Reading beyond the end
-// answers 0 and makes Good() false.
+// Writes or reads the fields of a byte image in order, little-endian. Reading past the end returns
+// 0 and makes Good() false. An image to read is not copied.
 class ZYLHOST_API MemInterpreter {
  public:
   MemInterpreter() = default;
@@ -49,31 +49,32 @@ class ZYLHOST_API MemInterpreter {
   bool good_ = true;
 };
 
-// The profile: an INI file. Without a file name, the one that qxSetProfile named; with neither, or
-// where section or key are missing, the default.
+// Reads an integer from the profile, an INI file. A null `file` means the path from qxSetProfile.
+// Returns `defaultValue` if the file, section or key is missing or the value is not a number.
 ZYLHOST_API void qxSetProfile(const std::string& path);
 ZYLHOST_API int32_t qxGetPrivateProfileLong(const char* section, const char* key,
                                             int32_t defaultValue, const char* file);
 
-// Replaces the file at `path` by what `write` stores in the empty file whose path it is given.
-// Until that is whole and on disk, and when `write` returns false, the file stays as it was. False
-// with a reason in one line that names the path; the reason is empty when it was `write` that
-// failed. Paths are UTF-8.
+// Replaces the file at `path` atomically. `write` gets the path of an empty temporary file, stores the
+// content there and returns whether it succeeded; after the content is on disk, that file replaces
+// `path`. On failure returns false, leaves an existing file unchanged and sets `reason` to one line
+// that names the path, or to an empty string if `write` failed. Paths are UTF-8.
 ZYLHOST_API bool qxReplaceFile(const std::string& path,
                                const std::function<bool(const std::string& temporary)>& write,
                                std::string& reason);
 
-// Bytes; a figure beyond 2^31 - 1 reads as 2^31 - 1.
+// In bytes, clamped to 2^31 - 1.
 ZYLHOST_API int32_t qxGetTotalPhysicalMemory();
 ZYLHOST_API int32_t qxGetLockedMemory();
 
-// Handles stand for the address of a buffer where a script integer cannot hold it. A handle is
-// never 0, and dies when its buffer is withdrawn.
+// Buffer handles identify buffers in scripts, whose integers cannot hold an address. Returns 0 only
+// for a null buffer. A handle becomes invalid when its buffer is withdrawn.
 ZYLHOST_API int32_t qxBufferHandle(const void* buffer, size_t bytes);
 ZYLHOST_API void qxWithdrawBuffer(const void* buffer);
-// Copies the first `bytes` bytes; false with a reason for an unknown handle or beyond the end.
+// Copies the first `bytes` bytes to `out`. Returns false and sets `reason` if the handle is unknown
+// or the buffer is shorter.
 ZYLHOST_API bool qxBufferBytes(uint32_t handle, size_t bytes, std::string& out,
                                std::string& reason);
 
-// The machine's memory as it is, for limits.
+// The machine's physical memory in bytes, not clamped, for computing limits.
 ZYLHOST_API int64_t qxGetPhysicalMemoryBytes();

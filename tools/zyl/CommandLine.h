@@ -3,7 +3,7 @@
 
 namespace zyl {
 
-// Exit statuses of zyl itself; any other status comes from the script.
+// Exit statuses in addition to those of a script run (see ScriptHost).
 inline constexpr int kExitUsage = 2;
 inline constexpr int kExitNoModule = 3;
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-int32_t Held(int64_t value) {
+int32_t ClampCoordinate(int64_t value) {
   return static_cast<int32_t>(
       std::clamp<int64_t>(value, -GOObject::kFarthest, GOObject::kFarthest));
 }
@@ -23,12 +23,12 @@ void GOSolidFill::operator delete(void* memory, size_t size) noexcept {
   zyl::GiveBlock(memory, size);
 }
 
-GOObject::GOObject(std::string_view name) : name_(Kept(name)), templateName_(Kept({})) {}
+GOObject::GOObject(std::string_view name) : name_(Intern(name)), templateName_(Intern({})) {}
 
 void* GOObject::operator new(size_t size) { return zyl::TakeBlock(size); }
 void GOObject::operator delete(void* memory, size_t size) noexcept { zyl::GiveBlock(memory, size); }
 
-const std::string* GOObject::Kept(std::string_view name) {
+const std::string* GOObject::Intern(std::string_view name) {
   static std::set<std::string, std::less<>> names;
   const auto found = names.find(name);
   return &*(found == names.end() ? names.emplace(name).first : found);
@@ -53,24 +53,24 @@ GOPoint GOObject::GetOrigin() const {
 GOPoint GOObject::AbsolutePlace() const {
   GOPoint place;
   for (const GOObject* object = this; object != nullptr; object = object->parent_) {
-    place.x = Held(int64_t{place.x} + object->x_);
-    place.y = Held(int64_t{place.y} + object->y_);
+    place.x = ClampCoordinate(int64_t{place.x} + object->x_);
+    place.y = ClampCoordinate(int64_t{place.y} + object->y_);
   }
   return place;
 }
 
 void GOObject::MoveTo(int32_t x, int32_t y) {
   const GOPoint origin = parent_ == nullptr ? GOPoint() : parent_->AbsolutePlace();
-  x_ = Held(int64_t{x} - origin.x);
-  y_ = Held(int64_t{y} - origin.y);
+  x_ = ClampCoordinate(int64_t{x} - origin.x);
+  y_ = ClampCoordinate(int64_t{y} - origin.y);
 }
 
 void GOObject::SizeTo(int32_t width, int32_t height, int changeWidth, int changeHeight,
                       int fromRight, int fromBottom) {
-  const int32_t newWidth = changeWidth == 0 ? width_ : Held(std::max(width, 0));
-  const int32_t newHeight = changeHeight == 0 ? height_ : Held(std::max(height, 0));
-  if (fromRight != 0) x_ = Held(int64_t{x_} + width_ - newWidth);
-  if (fromBottom != 0) y_ = Held(int64_t{y_} + height_ - newHeight);
+  const int32_t newWidth = changeWidth == 0 ? width_ : ClampCoordinate(std::max(width, 0));
+  const int32_t newHeight = changeHeight == 0 ? height_ : ClampCoordinate(std::max(height, 0));
+  if (fromRight != 0) x_ = ClampCoordinate(int64_t{x_} + width_ - newWidth);
+  if (fromBottom != 0) y_ = ClampCoordinate(int64_t{y_} + height_ - newHeight);
   width_ = newWidth;
   height_ = newHeight;
 }
@@ -98,11 +98,11 @@ std::unique_ptr<GOObject> GOText::Copy() const {
 
 int32_t GOText::Length(std::string_view text) {
   const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
-  return Held(std::count_if(text.begin(), text.end(), begins));
+  return ClampCoordinate(std::count_if(text.begin(), text.end(), begins));
 }
 
 void GOText::FitWidth() {
-  if (autoWidth_) SetWidth(Held(int64_t{kAdvance} * Length(text_)));
+  if (autoWidth_) SetWidth(ClampCoordinate(int64_t{kAdvance} * Length(text_)));
 }
 void GOText::SetText(std::string_view text, int, int) {
   text_ = text;

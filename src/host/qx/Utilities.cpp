@@ -81,14 +81,14 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
-bool SameWord(std::string_view a, std::string_view b) {
+bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
     return std::tolower(static_cast<unsigned char>(x)) ==
            std::tolower(static_cast<unsigned char>(y));
   });
 }
 
-int32_t HeldInt(uint64_t bytes) {
+int32_t ClampToInt(uint64_t bytes) {
   return static_cast<int32_t>(std::min<uint64_t>(bytes, INT32_MAX));
 }
 
@@ -104,12 +104,13 @@ int32_t qxGetPrivateProfileLong(const char* section, const char* key, int32_t de
     const std::string_view line = Trimmed(text);
     if (line.empty() || line.front() == ';' || line.front() == '#') continue;
     if (line.front() == '[') {
-      inSection = line.back() == ']' && SameWord(Trimmed(line.substr(1, line.size() - 2)), section);
+      inSection = line.back() == ']' &&
+                  EqualsIgnoringCase(Trimmed(line.substr(1, line.size() - 2)), section);
       continue;
     }
     const size_t equals = line.find('=');
     if (!inSection || equals == std::string_view::npos) continue;
-    if (!SameWord(Trimmed(line.substr(0, equals)), key)) continue;
+    if (!EqualsIgnoringCase(Trimmed(line.substr(0, equals)), key)) continue;
     const std::string value(Trimmed(line.substr(equals + 1)));
     char* end = nullptr;
     const long number = std::strtol(value.c_str(), &end, 10);
@@ -121,8 +122,8 @@ int32_t qxGetPrivateProfileLong(const char* section, const char* key, int32_t de
 }
 
 int64_t qxGetPhysicalMemoryBytes() { return static_cast<int64_t>(zyl::PhysicalMemoryBytes()); }
-int32_t qxGetTotalPhysicalMemory() { return HeldInt(zyl::PhysicalMemoryBytes()); }
-int32_t qxGetLockedMemory() { return HeldInt(zyl::LockedMemoryBytes()); }
+int32_t qxGetTotalPhysicalMemory() { return ClampToInt(zyl::PhysicalMemoryBytes()); }
+int32_t qxGetLockedMemory() { return ClampToInt(zyl::LockedMemoryBytes()); }
 
 namespace {
 
@@ -142,7 +143,7 @@ int32_t qxBufferHandle(const void* buffer, size_t bytes) {
   for (auto& [handle, known] : buffers) {
     if (known.address == buffer && known.bytes == bytes) return static_cast<int32_t>(handle);
   }
-  // Handles are not used again until 2^31 of them have been: a late one finds nothing.
+  // Handles are reused only after 2^31 - 1 others, so a stale handle finds no buffer.
   lastHandle = lastHandle == INT32_MAX ? 1 : lastHandle + 1;
   buffers[lastHandle] = {static_cast<const std::byte*>(buffer), bytes};
   return static_cast<int32_t>(lastHandle);
@@ -157,7 +158,7 @@ bool qxBufferBytes(uint32_t handle, size_t bytes, std::string& out, std::string&
   const std::lock_guard<std::mutex> hold(buffersMutex);
   const auto found = buffers.find(handle);
   if (found == buffers.end()) {
-    reason = "no buffer has this handle (any more)";
+    reason = "the handle is unknown or its buffer was withdrawn";
     return false;
   }
   if (bytes > found->second.bytes) {
