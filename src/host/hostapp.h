@@ -87,13 +87,12 @@ ZYLHOST_API bool ZylWriteFile(const std::string& path, std::string_view bytes, s
 // failed allocations.
 ZYLHOST_API void ZylLimitFreeBlocks(size_t bytes);
 
-// A preset of a SoundFont bank: its name of up to 20 characters, and the MIDI numbers that select
-// it.
+// A preset of a SoundFont bank: its name (up to 20 characters) and the MIDI numbers that select it.
 struct ZylPreset {
   std::string name;
   uint16_t bank = 0;
   uint16_t program = 0;
 };
-// Reads the presets of a bank (.sf2, .sf3) in file order. False, and `presets` unchanged, when the
-// file is damaged or of another kind. `path` is UTF-8.
+// Reads the presets of a bank (.sf2, .sf3) in file order. Returns false and leaves `presets`
+// unchanged if the file is damaged or not a bank. `path` is UTF-8.
 ZYLHOST_API bool ZylReadPresets(const std::string& path, std::vector<ZylPreset>& presets);

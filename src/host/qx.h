@@ -55,10 +55,10 @@ ZYLHOST_API void qxSetProfile(const std::string& path);
 ZYLHOST_API int32_t qxGetPrivateProfileLong(const char* section, const char* key,
                                             int32_t defaultValue, const char* file);
 
-// Replaces the file at `path` atomically. `write` gets the path of an empty temporary file, stores the
-// content there and returns whether it succeeded; after the content is on disk, that file replaces
-// `path`. On failure returns false, leaves an existing file unchanged and sets `reason` to one line
-// that names the path, or to an empty string if `write` failed. Paths are UTF-8.
+// Replaces the file at `path` atomically. `write` gets the path of an empty temporary file, stores
+// the content there and returns whether it succeeded; after the content is on disk, that file
+// replaces `path`. On failure returns false, leaves an existing file unchanged and sets `reason` to
+// one line that names the path, or to an empty string if `write` failed. Paths are UTF-8.
 ZYLHOST_API bool qxReplaceFile(const std::string& path,
                                const std::function<bool(const std::string& temporary)>& write,
                                std::string& reason);

@@ -169,7 +169,7 @@ std::string ReadTask(const std::vector<std::string>& words, Task& task) {
 int RunTask(const Task& task, const std::string& module) {
   if (task.kind == Task::kMethods) return ListMethods(task.source);
   ScriptHost script(module);
-  CatchInterrupts();
+  InstallSignalHandlers();
   if (task.kind == Task::kRepl) return RunRepl(script);
   if (task.kind == Task::kRunVerb) return script.RunVerb(task.source, task.arguments);
   return task.kind == Task::kRunFile ? script.RunFile(task.source, task.arguments)

@@ -144,7 +144,8 @@ int NearestNames(lua_State* L) {
   return 1;
 }
 
-// A path that the system would cut at a zero byte is an error.
+// Returns the path at `argument`. Raises a Lua error for a zero byte, at which the system would cut
+// the path.
 const char* CheckPath(lua_State* L, int argument) {
   size_t length = 0;
   const char* path = luaL_checklstring(L, argument, &length);

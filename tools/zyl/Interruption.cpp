@@ -131,15 +131,15 @@ void OpenInterruption(lua_State* L) {
 
 void CloseInterruption() { running = nullptr; }
 
-void CatchInterrupts() {
+void InstallSignalHandlers() {
   scriptThread = pthread_self();
   // Without SA_RESTART, so that the signal interrupts a read from the terminal.
   struct sigaction action = {};
   action.sa_handler = OnInterrupt;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
-  // A write beyond the limit of a file's size then fails like one on a full disk. A handler, since
-  // programs that a script starts would inherit a signal that is ignored.
+  // Makes writes beyond the file size limit fail with an error. An empty handler instead of
+  // SIG_IGN, which child processes would inherit.
   action.sa_handler = [](int) {};
   action.sa_flags = SA_RESTART;
   sigaction(SIGXFSZ, &action, nullptr);
@@ -149,7 +149,7 @@ void ClearInterrupt(lua_State* L) {
   Stop interrupt = Stop::kInterrupt;
   stop.compare_exchange_strong(interrupt, Stop::kNone);
   lua_sethook(L, nullptr, 0, 0);
-  CatchInterrupts();
+  InstallSignalHandlers();
 }
 
 bool WasInterrupted() { return stop == Stop::kInterrupt; }

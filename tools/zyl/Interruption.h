@@ -13,11 +13,11 @@ void OpenInterruption(lua_State* L);
 // Call before closing the Lua state: signals no longer access it.
 void CloseInterruption();
 
-// Installs the SIGINT handler, which stops the script of the state that was opened last. Call on
-// the thread that runs the script.
-void CatchInterrupts();
+// Installs the handlers of SIGINT, which stops the script of the state that was opened last, and of
+// SIGXFSZ, so that writes beyond the file size limit fail. Call on the thread that runs the script.
+void InstallSignalHandlers();
 
-// Clears an interrupt so that scripts can run again, and reinstalls the SIGINT handler. `L` is the
+// Clears an interrupt so that scripts can run again, and reinstalls the handlers. `L` is the
 // main state, with nothing running on it.
 void ClearInterrupt(lua_State* L);
 
