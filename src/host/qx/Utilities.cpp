@@ -158,7 +158,7 @@ bool qxBufferBytes(uint32_t handle, size_t bytes, std::string& out, std::string&
   const std::lock_guard<std::mutex> hold(buffersMutex);
   const auto found = buffers.find(handle);
   if (found == buffers.end()) {
-    reason = "the handle is unknown or its buffer was withdrawn";
+    reason = "no buffer has this handle";
     return false;
   }
   if (bytes > found->second.bytes) {
