@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "akai.h"
+#include "byteOrder.h"
 #include "hostapp.h"
 #include "riff.h"
-#include "riff/ByteOrder.h"
 
 namespace {
 

@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "byteOrder.h"
 #include "export.h"
 
 // The header of a block of list nodes; blocks form a singly linked chain.
@@ -22,31 +24,37 @@ struct ZYLHOST_API qxPlex {
 
 // Writes or reads the fields of a byte image in order, little-endian. Reading past the end returns
 // 0 and makes Good() false. An image to read is not copied.
-class ZYLHOST_API MemInterpreter {
+class MemInterpreter {
  public:
-  MemInterpreter() = default;
-  MemInterpreter(const void* bytes, size_t size);
+  MemInterpreter() : MemInterpreter(nullptr, 0) {}
+  MemInterpreter(const void* bytes, size_t size)
+      : in_(static_cast<const std::byte*>(bytes), size, zyl::ByteOrder::kLittle) {}
 
-  void PrepareWrite(size_t size);
-  void AddDWORD(uint32_t value);
-  void AddWORD(uint16_t value);
-  void AddSHORT(int16_t value);
-  void AddBlock(const void* bytes, size_t size);
-  const std::vector<std::byte>& Image() const { return image_; }
+  void PrepareWrite(size_t size) {
+    out_.block.clear();
+    out_.block.reserve(size);
+  }
+  void AddDWORD(uint32_t value) { out_.U32(value); }
+  void AddWORD(uint16_t value) { out_.U16(value); }
+  void AddSHORT(int16_t value) { out_.U16(static_cast<uint16_t>(value)); }
+  void AddBlock(const void* bytes, size_t size) { out_.Raw(bytes, size); }
+  const std::vector<std::byte>& Image() const { return out_.block; }
 
-  uint32_t GetDWORD();
-  uint16_t GetWORD();
-  int16_t GetSHORT();
-  bool GetBlock(void* bytes, size_t size);
-  size_t Remaining() const { return size_ - position_; }
-  bool Good() const { return good_; }
+  uint32_t GetDWORD() { return in_.U32(); }
+  uint16_t GetWORD() { return in_.U16(); }
+  int16_t GetSHORT() { return in_.I16(); }
+  // Returns false and leaves `bytes` unchanged if fewer than `size` bytes remain.
+  bool GetBlock(void* bytes, size_t size) {
+    const std::byte* raw = in_.Raw(size);
+    if (raw != nullptr && size > 0) std::memcpy(bytes, raw, size);
+    return in_.Good();
+  }
+  size_t Remaining() const { return in_.Left(); }
+  bool Good() const { return in_.Good(); }
 
  private:
-  std::vector<std::byte> image_;
-  const std::byte* read_ = nullptr;
-  size_t size_ = 0;
-  size_t position_ = 0;
-  bool good_ = true;
+  zyl::FieldReader in_;
+  zyl::FieldWriter out_{zyl::ByteOrder::kLittle};
 };
 
 // Reads an integer from the profile, an INI file. A null `file` means the path from qxSetProfile.

@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "SoundOracle.h"
+#include "byteOrder.h"
 #include "riff.h"
-#include "riff/ByteOrder.h"
 
 namespace zyltest {
 

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <mutex>
@@ -23,48 +22,6 @@ void qxPlex::FreeDataChain(qxPlex*& chain) {
     ::operator delete(chain);
     chain = next;
   }
-}
-
-MemInterpreter::MemInterpreter(const void* bytes, size_t size)
-    : read_(static_cast<const std::byte*>(bytes)), size_(size) {}
-
-void MemInterpreter::PrepareWrite(size_t size) {
-  image_.clear();
-  image_.reserve(size);
-}
-void MemInterpreter::AddDWORD(uint32_t value) {
-  for (int shift = 0; shift < 32; shift += 8) image_.push_back(std::byte(value >> shift & 0xFF));
-}
-void MemInterpreter::AddWORD(uint16_t value) {
-  image_.push_back(std::byte(value & 0xFF));
-  image_.push_back(std::byte(value >> 8));
-}
-void MemInterpreter::AddSHORT(int16_t value) { AddWORD(static_cast<uint16_t>(value)); }
-void MemInterpreter::AddBlock(const void* bytes, size_t size) {
-  const auto* first = static_cast<const std::byte*>(bytes);
-  image_.insert(image_.end(), first, first + size);
-}
-
-uint32_t MemInterpreter::GetDWORD() {
-  const uint32_t low = GetWORD();
-  return low | static_cast<uint32_t>(GetWORD()) << 16;
-}
-uint16_t MemInterpreter::GetWORD() {
-  uint8_t pair[2] = {0, 0};
-  GetBlock(pair, 2);
-  return static_cast<uint16_t>(pair[0] | pair[1] << 8);
-}
-int16_t MemInterpreter::GetSHORT() { return static_cast<int16_t>(GetWORD()); }
-
-bool MemInterpreter::GetBlock(void* bytes, size_t size) {
-  if (size > Remaining()) {
-    good_ = false;
-    position_ = size_;
-    return false;
-  }
-  std::memcpy(bytes, read_ + position_, size);
-  position_ += size;
-  return true;
 }
 
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "ByteOrder.h"
+#include "../byteOrder.h"
 
 namespace zyl {
 

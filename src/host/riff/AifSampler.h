@@ -14,8 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "../byteOrder.h"
 #include "../riff.h"
-#include "ByteOrder.h"
 #include "OwnChunk.h"
 #include "SampleAccess.h"
 

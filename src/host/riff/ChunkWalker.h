@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "ByteOrder.h"
+#include "../byteOrder.h"
 #include "ByteSource.h"
 
 namespace zyl {

@@ -4,7 +4,7 @@
 // chunk as consecutive "APPLICATION" metadata blocks with the application ID "riff".
 #pragma once
 
-#include "ByteOrder.h"
+#include "../byteOrder.h"
 #include "ByteSource.h"
 
 namespace zyl {

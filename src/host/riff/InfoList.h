@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ByteOrder.h"
+#include "../byteOrder.h"
 
 namespace zyl {
 

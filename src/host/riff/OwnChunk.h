@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "../byteOrder.h"
 #include "../riff.h"
-#include "ByteOrder.h"
 
 namespace zyl {
 

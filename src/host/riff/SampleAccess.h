@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "../byteOrder.h"
 #include "../riff.h"
-#include "ByteOrder.h"
 
 struct BasicSample::Channel {
   std::unique_ptr<std::byte[]> own;

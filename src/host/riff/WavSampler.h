@@ -11,8 +11,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "../byteOrder.h"
 #include "../riff.h"
-#include "ByteOrder.h"
 #include "SampleAccess.h"
 
 namespace zyl {

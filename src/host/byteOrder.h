@@ -32,6 +32,7 @@ class FieldReader {
   const std::byte* Raw(size_t count) {
     if (count > Left()) {
       good_ = false;
+      place_ = count_;
       return nullptr;
     }
     const std::byte* raw = bytes_ + place_;
