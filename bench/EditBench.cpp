@@ -18,8 +18,8 @@
 #include "Script.h"
 #include "host/akai.h"
 #include "host/hostapp.h"
+#include "host/valueAccess.h"
 #include "sample/CSample.h"
-#include "util/ValueAccess.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 
 #include "Measure.h"
 #include "PlainLoopRule.h"
+#include "host/valueAccess.h"
 #include "sample/LoopSearch.h"
-#include "util/ValueAccess.h"
 
 namespace {
 

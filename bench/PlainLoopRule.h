@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "host/valueAccess.h"
 #include "sample/LoopSearch.h"
-#include "util/ValueAccess.h"
 
 // The rating formula, with an inlined reader for one width.
 template <class Access>

@@ -1,9 +1,8 @@
-// Access to stored sample values: one reader and one writer per width.
+// Access to stored sample values, with a reader and a writer per width.
 //
-// A channel's values lie one after the other as signed little-endian integers of 1, 2, 3 or 4
-// bytes (8-bit values are signed in memory too, whatever their files do). Every path that reads
-// or writes a value, single or in bulk, is made of these functors, so that all widths are
-// understood in one place and the compiler can inline and vectorise the loops around them.
+// A channel is an array of signed little-endian integers of 1, 2, 3 or 4 bytes; 8-bit values are
+// signed in memory even if they are unsigned in files. All code that reads or writes values uses
+// these functors, so that compilers can inline them and vectorise the surrounding loops.
 #pragma once
 
 #include <algorithm>
@@ -16,52 +15,51 @@
 
 namespace zyl {
 
-// Reader and writer of values of `Bytes` bytes. Indexes count values, not bytes; the caller keeps
-// them inside its buffer. No alignment is asked for.
+// Reads and writes values of `Bytes` bytes. Indexes count values, not bytes, and aren't checked.
+// Buffers may be unaligned.
 template <int Bytes>
 requires(Bytes >= 1 && Bytes <= 4) struct ValueAccess {
   static constexpr int bytesPerValue = Bytes;
-  static constexpr std::int32_t highest =
-      static_cast<std::int32_t>((std::int64_t{1} << (8 * Bytes - 1)) - 1);
-  static constexpr std::int32_t lowest = -highest - 1;
+  static constexpr int32_t highest = static_cast<int32_t>((int64_t{1} << (8 * Bytes - 1)) - 1);
+  static constexpr int32_t lowest = -highest - 1;
 
-  static std::int32_t Read(const std::byte* values, std::ptrdiff_t index) noexcept {
+  static int32_t Read(const std::byte* values, ptrdiff_t index) noexcept {
     const std::byte* at = values + index * Bytes;
     if constexpr (Bytes == 1) {
-      return static_cast<std::int8_t>(*at);
+      return static_cast<int8_t>(*at);
     } else if constexpr (Bytes == 2 && isNative) {
-      std::int16_t value;
+      int16_t value;
       std::memcpy(&value, at, 2);
       return value;
     } else if constexpr (Bytes == 4 && isNative) {
-      std::int32_t value;
+      int32_t value;
       std::memcpy(&value, at, 4);
       return value;
     } else {
-      // The value is put together in the top bytes; the shift down then carries its sign.
-      std::uint32_t bits = 0;
+      // Assemble the value in the top bytes; the right shift then extends its sign.
+      uint32_t bits = 0;
       for (int i = 0; i < Bytes; ++i) {
-        bits |= std::to_integer<std::uint32_t>(at[i]) << (8 * (4 - Bytes + i));
+        bits |= std::to_integer<uint32_t>(at[i]) << (8 * (4 - Bytes + i));
       }
-      return static_cast<std::int32_t>(bits) >> (8 * (4 - Bytes));
+      return static_cast<int32_t>(bits) >> (8 * (4 - Bytes));
     }
   }
 
-  // A value beyond the width is held at the width's limits.
-  static void Write(std::byte* values, std::ptrdiff_t index, std::int32_t value) noexcept {
+  // Clamps the value to the range of the width.
+  static void Write(std::byte* values, ptrdiff_t index, int32_t value) noexcept {
     Store(values, index, std::clamp(value, lowest, highest));
   }
 
-  // As Write, for a value that is known to lie within the width.
-  static void Store(std::byte* values, std::ptrdiff_t index, std::int32_t value) noexcept {
+  // Like Write, but the value must be within the range of the width.
+  static void Store(std::byte* values, ptrdiff_t index, int32_t value) noexcept {
     std::byte* at = values + index * Bytes;
     if constexpr (Bytes == 2 && isNative) {
-      const auto narrow = static_cast<std::int16_t>(value);
+      const auto narrow = static_cast<int16_t>(value);
       std::memcpy(at, &narrow, 2);
     } else if constexpr (Bytes == 4 && isNative) {
       std::memcpy(at, &value, 4);
     } else {
-      const auto bits = static_cast<std::uint32_t>(value);
+      const auto bits = static_cast<uint32_t>(value);
       for (int i = 0; i < Bytes; ++i) at[i] = static_cast<std::byte>((bits >> (8 * i)) & 0xFFu);
     }
   }
@@ -74,8 +72,8 @@ constexpr bool IsValueWidth(int bytesPerValue) noexcept {
   return bytesPerValue >= 1 && bytesPerValue <= 4;
 }
 
-// Calls `visit` with the ValueAccess of the width and returns its result: the one place where a
-// width known at run time becomes a type. The width must satisfy IsValueWidth.
+// Calls `visit` with the ValueAccess of a width that is known only at run time, and returns its
+// result. The width must satisfy IsValueWidth.
 template <class Visitor>
 decltype(auto) VisitWidth(int bytesPerValue, Visitor&& visit) {
   assert(IsValueWidth(bytesPerValue));
@@ -91,21 +89,20 @@ decltype(auto) VisitWidth(int bytesPerValue, Visitor&& visit) {
   }
 }
 
-// Copies values into another width: shifted up, or down without their lowest bytes.
+// Converts values to another width: appends zero bytes or drops the lowest bytes.
 inline void ConvertValues(const std::byte* from, int fromBytes, std::byte* to, int toBytes,
-                          std::ptrdiff_t count) noexcept {
+                          ptrdiff_t count) noexcept {
   if (fromBytes == toBytes) {
-    if (count > 0) std::memcpy(to, from, static_cast<std::size_t>(count * toBytes));
+    if (count > 0) std::memcpy(to, from, static_cast<size_t>(count * toBytes));
     return;
   }
   VisitWidth(fromBytes, [&](auto source) {
     VisitWidth(toBytes, [&](auto target) {
       constexpr int shift = 8 * (target.bytesPerValue - source.bytesPerValue);
-      for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const std::int32_t value = source.Read(from, i);
+      for (ptrdiff_t i = 0; i < count; ++i) {
+        const int32_t value = source.Read(from, i);
         if constexpr (shift >= 0) {
-          target.Store(to, i,
-                       static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << shift));
+          target.Store(to, i, static_cast<int32_t>(static_cast<uint32_t>(value) << shift));
         } else {
           target.Store(to, i, value >> -shift);
         }

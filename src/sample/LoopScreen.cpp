@@ -35,7 +35,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "util/ValueAccess.h"
+#include "host/valueAccess.h"
 #include "util/WideVectors.h"
 
 namespace zyl {

@@ -9,8 +9,8 @@
 #include <cmath>
 #include <limits>
 
+#include "host/valueAccess.h"
 #include "sample/LoopScreen.h"
-#include "util/ValueAccess.h"
 
 namespace zyl {
 

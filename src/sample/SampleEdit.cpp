@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <vector>
 
+#include "host/valueAccess.h"
 #include "sample/ValueRanges.h"
-#include "util/ValueAccess.h"
 
 namespace {
 

@@ -21,7 +21,7 @@
 #include <emmintrin.h>
 #endif
 
-#include "util/ValueAccess.h"
+#include "host/valueAccess.h"
 #include "util/WideVectors.h"
 
 namespace zyl {

@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include "util/ValueAccess.h"
+#include "host/valueAccess.h"
 
 namespace {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "../../util/ValueAccess.h"
 #include "../base.h"
 #include "../platform/LargeBlock.h"
 #include "../platform/Platform.h"
 #include "../qx.h"
+#include "../valueAccess.h"
 #include "PageLocks.h"
 
 SampleBlock NewSampleBlock(size_t bytes) {

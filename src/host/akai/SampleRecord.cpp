@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "../../util/ValueAccess.h"
 #include "../akai.h"
 #include "../base.h"
 #include "../qx.h"
+#include "../valueAccess.h"
 #include "ProgramStore.h"
 #include "SampleFile.h"
 
