@@ -1,11 +1,10 @@
-// The images of a program record: packed structs, little-endian, one field for every byte range
-// that is read or written. LIBRARY bytes are not interpreted; every read, copy and write preserves
-// them.
-// "...Reference" fields hold a pointer in the 32-bit layout; the data itself is kept beside the
-// image, so that the image is the same on every machine.
+// Images of program records: packed little-endian structs with a field for every byte range that is
+// read or written. LIBRARY bytes are not interpreted; reads, copies and writes preserve them.
+// "...Reference" fields hold a pointer in the 32-bit layout. They aren't used: the data is stored
+// outside the image, so that images are the same on every machine.
 //
-// Each list gives a record's fields in order: byte offset, type, name. The structs are declared
-// from the lists, and the offsets are checked at compile time.
+// Each list gives the fields of a record in order: byte offset, type, name. The structs are
+// declared from these lists, and the offsets are checked at compile time.
 #pragma once
 
 #include <cstddef>
@@ -210,12 +209,12 @@ ZYL_CHECK_FIELDS(akaiZone, ZYL_ZONE_FIELDS, 24)
 struct akaiKeyGroup {
   ZYL_DECLARE_FIELDS(ZYL_KEYGROUP_FIELDS)
 
-  // The keygroup of a new program: all keys, filter open, all velocities in all four zones.
+  // Resets to the keygroup of a new program: all keys, filter open, four zones with all velocities.
   ZYLHOST_API void setDefault();
 };
 ZYL_CHECK_FIELDS(akaiKeyGroup, ZYL_KEYGROUP_FIELDS, 192)
 
-// The extension of a keygroup; a program has one for each keygroup, in the same order.
+// A keygroup extension. A program has one per keygroup, in the same order.
 #define ZYL_KEYGROUP_EXTENSION_FIELDS(FIELD, ARRAY, LIBRARY) \
   LIBRARY(0, 2) \
   ARRAY(2, uint8_t, SamplePathReference, 16) \

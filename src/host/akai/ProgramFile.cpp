@@ -1,4 +1,5 @@
-// Program files: chunks, little-endian, with a checksum at the end (docs/program-file.md).
+// Reads and writes program files: little-endian chunks, the last one a checksum
+// (docs/program-file.md).
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -30,11 +31,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kMagic[] = "ZYLP";
-constexpr uint16_t kVersion = 1;  // a reader refuses a later one
+constexpr uint16_t kVersion = 1;  // readers reject later versions
 constexpr size_t kChunkHeadBytes = 4 + 4;
 constexpr uint32_t kMaxFileBytes = 1u << 30;
 
-// CRC-32 with the reflected polynomial EDB88320, as in IEEE 802.3.
+// CRC-32 as in IEEE 802.3, with the reflected polynomial 0xEDB88320.
 uint32_t Checksum(const std::byte* bytes, size_t count) {
   static const auto table = [] {
     std::array<uint32_t, 256> made{};
@@ -52,8 +53,8 @@ uint32_t Checksum(const std::byte* bytes, size_t count) {
   return ~sum;
 }
 
-// Where a zone's sample is to be found: as the program names it, relative to the program file, and
-// absolute. Either of the last two may be empty.
+// The path of a zone's sample in three forms: as given in the program, relative to the program
+// file, and absolute. The last two may be empty.
 struct ZonePath {
   uint32_t entry = 0;  // keygroup * 4 + zone
   int32_t channel = 0;
@@ -75,7 +76,7 @@ void AddText(MemInterpreter& image, const std::string& text) {
   image.AddBlock(text.data(), text.size());
 }
 
-// Empty for a path that is too long to lead anywhere.
+// Returns an empty path if `samplePath` exceeds kMaxPathBytes.
 std::string RelativeTo(const std::string& programPath, const std::string& samplePath) {
   if (samplePath.size() > zyl::kMaxPathBytes) return {};
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
@@ -163,7 +164,8 @@ bool WriteProgram(const akaiProgram& program, const std::string& path, int mode)
   return false;
 }
 
-// A file name of a sample's name: no folders, and short enough for every file system.
+// Makes a file name from a sample's name: without path separators and short enough for every file
+// system.
 std::string FileStem(std::string name) {
   constexpr size_t kMaxBytes = 200;
   size_t length = std::min(name.size(), kMaxBytes);
@@ -175,7 +177,7 @@ std::string FileStem(std::string name) {
   return name;
 }
 
-// Whether a program file at `path` would replace the file of one of its zones' samples.
+// Whether writing the program to `path` would replace the file of one of its samples.
 bool IsFileOfOwnSample(const akaiProgram& program, const std::string& path) {
   for (int i = 0; i < kZones * program.AllocatedKeyGroups(); ++i) {
     const char* zonePath = program.keyGroupExtensions[i / kZones].SamplePath(i % kZones);
@@ -187,7 +189,7 @@ bool IsFileOfOwnSample(const akaiProgram& program, const std::string& path) {
   return false;
 }
 
-// A path beside the program file that no file has yet, nor will have after this save.
+// Returns an unused path in the program file's folder, other than the program's own path.
 std::string FreePathBeside(const std::string& programPath, const std::string& name) {
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
   const std::string stem =
@@ -202,8 +204,8 @@ std::string FreePathBeside(const std::string& programPath, const std::string& na
   return path.string();
 }
 
-// Stores the changed samples of a program. One that has no file yet, or that came from a kind of
-// file that is only read, gets a WAVE file beside the program, and its zones its path.
+// Stores the changed samples of a program. Samples without a file, or from a format that can't be
+// written, are stored as WAVE files in the program's folder, and their zones get the new path.
 bool WriteChangedSamples(akaiProgram& program, const std::string& programPath) {
   bool all = true;
   std::set<const zyl::SampleFile*> seen;
@@ -223,8 +225,8 @@ bool WriteChangedSamples(akaiProgram& program, const std::string& programPath) {
     }
     sample->setFilePath(path);
     sample->shared().dirty = false;
-    ZylDiagnostic("the changed sample of keygroup " + std::to_string(i / kZones) + ", zone " +
-                  std::to_string(i % kZones) + " is now stored in " + path);
+    ZylDiagnostic("stored the changed sample of keygroup " + std::to_string(i / kZones) +
+                  ", zone " + std::to_string(i % kZones) + " in " + path);
   }
   return all;
 }
@@ -243,7 +245,7 @@ bool ReadWhole(const std::string& path, std::vector<std::byte>& bytes, std::stri
   }
   bytes.resize(static_cast<size_t>(file.Size()));
   if (file.ReadAt(0, bytes.data(), bytes.size()) != bytes.size()) {
-    reason = "could not be read to its end";
+    reason = "could not be read completely";
     return false;
   }
   return true;
@@ -261,7 +263,7 @@ bool SplitChunks(std::span<const std::byte> bytes, ProgramChunks& chunks, std::s
   char magic[4] = {};
   image.GetBlock(magic, 4);
   if (!image.Good() || std::memcmp(magic, kMagic, 4) != 0) {
-    reason = "is no program file";
+    reason = "is not a program file";
     return false;
   }
   const int version = image.GetWORD();
@@ -289,7 +291,7 @@ bool SplitChunks(std::span<const std::byte> bytes, ProgramChunks& chunks, std::s
     }
     if (std::ranges::find(kKnownChunks, id) != std::end(kKnownChunks)) {
       if (!chunks.known.emplace(id, std::move(data)).second) {
-        reason = "is damaged: its chunk " + std::string(id) + " stands in it twice";
+        reason = "is damaged: its chunk " + std::string(id) + " is duplicated";
         return false;
       }
     } else {
@@ -299,7 +301,7 @@ bool SplitChunks(std::span<const std::byte> bytes, ProgramChunks& chunks, std::s
       chunks.others.push_back(std::move(other));
     }
   }
-  reason = "is damaged: its checksum does not fit";
+  reason = "is damaged: its checksum does not match";
   return false;
 }
 
@@ -325,16 +327,17 @@ bool ReadZonePaths(const std::vector<std::byte>& data, size_t zones, std::vector
   return true;
 }
 
-// Where a sample lies when its folder was moved together with the program; empty for not stored.
+// Resolves the stored relative path against the current folder of the program file; empty if none
+// is stored.
 std::string MovedPath(const ZonePath& zone, const std::string& programPath) {
   if (zone.relative.empty() || zone.relative.size() > zyl::kMaxPathBytes) return {};
   const fs::path folder = fs::path(zyl::AbsolutePath(programPath)).parent_path();
   return (folder / zone.relative).lexically_normal().string();
 }
 
-// The file that a zone means: what lies where it lay relative to the program, then where it lay
-// absolutely. The name the program gave it stays when it leads there.
-std::string FoundPath(const ZonePath& zone, const std::string& moved) {
+// Returns the path of a zone's sample: the file at the relative path, else the file at the absolute
+// path. Returns the given path if neither exists or if it refers to the file found.
+std::string ResolvePath(const ZonePath& zone, const std::string& moved) {
   std::string found = moved;
   if (found.empty() || !zyl::FileExists(found)) {
     const std::string fallback = zone.absolute.empty() ? zone.given : zone.absolute;
@@ -358,7 +361,7 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
       chunk("KGRP").size() != count * sizeof(akaiKeyGroup) ||
       chunk("KEXT").size() != count * sizeof(vendlKeyGroupImage) ||
       !ReadZonePaths(chunk("PATH"), count * kZones, paths)) {
-    reason = "is damaged: its chunks do not fit each other";
+    reason = "is damaged: its chunks are inconsistent";
     return false;
   }
   std::vector<akaiKeyGroup> keygroups(count);
@@ -370,7 +373,7 @@ bool BuildProgram(akaiProgram* program, const ProgramChunks& chunks, std::vector
   }
   akaiProgramHdrImage& header = *program;
   std::memcpy(&header, chunk("HEAD").data(), sizeof(header));
-  program->lockCount = 0;  // of the program that was written, not of this one
+  program->lockCount = 0;  // the stored count belongs to the program that was written
   ProgramStore::Fill(program, std::move(keygroups), std::move(extensions), chunks.others);
   if (organ) {
     program->EnableTolmoChunk();
@@ -385,11 +388,11 @@ void AttachSamples(akaiProgram* program, const std::vector<ZonePath>& paths,
     const int keygroup = static_cast<int>(zone.entry) / kZones;
     const int place = static_cast<int>(zone.entry) % kZones;
     const std::string moved = MovedPath(zone, programPath);
-    const std::string path = FoundPath(zone, moved);
+    const std::string path = ResolvePath(zone, moved);
     if (load) {
       if (program->setSample(path.c_str(), keygroup, place, zone.channel, 0)) continue;
-      ZylDiagnostic(programPath + ": keygroup " + std::to_string(keygroup) + ", zone " +
-                    std::to_string(place) + " is without its sample " + path);
+      ZylDiagnostic(programPath + ": the sample of keygroup " + std::to_string(keygroup) +
+                    ", zone " + std::to_string(place) + " could not be loaded: " + path);
     }
     vendlKeyGroup& extension = program->keyGroupExtensions[keygroup];
     extension.setSamplePath(place, path.c_str(), false);
@@ -404,13 +407,13 @@ namespace zyl {
 
 akaiProgram* ProgramFromImage(std::span<const std::byte> image, const std::string& path,
                               bool loadSamples, std::string& reason) {
-  struct Ender {
+  struct Deleter {
     void operator()(akaiProgram* program) const { deleteAkaiProgram(program); }
   };
   ProgramChunks chunks;
   std::vector<ZonePath> paths;
   if (!SplitChunks(image, chunks, reason)) return nullptr;
-  std::unique_ptr<akaiProgram, Ender> program(ProgramStore::Make());
+  std::unique_ptr<akaiProgram, Deleter> program(ProgramStore::Make());
   if (!BuildProgram(program.get(), chunks, paths, reason)) return nullptr;
   program->SetFileName(path);
   AttachSamples(program.get(), paths, path, loadSamples);
@@ -431,14 +434,14 @@ akaiProgram* readAkaiProgram(int, const char* path, int loadSamples) {
     if (program == nullptr) ZylDiagnostic(programPath + ": " + reason);
     return program;
   } catch (const std::bad_alloc&) {
-    ZylDiagnostic("there is not enough memory to read the program");
+    ZylDiagnostic("not enough memory to read the program");
     return nullptr;
   }
 }
 
 int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
   if (program == nullptr || path == nullptr || *path == '\0') {
-    ZylDiagnostic("the program has no file name to be written to");
+    ZylDiagnostic("cannot write the program: no file name is given");
     return 0;
   }
   try {
@@ -446,11 +449,11 @@ int writeAkaiProgram(akaiProgram* program, int, const char* path, int mode) {
       ZylDiagnostic(std::string(path) + ": is the file of one of the program's samples");
       return 0;
     }
-    // The samples first: they may get new paths, which the program's file must carry.
+    // Samples first: they may get new paths, which the program file must contain.
     const bool samples = (mode & kWriteSamples) == 0 || WriteChangedSamples(*program, path);
     return WriteProgram(*program, path, mode) && samples ? 1 : 0;
   } catch (const std::bad_alloc&) {
-    ZylDiagnostic("there is not enough memory to write the program");
+    ZylDiagnostic("not enough memory to write the program");
     return 0;
   }
 }
@@ -461,7 +464,7 @@ char* createPresetArray(const char* path, int& count) {
   try {
     presets = zyl::ReadPresets(path == nullptr ? "" : path);
   } catch (const std::bad_alloc&) {
-    // Like a file that cannot be read.
+    // Handled like an unreadable file.
   }
   constexpr size_t kEntry = 21;
   if (!presets) return nullptr;

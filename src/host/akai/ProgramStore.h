@@ -1,4 +1,4 @@
-// The programs that are held, and the making and ending of their records.
+// Creates and destroys program records, and lists those in use.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct ProgramStore {
   static int& Uses(akaiProgram* program) { return program->useCount_; }
   static void LockArrays(akaiProgram* program) { program->Lock(); }
   static void UnlockArrays(akaiProgram* program) { program->Unlock(); }
-  // What a program file holds beside the header: fills an empty record, or reads one.
+  // Sets the contents of an empty record that a program file stores outside the header.
   static void Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
                    std::vector<vendlKeyGroup> extensions, std::vector<ListChunk> otherChunks);
   static const std::vector<ListChunk>& OtherChunks(const akaiProgram* program) {
@@ -24,12 +24,13 @@ struct ProgramStore {
 
 namespace zyl {
 
-// All held programs, oldest first.
+// All programs in use, oldest first.
 const std::vector<akaiProgram*>& AllPrograms();
 
-// The bytes of a program file that is to lie at `path`; the samples stay as they are.
+// Makes the contents of a program file to be written to `path`. Doesn't store samples.
 std::vector<std::byte> ProgramImage(const akaiProgram& program, const std::string& path, int mode);
-// The program that these bytes, found at `path`, hold; null with a reason when they are not whole.
+// Reads a program from the contents of the file at `path`. Returns null and sets `reason` if they
+// are damaged.
 akaiProgram* ProgramFromImage(std::span<const std::byte> image, const std::string& path,
                               bool loadSamples, std::string& reason);
 

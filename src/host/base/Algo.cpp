@@ -17,7 +17,7 @@ bool ROCAlgo::isROCAlgo() const { return true; }
 ZylDispatch* ROCAlgo::GetDispatch(bool script) { return script ? dispatch_ : nullptr; }
 
 void ROCAlgo::SetDispatch(ZylDispatch* dispatch) {
-  // The old one leads nowhere any more before it is destroyed: its end may call scripts.
+  // Clear the pointer before destroying the old dispatch: its destructor may call scripts.
   ZylDispatch* old = std::exchange(dispatch_, nullptr);
   if (old != nullptr) old->Destroy();
   dispatch_ = dispatch;

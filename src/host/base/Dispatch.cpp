@@ -9,7 +9,7 @@
 
 namespace {
 
-// FNV-1a, folded to the 16 bits that a table entry keeps.
+// FNV-1a folded to 16 bits, the size of the hash in a table entry.
 uint16_t HashName(std::string_view name) {
   uint32_t hash = 2166136261u;
   for (const char c : name) hash = (hash ^ static_cast<uint8_t>(c)) * 16777619u;
@@ -81,7 +81,7 @@ bool ZylIsKindOf(const ZylDispatch* dispatch, const char* className) {
   const std::string_view wanted = className;
   std::string_view name = dispatch->GetClassName();
   std::string_view base = dispatch->GetBaseClassName();
-  // A registered class names its base; the depth bound ends a circle of registrations.
+  // The bound on depth stops cyclic registrations.
   for (int depth = 0; depth < 32; ++depth) {
     if (name == wanted) return true;
     if (base.empty()) return false;

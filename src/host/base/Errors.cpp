@@ -5,7 +5,7 @@
 
 namespace {
 
-// One error can be pending in each thread: the last one reported, until it is taken.
+// The last error reported on this thread, until ZylTakeError.
 thread_local std::optional<ZylScriptError> pending;
 
 int Report(ZylScriptError error) {

@@ -10,14 +10,14 @@ namespace zyl {
 
 namespace {
 
-constexpr size_t kStep = 32;  // block sizes are its multiples
+constexpr size_t kStep = 32;  // block sizes are multiples of this
 constexpr size_t kSizes = 32;
 #if defined(__SANITIZE_ADDRESS__)
-constexpr size_t kMostBytes = 0;  // so that a use after the end is seen
+constexpr size_t kDefaultMaxBytes = 0;  // so that AddressSanitizer detects use after free
 #else
-constexpr size_t kMostBytes = 8u << 20;
+constexpr size_t kDefaultMaxBytes = 8u << 20;
 #endif
-std::atomic<size_t> mostBytes{kMostBytes};
+std::atomic<size_t> maxBytes{kDefaultMaxBytes};
 
 // Free blocks are linked through their own memory.
 struct Free {
@@ -27,7 +27,7 @@ struct Store {
   Free* first[kSizes];
   size_t bytes;
 };
-// Without a destructor the access costs no check; what a thread keeps at its end is bounded.
+// No destructor, so that access needs no guard check. A thread that ends leaks at most maxBytes.
 #if defined(__GNUC__) && !defined(_WIN32)
 __attribute__((tls_model("initial-exec")))
 #endif
@@ -37,31 +37,31 @@ size_t SizeClass(size_t bytes) { return (bytes + kStep - 1) / kStep; }
 
 }  // namespace
 
-void* TakeBlock(size_t bytes) {
+void* AllocateBlock(size_t bytes) {
   const size_t size = SizeClass(bytes);
   if (size >= kSizes) return ::operator new(bytes);
-  Store& mine = store;
-  Free* taken = mine.first[size];
+  Store& own = store;
+  Free* taken = own.first[size];
   if (taken == nullptr) return ::operator new(size* kStep);
-  mine.first[size] = taken->next;
-  mine.bytes -= size * kStep;
+  own.first[size] = taken->next;
+  own.bytes -= size * kStep;
   return taken;
 }
 
-void GiveBlock(void* block, size_t bytes) noexcept {
+void FreeBlock(void* block, size_t bytes) noexcept {
   const size_t size = SizeClass(bytes);
-  Store& mine = store;
+  Store& own = store;
   if (block == nullptr || size >= kSizes ||
-      mine.bytes + size * kStep > mostBytes.load(std::memory_order_relaxed)) {
+      own.bytes + size * kStep > maxBytes.load(std::memory_order_relaxed)) {
     ::operator delete(block);
     return;
   }
-  mine.first[size] = new (block) Free{mine.first[size]};
-  mine.bytes += size * kStep;
+  own.first[size] = new (block) Free{own.first[size]};
+  own.bytes += size * kStep;
 }
 
 void LimitFreeBlocks(size_t bytes) noexcept {
-  mostBytes = bytes;
+  maxBytes = bytes;
   for (Free*& first : store.first) {
     while (first != nullptr) ::operator delete(std::exchange(first, first->next));
   }

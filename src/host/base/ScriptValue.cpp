@@ -87,8 +87,8 @@ ROCParam& ROCParam::operator=(const ROCParam& other) {
   return *this;
 }
 
-void* ROCParam::operator new(size_t size) { return zyl::TakeBlock(size); }
-void ROCParam::operator delete(void* memory, size_t size) noexcept { zyl::GiveBlock(memory, size); }
+void* ROCParam::operator new(size_t size) { return zyl::AllocateBlock(size); }
+void ROCParam::operator delete(void* memory, size_t size) noexcept { zyl::FreeBlock(memory, size); }
 
 void ROCParam::CopyFrom(const ROCParam& other) {
   type_ = other.type_;

@@ -16,9 +16,9 @@ int32_t ListView::ColumnLeft(int index) const {
   return index < 0 || index >= ColumnCount() ? 0 : lefts_[static_cast<size_t>(index)];
 }
 
-void* ListElement::operator new[](size_t size) { return zyl::TakeBlock(size); }
+void* ListElement::operator new[](size_t size) { return zyl::AllocateBlock(size); }
 void ListElement::operator delete[](void* memory, size_t size) noexcept {
-  zyl::GiveBlock(memory, size);
+  zyl::FreeBlock(memory, size);
 }
 ListElement::~ListElement() { deleteROCParam(objectValue); }
 const char* ListElement::GetTypeName() const { return "ListElement"; }

@@ -18,15 +18,15 @@ const char* GOFill::GetTypeName() const { return "GOFill"; }
 bool GOSolidFill::isSolidColor() const { return true; }
 std::unique_ptr<GOFill> GOSolidFill::Copy() const { return std::make_unique<GOSolidFill>(color); }
 
-void* GOSolidFill::operator new(size_t size) { return zyl::TakeBlock(size); }
+void* GOSolidFill::operator new(size_t size) { return zyl::AllocateBlock(size); }
 void GOSolidFill::operator delete(void* memory, size_t size) noexcept {
-  zyl::GiveBlock(memory, size);
+  zyl::FreeBlock(memory, size);
 }
 
 GOObject::GOObject(std::string_view name) : name_(Intern(name)), templateName_(Intern({})) {}
 
-void* GOObject::operator new(size_t size) { return zyl::TakeBlock(size); }
-void GOObject::operator delete(void* memory, size_t size) noexcept { zyl::GiveBlock(memory, size); }
+void* GOObject::operator new(size_t size) { return zyl::AllocateBlock(size); }
+void GOObject::operator delete(void* memory, size_t size) noexcept { zyl::FreeBlock(memory, size); }
 
 const std::string* GOObject::Intern(std::string_view name) {
   static std::set<std::string, std::less<>> names;
