@@ -1,9 +1,9 @@
-// The host's object framework as a module sees it: script objects and values, argument lists,
-// dispatch by method name, class registration, error reporting, pads.
+// The host's object framework: script objects and values, argument lists, dispatch by method name,
+// class registration, error reporting, pads.
 //
-// Ownership. A ROCParam that holds an object does not own it and never dangles: when the object
-// goes, every value that held it holds a null object. ROCParams and lists hold counted references
-// on their values. All of it belongs to the script thread, but for ROCPad::Send.
+// Ownership. A ROCParam refers to an object weakly: it becomes null when the object is destroyed.
+// ROCParams and lists own counted references to their values. Everything must be used on the script
+// thread, unless noted otherwise.
 #pragma once
 
 #include <atomic>
@@ -41,13 +41,14 @@ enum ZylTypeCode : int {
   kTypeObject = 11,
 };
 
-// What a RIOObject and the values that hold it share: the object's address until it is destroyed.
+// Shared by a RIOObject and the values that refer to it: the object's address, null after its
+// destruction.
 struct RIOAnchor {
   std::atomic<RIOObject*> object;
   std::atomic<int32_t> holders;
 };
 
-// Base of everything that a script value can hold as an object.
+// Base class of all objects that script values can refer to.
 class ZYLHOST_API RIOObject {
  public:
   virtual ~RIOObject();
@@ -57,7 +58,7 @@ class ZYLHOST_API RIOObject {
   virtual bool isROCAlgo() const;
   virtual bool isRODPad() const;
   virtual bool isSolidColor() const;
-  // The object's script-call side (`script` true) or null.
+  // The dispatch for script calls if `script` is true and the object has one; otherwise null.
   virtual ZylDispatch* GetDispatch(bool script);
 
   RIOObject(const RIOObject&) = delete;
@@ -71,7 +72,7 @@ class ZYLHOST_API RIOObject {
   RIOAnchor* anchor_ = nullptr;
 };
 
-// A script value. Data of up to 8 bytes lies inside, longer data behind a pointer.
+// A script value. Stores up to 8 bytes inline and longer data on the heap.
 class ZYLHOST_API ROCParam {
  public:
   ROCParam();  // a null object
@@ -85,7 +86,7 @@ class ZYLHOST_API ROCParam {
   static ROCParam* NewData(const void* bytes, int size);
   ROCParam(const ROCParam& other);
   ROCParam& operator=(const ROCParam& other);
-  // Moving takes the value and leaves another one; it never allocates.
+  // Moving never allocates. The source keeps some valid value.
   ROCParam(ROCParam&& other) noexcept : value_(other.value_), type_(other.type_) {
     other.type_ = kTypeInteger;
   }
@@ -95,14 +96,14 @@ class ZYLHOST_API ROCParam {
     return *this;
   }
   ~ROCParam() {
-    if (HoldsMore()) Clear();
+    if (OwnsMore()) Clear();
   }
-  // Script calls make and free a value or two each: freed ones are kept for the next.
+  // Pooled: each script call creates and frees a value or two.
   static void* operator new(size_t size);
   static void* operator new(size_t, void* place) noexcept { return place; }
   static void operator delete(void* memory, size_t size) noexcept;
 
-  // Same type and same value; objects are the same when they are one object.
+  // Same type and value; objects are compared by identity.
   bool operator==(const ROCParam& other) const;
 
   int Type() const { return type_; }
@@ -110,10 +111,11 @@ class ZYLHOST_API ROCParam {
   bool Bool() const { return value_.boolean; }
   double Double() const { return value_.real; }
   const std::string& Str() const { return *value_.text; }
-  // The object held, or null: also when the object has been destroyed meanwhile.
+  // The object, or null if it has been destroyed.
   RIOObject* Object() const;
 
-  // In-place changes keep the value's type but for SetRIOPtr and SetStr, which set it.
+  // SetInt, SetBool and SetDouble have no effect on values of other types; SetStr and SetRIOPtr
+  // change the type.
   void SetInt(int32_t value) {
     if (type_ == kTypeInteger) value_.integer = value;
   }
@@ -124,35 +126,34 @@ class ZYLHOST_API ROCParam {
     if (type_ == kTypeDouble) value_.real = value;
   }
   void SetStr(std::string_view text);
-  // Of a text alone: exchanges it, without an allocation.
+  // Swaps the text of a string value without allocating; no effect on other types.
   void SwapStr(std::string& text) noexcept {
     if (type_ == kTypeString) value_.text->swap(text);
   }
   void SetRIOPtr(RIOObject* object);
 
-  // Size in bytes: of a byte block its length, of an array 4 for each element.
+  // Size in bytes: for a byte block its length, for an array 4 per element.
   int GetSize() const;
   // Resizes a byte block (new bytes 0) or an array (new elements integer 0) to `bytes`.
   void SetSize(int bytes);
   void SetData(const void* bytes, int size);
-  // Takes the block over, without a copy.
+  // Takes ownership of the block without copying it.
   void TakeData(std::unique_ptr<char[]> bytes, int size);
   std::byte* Data();
   ROCParam& Element(int index);
   int ElementCount() const;
 
-  // A count that has reached its end stays there: the value is then kept for good rather than freed
-  // while it is still held.
+  // A saturated count stays saturated: the value is then leaked rather than freed while in use.
   void AddReference() {
     if (references_ != UINT16_MAX) ++references_;
   }
   int References() const { return references_; }
-  // True when the last reference went and the value must be freed.
+  // Returns true if this was the last reference and the value must be freed.
   bool DropReference() { return references_ != UINT16_MAX && --references_ == 0; }
 
  private:
-  // The value owns something outside itself.
-  bool HoldsMore() const {
+  // Whether the destructor must release memory or a reference.
+  bool OwnsMore() const {
     return type_ != kTypeInteger && type_ != kTypeBool && type_ != kTypeDouble;
   }
   void Clear();
@@ -177,16 +178,16 @@ ZYLHOST_API ROCParam* newROCParam(double value);
 ZYLHOST_API ROCParam* newROCParam(const char* text);
 ZYLHOST_API ROCParam* newROCParam(std::string_view text);
 ZYLHOST_API ROCParam* newROCParam(RIOObject* object);
-// Drops one reference and frees the value with the last one; null is allowed.
+// Drops one reference and frees the value if it was the last; ignores null.
 ZYLHOST_API void deleteROCParam(ROCParam* value);
 struct ROCParamRelease {
   void operator()(ROCParam* value) const { deleteROCParam(value); }
 };
-// Owns one reference on a value.
+// Owns one reference to a value.
 using ROCParamPtr = std::unique_ptr<ROCParam, ROCParamRelease>;
 
-// An argument list: 12 entries inside, more in an overflow part. It holds one reference on each
-// entry and drops it when it is destroyed. An entry may be null (an absent argument).
+// An argument list: 12 entries inline, more on the heap. Owns one reference to each entry. An entry
+// may be null (an absent argument).
 class ZYLHOST_API ROCParams {
  public:
   static constexpr int kInside = 12;
@@ -198,7 +199,7 @@ class ZYLHOST_API ROCParams {
   ROCParams(const ROCParams&) = delete;
   ROCParams& operator=(const ROCParams&) = delete;
 
-  // Takes over one reference of `value`, also when it throws.
+  // Takes ownership of one reference to `value`, even if it throws.
   void AddTail(ROCParam* value) {
     if (count < kInside) {
       entries[count++] = value;
@@ -207,7 +208,7 @@ class ZYLHOST_API ROCParams {
     }
   }
   void AddTail_more(ROCParam* value);
-  // The entry at 0-based `index`; null beyond the count.
+  // The entry at 0-based `index`; null if out of range.
   ROCParam* Entry(int index) const {
     if (index < 0 || index >= count) return nullptr;
     return index < kInside ? entries[index] : (*overflow)[static_cast<size_t>(index - kInside)];
@@ -221,19 +222,19 @@ class ZYLHOST_API ROCParams {
   void Clear();
 };
 
-// A script method of a dispatch: its handler takes the arguments and the place of the result and
-// returns 0 or the status of the reporting function that it called.
+// A script method handler: takes the arguments and the address of the result, and returns 0 or the
+// status of the reporting function that it called.
 using ZylHandler = int (ZylDispatch::*)(ROCParams*, ROCParam**);
 
 struct ZylFuncInfo {
-  const char* name;  // null ends a table
+  const char* name;  // null terminates a table
   ZylHandler handler;
   int flag;
-  uint16_t nextInBucket;  // the host's hash table keeps its chains in these two words
+  uint16_t nextInBucket;  // this and `hash` belong to the host's hash table
   uint16_t hash;
 };
 
-// The script-call side of an object.
+// An object's methods as called by scripts.
 class ZYLHOST_API ZylDispatch {
  public:
   virtual ZylFuncInfo* GetFuncTable() = 0;
@@ -244,9 +245,9 @@ class ZYLHOST_API ZylDispatch {
   virtual const char* GetBaseClassName() const = 0;
   virtual void Destroy() = 0;
   virtual ~ZylDispatch();
-  // Calls the named method when there is one; kNoSuchMethod, and nothing reported, otherwise.
+  // Calls a method by name. Returns kNoSuchMethod, without reporting an error, if it doesn't exist.
   virtual int CallFunctionIndirect(const char* name, ROCParams* arguments, ROCParam** result);
-  // Calls a method that was looked up before.
+  // Calls a method that was looked up earlier.
   virtual int CallFunctionDirect(const ZylFuncInfo& method, ROCParams* arguments,
                                  ROCParam** result);
   virtual bool isTemp() const;
@@ -266,7 +267,7 @@ class ZYLHOST_API ZylDispatch {
   uint32_t hostWord = 0;
 };
 
-// A dispatch whose class lives in a loaded module.
+// A dispatch whose class is implemented in a loaded module.
 class ZYLHOST_API ZylDLLDispatch : public ZylDispatch {
  protected:
   ZylDLLDispatch() = default;
@@ -295,8 +296,8 @@ ZYLHOST_API int ZylNewDllInfoTag(const char* moduleFile, ZylDllRegisterClass* re
 ZYLHOST_API int RegisterRIOObject(const char* typeName, int typeId, int baseNumber,
                                   RIOObject* (*factory)(RIOObject* creator));
 
-// The reporting functions: each makes its failure the pending error of the script call and returns
-// the handler's status, never 0. `position` counts from 1.
+// The reporting functions set the pending error of the script call and return the handler's status,
+// never 0. `position` is 1-based.
 ZYLHOST_API int ZylArgTypeException(ROCParam** result, const char* method, const char* argument,
                                     int expectedType, int position);
 ZYLHOST_API int ZylArgPTypeException(ROCParam** result, const char* method, const char* givenClass,
@@ -306,26 +307,26 @@ ZYLHOST_API int ZylArgValueException(ROCParam** result, const char* method, cons
 ZYLHOST_API int ZylArgUserException(ROCParam** result, const char* method, const char* text,
                                     int position);
 ZYLHOST_API int ZylException(ROCParam** result, const char* text);
-// Adds to the pending error that it is about an index, and how many items there are.
+// Adds the index that was out of range and the number of items to the pending error.
 ZYLHOST_API void ZylErrorIndex(int32_t index, int32_t count);
-// Passes on a status that a called script method returned.
+// Returns the status of a script method that was called by this one.
 ZYLHOST_API int ZylHandleException(int status, ROCParam** result);
 
-// Calls into other script objects: the named method runs when the dispatch has it; 0 = done.
+// Calls a method of another script object if it exists. Returns 0 on success.
 ZYLHOST_API int ZylCallVirtualMethodVoidIfExists(ZylDispatch* dispatch, const char* name,
                                                  ROCParams* arguments);
 ZYLHOST_API int ZylCallVirtualMethodIfExists(ZylDispatch* dispatch, const char* name,
                                              ROCParams* arguments, ROCParam** result);
-// The script methods that a class calls to notify the algorithms registered with its objects.
+// Script methods that notify the algorithms registered with an object.
 inline constexpr char kOnProgramParameterChanged[] = "OnProgramParameterChanged";
 inline constexpr char kOnDeletingPrg[] = "OnDeletingPrg";
 inline constexpr char kOnDeletingSmpl[] = "OnDeletingSmpl";
 inline constexpr const char* kNotifications[] = {kOnProgramParameterChanged, kOnDeletingPrg,
                                                  kOnDeletingSmpl};
-// The dispatch's class is, or derives from, the named one.
+// Whether the dispatch's class is the named one or derives from it.
 ZYLHOST_API bool ZylIsKindOf(const ZylDispatch* dispatch, const char* className);
 
-// An algorithm object. It owns its script dispatch, its pads and its graphic root.
+// An algorithm object. Owns its script dispatch, its pads and its graphic root.
 class ZYLHOST_API ROCAlgo : public RIOObject {
  public:
   explicit ROCAlgo(std::string name = {});
@@ -334,15 +335,15 @@ class ZYLHOST_API ROCAlgo : public RIOObject {
   bool isROCAlgo() const override;
   ZylDispatch* GetDispatch(bool script) override;
 
-  // Takes the dispatch over; one that was there is destroyed.
+  // Takes ownership of the dispatch and destroys the previous one.
   void SetDispatch(ZylDispatch* dispatch);
-  // A named pad of this algorithm that holds `value` (takes over the reference).
+  // Adds a pad with the given value; takes ownership of the reference.
   ROCPad* AddPad(const std::string& padName, ROCParam* value);
   ROCPad* FindPad(std::string_view padName) const;
   const std::string& Name() const { return name_; }
-  // What the algorithm shows in the editor, with the templates for it; null for nothing.
+  // The graphic objects and templates of the algorithm's editor view; null if it has none.
   GOContainer* GraphicRoot() const { return graphicRoot_; }
-  // Takes the root over; one that was there is destroyed.
+  // Takes ownership of the root and destroys the previous one.
   void SetGraphicRoot(GOContainer* root);
 
  private:
@@ -352,7 +353,7 @@ class ZYLHOST_API ROCAlgo : public RIOObject {
   std::vector<ROCPad*> pads_;
 };
 
-// Whoever wants to hear of a pad's sends and of its owner's updates, on the script thread.
+// Receives a pad's sends and its owner's updates, on the script thread.
 class ZYLHOST_API ROCPadListener {
  public:
   virtual ~ROCPadListener();
@@ -370,11 +371,11 @@ class ZYLHOST_API ROCPad : public RIOObject {
   const std::string& Name() const { return name_; }
   ROCAlgo* Owner() const { return owner_; }
   ROCParam* Value() const { return value_; }
-  // Tells the listener of the pad's value: at once on the script thread, through the queue of
-  // ZylPump from any other. The two numbers are the host's and carry no meaning here.
+  // Notifies the listener of the pad's value: synchronously on the script thread, through the queue
+  // of ZylPump from other threads. Both arguments are ignored.
   void Send(int from, int flags);
-  // The owner's update operation for this pad; on the script thread only. Sends that wait for this
-  // pad, and the calls queued before them, are delivered first.
+  // Runs the owner's update for this pad. Delivers queued sends of this pad, and all calls queued
+  // before them, first. Script thread only.
   void UpdateOwner();
   void SetListener(ROCPadListener* listener) { listener_ = listener; }
 
@@ -383,16 +384,16 @@ class ZYLHOST_API ROCPad : public RIOObject {
   ROCAlgo* owner_;
   ROCParam* value_;
   ROCPadListener* listener_ = nullptr;
-  ROCParam self_;  // copied by sends of other threads
+  ROCParam self_;  // copied by sends from other threads
 };
-// The pad of that name of the algorithm that a dispatch belongs to, or null.
+// The named pad of the dispatch's algorithm, or null.
 ZYLHOST_API ROCPad* ZylFindPad(ZylDispatch* dispatch, const char* padName);
 
-// From any thread: on the script thread, when the queue of ZylPump is delivered, a pad that still
-// lives and whose value has the type of `value` takes it and sends.
+// Queues a send: ZylPump sets the pad's value and sends it, unless the pad has been destroyed or
+// its value has another type. Thread-safe.
 ZYLHOST_API void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value);
-// The same for a value that tells how something stands: behind a thousand that wait for the same
-// pad the newest takes the last one's place, so that a queue that nobody delivers stays small.
+// The same for values of which only the latest matters, such as progress: when 1000 sends for the
+// same pad are queued, a new value replaces the last one, so that the queue stays bounded.
 ZYLHOST_API void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value);
 
 // A data pad: an object that leads to a byte value which DSP code reads.
@@ -408,14 +409,14 @@ class ZYLHOST_API RODPad : public RIOObject {
   ROCParam* data_;
 };
 
-// Splits a path: the file name without folder and extension, and the extension without its dot.
-// A leading dot begins a name, not an extension.
+// Splits the file name of a path into its base name and its extension without the dot. A leading
+// dot belongs to the base name.
 class ZYLHOST_API FileString {
  public:
   explicit FileString(std::string_view path);
   const std::string& BaseName() const { return baseName_; }
   const std::string& Extension() const { return extension_; }
-  // Base name and extension as the file is called.
+  // Base name and extension.
   std::string FileName() const;
 
  private:
@@ -423,7 +424,7 @@ class ZYLHOST_API FileString {
   std::string extension_;
 };
 
-// A cursor shape while it lives; 9 is the busy cursor. A host without a screen shows nothing.
+// Shows a cursor shape during its lifetime; 9 is the busy cursor. No effect without a screen.
 class ZYLHOST_API ScreenCursor {
  public:
   explicit ScreenCursor(int shape);
@@ -453,5 +454,5 @@ class ZYLHOST_API ZylThreadGroup {
   zyl::ThreadMembers* members_;
 };
 
-// One line on the host's diagnostic stream.
+// Writes one line to the diagnostic sink. Thread-safe.
 ZYLHOST_API void ZylDiagnostic(std::string_view line);

@@ -14,7 +14,7 @@ struct Range {
   int count;
 };
 
-// Never destroyed: records are given back, and let go, until the process ends.
+// Never destroyed: records may be released during static destruction.
 std::map<uintptr_t, Range>& Ranges() {
   static auto& ranges = *new std::map<uintptr_t, Range>;
   return ranges;
@@ -29,7 +29,7 @@ void HoldResident(const void* address, size_t bytes) noexcept {
     range.bytes = bytes;
     if (++range.count == 1) LockPages(address, bytes);
   } catch (const std::bad_alloc&) {
-    // Like pages that the system refuses to lock: they stay pageable.
+    // Handled like a lock that the system refuses.
   }
 }
 
@@ -45,8 +45,8 @@ void LetGo(const void* address) noexcept {
   if (next != ranges.end() && next->first / page == last) {
     LockPages(reinterpret_cast<const void*>(next->first), next->second.bytes);
   }
-  // Ranges do not overlap, so the one before is the only one that can end in the first page; small
-  // ones before it may lie in that page too.
+  // Lock preceding ranges again that end in the first page. Ranges don't overlap, so the first one
+  // that ends before that page stops the loop.
   while (next != ranges.begin()) {
     --next;
     if ((next->first + next->second.bytes - 1) / page != first) break;

@@ -1,5 +1,5 @@
-// Memory ranges that are kept resident, counted by range. The system locks whole pages and does
-// not count; so when a range is let go, ranges that share its first or last page are locked again.
+// Reference-counted memory locks by address range. The system locks whole pages without counting,
+// so unlocking a range locks other ranges that share its first or last page again.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// The program record: its arrays, its zones' samples, its locks.
+// Program records: their arrays, their zones' samples, their locks.
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -62,8 +62,8 @@ void vendlKeyGroup::TakeSamplePath(int zone, std::string path, bool keepChannel)
   if (!keepChannel) pathChannel[zone] = 0;
 }
 
-// The organ extension's bytes of a keygroup belong to the image, so that there is nothing to make;
-// the first of the library's bytes after them says that they are in use.
+// The image includes the keygroup's organ bytes, so nothing is allocated; the library byte after
+// them marks them as used.
 void vendlKeyGroup::EnableTolmoChunk() { library110[0] = 1; }
 
 akaiProgram::akaiProgram() = default;
@@ -86,7 +86,7 @@ void akaiProgram::Rebind() noexcept {
   keyGroupsByte = static_cast<uint8_t>(std::min(allocated_, 255));
 }
 
-// Pages are unlocked before the arrays may move, and locked again at their new addresses.
+// Call Unlock before the arrays may move, and Lock at their new addresses.
 void akaiProgram::Unlock() noexcept {
   if (lockCount == 0) return;
   zyl::LetGo(this);
@@ -121,7 +121,7 @@ void akaiProgram::PutSample(int index, genericSample* sample) noexcept {
 
 void akaiProgram::SetFileName(std::string_view path) {
   fileName_ = path;
-  // What does not fit is cut between two characters, not inside one.
+  // Truncate at a UTF-8 character boundary.
   size_t length = std::min(path.size(), sizeof(fileName) - 1);
   while (length > 0 && length < path.size() && (path[length] & 0xC0) == 0x80) --length;
   std::memset(fileName, 0, sizeof(fileName));
@@ -189,7 +189,7 @@ void akaiProgram::setDefault() {
   Replace(std::move(next));
 }
 
-// A copy has no file name: with the original's, its first write would overwrite the original.
+// Doesn't copy the file name: the first write of the copy would overwrite the original's file.
 void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
   if (source == this) return;
   Contents next;
@@ -211,14 +211,14 @@ void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
 
 namespace {
 
-// Makes room for some more elements. Doubling keeps the cost of a series of insertions linear.
+// Reserves room for `more` elements. Doubling gives insertions constant amortised cost.
 template <class T>
 void Grow(std::vector<T>& store, size_t more) {
   const size_t needed = store.size() + more;
   if (needed > store.capacity()) store.reserve(std::max(needed, 2 * store.capacity()));
 }
 
-// Inserts where there is room already; nothing here throws.
+// Inserts an element without allocating: Grow has reserved the room.
 template <class T>
 void Insert(std::vector<T>& store, size_t at, T&& value) noexcept {
   store.push_back(std::move(value));
@@ -227,8 +227,8 @@ void Insert(std::vector<T>& store, size_t at, T&& value) noexcept {
 
 }  // namespace
 
-// All memory is reserved before the first array changes. A reservation that fails may have moved
-// another array, so the record's pointers are renewed either way.
+// Reserves all memory before the arrays change. If a reservation fails, an earlier one may have
+// moved its array, so the record's pointers are updated in any case.
 void akaiProgram::ReserveKeyGroup() {
   Unlock();
   const auto renew = [this] {
@@ -311,7 +311,7 @@ void akaiProgram::deleteKeyGroup(int index) {
 
 bool akaiProgram::setSample(const char* path, int keygroup, int zone, int channel, int) {
   if (!Reaches(keygroup, zone)) return false;
-  // `path` may belong to the record that is replaced here.
+  // Copy `path`: it may belong to the record that is replaced here.
   std::string kept = path == nullptr ? "" : path;
   genericSample* sample = loadSample(kept.c_str(), 1, 0, channel);
   PutZone(keygroup, zone, sample, std::move(kept), channel);
@@ -370,7 +370,7 @@ void akaiProgramHdr::EnableTolmoChunk() {
   if (lockCount != 0) zyl::HoldResident(chunk.get(), sizeof(TolmoChunk));
   tolmoChunk = std::move(chunk);
 }
-// Readers of the record see the chunk itself; there is no copy to bring up to date.
+// There is no copy to update: readers of the record access the chunk directly.
 void akaiProgram::updateLockedTolmo() {}
 
 int64_t akaiProgram::RecordMemory() const {
@@ -382,9 +382,9 @@ int64_t akaiProgram::RecordMemory() const {
 
 namespace {
 
-int HeldInt(int64_t bytes) { return static_cast<int>(std::min<int64_t>(bytes, INT32_MAX)); }
+int ClampToInt(int64_t bytes) { return static_cast<int>(std::min<int64_t>(bytes, INT32_MAX)); }
 
-// Memory of the files behind the zones of some programs, each file once.
+// Sums a measure over the sample files of the programs' zones, each file once.
 template <class Measure>
 int64_t SampleMemory(const std::vector<const akaiProgram*>& programs, Measure measure) {
   std::set<const SampleFile*> files;
@@ -406,40 +406,40 @@ std::vector<const akaiProgram*> Programs() {
 
 int akaiProgram::getTotalMem(bool samples) const {
   const int64_t sound = samples ? SampleMemory({this}, &SampleFile::Memory) : 0;
-  return HeldInt(RecordMemory() + sound);
+  return ClampToInt(RecordMemory() + sound);
 }
 
 int akaiProgram::getTotalLockedMem(bool samples) const {
   const int64_t sound = samples ? SampleMemory({this}, &SampleFile::LockedMemory) : 0;
-  return HeldInt((lockCount != 0 ? RecordMemory() : 0) + sound);
+  return ClampToInt((lockCount != 0 ? RecordMemory() : 0) + sound);
 }
 
 int getTotalMem() {
   int64_t sum = SampleMemory(Programs(), &SampleFile::Memory);
   for (const akaiProgram* program : Programs()) sum += program->getTotalMem(false);
-  return HeldInt(sum);
+  return ClampToInt(sum);
 }
 
 int getTotalLockedMem() {
   int64_t sum = SampleMemory(Programs(), &SampleFile::LockedMemory);
   for (const akaiProgram* program : Programs()) sum += program->getTotalLockedMem(false);
-  return HeldInt(sum);
+  return ClampToInt(sum);
 }
 
-// ---- The held programs ----
+// ---- Programs in use ----
 
 namespace {
 
-// Never destroyed: programs are given back until the process ends.
-std::vector<akaiProgram*>& Held() {
-  static auto& held = *new std::vector<akaiProgram*>;
-  return held;
+// Never destroyed: programs may be released during static destruction.
+std::vector<akaiProgram*>& LivePrograms() {
+  static auto& programs = *new std::vector<akaiProgram*>;
+  return programs;
 }
 
 }  // namespace
 
 namespace zyl {
-const std::vector<akaiProgram*>& AllPrograms() { return Held(); }
+const std::vector<akaiProgram*>& AllPrograms() { return LivePrograms(); }
 }  // namespace zyl
 
 akaiProgram* ProgramStore::Make() {
@@ -447,11 +447,11 @@ akaiProgram* ProgramStore::Make() {
     void operator()(akaiProgram* program) const { delete program; }
   };
   std::unique_ptr<akaiProgram, Deleter> program(new akaiProgram);
-  Held().push_back(program.get());
+  LivePrograms().push_back(program.get());
   return program.release();
 }
-void ProgramStore::End(akaiProgram* program) {
-  std::erase(Held(), program);
+void ProgramStore::Destroy(akaiProgram* program) {
+  std::erase(LivePrograms(), program);
   delete program;
 }
 
@@ -473,7 +473,7 @@ akaiProgram* newAkaiProgram() {
 }
 
 void deleteAkaiProgram(akaiProgram* program) {
-  if (program != nullptr && --ProgramStore::Uses(program) == 0) ProgramStore::End(program);
+  if (program != nullptr && --ProgramStore::Uses(program) == 0) ProgramStore::Destroy(program);
 }
 
 void lockAkaiProgram(akaiProgram* program) {
@@ -499,11 +499,11 @@ akaiProgram* findAkaiProgram(int, const char* name) {
   if (name == nullptr || *name == '\0') return nullptr;
   const std::string path = zyl::AbsolutePath(name);
   akaiProgram* found = nullptr;
-  for (akaiProgram* program : Held()) {
+  for (akaiProgram* program : LivePrograms()) {
     const std::string& own = program->GetFileName();
     if (found == nullptr && !own.empty() && zyl::AbsolutePath(own) == path) found = program;
   }
-  for (akaiProgram* program : Held()) {
+  for (akaiProgram* program : LivePrograms()) {
     if (found != nullptr) break;
     const std::string_view own(program->name, strnlen(program->name, sizeof(program->name)));
     if (own == name || FileString(program->GetFileName()).BaseName() == name) found = program;

@@ -10,7 +10,7 @@
 
 struct ProgramStore {
   static akaiProgram* Make();
-  static void End(akaiProgram* program);
+  static void Destroy(akaiProgram* program);
   static int& Uses(akaiProgram* program) { return program->useCount_; }
   static void LockArrays(akaiProgram* program) { program->Lock(); }
   static void UnlockArrays(akaiProgram* program) { program->Unlock(); }

@@ -19,7 +19,7 @@ SampleBlock NewSampleBlock(size_t bytes) {
 namespace zyl {
 namespace {
 
-// Never destroyed: a module that is unloaded at the end of the process still gives records back.
+// Never destroyed: a module may release records during static destruction.
 std::vector<SampleFile*>& Files() {
   static auto& files = *new std::vector<SampleFile*>;
   return files;
@@ -45,7 +45,7 @@ SampleFile::SampleFile() : sourceId_(++lastSourceId) { Files().push_back(this); 
 SampleFile::SampleFile(genericSample* first) : SampleFile() {
   blocks_.resize(1);
   locks_.resize(1, 0);
-  // Last: whatever is listed is deleted with the file, and a failure must not delete the caller's.
+  // Last: the destructor deletes listed records, but must not delete the caller's on an exception.
   mains_.push_back(first);
   first->file_ = this;
   Link();
@@ -92,8 +92,8 @@ void SampleFile::Create(genericSample* first, int type, int channels) {
   type_ = type;
   SetChannelCount(count);
   if (count > 1 && first->channel == 0) {
-    // The record stands for the whole; the first channel gets a record of its own.
-    StandFor(first, -1);
+    // The record represents the whole sample; the first channel gets a new record.
+    AssignChannel(first, -1);
   }
 }
 
@@ -140,8 +140,8 @@ void SampleFile::Link() noexcept {
   for (genericSample* record : others_) RenewRecord(record);
 }
 
-// A record that stands for a channel has that channel's neighbours, so that a walk from any record
-// to the first and on to the last meets every channel once; the whole sample takes the first place.
+// Links every record to its channel's neighbours, so that iterating from any record visits every
+// channel once. The record of the whole sample has the links of the first channel.
 void SampleFile::RenewRecord(genericSample* record) const noexcept {
   const auto place = static_cast<size_t>(std::max(record->channel, 0));
   record->prevChannel = place > 0 ? mains_[place - 1] : nullptr;
@@ -194,7 +194,7 @@ bool SampleFile::SetChannelCount(int count) {
     delete record;
     return true;
   });
-  // A locked whole sample holds the channels that there are: it lets go, and holds the new ones.
+  // Locks of the whole sample apply to all channels: unlock the old ones, then lock the new ones.
   for (const genericSample* record : others_) {
     if (record->channel < 0) LockChannels(*record, -record->lockCount_);
   }
@@ -218,7 +218,7 @@ bool SampleFile::SetChannelCount(int count) {
   return true;
 }
 
-void SampleFile::StandFor(genericSample* record, int channel) {
+void SampleFile::AssignChannel(genericSample* record, int channel) {
   if (record->channel == channel) return;
   const auto main = std::find(mains_.begin(), mains_.end(), record);
   OwnedRecord successor;
@@ -244,7 +244,7 @@ void SampleFile::DropUse(genericSample* record) {
     --record->useCount;
     return;
   }
-  // Whoever is told may still look at the record, so its last use counts until then.
+  // Dispatchers may still access the record, so keep its last use until they have returned.
   if (g_pInfoDispatcher != nullptr) g_pInfoDispatcher->OnSampleDeleting(record);
   record->useCount = 0;
   while (record->lockCount_ > 0) unlockSample(record);
@@ -263,13 +263,12 @@ void SampleFile::SetPath(std::string path) {
   Link();
 }
 
-// The lowest number that no other file of this name has: of two files that are called alike in
-// different folders, the one that came later is the second.
+// The lowest number that isn't used by another file of the same name, from a different folder.
 int SampleFile::FreeCopyNumber(const std::string& fileName, const std::string& absolutePath) const {
   if (fileName.empty()) return 1;
   std::vector<int> taken;
   for (const SampleFile* file : Files()) {
-    // A newer reading of a file takes its number over.
+    // A newer reading of the same file reuses its number.
     const bool other = file != this && !file->hidden && file->absolutePath_ != absolutePath;
     if (other && file->fileName_ == fileName) taken.push_back(file->copyNumber_);
   }
@@ -311,7 +310,7 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
   blocks.resize(blocks_.size());
   const size_t newBytes = static_cast<size_t>(positions) * static_cast<size_t>(bytesPerValue);
   const bool fits = bytesPerValue == BytesPerValue() && positions == parameters.frameCount;
-  // All that needs memory is made before anything is changed: without it the sound stays whole.
+  // Allocate everything before changing anything.
   for (size_t c = 0; c < blocks_.size(); ++c) {
     if (positions == 0) {
       blocks[c].reset();
@@ -337,7 +336,7 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
 }
 
 void SampleFile::SetBits(int bits) {
-  if (bits < 1 || bits > 32) return;  // nothing that sound could be kept in
+  if (bits < 1 || bits > 32) return;
   const int bytesPerValue = (bits + 7) / 8;
   const int unusedBits = 8 * bytesPerValue - bits;
   std::vector<SampleBlock> masked;
@@ -359,7 +358,7 @@ void SampleFile::SetBits(int bits) {
   parameters.bits = static_cast<uint16_t>(bits);
 }
 
-void SampleFile::HoldLock(genericSample* record, int step) noexcept {
+void SampleFile::CountLock(genericSample* record, int step) noexcept {
   record->lockCount_ += step;
   LockChannels(*record, step);
 }

@@ -1,9 +1,9 @@
-// What the records of one sample file share: the sound of its channels, the parameters, the pitch
-// track, and the file object whose unknown chunks a later write keeps.
+// State shared by the records of one sample file: the sound data, the parameters, the pitch track,
+// and the file object whose unknown chunks a later write preserves.
 //
-// It owns its records. There is one main record for each channel, linked in channel order, the
-// record of the whole sample, and any further records that were made to stand for a channel. A
-// record that nobody uses stays until the file goes, which is when no record of it is used.
+// Owns its records: one main record per channel, linked in channel order, the record of the whole
+// sample, and additional records that were assigned to a channel. Unused records are kept until the
+// file is destroyed, which happens when none of its records is used any more.
 #pragma once
 
 #include <memory>
@@ -15,21 +15,21 @@
 
 namespace zyl {
 
-// Whether the name's extension is of a kind of sample file that can be written.
+// Whether the extension of the path is that of a sample format that can be written.
 bool CanStoreAs(const std::string& path);
 
 class SampleFile {
  public:
-  // A file of which `first` is the only record, standing for its one empty channel.
+  // Creates a file whose only record `first` represents its one empty channel.
   explicit SampleFile(genericSample* first);
   ~SampleFile();
   SampleFile(const SampleFile&) = delete;
   SampleFile& operator=(const SampleFile&) = delete;
 
   static SampleFile* Of(const genericSample* sample) { return sample->file_; }
-  // A new file around the contents of a file object, with no record used yet.
+  // Creates a file from a file object. None of its records is used yet.
   static SampleFile* Make(std::unique_ptr<BasicSample> file, const std::string& path);
-  // The file loaded from `path`, null when there is none.
+  // The file loaded from `path`, or null.
   static SampleFile* Find(const std::string& path);
   // All files, oldest first.
   static const std::vector<SampleFile*>& All();
@@ -37,24 +37,24 @@ class SampleFile {
   void Create(genericSample* first, int type, int channels);
   void Adopt(std::unique_ptr<BasicSample> file);
 
-  // The record of a channel, -1 for the whole sample; null when there is no such channel.
+  // The record of a channel, -1 for the whole sample; null if the channel doesn't exist.
   genericSample* Record(int channel);
   int ChannelCount() const { return static_cast<int>(mains_.size()); }
   bool SetChannelCount(int count);
-  void StandFor(genericSample* record, int channel);
+  void AssignChannel(genericSample* record, int channel);
   // Gives one use back; the file and the record may be gone afterwards.
   void DropUse(genericSample* record);
   bool IsUsed() const;
 
   const std::string& Path() const { return path_; }
-  // Changes of path, name and channels either happen whole or throw and change nothing.
+  // Changes of path, name and channels have the strong exception guarantee.
   void SetPath(std::string path);
   void SetName(std::string name);
   const std::string& Name() const { return name_; }
   bool HasTitle() const { return titled_; }
-  // Takes the path from all records: the file was replaced by a newer reading of it.
+  // Clears the path of all records because a newer reading of the file replaces this one.
   void ForgetPath() noexcept;
-  // Out of Find's sight: a reading of a header alone, or one that is not finished.
+  // Find ignores the file: only its header was read, or its reading isn't complete.
   bool hidden = false;
 
   int BytesPerValue() const { return (parameters.bits + 7) / 8; }
@@ -68,13 +68,13 @@ class SampleFile {
   void SetBits(int bits);
 
   // Counts one lock of the record up (+1) or down (-1).
-  void HoldLock(genericSample* record, int step) noexcept;
+  void CountLock(genericSample* record, int step) noexcept;
   int64_t Memory() const;
   int64_t LockedMemory() const;
 
-  // Lends sound and parameters to the file object that is to be written to `path`, calls `write`
-  // and takes them back; the object that the file was read from, where the kind fits. False with
-  // one line that names the path.
+  // Writes the file to `path`, through the file object that was read if it has the format of
+  // `path`, so that unknown chunks are preserved. On failure returns false and sets `reason` to one
+  // line with the path.
   bool WriteTo(const std::string& path, int channelMask, std::string& reason);
   void CopyParametersTo(BasicSample& file) const;
 

@@ -1,4 +1,4 @@
-// Sample files: finding, loading, reloading, locking and storing them.
+// Finds, loads, reloads, locks and stores sample files.
 #include <algorithm>
 #include <cctype>
 #include <memory>
@@ -58,7 +58,7 @@ int getTypeFromExtension(const char* extension) {
 genericSample* loadSample(const char* path, int data, int, int channel) {
   if (path == nullptr || *path == '\0') return nullptr;
   SampleFile* file = SampleFile::Find(path);
-  std::unique_ptr<SampleFile> read;  // kept when a record of it is used
+  std::unique_ptr<SampleFile> read;  // released once a record is used
   if (file == nullptr) {
     read.reset(ReadFromDisk(path, data != 0));
     if (read == nullptr) return nullptr;
@@ -67,7 +67,7 @@ genericSample* loadSample(const char* path, int data, int, int channel) {
   }
   genericSample* record = file->Record(channel);
   if (record == nullptr) {
-    ZylDiagnostic(std::string(path) + ": has no channel " + std::to_string(channel));
+    ZylDiagnostic(std::string(path) + ": there is no channel " + std::to_string(channel));
     return nullptr;
   }
   static_cast<void>(read.release());
@@ -148,7 +148,7 @@ void dropUnusedSample(const char* path) {
 int lockSample(genericSample* sample) {
   ++sample->lockValue;
   sample->memLocked = 1;
-  SampleFile::Of(sample)->HoldLock(sample, +1);
+  SampleFile::Of(sample)->CountLock(sample, +1);
   return sample->lockValue;
 }
 
@@ -156,7 +156,7 @@ void unlockSample(genericSample* sample) {
   if (sample->lockValue == 0) return;
   --sample->lockValue;
   sample->memLocked = sample->lockValue != 0 ? 1 : 0;
-  SampleFile::Of(sample)->HoldLock(sample, -1);
+  SampleFile::Of(sample)->CountLock(sample, -1);
 }
 
 bool writeSample(genericSample* sample, const char* path, int channelMask) {
@@ -172,7 +172,7 @@ bool writeSample(genericSample* sample, const char* path, int channelMask) {
     }
     ZylDiagnostic(reason);
   } catch (const std::bad_alloc&) {
-    ZylDiagnostic("there is not enough memory to store the sample");
+    ZylDiagnostic("not enough memory to store the sample");
   }
   return false;
 }
@@ -203,12 +203,12 @@ void SampleFile::CopyParametersTo(BasicSample& file) const {
 bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& reason) {
   const Container kind = ContainerFor(path);
   if (kind == Container::kNone) {
-    reason = path + ": samples are stored as .wav or .aif";
+    reason = path + ": samples can only be stored as .wav or .aif";
     return false;
   }
   std::unique_ptr<BasicSample> made;
   BasicSample* file = container_.get();
-  // A file of the other kind than its name says stays what it is under its own name.
+  // A file whose format doesn't match its extension keeps its format when stored to its own path.
   const bool ownName = file != nullptr && AbsolutePath(path) == absolutePath_;
   std::vector<unsigned> selected;
   for (unsigned c = 0; c < blocks_.size(); ++c) {
@@ -233,10 +233,10 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
   CopyParametersTo(*file);
   file->SetName(titled_ ? name_.c_str() : "");
   file->SetChannelCount(static_cast<unsigned>(selected.size()));
-  // The file object must not keep what it was lent, however this ends.
+  // Remove the lent buffers from the file object on every exit path.
   const std::unique_ptr<BasicSample, void (*)(BasicSample*)> lent(
       file, [](BasicSample* borrower) { borrower->DetachLinBuffers(); });
-  std::byte empty[1];  // an empty sample has no blocks, but its file has channels
+  std::byte empty[1];  // channels of an empty sample have no blocks
   for (unsigned i = 0; i < selected.size(); ++i) {
     std::byte* block = blocks_[selected[i]].get();
     file->SetLinBuffer(parameters.frameCount == 0 ? empty : block,
@@ -244,7 +244,7 @@ bool SampleFile::WriteTo(const std::string& path, int channelMask, std::string& 
                        static_cast<unsigned>(parameters.frameCount), i);
   }
   if (!file->CreateInterleavedBuffer() || !file->IsValid()) {
-    reason = path + ": the sample does not fit into a file of this kind";
+    reason = path + ": the sample is too large for this file format";
     return false;
   }
   RiffFile target(path, file->FormatFlag());

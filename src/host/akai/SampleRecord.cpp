@@ -33,7 +33,8 @@ genericSample* genericSample::createChannelRef(int channelIndex) {
   return record;
 }
 
-// A zone's path is where the next read of its program looks for this sound.
+// Also updates the paths of all zones with this sample, where the next read of a program looks for
+// it.
 void genericSample::setFilePath(std::string_view path) {
   struct Zone {
     vendlKeyGroup* extension;
@@ -63,7 +64,7 @@ bool genericSample::setChannelCount(int count) { return file_->SetChannelCount(c
 
 bool genericSample::setChannel(int channelIndex) {
   if (channelIndex < 0 || channelIndex >= getChannelCount()) return false;
-  file_->StandFor(this, channelIndex);
+  file_->AssignChannel(this, channelIndex);
   return true;
 }
 
@@ -129,9 +130,9 @@ genericSample::SetMethod genericSample::GetBufferSetMethod(int) const {
 
 void genericSample::setWavSample(BasicSample* file, unsigned) {
   std::unique_ptr<BasicSample> owned(file);
-  file->CreateLinBuffers(kMaxChannels);  // lent or missing sound becomes the object's own
+  file->CreateLinBuffers(kMaxChannels);  // so that Adopt can take ownership of every buffer
   file_->Adopt(std::move(owned));
-  if (channel == 0 && getChannelCount() > 1) file_->StandFor(this, -1);
+  if (channel == 0 && getChannelCount() > 1) file_->AssignChannel(this, -1);
 }
 void genericSample::writeValuesToWav(WavSample* file) const { file_->CopyParametersTo(*file); }
 void genericSample::writeValuesToAif(AifSample* file) const { file_->CopyParametersTo(*file); }
@@ -146,7 +147,7 @@ void genericSample::setPitchData(std::vector<float> track) {
     const std::lock_guard<std::mutex> hold(file_->pitchMutex);
     file_->pitchTrack.swap(kept);
   }
-  // The handle dies before the track that it stands for does.
+  // Invalidate the handle before freeing the track.
   if (kept != nullptr) qxWithdrawBuffer(kept->data());
 }
 
@@ -155,7 +156,7 @@ int32_t genericSample::PitchTrackHandle(int32_t& handle) const {
   handle = 0;
   if (track == nullptr) return 0;
   handle = qxBufferHandle(track->data(), track->size() * sizeof(float));
-  // A worker may have replaced the track meanwhile, and would not know of this handle.
+  // If a worker has replaced the track, it couldn't withdraw this handle.
   if (pitchTrack() != track) qxWithdrawBuffer(track->data());
   return static_cast<int32_t>(track->size());
 }

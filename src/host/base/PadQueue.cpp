@@ -1,4 +1,4 @@
-// Sends of pads, and the queue that carries those of other threads to the script thread.
+// Pad sends, and the queue that transfers calls from other threads to the script thread.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -17,7 +17,7 @@
 
 namespace {
 
-// A call that waits for the script thread. The numbers of the queue's entries ascend.
+// A call to be made on the script thread. Numbers ascend in the queue.
 struct QueuedCall {
   uint64_t number;
   ROCParam pad;  // the pad that the call sends on, or a null object
@@ -58,11 +58,11 @@ int DeliverUpTo(uint64_t number) {
   }
 }
 
-// The number of the last call that waits to send on the pad; 0 when none does.
+// The number of the pad's last queued send; 0 if there is none.
 uint64_t LastNumberOf(const ROCPad* pad) {
   const std::lock_guard<std::mutex> hold(queueMutex);
-  const auto own = std::find_if(queue.rbegin(), queue.rend(), [&](const QueuedCall& waiting) {
-    return waiting.pad.Object() == pad;
+  const auto own = std::find_if(queue.rbegin(), queue.rend(), [&](const QueuedCall& queued) {
+    return queued.pad.Object() == pad;
   });
   return own == queue.rend() ? 0 : own->number;
 }
@@ -82,7 +82,7 @@ void ROCPad::Send(int, int) {
     return;
   }
   Post(self_, [self = self_, value = *value_] {
-    // Only a ROCPad puts its own object into self_, and a destroyed one reads as null.
+    // The cast is safe: self_ refers to a ROCPad or, after its destruction, is null.
     auto* pad = static_cast<ROCPad*>(self.Object());
     if (pad != nullptr && pad->listener_ != nullptr) pad->listener_->OnSend(*pad, value);
   });
@@ -90,15 +90,15 @@ void ROCPad::Send(int, int) {
 
 namespace {
 
-// The states of one pad that wait to be sent.
-struct WaitingStates {
+// The queued states of one pad.
+struct QueuedStates {
   ROCParam pad;
   int count = 0;
   std::shared_ptr<ROCParam> newest;
 };
-constexpr int kMostWaitingStates = 1000;
+constexpr int kMaxQueuedStates = 1000;
 std::mutex statesMutex;
-std::vector<WaitingStates> states;  // of the pads that live and have any
+std::vector<QueuedStates> states;  // one entry per live pad with queued states
 
 void SendNow(const ROCParam& pad, const ROCParam& value) {
   auto* target = dynamic_cast<ROCPad*>(pad.Object());
@@ -110,7 +110,7 @@ void SendNow(const ROCParam& pad, const ROCParam& value) {
 }  // namespace
 
 void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
-  if (pad.Object() == nullptr) return;  // nobody listens: the queue is not filled for nothing
+  if (pad.Object() == nullptr) return;
   Post(pad, [pad, value] { SendNow(pad, value); });
 }
 
@@ -119,9 +119,9 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
   const auto newest = std::make_shared<ROCParam>(value);
   {
     const std::lock_guard<std::mutex> hold(statesMutex);
-    auto own = std::ranges::find(states, pad, &WaitingStates::pad);
+    auto own = std::ranges::find(states, pad, &QueuedStates::pad);
     if (own == states.end()) own = states.insert(states.end(), {pad, 0, nullptr});
-    if (own->count == kMostWaitingStates) {
+    if (own->count == kMaxQueuedStates) {
       *own->newest = value;
       return;
     }
@@ -132,8 +132,8 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
     ROCParam sent;
     {
       const std::lock_guard<std::mutex> hold(statesMutex);
-      std::erase_if(states, [&](WaitingStates& waiting) {
-        return waiting.pad.Object() == nullptr || (waiting.pad == pad && --waiting.count == 0);
+      std::erase_if(states, [&](QueuedStates& queued) {
+        return queued.pad.Object() == nullptr || (queued.pad == pad && --queued.count == 0);
       });
       sent = *newest;
     }
@@ -143,7 +143,7 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
 
 void ROCPad::UpdateOwner() {
   if (const uint64_t last = LastNumberOf(this); last != 0) {
-    // The sends set the pad's value, and their callbacks may delete the pad.
+    // Delivered sends change the pad's value, and their callbacks may delete the pad.
     const ROCParam self(self_);
     const ROCParam updated(*value_);
     DeliverUpTo(last);
@@ -163,7 +163,7 @@ int ZylPump(double seconds) {
   {
     std::unique_lock<std::mutex> hold(queueMutex);
     if (queue.empty() && seconds > 0) {
-      // A day bounds what the clock's arithmetic must hold.
+      // Limited to a day to prevent overflow in clock arithmetic.
       const auto limit = std::chrono::duration<double>(std::min(seconds, 86400.0));
       queueFilled.wait_for(hold, limit, [] { return !queue.empty(); });
     }
@@ -180,7 +180,7 @@ void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink) {
 void ZylDiagnostic(std::string_view line) {
   std::function<void(std::string_view)> sink;
   {
-    // A sink may have something to say itself, so it is called without the lock.
+    // Call the sink without the lock: it may write diagnostics itself.
     const std::lock_guard<std::mutex> hold(sinkMutex);
     sink = diagnosticSink;
   }

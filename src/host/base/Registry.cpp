@@ -20,7 +20,7 @@ struct Registered {
 };
 
 std::vector<Registered>& All() {
-  // Never destroyed: a module may be unloaded at the very end of the process.
+  // Never destroyed: a module may be unloaded during static destruction.
   static auto& all = *new std::vector<Registered>;
   return all;
 }
@@ -60,7 +60,7 @@ int RegisterRIOObject(const char* typeName, int typeId, int, RIOObject* (*)(RIOO
 
 std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string& reason) {
   ZylSetScriptThread();
-  // The object comes first: its address is the module's identity while the library registers.
+  // Create the object first: its address identifies the module during registration.
   std::unique_ptr<ZylModule> module(new ZylModule(nullptr));
   zyl::BeginModule(module.get());
   module->library_ = zyl::LoadLibraryFile(path, reason);

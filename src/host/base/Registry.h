@@ -9,7 +9,7 @@ namespace zyl {
 
 const ZylDllRegisterClass* FindClass(std::string_view className);
 
-// What is registered between the two calls belongs to `module`, and goes with it.
+// Attributes registrations to `module` until the next call; null ends this.
 void BeginModule(const void* module);
 const void* LoadingModule();
 void ForgetModule(const void* module);

@@ -18,7 +18,7 @@ bool RIOObject::isRODPad() const { return false; }
 bool RIOObject::isSolidColor() const { return false; }
 ZylDispatch* RIOObject::GetDispatch(bool) { return nullptr; }
 
-// The bytes of a data value, in a block that another owner may have made.
+// The bytes of a data value. TakeData may set a block that its caller allocated.
 struct ROCParam::ByteBlock {
   ByteBlock(const void* from, size_t count) : size(count) {
     if (count == 0) return;
@@ -81,7 +81,7 @@ ROCParam::ROCParam(const ROCParam& other) { CopyFrom(other); }
 
 ROCParam& ROCParam::operator=(const ROCParam& other) {
   if (this != &other) {
-    // The copy comes first: `other` may be an element of this value's own array.
+    // Copy first: `other` may be an element of this value's array.
     *this = ROCParam(other);
   }
   return *this;
