@@ -190,11 +190,37 @@ ZYLHOST_API genericSample* findSampleFN(const char* path, int reserved, int chan
 // Doesn't add a use.
 ZYLHOST_API genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program,
                                              int channel);
-// Reads a loaded file anew: zones get the new records, replaced ones lose their filePath. False
-// when the file cannot be read; nothing has changed then.
-ZYLHOST_API bool reloadSample(const char* path);
-// Ends what was loaded from `path` when nobody has taken a use of it since.
-ZYLHOST_API void dropUnusedSample(const char* path);
+namespace zyl {
+// A new reading of a loaded sample file. Making it and asking it for records may throw and change
+// nothing; Commit puts it in place and does not throw. A reading of which no record is used in the
+// end is deleted.
+class ZYLHOST_API FileReload {
+ public:
+  // Reads the file that is loaded from `path`.
+  explicit FileReload(const char* path);
+  FileReload(const FileReload&) = delete;
+  FileReload& operator=(const FileReload&) = delete;
+
+  // Whether Commit replaces the record's file.
+  bool Replaces(const genericSample& sample) const;
+  // The record of a channel (-1: the whole sample) that findSampleFN finds after Commit, with one
+  // more use; null when there is none.
+  SampleUse Record(int channel) const;
+  // Zones get the new records; replaced records lose their filePath. Without a new reading nothing
+  // changes.
+  void Commit() noexcept;
+
+ private:
+  struct Zone {
+    akaiProgram* program;
+    genericSample** place;
+    SampleUse record;
+  };
+  SampleUse loaded_;  // a record of the file that is loaded; null without one
+  SampleUse fresh_;   // a record of the new reading; null without one
+  std::vector<Zone> zones_;
+};
+}  // namespace zyl
 // Keeps the record's sound resident; returns the new lock value, never 0.
 ZYLHOST_API int lockSample(genericSample* sample);
 ZYLHOST_API void unlockSample(genericSample* sample);

@@ -163,9 +163,8 @@ bool LockZone(ZylSProgram&, LoadedProgram program, OneKeyGroup keygroup, OneZone
 }
 
 void SampleReload(ZylSProgram& object, PathArg<"SamplePath"> path) {
-  reloadSample(path.Text());
-  object.sampleObjects.RebindAfterReload(path.Text());
-  dropUnusedSample(path.Text());
+  zyl::FileReload reload(path.Text());
+  object.sampleObjects.RebindAfterReload(reload);
 }
 
 int32_t SampleGetRefCount(ZylSProgram&, SampleArg sample) { return sample->useCount; }

@@ -1,6 +1,8 @@
 #include "sample/SampleList.h"
 
 #include <cstring>
+#include <utility>
+#include <vector>
 
 void SampleList::AddIfAbsent(CSample* object) {
   if (Find(object) == nullptr) AddTail(object);
@@ -60,14 +62,18 @@ void SampleList::PurgeUnshared() {
   }
 }
 
-void SampleList::RebindAfterReload(const char* path) {
-  for (Node* node = Head(); node != nullptr; node = node->next) {
-    genericSample* old = node->item->sample;
-    if (old == nullptr || old->filePath != nullptr) continue;
-    genericSample* record = findSampleFN(path, 0, old->channel);
-    if (record == nullptr) continue;
-    old->deleteSample();
-    ++record->useCount;
-    node->item->sample = record;
+void SampleList::RebindAfterReload(zyl::FileReload& reload) {
+  std::vector<std::pair<CSample*, zyl::SampleUse>> rebound;
+  for (const Node* node = Head(); node != nullptr; node = node->next) {
+    const genericSample* old = node->item->sample;
+    if (old == nullptr || (old->filePath != nullptr && !reload.Replaces(*old))) continue;
+    zyl::SampleUse record = reload.Record(old->channel);
+    if (record != nullptr) rebound.emplace_back(node->item, std::move(record));
+  }
+  reload.Commit();
+  for (auto& [object, record] : rebound) {
+    genericSample* old = object->sample;
+    object->sample = record.release();
+    record.reset(old);
   }
 }

@@ -26,6 +26,7 @@ class SampleList : private PlexList<CSample*> {
   void DeleteAll();
   // Destroys the objects without record, and those whose record nobody else uses.
   void PurgeUnshared();
-  // Gives the objects whose records were replaced by a new reading of `path` the new records.
-  void RebindAfterReload(const char* path);
+  // Commits the reload and gives the objects whose records have no path then the file's new
+  // records. Throws before anything has changed.
+  void RebindAfterReload(zyl::FileReload& reload);
 };

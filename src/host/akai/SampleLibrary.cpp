@@ -79,47 +79,62 @@ genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program, int
   return found;
 }
 
-bool reloadSample(const char* path) {
+namespace zyl {
+
+namespace {
+
+SampleUse UseOf(genericSample* record) {
+  if (record != nullptr) ++record->useCount;
+  return SampleUse(record);
+}
+
+}  // namespace
+
+FileReload::FileReload(const char* path) {
   SampleFile* old = path == nullptr ? nullptr : SampleFile::Find(path);
-  if (old == nullptr) return false;
-  std::unique_ptr<SampleFile> fresh(ReadFromDisk(path, true));
-  if (fresh == nullptr) return false;
-  struct Zone {
-    akaiProgram* program;
-    genericSample** place;
-    genericSample* record;
-  };
-  std::vector<Zone> zones;
-  for (akaiProgram* program : zyl::AllPrograms()) {
+  if (old == nullptr) return;
+  loaded_ = UseOf(old->Record(0));
+  SampleFile* fresh = ReadFromDisk(path, true);
+  if (fresh == nullptr) return;
+  fresh->hidden = true;
+  fresh_ = UseOf(fresh->Record(0));
+  for (akaiProgram* program : AllPrograms()) {
     for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
-      genericSample* sample = program->sampleTable[i];
-      if (sample == nullptr || SampleFile::Of(sample) != old) continue;
-      genericSample* record = fresh->Record(sample->channel);
+      const genericSample* sample = program->sampleTable[i];
+      if (sample == nullptr || !Replaces(*sample)) continue;
+      SampleUse record = Record(sample->channel);
       if (record == nullptr) continue;  // fewer channels than before: the zone keeps the old sound
-      zones.push_back({program, &program->sampleTable[i], record});
+      zones_.push_back({program, &program->sampleTable[i], std::move(record)});
     }
   }
   fresh->SetPath(old->Path());
-  // Nothing below throws.
-  static_cast<void>(fresh.release());
-  old->ForgetPath();
-  for (Zone& zone : zones) {
-    ++zone.record->useCount;
-    if (zone.program->lockCount != 0) {
-      lockSample(zone.record);
-      unlockSample(*zone.place);
-    }
-    std::swap(*zone.place, zone.record);
-  }
-  // Last: the old file is deleted with its last use.
-  for (const Zone& zone : zones) zone.record->deleteSample();
-  return true;
 }
 
-void dropUnusedSample(const char* path) {
-  SampleFile* file = path == nullptr ? nullptr : SampleFile::Find(path);
-  if (file != nullptr && !file->IsUsed()) delete file;
+bool FileReload::Replaces(const genericSample& sample) const {
+  return fresh_ != nullptr && SampleFile::Of(&sample) == SampleFile::Of(loaded_.get());
 }
+
+SampleUse FileReload::Record(int channel) const {
+  const SampleUse& any = fresh_ == nullptr ? loaded_ : fresh_;
+  return any == nullptr ? nullptr : UseOf(SampleFile::Of(any.get())->Record(channel));
+}
+
+void FileReload::Commit() noexcept {
+  if (fresh_ == nullptr) return;
+  SampleFile::Of(loaded_.get())->ForgetPath();
+  SampleFile::Of(fresh_.get())->hidden = false;
+  for (Zone& zone : zones_) {
+    if (zone.program->lockCount != 0) {
+      lockSample(zone.record.get());
+      unlockSample(*zone.place);
+    }
+    genericSample* old = *zone.place;
+    *zone.place = zone.record.release();
+    zone.record.reset(old);
+  }
+}
+
+}  // namespace zyl
 
 int lockSample(genericSample* sample) {
   ++sample->lockValue;
