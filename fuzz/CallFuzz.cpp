@@ -59,8 +59,8 @@ int Settle(RIOObject* object, const char* method) {
 }  // namespace
 
 const char* CallFuzz::NameOf(State state) {
-  constexpr const char* kNames[] = {"no program", "empty program", "full program", "dead samples",
-                                    "jobs running"};
+  constexpr const char* kNames[] = {"no program",   "empty program", "full program",
+                                    "dead samples", "jobs running",  "changing arguments"};
   return kNames[state];
 }
 
@@ -245,8 +245,24 @@ void CallFuzz::KeepObject(const std::shared_ptr<ROCParam>& value) {
   }
 }
 
+// Gives arguments of running calls other values, of any type, as a script can that holds them in
+// variables.
+void CallFuzz::ChangeArguments() {
+  for (ROCParams* arguments : arguments_) {
+    for (int i = 0; i < arguments->count; ++i) {
+      if (arguments->Entry(i) == nullptr || Once(2)) continue;
+      const std::unique_ptr<ROCParam, void (*)(ROCParam*)> value(AnyValue(0, ""), deleteROCParam);
+      if (value != nullptr) *arguments->Entry(i) = *value;
+    }
+  }
+}
+
 // Callbacks occasionally call methods.
 void CallFuzz::Interfere() {
+  if (state_ == kChangingArguments) {
+    interfered_ = true;
+    ChangeArguments();
+  }
   if (arguments_.size() > 1 || !Once(4) || programs_.empty()) return;
   Program& program = *programs_[Any(kPrograms)];
   interfered_ = true;

@@ -22,7 +22,15 @@ namespace zyl::test {
 
 class CallFuzz : private ROCPadListener {
  public:
-  enum State { kNoProgram, kEmptyProgram, kFullProgram, kDeadSamples, kJobsRunning, kStates };
+  enum State {
+    kNoProgram,
+    kEmptyProgram,
+    kFullProgram,
+    kDeadSamples,
+    kJobsRunning,
+    kChangingArguments,  // callbacks change the values and types of the running calls' arguments
+    kStates
+  };
   static const char* NameOf(State state);
   static constexpr size_t kLargestBytes = size_t{3} << 20;
 
@@ -81,6 +89,7 @@ class CallFuzz : private ROCPadListener {
   int Call(size_t method, Program& program, ROCParams& arguments, ROCParam** result);
   bool CallOnce(size_t method, Program& program);
   bool Break(size_t method, const ROCParams& arguments, const std::string& what);
+  void ChangeArguments();
   void Interfere();
 
   const uint32_t seed_;
