@@ -1,7 +1,5 @@
 #include "frame/Call.h"
 
-#include <wx/string.h>
-
 #include <exception>
 
 bool Call::TypeError(const char* argument, int expectedType, int at) {
@@ -21,7 +19,9 @@ bool Call::UserError(const char* text, int at) {
   return false;
 }
 bool Call::Failure(const char* format) {
-  status = ZylException(result, wxString::Format(format, method).utf8_str());
+  std::string text = format;
+  text.replace(text.find("%s"), 2, method);
+  status = ZylException(result, text.c_str());
   return false;
 }
 bool Call::RangeError(const char* format, int32_t index, int32_t count) {

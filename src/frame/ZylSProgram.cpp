@@ -100,7 +100,7 @@ void ZylSProgram::SetMidiChannelText(ROCParam* text) {
   // A number that names no channel leaves the channel as it was.
   const bool known = number >= 1 && number <= kChannels;
   const int32_t channel = known ? static_cast<int32_t>(number) - 1 : midiChannel;
-  text->SetStr(wxString::Format("%ld", static_cast<long>(channel) + 1).utf8_string());
+  text->SetStr(std::to_string(int64_t{channel} + 1));
   midiChannel = channel;
   if (program != nullptr) {
     program->midiChannel = static_cast<int8_t>(midiChannel);
@@ -108,12 +108,8 @@ void ZylSProgram::SetMidiChannelText(ROCParam* text) {
   }
 }
 
-void ZylSProgram::GetMidiChannelText(wxString& text) const {
-  if (midiChannel < 0) {
-    text = "Omni";
-  } else {
-    text.Printf("%ld", static_cast<long>(midiChannel) + 1);
-  }
+std::string ZylSProgram::GetMidiChannelText() const {
+  return midiChannel < 0 ? "Omni" : std::to_string(int64_t{midiChannel} + 1);
 }
 
 void ZylSProgram::UpdateChannelMask() {

@@ -49,7 +49,7 @@ class ZylSProgram final : public ZylDLLDispatch {
   // Sets the channel from a typed text (1..32, or a text with an o for Omni) and rewrites the text
   // to the channel that is then set; an empty text does nothing.
   void SetMidiChannelText(ROCParam* text);
-  void GetMidiChannelText(wxString& text) const;
+  std::string GetMidiChannelText() const;
   // Recomputes the record's mask: one bit for each channel of the objects that hold the record.
   void UpdateChannelMask();
 

@@ -183,7 +183,12 @@ using SampleUse = std::unique_ptr<genericSample, ReleaseSampleUse>;
 // A record of a sample file: the one already loaded (one more use), else from disk. Channel -1 is
 // the whole sample. `data` false reads only what a header says, and keeps such a record apart from
 // the loaded ones. Null, with a diagnostic, when the file or the channel is not to be had.
+// Null, with a diagnostic, also without memory.
 ZYLHOST_API genericSample* loadSample(const char* path, int data, int reserved, int channel);
+namespace zyl {
+// The same, but throws std::bad_alloc without memory.
+ZYLHOST_API SampleUse LoadSampleOrThrow(const char* path, bool data, int channel);
+}  // namespace zyl
 // A loaded record by file and channel (-1: the whole sample); no use is added.
 ZYLHOST_API genericSample* findSampleFN(const char* path, int reserved, int channel);
 // Finds a sample of a program's zones by path, file name or base name; channel -1 matches any.
@@ -302,6 +307,9 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   // Loads the file and assigns its channel to the zone. If the file can't be loaded, returns false
   // and assigns only the path.
   bool setSample(const char* path, int keygroup, int zone, int channel, int reserved);
+  // The same with a loaded record or null.
+  void setSample(zyl::SampleUse sample, std::string path, int keygroup, int zone,
+                 int channel) noexcept;
   // Puts a record (one use of it is taken over) or nothing into the zone, and its path with it.
   void setSample(genericSample* sample, int keygroup, int zone);
   // Assigns another channel of the zone's loaded sample file to the zone. Keeps the path. Returns

@@ -1,9 +1,8 @@
 #include "params/ParameterTexts.h"
 
-#include <wx/string.h>
-
 #include <algorithm>
 #include <bit>
+#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -155,16 +154,25 @@ int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
   return MatchText(kChannels, typed);
 }
 
+namespace {
+
+// At least three characters. wxString::Format ends the process when memory is short.
+std::string OneDecimal(double value) {
+  char text[400];  // the longest double has 309 digits before its point
+  std::snprintf(text, sizeof text, "%3.1f", value);
+  return text;
+}
+
+}  // namespace
+
 std::string MemoryText(int32_t bytes) {
   constexpr int32_t kKilo = 1024;
   constexpr int32_t kMega = 1024 * 1024;
-  if (bytes > kMega) return wxString::Format("%3.1f MB", double{1} * bytes / kMega).utf8_string();
-  if (bytes > kKilo) return wxString::Format("%3.1f KB", double{1} * bytes / kKilo).utf8_string();
-  return wxString::Format("%d byte", bytes).utf8_string();
+  if (bytes > kMega) return OneDecimal(double{1} * bytes / kMega) + " MB";
+  if (bytes > kKilo) return OneDecimal(double{1} * bytes / kKilo) + " KB";
+  return std::to_string(bytes) + " byte";
 }
-std::string PercentText(double percent) {
-  return wxString::Format("%3.1f %%", percent).utf8_string();
-}
+std::string PercentText(double percent) { return OneDecimal(percent) + " %"; }
 
 int32_t DecimalValue(const std::string& text) {
   const long long value = std::strtoll(text.c_str(), nullptr, 10);

@@ -81,9 +81,7 @@ std::string ProgramText(ZylSProgram& object, ROCParam* number, TypedText typed) 
   const Parameter* row = RowOfNumber(number->Int(), 1, kLastProgram);
   if (row == nullptr) return {};
   if (row->store == Store::kMidiChannel) {
-    wxString shown;
-    object.GetMidiChannelText(shown);
-    std::string text = shown.utf8_string();
+    std::string text = object.GetMidiChannelText();
     if (typed != nullptr) object.SetMidiChannelText(typed);
     return text;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "params/ParameterNumbers.h"
 #include "params/ParameterTable.h"
@@ -75,16 +76,19 @@ int32_t PRGmasterDetune(ZylSProgram&, LoadedProgram program, IndexArg<"Index", 1
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                    OptPath<"NewSample"> newSample) {
+  // Loaded first: memory that runs short must not cost the zone its sample, nor its object.
+  std::string path;
+  zyl::SampleUse loaded;
+  if (newSample) {
+    path = newSample.Text();
+    loaded = zyl::LoadSampleOrThrow(path.c_str(), true, 0);
+  }
   if (const genericSample* sample = ZoneSample(program, keygroup, zone)) {
     object.sampleObjects.DeleteBySample(sample);
     // The modules heard of it, and one of them may have given the object another program.
     if (!program.IsAttachedTo(object)) return;
   }
-  if (newSample) {
-    program->setSample(newSample.Text(), *keygroup, *zone, 0, 0);
-  } else {
-    program->setSample(nullptr, *keygroup, *zone);
-  }
+  program->setSample(std::move(loaded), std::move(path), *keygroup, *zone, 0);
   object.dirty = true;
   object.PurgeSampleObjects();
 }

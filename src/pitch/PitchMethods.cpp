@@ -9,18 +9,23 @@ namespace {
 
 PitchJobManager& Jobs() { return ModuleState::Get().pitchJobs; }
 
-// The settings of a request, which the program object keeps from then on.
-zyl::PitchSettings KeepSettings(ZylSProgram& object, const MinPeriodArg& minPeriod,
-                                const MaxPeriodArg& maxPeriod, const SmoothLengthArg& smoothLength,
-                                const FindPitchLenArg& findPitchLen, const RMSthresArg& rmsThres) {
+zyl::PitchSettings SettingsOf(const MinPeriodArg& minPeriod, const MaxPeriodArg& maxPeriod,
+                              const SmoothLengthArg& smoothLength,
+                              const FindPitchLenArg& findPitchLen, const RMSthresArg& rmsThres) {
   const zyl::PitchSettings standard;
-  object.minPeriod = minPeriod.ValueOr(standard.minPeriodHz);
-  object.maxPeriod = maxPeriod.ValueOr(standard.maxPeriodHz);
-  object.smoothLength = smoothLength.ValueOr(standard.smoothLength);
-  object.findPitchLen = findPitchLen.ValueOr(standard.findPitchLen);
-  object.rmsThres = rmsThres.ValueOr(standard.rmsThres);
-  return {object.minPeriod, object.maxPeriod, object.smoothLength, object.findPitchLen,
-          object.rmsThres};
+  return {minPeriod.ValueOr(standard.minPeriodHz), maxPeriod.ValueOr(standard.maxPeriodHz),
+          smoothLength.ValueOr(standard.smoothLength), findPitchLen.ValueOr(standard.findPitchLen),
+          rmsThres.ValueOr(standard.rmsThres)};
+}
+
+// The program object keeps the settings of its last request. Called after the request, which may
+// throw.
+void KeepSettings(ZylSProgram& object, const zyl::PitchSettings& settings) {
+  object.minPeriod = settings.minPeriodHz;
+  object.maxPeriod = settings.maxPeriodHz;
+  object.smoothLength = settings.smoothLength;
+  object.findPitchLen = settings.findPitchLen;
+  object.rmsThres = settings.rmsThres;
 }
 
 ROCPad* PadOf(const CBModuleArg& module, const char* name) {
@@ -33,31 +38,31 @@ ROCPad* PadOf(const CBModuleArg& module, const char* name) {
 bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeriod,
                      MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                      FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
-  const auto settings =
-      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
-  if (sample.Record() == nullptr || sample.Record()->hasPitchData()) return false;
-  Jobs().StartSampleJob(sample.Record(), settings);
-  return true;
+  const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  const bool starts = sample.Record() != nullptr && !sample.Record()->hasPitchData();
+  if (starts) Jobs().StartSampleJob(sample.Record(), settings);
+  KeepSettings(object, settings);
+  return starts;
 }
 
 bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupOrNone keygroup,
                        MinPeriodArg minPeriod, MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                        FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
-  const auto settings =
-      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
-  if (program->sampleTable == nullptr || *keygroup < 0) return false;
-  Jobs().StartKeygroupJob(*program.record, *keygroup, settings);
-  return true;
+  const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  const bool starts = program->sampleTable != nullptr && *keygroup >= 0;
+  if (starts) Jobs().StartKeygroupJob(*program.record, *keygroup, settings);
+  KeepSettings(object, settings);
+  return starts;
 }
 
 bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg minPeriod,
                       MaxPeriodArg maxPeriod, SmoothLengthArg smoothLength,
                       FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
-  const auto settings =
-      KeepSettings(object, minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
-  if (program->sampleTable == nullptr) return false;
-  Jobs().StartProgramJob(*program.record, settings);
-  return true;
+  const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
+  const bool starts = program->sampleTable != nullptr;
+  if (starts) Jobs().StartProgramJob(*program.record, settings);
+  KeepSettings(object, settings);
+  return starts;
 }
 
 bool ClearSamplePitch(ZylSProgram&, AnySample sample) {

@@ -313,9 +313,17 @@ bool akaiProgram::setSample(const char* path, int keygroup, int zone, int channe
   if (!Reaches(keygroup, zone)) return false;
   // Copy `path`: it may belong to the record that is replaced here.
   std::string kept = path == nullptr ? "" : path;
-  genericSample* sample = loadSample(kept.c_str(), 1, 0, channel);
-  PutZone(keygroup, zone, sample, std::move(kept), channel);
-  return sample != nullptr;
+  zyl::SampleUse sample = zyl::LoadSampleOrThrow(kept.c_str(), true, channel);
+  const bool loaded = sample != nullptr;
+  setSample(std::move(sample), std::move(kept), keygroup, zone, channel);
+  return loaded;
+}
+
+void akaiProgram::setSample(zyl::SampleUse sample, std::string path, int keygroup, int zone,
+                            int channel) noexcept {
+  if (Reaches(keygroup, zone)) {
+    PutZone(keygroup, zone, sample.release(), std::move(path), channel);
+  }
 }
 
 void akaiProgram::setSample(genericSample* sample, int keygroup, int zone) {

@@ -8,6 +8,7 @@
 #include "../akai.h"
 #include "../base.h"
 #include "../platform/Platform.h"
+#include "../riff/SampleReaders.h"
 #include "ProgramStore.h"
 #include "SampleFile.h"
 
@@ -16,15 +17,10 @@ using zyl::SampleFile;
 namespace {
 
 SampleFile* ReadFromDisk(const std::string& path, bool data) {
-  try {
-    std::string reason;
-    std::unique_ptr<BasicSample> file = ReadSampleFile(path, data, reason);
-    if (!reason.empty()) ZylDiagnostic(path + ": " + reason);
-    return file == nullptr ? nullptr : SampleFile::Make(std::move(file), path);
-  } catch (const std::bad_alloc&) {
-    ZylDiagnostic("there is not enough memory for the sample");
-    return nullptr;
-  }
+  std::string reason;
+  std::unique_ptr<BasicSample> file = zyl::ReadSampleOrThrow(path, data, reason);
+  if (!reason.empty()) ZylDiagnostic(path + ": " + reason);
+  return file == nullptr ? nullptr : SampleFile::Make(std::move(file), path);
 }
 
 }  // namespace
@@ -32,14 +28,23 @@ SampleFile* ReadFromDisk(const std::string& path, bool data) {
 genericSample* newSample() { return new genericSample; }
 
 genericSample* loadSample(const char* path, int data, int, int channel) {
+  try {
+    return zyl::LoadSampleOrThrow(path, data != 0, channel).release();
+  } catch (const std::bad_alloc&) {
+    ZylDiagnostic("there is not enough memory for the sample");
+    return nullptr;
+  }
+}
+
+zyl::SampleUse zyl::LoadSampleOrThrow(const char* path, bool data, int channel) {
   if (path == nullptr || *path == '\0') return nullptr;
   SampleFile* file = SampleFile::Find(path);
   std::unique_ptr<SampleFile> read;  // released once a record is used
   if (file == nullptr) {
-    read.reset(ReadFromDisk(path, data != 0));
+    read.reset(ReadFromDisk(path, data));
     if (read == nullptr) return nullptr;
     file = read.get();
-    file->hidden = data == 0;
+    file->hidden = !data;
   }
   genericSample* record = file->Record(channel);
   if (record == nullptr) {
@@ -48,7 +53,7 @@ genericSample* loadSample(const char* path, int data, int, int channel) {
   }
   static_cast<void>(read.release());
   ++record->useCount;
-  return record;
+  return zyl::SampleUse(record);
 }
 
 genericSample* findSampleFN(const char* path, int, int channel) {

@@ -2,6 +2,7 @@
 // position of the sound data and all other chunks; the sound data is read afterwards.
 #include <algorithm>
 #include <cstdint>
+#include <new>
 #include <optional>
 
 #include "AifFormat.h"
@@ -149,7 +150,7 @@ bool ReadPcm(const ByteSource& source, const AifParts& parts, const AifPcmType& 
   if (!withData) return true;
   bool complete = true;
   if (!ReadSound(source, offset, layout, sample, complete)) {
-    return Refuse(reason, "not enough memory for the sound data");
+    throw std::bad_alloc();
   }
   if (!complete) AddReason(reason, "some of the sound data cannot be read");
   if (parts.hasSound) {

@@ -69,18 +69,21 @@ std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool wit
   return sample;
 }
 
+std::unique_ptr<BasicSample> ReadSampleOrThrow(const std::string& path, bool withData,
+                                               std::string& reason) {
+  const InputFile file(path);
+  if (file.Good()) return ReadSampleSource(FileSource(file), withData, reason);
+  reason = file.Error();
+  return nullptr;
+}
+
 }  // namespace zyl
 
 std::unique_ptr<BasicSample> ReadSampleFile(const std::string& path, bool withData,
                                             std::string& reason) {
   reason.clear();
   try {
-    const zyl::InputFile file(path);
-    if (!file.Good()) {
-      reason = file.Error();
-      return nullptr;
-    }
-    return zyl::ReadSampleSource(zyl::FileSource(file), withData, reason);
+    return zyl::ReadSampleOrThrow(path, withData, reason);
   } catch (const std::bad_alloc&) {
     reason = "not enough memory for the file";
     return nullptr;

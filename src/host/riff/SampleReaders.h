@@ -28,6 +28,10 @@ bool DecodeSound(const ByteSource& source, BasicSample& sample, bool withData, s
 std::unique_ptr<BasicSample> ReadSampleSource(const ByteSource& source, bool withData,
                                               std::string& reason);
 
+// ReadSampleFile without its handling of short memory: throws std::bad_alloc.
+std::unique_ptr<BasicSample> ReadSampleOrThrow(const std::string& path, bool withData,
+                                               std::string& reason);
+
 // Helpers shared by the readers.
 
 inline bool Refuse(std::string& reason, const std::string& why) {

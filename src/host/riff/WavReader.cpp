@@ -2,6 +2,7 @@
 // of the sound data and all other chunks; the sound data is read afterwards.
 #include <algorithm>
 #include <cstdint>
+#include <new>
 #include <optional>
 
 #include "ChunkWalker.h"
@@ -169,7 +170,7 @@ bool ReadPcm(const ByteSource& source, const WavParts& parts, WavSample& sample,
   if (!withData) return true;
   bool complete = true;
   if (!ReadSound(source, parts.sound.offset, layout, sample, complete)) {
-    return Refuse(reason, "not enough memory for the sound data");
+    throw std::bad_alloc();
   }
   if (!complete) AddReason(reason, "some of the sound data cannot be read");
   RememberSoundTail(source, parts.sound, parts.sound.offset, frames * layout.FrameBytes(), origin);
