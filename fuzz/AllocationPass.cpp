@@ -33,7 +33,7 @@
 
 #include "MethodCalls.h"
 #include "ProgramSnapshot.h"
-#include "frame/MethodList.h"
+#include "frame/entry/MethodList.h"
 #include "support/AllocationWatch.h"
 #include "support/ScriptSurface.h"
 #include "views/EditorTools.h"

@@ -6,12 +6,11 @@
 #include <utility>
 
 #include "frame/Call.h"
-#include "frame/Module.h"
 
-ZylSProgram::ZylSProgram() { ModuleState::Get().programRegistry.AddTail(this); }
+ZylSProgram::ZylSProgram() { Registry().AddTail(this); }
 
 ZylSProgram::~ZylSProgram() {
-  auto& registry = ModuleState::Get().programRegistry;
+  auto& registry = Registry();
   if (auto* node = registry.Find(this)) registry.Remove(node);
   Detach();
   for (auto* node = registeredModules.Head(); node != nullptr; node = node->next) {
@@ -21,10 +20,6 @@ ZylSProgram::~ZylSProgram() {
   sampleObjects.DeleteAll();
 }
 
-ZylFuncInfo* ZylSProgram::GetFuncTable() { return MethodTable(); }
-uint32_t* ZylSProgram::GetAuxTable() { return &ModuleState::Get().auxTable; }
-hashEntry* ZylSProgram::GetHashTable() { return ModuleState::Get().HashTable(this); }
-hashEntry* ZylSProgram::RebuildHashTable() { return ModuleState::Get().RebuildHashTable(this); }
 const char* ZylSProgram::GetClassName() const { return "ZylSProgram"; }
 const char* ZylSProgram::GetBaseClassName() const { return "ZylDisplayObject"; }
 
@@ -60,7 +55,7 @@ void ZylSProgram::Detach() {
   if (program == nullptr) return;
   midiChannel = kDetaching;
   UpdateChannelMask();
-  if (ModuleState::Get().lockAll) unlockAkaiProgram(program);
+  if (LocksRecords()) unlockAkaiProgram(program);
   akaiProgram* record = program;
   program = nullptr;
   deleteAkaiProgram(record);
@@ -72,7 +67,7 @@ void ZylSProgram::Attach(akaiProgram* record) {
 }
 
 void ZylSProgram::LockAttached() {
-  if (program != nullptr && ModuleState::Get().lockAll) lockAkaiProgram(program);
+  if (program != nullptr && LocksRecords()) lockAkaiProgram(program);
 }
 
 int32_t ZylSProgram::SetMidiChannel(int32_t channel) {
@@ -115,7 +110,7 @@ std::string ZylSProgram::GetMidiChannelText() const {
 void ZylSProgram::UpdateChannelMask() {
   if (program == nullptr) return;
   uint32_t mask = 0;
-  const auto& registry = ModuleState::Get().programRegistry;
+  const auto& registry = Registry();
   for (auto* node = registry.Head(); node != nullptr; node = node->next) {
     const ZylSProgram& other = *node->item;
     if (other.program != program) continue;

@@ -83,6 +83,11 @@ class ZylSProgram final : public ZylDLLDispatch {
   }
 
  private:
+  // Module state, defined in frame/entry/Module.cpp: all program objects, and whether records are
+  // locked while they are attached.
+  static PlexList<ZylSProgram*>& Registry();
+  static bool LocksRecords();
+
   // Runs one call and returns its status. An exception becomes a report to the host. An object that
   // is destroyed during the call is deleted when its outermost call returns.
   int RunCall(const char* method, void (*run)(Call&), ROCParams* arguments,

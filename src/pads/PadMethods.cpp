@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "frame/Module.h"
 #include "pads/PadSlots.h"
 #include "pads/WaveImage.h"
 #include "params/ByNumber.h"
@@ -106,6 +105,6 @@ CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, OptPath<"Path"> path) {
   if (record == nullptr) return nullptr;
   if (path) record->setFilePath(path.Text());
   auto made = std::make_unique<CSample>(nullptr, std::move(record));
-  ModuleState::Get().tempSamples.AddIfAbsent(made.get());
+  TempSamples().AddIfAbsent(made.get());
   return made.release();
 }

@@ -1,4 +1,4 @@
-// The program and zone parameters that follow rules of their own.
+// Program parameters with their own rules.
 #pragma once
 
 #include <string>
@@ -15,15 +15,6 @@ int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
 int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "NewValue"> newValue);
 int32_t PRGmasterDetune(ZylSProgram& object, LoadedProgram program, IndexArg<"Index", 13> index,
                         Opt<int32_t, "NewValue"> newValue);
-
-void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-                   OptPath<"NewSample"> newSample);
-std::string ZoneSamplePath(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
-                           OneZone zone, OptPath<"NewPath"> newPath);
-std::string Zonename(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-                     Opt<std::string, "NewString"> unused);
-bool ZoneSampleExists(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup,
-                      OneZone zone);
 
 // A new first individual output of the program. Zone outputs count from it, so that the modules are
 // notified of those too. Apply allocates nothing.
@@ -42,9 +33,3 @@ class IndyOutputChange {
 inline int32_t GetIndyOutput(const akaiProgram& record) { return record.indyOutput; }
 // The count of keygroups that scripts see; the records stay as many as they are.
 void StoreKeyGroups(akaiProgram& record, int32_t count);
-
-// The sample record of a zone, null for none.
-inline genericSample* ZoneSample(const LoadedProgram& program, const OneKeyGroup& keygroup,
-                                 const OneZone& zone) {
-  return program->sampleTable[kZones * *keygroup + *zone];
-}

@@ -5,13 +5,12 @@
 #include <utility>
 
 #include "frame/ChangeNotice.h"
-#include "frame/Module.h"
+#include "frame/HeldSample.h"
 #include "params/ByNumber.h"
 #include "params/ParameterNumbers.h"
 #include "params/ParameterTable.h"
 #include "params/ParameterTexts.h"
-#include "params/ProgramMethods.h"
-#include "sample/SampleAccess.h"
+#include "pitch/PitchJobManager.h"
 
 namespace {
 
@@ -104,9 +103,8 @@ void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
   sample.clearPitchData();
   if (value == 0) return;
   const ZylSProgram& object = zone.object;
-  ModuleState::Get().pitchJobs.StartSampleJob(
-      &sample, {object.minPeriod, object.maxPeriod, object.smoothLength, object.findPitchLen,
-                object.rmsThres});
+  PitchJobs().StartSampleJob(&sample, {object.minPeriod, object.maxPeriod, object.smoothLength,
+                                       object.findPitchLen, object.rmsThres});
 }
 
 struct SampleRow {

@@ -77,3 +77,6 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   int living_ = 0;  // under endedMutex_
   ZylThreadGroup systemThreads_{[this] { StopAll(); }};
 };
+
+// The module's one manager; defined in frame/entry/Module.cpp.
+PitchJobManager& PitchJobs();

@@ -2,12 +2,11 @@
 
 #include <utility>
 
-#include "frame/Module.h"
-#include "sample/SampleAccess.h"
+#include "frame/HeldSample.h"
+#include "frame/ZylSProgram.h"
+#include "pitch/PitchJobManager.h"
 
 namespace {
-
-PitchJobManager& Jobs() { return ModuleState::Get().pitchJobs; }
 
 zyl::PitchSettings SettingsOf(const MinPeriodArg& minPeriod, const MaxPeriodArg& maxPeriod,
                               const SmoothLengthArg& smoothLength,
@@ -40,7 +39,7 @@ bool CalcSamplePitch(ZylSProgram& object, AnySample sample, MinPeriodArg minPeri
                      FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
   const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
   const bool starts = sample.Record() != nullptr && !sample.Record()->hasPitchData();
-  if (starts) Jobs().StartSampleJob(sample.Record(), settings);
+  if (starts) PitchJobs().StartSampleJob(sample.Record(), settings);
   KeepSettings(object, settings);
   return starts;
 }
@@ -50,7 +49,7 @@ bool CalcKeygroupPitch(ZylSProgram& object, LoadedProgram program, KeyGroupOrNon
                        FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
   const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
   const bool starts = program->sampleTable != nullptr && *keygroup >= 0;
-  if (starts) Jobs().StartKeygroupJob(*program.record, *keygroup, settings);
+  if (starts) PitchJobs().StartKeygroupJob(*program.record, *keygroup, settings);
   KeepSettings(object, settings);
   return starts;
 }
@@ -60,7 +59,7 @@ bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg m
                       FindPitchLenArg findPitchLen, RMSthresArg rmsThres) {
   const auto settings = SettingsOf(minPeriod, maxPeriod, smoothLength, findPitchLen, rmsThres);
   const bool starts = program->sampleTable != nullptr;
-  if (starts) Jobs().StartProgramJob(*program.record, settings);
+  if (starts) PitchJobs().StartProgramJob(*program.record, settings);
   KeepSettings(object, settings);
   return starts;
 }
@@ -72,7 +71,7 @@ bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
   const HeldSample held(*record);
   sample.object->NotifyDeleting();
   record->clearPitchData();
-  Jobs().NotifyCleared(record->name);
+  PitchJobs().NotifyCleared(record->name);
   return true;
 }
 
@@ -86,25 +85,25 @@ bool ClearProgramPitch(ZylSProgram& object, LoadedProgram program) {
     if (!program.IsAttachedTo(object) || i >= kZones * program->KeyGroupCount()) break;
     if (program->sampleTable[i] != sample || !sample->hasPitchData()) continue;
     sample->setPitchData({});
-    Jobs().NotifyCleared(sample->name);
+    PitchJobs().NotifyCleared(sample->name);
   }
   return true;
 }
 
 void PitchDataProgressCB(ZylSProgram&, CBModuleArg module) {
-  Jobs().SetProgressPad(PadOf(module, "progressUpdate"));
+  PitchJobs().SetProgressPad(PadOf(module, "progressUpdate"));
 }
 void PitchDataProgressCBFinish(ZylSProgram&, CBModuleArg module) {
-  Jobs().SetFinishedPad(PadOf(module, "pitchDataFinished"));
+  PitchJobs().SetFinishedPad(PadOf(module, "pitchDataFinished"));
 }
-void PitchDataCalcCancel(ZylSProgram&) { Jobs().CancelAll(); }
-int32_t PitchDataCalculating(ZylSProgram&) { return Jobs().ThreadCount(); }
-int32_t PitchDataTimeLeft(ZylSProgram&) { return Jobs().TimeLeft(); }
-int32_t PitchDataTimeTotal(ZylSProgram&) { return Jobs().TimeTotal(); }
-int32_t PitchDataProgressRatio(ZylSProgram&) { return Jobs().ProgressRatio(); }
+void PitchDataCalcCancel(ZylSProgram&) { PitchJobs().CancelAll(); }
+int32_t PitchDataCalculating(ZylSProgram&) { return PitchJobs().ThreadCount(); }
+int32_t PitchDataTimeLeft(ZylSProgram&) { return PitchJobs().TimeLeft(); }
+int32_t PitchDataTimeTotal(ZylSProgram&) { return PitchJobs().TimeTotal(); }
+int32_t PitchDataProgressRatio(ZylSProgram&) { return PitchJobs().ProgressRatio(); }
 int32_t PitchDataCalcSamples(ZylSProgram&, ArrayArg<"SampleArray"> names) {
   const ROCParamPtr filled(ROCParam::NewArray(0));
-  const int32_t count = Jobs().CurrentSampleNames(*filled);
+  const int32_t count = PitchJobs().CurrentSampleNames(*filled);
   *names.param = std::move(*filled);
   return count;
 }

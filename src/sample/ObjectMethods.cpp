@@ -5,8 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "frame/Module.h"
-#include "params/ProgramMethods.h"
+#include "frame/HeldSample.h"
 
 namespace {
 
@@ -28,13 +27,13 @@ CSample* AddObject(SampleList& list, ZylSProgram* parent, zyl::SampleUse record)
   return made.release();
 }
 CSample* AddTemp(zyl::SampleUse record) {
-  return AddObject(ModuleState::Get().tempSamples, nullptr, std::move(record));
+  return AddObject(TempSamples(), nullptr, std::move(record));
 }
 
 // The temporary object for a file's channel: the one there is, one for a record in memory, or,
 // with `load`, for the file as it is read now.
 CSample* FindOrMakeTemp(const char* path, int32_t channel, bool load) {
-  CSample* known = ModuleState::Get().tempSamples.FindTemp(path, channel);
+  CSample* known = TempSamples().FindTemp(path, channel);
   if (known != nullptr) {
     if (load) ++known->refCount;
     return known;
@@ -110,7 +109,7 @@ CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, PathArg<"Na
 
 CSample* CreateTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
                           Opt<int32_t, "Channel"> channel) {
-  SampleList& temps = ModuleState::Get().tempSamples;
+  SampleList& temps = TempSamples();
   if (CSample* known = temps.FindTemp(path.Text(), channel.ValueOr(0))) return known;
   const int type = getTypeFromExtension(FileString(*path).Extension().c_str());
   if (type == 0) return nullptr;
@@ -130,7 +129,7 @@ SampleOrInteger ReadTempSample(ZylSProgram&, PathArg<"SamplePath"> path,
 }
 
 void DeleteTempSample(ZylSProgram&, OptionalSample<"Sample"> sample) {
-  SampleList& temps = ModuleState::Get().tempSamples;
+  SampleList& temps = TempSamples();
   if (sample.IsAbsent()) {
     temps.DeleteAll();
   } else if (sample.object != nullptr) {
@@ -147,7 +146,7 @@ bool LockObject(ZylSProgram&, SampleArg sample, Opt<bool, "NewValue"> newValue,
   } else {
     unlockSample(sample.Record());
   }
-  if (temp && ModuleState::Get().tempSamples.Contains(sample.object) != nullptr) {
+  if (temp && TempSamples().Contains(sample.object) != nullptr) {
     sample.object->locked = false;
   }
   return before;

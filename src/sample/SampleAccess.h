@@ -25,18 +25,6 @@ inline std::vector<zyl::ValueBuffer> WritableChannels(genericSample& sample) {
   return channels;
 }
 
-// A use of a record for as long as a script may be called that discards all others.
-class HeldSample {
- public:
-  explicit HeldSample(genericSample& sample) : sample_(sample) { ++sample_.useCount; }
-  ~HeldSample() { sample_.deleteSample(); }
-  HeldSample(const HeldSample&) = delete;
-  HeldSample& operator=(const HeldSample&) = delete;
-
- private:
-  genericSample& sample_;
-};
-
 // A length that the sample can have: not negative, and its channels not beyond the machine's
 // memory.
 inline bool IsPossibleSize(const genericSample& sample, int32_t positions) {

@@ -30,3 +30,6 @@ class SampleList : private PlexList<CSample*> {
   // records. Throws before anything has changed.
   void RebindAfterReload(zyl::FileReload& reload);
 };
+
+// The module's temporary samples; defined in frame/entry/Module.cpp.
+SampleList& TempSamples();

@@ -15,8 +15,8 @@
 #include <iostream>
 #include <string>
 
-#include "frame/Bodies.h"
-#include "frame/MethodList.h"
+#include "frame/entry/Bodies.h"
+#include "frame/entry/MethodList.h"
 #include "params/ParameterTable.h"
 
 namespace {

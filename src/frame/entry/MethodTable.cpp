@@ -1,10 +1,10 @@
 #include <iterator>
 #include <string_view>
 
-#include "frame/Bodies.h"
 #include "frame/Method.h"
-#include "frame/MethodList.h"
-#include "frame/Module.h"
+#include "frame/entry/Bodies.h"
+#include "frame/entry/MethodList.h"
+#include "frame/entry/Module.h"
 
 namespace {
 

@@ -13,5 +13,6 @@
 #include "sample/FileMethods.h"
 #include "sample/LoopMethods.h"
 #include "sample/ObjectMethods.h"
+#include "sample/ZoneMethods.h"
 #include "views/KeyboardMethods.h"
 #include "views/ListMethods.h"

@@ -1,4 +1,4 @@
-#include "frame/Module.h"
+#include "frame/entry/Module.h"
 
 #include <wx/dynlib.h>
 #include <wx/log.h>
@@ -72,6 +72,15 @@ hashEntry* ModuleState::RebuildHashTable(ZylDispatch* dispatch) {
   hash_ = ZylCreateFuncHashTable(dispatch);
   return hash_;
 }
+
+PlexList<ZylSProgram*>& ZylSProgram::Registry() { return ModuleState::Get().programRegistry; }
+bool ZylSProgram::LocksRecords() { return ModuleState::Get().lockAll; }
+ZylFuncInfo* ZylSProgram::GetFuncTable() { return MethodTable(); }
+uint32_t* ZylSProgram::GetAuxTable() { return &ModuleState::Get().auxTable; }
+hashEntry* ZylSProgram::GetHashTable() { return ModuleState::Get().HashTable(this); }
+hashEntry* ZylSProgram::RebuildHashTable() { return ModuleState::Get().RebuildHashTable(this); }
+SampleList& TempSamples() { return ModuleState::Get().tempSamples; }
+PitchJobManager& PitchJobs() { return ModuleState::Get().pitchJobs; }
 
 extern "C" __attribute__((visibility("default"))) int RegisterAllClasses(const char* dllName) {
   for (ZylDllRegisterClass* record = ModuleState::Get().registrations; record != nullptr;

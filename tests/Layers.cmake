@@ -1,0 +1,43 @@
+# Checks that includes between the folders of src/ only point down:
+#   host < util < frame < program, params, sample, pads, pitch, views < frame/entry
+# Run as: cmake -DSOURCE=FOLDER -P Layers.cmake
+cmake_minimum_required(VERSION 3.25)
+set(features program params sample pads pitch views)
+function(level_of path result)
+  if(path MATCHES "^host/")
+    set(${result} 0 PARENT_SCOPE)
+  elseif(path MATCHES "^util/")
+    set(${result} 1 PARENT_SCOPE)
+  elseif(path MATCHES "^frame/entry/")
+    set(${result} 4 PARENT_SCOPE)
+  elseif(path MATCHES "^frame/")
+    set(${result} 2 PARENT_SCOPE)
+  else()
+    string(REGEX MATCH "^[a-z]+" folder "${path}")
+    if(folder IN_LIST features)
+      set(${result} 3 PARENT_SCOPE)
+    else()
+      set(${result} -1 PARENT_SCOPE)
+    endif()
+  endif()
+endfunction()
+
+file(GLOB_RECURSE files RELATIVE ${SOURCE}/src ${SOURCE}/src/*.h ${SOURCE}/src/*.cpp
+     ${SOURCE}/src/*.inc)
+set(failures 0)
+foreach(file IN LISTS files)
+  level_of(${file} level)
+  file(STRINGS ${SOURCE}/src/${file} includes REGEX "^#include \"")
+  foreach(include IN LISTS includes)
+    string(REGEX REPLACE "^#include \"([^\"]*)\".*" "\\1" included "${include}")
+    level_of(${included} target)
+    # The program object has a list of sample objects.
+    if("${file} ${included}" STREQUAL "frame/ZylSProgram.h sample/SampleList.h")
+      continue()
+    endif()
+    if(target GREATER level OR included MATCHES "\\.\\./\\.\\./" OR
+       (level EQUAL 0 AND target GREATER 0))
+      message(SEND_ERROR "src/${file} includes ${included}, which is above it")
+    endif()
+  endforeach()
+endforeach()
