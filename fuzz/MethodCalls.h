@@ -1,7 +1,7 @@
 // Representative valid calls of every script method, for passes that try each method in turn.
 //
-// A call is written as its arguments, separated by spaces: 5, 0.5, 'text', T and F for booleans, - for
-// an absent argument, and a letter for each object of AllocationWorld:
+// A call is written as its arguments, separated by spaces: 5, 0.5, 'text', T and F for booleans, -
+// for an absent argument, and a letter for each object of AllocationWorld:
 //   S mono zone sample   Z zone sample, one channel of a stereo file   W whole temporary sample
 //   V mono temporary sample   O this program   P another program   N null object
 //   R algorithm with pads   D data pad with slots   I data pad with a sample   A array
@@ -19,10 +19,7 @@ struct MethodCalls {
 
 // Field methods by the prefix of their name.
 inline constexpr MethodCalls kFieldCalls[] = {
-    {"KG", "0|1 7|-1 7|-2 7"},
-    {"TolmoKG", "0|1 1|-1 7"},
-    {"Zone", "0 1|1 3 1"},
-    {"PRG", "|3"},
+    {"KG", "0|1 7|-1 7|-2 7"}, {"TolmoKG", "0|1 1|-1 7"}, {"Zone", "0 1|1 3 1"}, {"PRG", "|3"},
     {"TolmoPRG", "|3"},
 };
 
@@ -85,7 +82,8 @@ inline constexpr MethodCalls kMethodCalls[] = {
     {"PRGtmMidiChannel", "|5"},
     {"Zonename", "0 0"},
     {"ZoneSamplePath", "0 0|0 0 'a/long/path/of/a/sample.wav'"},
-    {"ZoneSampleSet", "0 0|0 0 'both.wav'|2 1 'other.wav'|2 1 'both.aif'|0 0 'a/long/absent/path.wav'"},
+    {"ZoneSampleSet",
+     "0 0|0 0 'both.wav'|2 1 'other.wav'|2 1 'both.aif'|0 0 'a/long/absent/path.wav'"},
     {"ZoneSampleExists", "0 0"},
     {"Samplekey", "S|S 50"},
     {"SampleplaybackType", "S|S 1"},

@@ -1,7 +1,7 @@
 #include "sample/EditMethods.h"
 
-#include "host/qx.h"
 #include "frame/HeldSample.h"
+#include "host/qx.h"
 #include "sample/SampleAccess.h"
 #include "sample/SampleEdit.h"
 #include "sample/ValueRanges.h"

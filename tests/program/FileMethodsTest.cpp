@@ -26,8 +26,8 @@ TEST_F(FileMethods, CreateMakesADefaultProgramOrCopiesOneWithItsChannel) {
   const Program empty;
   Listener other;
   // None of these has a program.
-  for (RIOObject* object : {static_cast<RIOObject*>(nullptr), empty.Algo(),
-                            static_cast<RIOObject*>(&other)}) {
+  for (RIOObject* object :
+       {static_cast<RIOObject*>(nullptr), empty.Algo(), static_cast<RIOObject*>(&other)}) {
     copy("PRGpoly", 4);
     EXPECT_TRUE(copy("Create", object).Bool());
     EXPECT_EQ(copy("PRGpoly").Int(), 15);

@@ -128,7 +128,8 @@ TEST_F(ProgramVerbs, VerifySeesEachField) {
   std::ofstream(Path("bad")) << "no program";
   const Finished bad = Zyl("verify --json " + Quoted("p.zprg") + " " + Quoted("bad"));
   EXPECT_EQ(bad.status, 4);
-  EXPECT_TRUE(Has(bad.out, "neither a program nor a readable sound") && Has(bad.out, "\"same\": null"))
+  EXPECT_TRUE(Has(bad.out, "neither a program nor a readable sound") &&
+              Has(bad.out, "\"same\": null"))
       << bad.out;
 }
 
