@@ -1,11 +1,11 @@
-// The kinds of argument that a script method declares in its parameter list. Each kind reads itself
-// from the call, left to right, checks type, class and range in that order, and reports what is
-// wrong; a method's body runs only when all of them are well.
+// The argument kinds that a script method declares in its parameter list. Read() of each kind takes
+// the next argument of the call, checks its type, class and range in that order, and reports an
+// error; the body of a method runs only if all arguments are valid.
 //
 //   int32_t KGFindByKey(ZylSProgram&, LoadedProgram, Arg<int32_t, "KeyToFind">,
 //                       Opt<int32_t, "StartAt">);
 //
-// A kind's `kDeclared` says the same to people; the method reference is made of it.
+// `kDeclared` describes the kind; the method reference is generated from it.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@
 #include "frame/Call.h"
 #include "frame/ZylSProgram.h"
 
-// A text as a template argument.
+// A string as a template argument.
 template <size_t N>
 struct FixedText {
   constexpr FixedText(const char (&source)[N]) { std::copy_n(source, N, text); }
@@ -29,16 +29,16 @@ struct FixedText {
 enum class Presence { kRequired, kOptional };
 enum class NullObject { kRefused, kAllowed };
 
-// What an argument is, in words that the method reference is made of.
+// The description of an argument in the method reference.
 struct DeclaredArgument {
   const char* name;
-  int type = 0;                     // its code, 0 for any
-  const char* className = nullptr;  // of an object
+  int type = 0;                     // type code, 0 for any
+  const char* className = nullptr;  // for objects
   Presence presence = Presence::kRequired;
   NullObject null = NullObject::kRefused;
   bool changed = false;     // the caller's value is changed in place
-  const char* values = "";  // which values it takes, where its type does not say it
-  int32_t count = 0;        // not 0: takes 0 to count - 1
+  const char* values = "";  // valid values, if the type doesn't imply them
+  int32_t count = 0;        // if not 0, the valid values are 0 to count - 1
 };
 
 namespace argument {
@@ -67,22 +67,22 @@ decltype(auto) ValueOf(const ROCParam& param) {
   }
 }
 
-// Reads an argument of a plain type; false after a report.
+// Reads an argument of a plain type; false if an error was reported.
 bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param);
-// The same, and takes its value.
+// Also copies its value.
 template <class T>
 bool ReadValue(Call& call, const char* name, bool required, ROCParam*& param, T& value) {
   if (!ReadTyped(call, name, kTypeOf<T>, required, param)) return false;
   if (param != nullptr) value = ValueOf<T>(*param);
   return true;
 }
-// "KeyGroupIndex" below the count of the attached record.
+// "KeyGroupIndex", less than the keygroup count of the attached record.
 bool ReadKeyGroup(Call& call, ROCParam*& param, int32_t& value);
 
 }  // namespace argument
 
-// Each kind holds the value that the argument had when it was read. A script that a body calls may
-// change the caller's variable, so `param` is only there to be passed on, or to be written.
+// Each kind copies the argument's value when it is read: a script called by the body may change the
+// caller's variable. Use `param` only to forward the variable or to write to it.
 
 // A required argument of a plain type.
 template <class T, FixedText Name>
@@ -118,7 +118,7 @@ struct Opt {
 };
 
 namespace argument {
-// Refuses a text that the system would cut at a zero byte; `position` counts from 1.
+// Rejects a path with a NUL byte, which system calls would truncate; `position` counts from 1.
 bool CheckPath(Call& call, const std::string& path, int position);
 }  // namespace argument
 
@@ -131,7 +131,7 @@ struct PathArg : Arg<std::string, Name> {
   }
 };
 
-// An optional one.
+// An optional path or file name.
 template <FixedText Name>
 struct OptPath : Opt<std::string, Name> {
   static bool Read(Call& call, OptPath& self) {
@@ -148,7 +148,7 @@ struct VarArg : Arg<T, Name> {
       .name = Name.text, .type = argument::kTypeOf<T>, .changed = true};
 };
 
-// An optional one.
+// The optional form of VarArg.
 template <class T, FixedText Name>
 struct OptVar : Opt<T, Name> {
   static constexpr DeclaredArgument kDeclared{.name = Name.text,
@@ -186,7 +186,7 @@ struct ArrayArg {
   ROCParam* param = nullptr;
 };
 
-// The attached program record; no argument, but checked in its place among them.
+// The attached program record. Not an argument, but checked in the order of the parameter list.
 struct LoadedProgram {
   static bool Read(Call& call, LoadedProgram& self) {
     self.record = call.program.program;
@@ -194,18 +194,18 @@ struct LoadedProgram {
     return self.record != nullptr || call.NoProgram();
   }
   akaiProgram* operator->() const { return record; }
-  // Whether the object still has this record: a script that was called may have taken it away.
+  // False after a called script has detached the record.
   bool IsAttachedTo(const ZylSProgram& object) const {
     return object.program != nullptr && object.attachment == attachment;
   }
-  // For code that is called without the arguments.
+  // For code that doesn't receive the arguments.
   static LoadedProgram Of(const ZylSProgram& object) { return {object.program, object.attachment}; }
 
   akaiProgram* record = nullptr;
   uint32_t attachment = 0;
 };
 
-// "KeyGroupIndex" below the count. `Negative` says what negative values stand for.
+// "KeyGroupIndex" less than the count. `Negative` describes the valid values.
 template <FixedText Negative>
 struct KeyGroupBelowCount {
   static constexpr DeclaredArgument kDeclared{
@@ -251,7 +251,7 @@ struct OneZone {
 namespace argument {
 bool ReadAlgo(Call& call, const char* name, Presence presence, NullObject null, ROCParam*& param,
               ROCParam& value);
-// The sample object that the last read argument holds; false after a report.
+// Gets the sample object of the argument that was read last; false if an error was reported.
 bool SampleOf(Call& call, const char* name, NullObject null, const ROCParam& param,
               CSample*& sample);
 }  // namespace argument
@@ -265,7 +265,7 @@ struct AlgoArg {
   static bool Read(Call& call, AlgoArg& self) {
     return argument::ReadAlgo(call, Name.text, P, N, self.param, self.value);
   }
-  // Null also when the object has been destroyed since.
+  // Null if the object has been destroyed since.
   RIOObject* Object() const { return value.Object(); }
 
   ROCParam value;
@@ -283,8 +283,8 @@ struct PadArg {
   RODPad* object = nullptr;
 };
 
-// The argument "Sample": a sample object with a record. An object whose record is gone is
-// dropped from the program's list.
+// "Sample": a sample object with a record. An object whose record has been deleted is removed from
+// the program's list.
 struct SampleArg {
   static constexpr DeclaredArgument kDeclared{
       .name = "Sample", .type = kTypeObject, .className = "CSample"};
@@ -296,7 +296,7 @@ struct SampleArg {
   CSample* object = nullptr;
 };
 
-// A further sample object; its record may be gone.
+// Another sample object; its record may have been deleted.
 template <FixedText Name, NullObject N = NullObject::kRefused>
 struct OtherSample {
   static constexpr DeclaredArgument kDeclared{
@@ -312,7 +312,7 @@ struct OtherSample {
   CSample* object = nullptr;
 };
 
-// A sample object or nothing at all; it may be null.
+// An optional sample object, which may be null.
 template <FixedText Name>
 struct OptionalSample {
   static constexpr DeclaredArgument kDeclared{.name = Name.text,
@@ -332,7 +332,7 @@ struct OptionalSample {
   CSample* object = nullptr;
 };
 
-// A position whose value is not looked at.
+// An ignored argument.
 template <FixedText Name>
 struct Unused {
   static constexpr DeclaredArgument kDeclared{.name = Name.text, .presence = Presence::kOptional};
@@ -343,10 +343,10 @@ struct Unused {
   }
 };
 
-// ---- Arguments that are read in another way. They stand last. ----
+// ---- Arguments with their own reading rule. They come last in the list. ----
 
-// May be left out at the end of the list, but is required where the list has its position: a null
-// entry there is no absent argument.
+// Optional at the end of the list, but required if the list has the position: a null entry there is
+// an error.
 template <class A>
 struct IfCounted {
   static constexpr DeclaredArgument kDeclared = [] {
@@ -364,7 +364,7 @@ struct IfCounted {
   A value;
 };
 
-// Read by the body when it comes to look at it. A body with one takes the Call itself.
+// Read by the body when needed. Such a body takes the Call.
 template <class A>
 struct Deferred {
   static bool Read(Call&, Deferred&) { return true; }
@@ -373,7 +373,7 @@ struct Deferred {
   A value;
 };
 
-// Groups of arguments, as many as the list has.
+// Groups of arguments up to the end of the list.
 template <class... A>
 struct Repeated {
   static bool Read(Call& call, Repeated& self) {

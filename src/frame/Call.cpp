@@ -35,7 +35,7 @@ void Call::Exception(const char* what) noexcept {
   try {
     status = ZylException(result, (std::string(method) + ": " + what).c_str());
   } catch (const std::exception&) {
-    // Short enough for a string object to hold it without an allocation.
+    // Fits the small-string buffer, so it needs no allocation.
     status = ZylException(result, "out of memory");
   }
 }

@@ -1,4 +1,4 @@
-// One running script call: its arguments, the place of its result, and its failures.
+// One running script call: its arguments, its result and its errors.
 #pragma once
 
 #include <string>
@@ -13,24 +13,24 @@ class Call {
        ROCParam** resultPlace)
       : program(object), method(qualifiedName), result(resultPlace), arguments_(argumentList) {}
 
-  // How many positions the list has; an entry among them may still be absent.
+  // The number of positions in the list; entries may be null (absent).
   int Count() const { return arguments_ == nullptr ? 0 : arguments_->count; }
-  // The argument at a position from 1; null when it is absent.
+  // The argument at a position, counted from 1; null if absent.
   ROCParam* Argument(int position) const {
     return arguments_ == nullptr ? nullptr : arguments_->Entry(position - 1);
   }
 
-  // Each failure is reported to the host, becomes the call's status, and answers false.
+  // Each of these reports an error to the host, sets the status of the call and returns false.
   bool TypeError(const char* argument, int expectedType, int position);
   bool ClassError(const RIOObject& given, const char* required, int position);
   bool ValueError(const char* argument, int position);
   bool UserError(const char* text, int position);
-  // A text with one %s for the method's name.
+  // `format` contains one %s for the method's name.
   bool Failure(const char* format);
   bool NoProgram() { return Failure("%s: No program loaded. Method can not execute!"); }
-  // The report for an exception that ended the call. It does not throw without memory.
+  // Reports an exception that ended the call. Doesn't throw if memory is short.
   void Exception(const char* what) noexcept;
-  // The index and how many there are are reported besides the text.
+  // Also report the index and the count.
   bool KeygroupRange(int32_t index, int32_t count) {
     return RangeError("%s: Keygroup index out of range!", index, count);
   }
@@ -43,7 +43,7 @@ class Call {
   ZylSProgram& program;
   const char* const method;  // "ZylSProgram::" and the method's name
   ROCParam** const result;
-  int position = 1;  // of the next argument to be read
+  int position = 1;  // of the next argument to read
   int status = 0;
 
  private:

@@ -1,7 +1,7 @@
 // The notification of a changed parameter, "OnProgramParameterChanged".
 //
-// It is built before the change that it reports: building may run out of memory, and then nothing
-// has changed yet. Sending it allocates nothing.
+// Build it before the change that it reports: if memory is short, the constructor throws and
+// nothing has changed yet. Sending doesn't allocate.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 class ChangeNotice {
  public:
-  // `number`, `newValue` and the indexes are passed on to the modules; a null index travels as -1.
+  // `number`, `newValue` and the indexes are passed to the modules; a null index is sent as -1.
   ChangeNotice(ZylSProgram& object, ROCParam* number, ROCParam* newValue,
                ROCParam* keygroup = nullptr, ROCParam* zone = nullptr)
       : object_(object) {
@@ -22,24 +22,24 @@ class ChangeNotice {
   ChangeNotice(const ChangeNotice&) = delete;
   ChangeNotice& operator=(const ChangeNotice&) = delete;
 
-  // Calls every registered module, unless notifications are switched off.
+  // Calls every registered module, unless notifications are off.
   void Send() {
     if (arguments_.count > 0 && object_.enableRegisterCall) Deliver();
   }
-  // The same for another keygroup. Only for a notice that was built with a value of its sender as
-  // keygroup index, which is overwritten.
+  // Sends the notice for another keygroup. Overwrites the keygroup index that the notice was built
+  // with, so the caller must own that value.
   void SendFor(int32_t keygroup) {
     if (arguments_.count > 0) arguments_.Entry(kKeygroup)->SetInt(keygroup);
     Send();
   }
 
  private:
-  static constexpr int kKeygroup = 3;  // its position among the arguments
+  static constexpr int kKeygroup = 3;  // index of the keygroup argument
 
   void Build(ROCParam* number, ROCParam* newValue, ROCParam* keygroup, ROCParam* zone);
   void Build(int32_t number, ROCParam* newValue);
   void Deliver();
 
   ZylSProgram& object_;
-  ROCParams arguments_;  // empty while no module is registered
+  ROCParams arguments_;  // empty if no module was registered
 };

@@ -1,4 +1,4 @@
-// The shape of a body: what its parameter list and result type say, without a call.
+// Compile-time access to the parameter list and result type of a method's body.
 #pragma once
 
 #include <concepts>
@@ -6,8 +6,8 @@
 
 #include "frame/Arguments.h"
 
-// A method with several argument lists. A call gets the first body whose first argument has the
-// type that was given, else the last one.
+// A method with several argument lists. A call runs the first body whose first argument has the
+// given type, else the last body.
 template <auto... Bodies>
 struct Forms {};
 

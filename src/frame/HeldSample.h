@@ -1,10 +1,10 @@
-// Sample records of zones, and how to keep one in use.
+// Access to the sample records of zones, and a guard that keeps one alive.
 #pragma once
 
 #include "frame/Arguments.h"
 #include "host/akai.h"
 
-// Keeps a record in use while scripts run that may discard every other use of it.
+// Holds a use of a record while scripts run that may release all others.
 class HeldSample {
  public:
   explicit HeldSample(genericSample& sample) : sample_(sample) { ++sample_.useCount; }
@@ -16,7 +16,7 @@ class HeldSample {
   genericSample& sample_;
 };
 
-// The sample record of a zone, null for none.
+// The sample record of a zone, or null.
 inline genericSample* ZoneSample(const LoadedProgram& program, const OneKeyGroup& keygroup,
                                  const OneZone& zone) {
   return program->sampleTable[kZones * *keygroup + *zone];

@@ -1,9 +1,9 @@
-// From a body to a script method: Method reads the arguments that the body's parameter list
-// declares, calls the body when all is well, and makes its result a script value.
+// Makes a script method from a body: Method reads the arguments that the body's parameter list
+// declares, calls the body if all are valid, and converts its result to a script value.
 //
-// A body is a free function whose first parameter is the program object, or the Call itself when it
-// reports failures of its own. What it returns is the result: a plain value, a variant of them, or
-// an optional one that is empty after a report.
+// A body is a free function whose first parameter is the program object, or the Call if it reports
+// errors itself. It returns a plain value, a variant of plain values, or an optional that is empty
+// after an error.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,7 @@
 
 namespace method {
 
-// "ZylSProgram::" and the method's name, put together by the compiler.
+// "ZylSProgram::" followed by the method's name, concatenated at compile time.
 template <FixedText Name>
 struct QualifiedName {
   static constexpr auto kText = [] {
@@ -35,12 +35,12 @@ struct QualifiedName {
   }();
 };
 
-// The result value is made before the body runs, so that a call without memory for it changes
-// nothing. Setting it afterwards does not allocate.
+// The result value is created before the body runs, so that a call that can't allocate it changes
+// nothing. Setting it afterwards doesn't allocate.
 template <class T>
 struct Result {
   static ROCParam* Make() { return newROCParam(T{}); }
-  // False when the body has no result.
+  // False if the body returned no result.
   static bool Set(ROCParam& place, T value) {
     if constexpr (std::is_same_v<T, int32_t>) {
       place.SetInt(value);
@@ -64,7 +64,7 @@ template <>
 struct Result<CSample*> {
   static ROCParam* Make() { return newROCParam(static_cast<RIOObject*>(nullptr)); }
   static bool Set(ROCParam& place, CSample* object) {
-    place.SetRIOPtr(object);  // a sample object has its anchor from the start
+    place.SetRIOPtr(object);  // sample objects are created with their anchor
     return true;
   }
 };
@@ -108,7 +108,7 @@ void RunBody(Call& call, R (*body)(Self&, P...)) {
   }
 }
 
-// Runs the first body that takes the first argument's type, else the last one.
+// Runs the first body whose first argument has the given type, else the last body.
 template <auto Body, auto... Others>
 void RunFirstFitting(Call& call) {
   if constexpr (sizeof...(Others) != 0) {
@@ -133,7 +133,7 @@ struct Method {
       !std::is_same_v<decltype(Body), bool (*)(Call&)>,
       "declare the arguments in the parameter list: frame/Arguments.h has a kind for each");
 
-  // The name that failures are reported under.
+  // The name in error reports.
   static constexpr const char* kName = method::QualifiedName<Name>::kText.data();
 
   static void Run(Call& call) {

@@ -36,7 +36,7 @@ int ZylSProgram::RunCall(const char* method, void (*run)(Call&), ROCParams* argu
   return call.status;
 }
 
-// A module that is told of a change may delete the very object whose method told it.
+// A notified module may delete the object that sent the notification.
 void ZylSProgram::Destroy() {
   if (runningCalls_ == 0) {
     delete this;
@@ -92,7 +92,7 @@ void ZylSProgram::SetMidiChannelText(ROCParam* text) {
     return;
   }
   const long long number = std::strtoll(typed.c_str(), nullptr, 10);
-  // A number that names no channel leaves the channel as it was.
+  // An invalid number keeps the current channel.
   const bool known = number >= 1 && number <= kChannels;
   const int32_t channel = known ? static_cast<int32_t>(number) - 1 : midiChannel;
   text->SetStr(std::to_string(int64_t{channel} + 1));

@@ -1,8 +1,8 @@
-// The script object through which one sampler program is seen and edited.
+// The script object that edits one sampler program.
 //
-// It owns its use of the program record, the sample objects that it handed out, and one reference
-// on the value of each registered module. All objects of the module stand in one registry, through
-// which those that share a record compute the record's channel mask. Script thread only.
+// It owns a use of the program record, the sample objects that it returned to scripts, and one
+// reference to the value of each registered module. A registry lists all program objects; the
+// channel mask of a record is computed from those that share it. Script thread only.
 #pragma once
 
 #include <cstdint>
@@ -31,40 +31,40 @@ class ZylSProgram final : public ZylDLLDispatch {
   hashEntry* RebuildHashTable() override;
   const char* GetClassName() const override;
   const char* GetBaseClassName() const override;
-  // At once, or at the end of the call that runs.
+  // Deletes the object now, or when its running call returns.
   void Destroy() override;
 
-  // The program object behind an algorithm object: null when it leads to none.
+  // The program object of an algorithm object, or null.
   static ZylSProgram* Behind(RIOObject* object);
 
-  // Lets the record go, if there is one.
+  // Releases the record, if one is attached.
   void Detach();
-  // Takes a record (or null) over, without its channel.
+  // Takes ownership of a use of a record (or null). The channel stays unchanged.
   void Attach(akaiProgram* record);
   void LockAttached();
 
   int32_t GetMidiChannel() const { return midiChannel; }
-  // Negative is Omni; 32 and more change nothing. Returns the channel that is then set.
+  // Negative is Omni; 32 and more change nothing. Returns the resulting channel.
   int32_t SetMidiChannel(int32_t channel);
-  // Sets the channel from a typed text (1..32, or a text with an o for Omni) and rewrites the text
-  // to the channel that is then set; an empty text does nothing.
+  // Sets the channel from a typed text (1..32, or a text with an o for Omni) and replaces the text
+  // with the resulting channel; an empty text does nothing.
   void SetMidiChannelText(ROCParam* text);
   std::string GetMidiChannelText() const;
-  // Recomputes the record's mask: one bit for each channel of the objects that hold the record.
+  // Recomputes the record's mask: one bit for each channel of the objects that share the record.
   void UpdateChannelMask();
 
   // Calls the named script method of every registered module that has a dispatch, in list order. A
-  // called script may register and delete modules: one registered during the walk is called too.
+  // called script may register and delete modules; modules registered by one are called too.
   // With `dropDead`, modules without an object or a dispatch are removed from the list.
   void CallRegistered(const char* method, ROCParams& arguments, bool dropDead);
 
-  // Gives the list's reference on a sample object back and clears the caller's pointer.
+  // Releases the list's reference to a sample object and clears the caller's pointer.
   void ReleaseSampleObject(CSample*& object);
   void PurgeSampleObjects() { sampleObjects.PurgeUnshared(); }
 
   SampleList sampleObjects;
   akaiProgram* program = nullptr;
-  uint32_t attachment = 0;  // a new number with each record: another one may lie at an old address
+  uint32_t attachment = 0;  // changes with each record: a new one may reuse an old address
   bool dirty = false;
   bool enableRegisterCall = true;
   int32_t maxIndyOut = 0;
@@ -74,28 +74,28 @@ class ZylSProgram final : public ZylDLLDispatch {
   int32_t smoothLength = 0;
   int32_t findPitchLen = 10;
   double rmsThres = 1e-5;
-  PlexList<ROCParam*> registeredModules;  // during a notification some entries may be null
+  PlexList<ROCParam*> registeredModules;  // entries may be null during a notification
 
-  // Every script method's handler: M reads the arguments and runs the method's body.
+  // The handler of every script method: M reads the arguments and runs the body.
   template <class M>
   int Handle(ROCParams* arguments, ROCParam** result) {
     return RunCall(M::kName, M::Run, arguments, result);
   }
 
  private:
-  // Module state, defined in frame/entry/Module.cpp: all program objects, and whether records are
-  // locked while they are attached.
+  // Module state, defined in frame/entry/Module.cpp: all program objects, and whether attached
+  // records are locked.
   static PlexList<ZylSProgram*>& Registry();
   static bool LocksRecords();
 
-  // Runs one call and returns its status. An exception becomes a report to the host. An object that
-  // is destroyed during the call is deleted when its outermost call returns.
+  // Runs one call and returns its status. Exceptions are reported to the host. An object destroyed
+  // during the call is deleted when its outermost call returns.
   int RunCall(const char* method, void (*run)(Call&), ROCParams* arguments,
               ROCParam** result) noexcept;
 
-  // A walk over registeredModules during which no node is removed, so that it is safe whatever the
-  // called scripts do: an entry that is dropped loses its value, and the end of the outermost walk
-  // removes it.
+  // Defers the removal of nodes from registeredModules while iterating, since called scripts may
+  // change the list: a dropped entry becomes null, and the end of the outermost iteration removes
+  // it.
   struct RegisteredWalk {
     explicit RegisteredWalk(ZylSProgram& object) : program(object) { ++program.walks_; }
     ~RegisteredWalk();

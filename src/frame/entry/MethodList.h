@@ -1,6 +1,6 @@
-// The script methods in table order, each with a line that says what it does, or which value it
-// reads and sets. The body of a METHOD declares its arguments and its result; the methods of
-// parameters are generated from their rows.
+// The script methods in table order, each with a line that describes it, or the value that it reads
+// and sets. The body of a METHOD declares its arguments and its result; the methods of parameters
+// are generated from their rows.
 #pragma once
 
 #include "params/ParameterTable.h"

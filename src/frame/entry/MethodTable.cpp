@@ -19,7 +19,7 @@ ZylHandler HandlerOf() {
 #define ROW(name, body) {#name, HandlerOf<Method<#name, body>>(), 1, kUnlinked, kUnlinked},
 #define METHOD(name, meaning) ROW(name, &name)
 #define FIELD_METHOD(name) ROW(name, kFieldMethod<#name>)
-// One more step, so that the name is pasted before it is quoted.
+// Extra expansion step, so that the name is pasted before it is quoted.
 #define WITH_NAME(row, name) row(name)
 #define OWN_METHOD(name) METHOD(name, "")
 #define FIELD(record, field, ...) WITH_NAME(FIELD_METHOD, ZYL_METHOD_NAME(record, field))

@@ -26,7 +26,8 @@ ZylDllRegisterClass programClass = {nullptr,     "ZylSProgram", "ZylDisplayObjec
 
 ModuleState* theModule = nullptr;
 
-// A worker's last instructions are wxWidgets' own: that library stays loaded when this one goes.
+// Keeps wxWidgets loaded when this module is unloaded: the last instructions of a worker thread are
+// wxWidgets code.
 void KeepWxLoaded() {
   wxString path;
   if (wxDynamicLibrary::GetModuleFromAddress(reinterpret_cast<void*>(&wxUninitialize), &path) ==
@@ -38,7 +39,7 @@ void KeepWxLoaded() {
   library.Detach();
 }
 
-// The library's static initialiser and clean-up.
+// Constructed when the library is loaded, destroyed when it is unloaded.
 ModuleState loaded;
 
 }  // namespace

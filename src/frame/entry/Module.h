@@ -1,4 +1,4 @@
-// The module's own state, from load to unload. Script thread only.
+// The module's state, from load to unload. Script thread only.
 #pragma once
 
 #include <wx/init.h>
@@ -8,12 +8,12 @@
 #include "sample/SampleList.h"
 #include "util/PlexList.h"
 
-// The method table: 295 rows and a terminating one; filled at load.
+// The method table: 295 rows and a terminating row; filled at load.
 ZylFuncInfo* MethodTable();
 
 class ModuleState {
  public:
-  // The initialisers run in the order in which the members stand, the clean-ups in reverse.
+  // Members are initialised in the order of their declaration and destroyed in reverse.
   ModuleState();
   ~ModuleState();
   ModuleState(const ModuleState&) = delete;
@@ -22,20 +22,20 @@ class ModuleState {
   static ModuleState& Get();
 
  private:
-  // Before everything that uses wxWidgets. Its end waits for threads that are still deleting
-  // themselves, so that no code of the module runs when the library goes.
+  // Initialised before everything that uses wxWidgets. Its destructor waits for threads that are
+  // still deleting themselves, so that no code of the module runs after it is unloaded.
   wxInitializer wx_;
 
  public:
   // Registration list, last pushed record first.
   ZylDllRegisterClass* registrations = nullptr;
-  uint32_t auxTable = 0;  // only its end
+  uint32_t auxTable = 0;  // only the terminator
   PlexList<ZylSProgram*> programRegistry;
-  bool lockAll = false;  // every attached record is locked while it is attached
+  bool lockAll = false;  // lock records while they are attached
   SampleList tempSamples;
   PitchJobManager pitchJobs;
 
-  // Lookup shared by all program objects: built on first request.
+  // The lookup table that all program objects share; built on first use.
   hashEntry* HashTable(ZylDispatch* dispatch);
   hashEntry* RebuildHashTable(ZylDispatch* dispatch);
 
