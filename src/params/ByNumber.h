@@ -1,9 +1,9 @@
-// Parameters by number: what the methods by number, the pad slots and the editor's lists share.
+// Parameters by number, for the methods by number, the pad slots and the editor's lists.
 //
-// A number is looked up among the parameter rows; the few that are no plain field (a channel, an
-// output, a figure, a sample's property) have an operation of their own. Numbers that name nothing
-// answer -1, texts that they do not have are "". A negative keygroup index stands for all
-// keygroups, -2 for the selected ones; the answer is then that of the last one visited.
+// A number is looked up in the parameter rows; the few that aren't plain fields (a channel, an
+// output, a memory figure, a property of a sample) have their own operations. Unknown numbers
+// return -1, and missing texts "". Keygroup index -2 addresses the selected keygroups, other
+// negative values all of them; the result is then that of the last one visited.
 #pragma once
 
 #include <cstdint>
@@ -14,20 +14,20 @@
 #include "params/ParameterTable.h"
 #include "params/ProgramMethods.h"
 
-// A typed text, replaced in place by the text of what it stored. Null: only read.
+// A typed text, replaced in place with the text of the stored value. Null: only read.
 using TypedText = ROCParam*;
 
-// ---- Operations of the program object, a record must be attached. ----
+// ---- Operations on the program object; a record must be attached. ----
 
-// The value before the change. A new value that differs marks the program dirty and notifies;
-// `number` and `newValue` are the script's own values, which the notification carries.
+// Returns the previous value. A new value that differs sets the dirty flag and notifies; the
+// notification passes the script's values `number` and `newValue`.
 int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
 
-// The same in two steps: building it may throw, applying it allocates nothing.
+// A change in two steps: the constructor may throw, Apply() doesn't allocate.
 class ProgramChange {
  public:
   ProgramChange(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
-  // Returns the value before.
+  // Returns the previous value.
   int32_t Apply();
 
  private:
@@ -45,7 +45,7 @@ int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, in
                        std::optional<int32_t> newValue = {});
 std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup, int zone,
                           TypedText newText = nullptr);
-// A new value that is limited before it is stored is limited in place.
+// Clamps `newValue` in place if the parameter clamps it.
 int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int zone,
                          ROCParam* newValue = nullptr);
 std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, int zone,
@@ -75,7 +75,7 @@ std::string SampleStringValue(ZylSProgram& object, LoadedProgram program, OneKey
                               OneZone zone, Arg<int32_t, "Index"> number,
                               OptVar<std::string, "NewString"> newText);
 
-// "InValue" of the method that names modulation sources.
+// "InValue" of ModulationSource as a number.
 struct SourceNumber {
   static constexpr DeclaredArgument kDeclared{
       .name = "InValue", .type = kTypeInteger, .count = kModSources};

@@ -5,7 +5,7 @@
 
 namespace {
 
-// What a keygroup parameter reads over the addressed keygroups, and where it is stored.
+// The fields of a parameter in the addressed keygroups.
 struct KeygroupCells {
   std::byte* first;
   size_t strideBytes;
@@ -85,7 +85,7 @@ int32_t KeygroupFieldValue(ZylSProgram& object, const Parameter& row, const Load
   const bool extension = row.record == Record::kExtension;
   KeygroupCells cells{nullptr, extension ? sizeof(vendlKeyGroup) : sizeof(akaiKeyGroup),
                       program->keyGroupExtensions, Addressed(*program.record, *index)};
-  // Without keygroups there is no first one whose field could be named.
+  // An empty program has no first keygroup.
   if (!cells.range.IsEmpty()) cells.first = KeygroupField(*program.record, row, 0);
   const int32_t before =
       VisitFieldType(row.type, [&](auto value) { return CombinedValue<decltype(value)>(cells); });

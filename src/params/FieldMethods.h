@@ -1,10 +1,11 @@
-// The script methods of the parameter rows: one for each family, driven by the row.
+// The script methods of the parameter rows: one function for each kind of record, driven by the
+// row.
 #pragma once
 
 #include "frame/Arguments.h"
 #include "params/ParameterTable.h"
 
-// Each answers the value before, and stores a new one by its family's rule.
+// Each returns the previous value, and stores a new one by the rule of its kind of record.
 int32_t ProgramFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,
                           const Opt<int32_t, "NewValue">& newValue);
 int32_t TolmoFieldValue(ZylSProgram& object, const Parameter& row, const LoadedProgram& program,

@@ -12,13 +12,13 @@ namespace {
 constexpr int32_t kLastKeygroup = number::kFirstZone - 1;
 constexpr int32_t kLastZone = number::kFirstSample - 1;
 
-// By number, -2 alone stands for the selected keygroups; every other negative index for all.
+// By number, only -2 addresses the selected keygroups; every other negative index addresses all.
 KeygroupRange AddressedByNumber(const akaiProgram& record, int32_t index) {
   return index >= 0 ? Addressed(record, index) : Addressed(record, index == -2 ? -2 : -1);
 }
 
-// Visits the addressed keygroups. A visit may end in a script that changes the program: the walk
-// ends with the record that it began with.
+// Visits the addressed keygroups. A visit may call a script that changes the program; the iteration
+// ends when the record is detached.
 template <class Visit>
 void ForEachByNumber(ZylSProgram& object, int32_t index, Visit visit) {
   const LoadedProgram program = LoadedProgram::Of(object);
@@ -37,8 +37,8 @@ void StoreKeygroupValue(akaiProgram& record, const Parameter& row, int keygroup,
   StoreBesideField(record, row.store, keygroup, value);
 }
 
-// What a typed text means, worked out at the first keygroup that needs it: the text is replaced
-// then, and the replacement may stand for another value.
+// The value of a typed text, parsed once, at the first keygroup that needs it: parsing replaces the
+// text, and the replacement may parse to another value.
 class TypedValue {
  public:
   explicit TypedValue(TypedText typed) : typed_(typed) {}
@@ -63,7 +63,7 @@ int32_t GetZoneOutput(const ZylSProgram& object, int keygroup, int zone) {
   return output >= object.maxIndyOut ? -1 : output;
 }
 
-// A new output for a zone of some keygroups. Apply allocates nothing.
+// Sets the output of a zone in some keygroups. Apply() doesn't allocate.
 class ZoneOutputChange {
  public:
   ZoneOutputChange(ZylSProgram& object, int32_t output)
@@ -186,7 +186,7 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
 
 namespace {
 
-// Switches notifications off while it lives; they are on afterwards, whatever they were before.
+// Disables notifications in a scope, and enables them at its end even if they were off before.
 class Silence {
  public:
   explicit Silence(ZylSProgram& object) : object_(object) { object_.enableRegisterCall = false; }
@@ -198,7 +198,7 @@ class Silence {
   ZylSProgram& object_;
 };
 
-// Notifies of a zone's new value: once for one keygroup, for each of several.
+// Notifies the modules of a zone's new value: once for each addressed keygroup.
 void NotifyZone(ZylSProgram& object, ChangeNotice& notice, int32_t keygroup) {
   if (keygroup >= 0) {
     notice.SendFor(keygroup);
@@ -218,7 +218,8 @@ std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex key
   const ROCParamPtr index(newROCParam(-1));
   std::optional<ChangeNotice> notice;
   if (newValue) notice.emplace(object, number.param, newValue.param, index.get(), zone.param);
-  // A zone's output would send notices of its own; here it has the same notice as every value.
+  // Setting the output of a zone sends its own notices; suppress them, since this method sends the
+  // same notice for every parameter.
   const int32_t value = [&] {
     const Silence silence(object);
     return ZoneParamValue(object, *number, *keygroup, *zone, stored);

@@ -1,5 +1,5 @@
-// Which keygroups an index addresses, and the walks over them. Every walk ends at what the record
-// really holds, whatever its count field says.
+// The keygroups that an index addresses, and iteration over them. Iteration ends at the number of
+// allocated keygroups, not at the record's count field.
 #pragma once
 
 #include <cstdint>
@@ -7,17 +7,17 @@
 #include "host/akai.h"
 #include "params/Parameter.h"
 
-// What a read over several keygroups answers when they differ, or when none is addressed.
+// The result of reading several keygroups whose values differ, or none.
 inline constexpr int32_t kDiffering = INT32_MIN;
 
 struct KeygroupRange {
   int first;
   int end;
-  bool selectedOnly;  // of these only keygroups whose extension is selected
+  bool selectedOnly;  // skip keygroups whose extension isn't selected
   bool IsEmpty() const { return first >= end; }
 };
 
-// `index` 0 or more is that keygroup, -1 all, a lower value the selected ones.
+// `index` 0 or more addresses that keygroup, -1 all, a lower value the selected ones.
 inline KeygroupRange Addressed(const akaiProgram& record, int32_t index) {
   if (index >= 0) return {index, index + 1, false};
   return {0, record.KeyGroupCount(), index < -1};
@@ -32,7 +32,7 @@ void ForEachAddressed(const akaiProgram& record, int32_t index, Visit visit) {
   }
 }
 
-// The library's part of storing a keygroup's new value.
+// The part of storing a keygroup's value that the program library does.
 inline void StoreBesideField(akaiProgram& record, Store store, int keygroup, int32_t value) {
   switch (store) {
     case Store::kByteResonance:

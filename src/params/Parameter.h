@@ -1,6 +1,6 @@
-// One row for each field of the program record that scripts can reach: where it lies, how wide it
-// is, and what a write of it does besides storing. The field methods, the methods by number, the
-// display texts and the pad image all read these rows.
+// One row for each field of the program record that scripts can access: its offset, its type, and
+// the side effects of storing it. The field methods, the methods by number, the display texts and
+// the pad slots use these rows.
 #pragma once
 
 #include <cstddef>
@@ -16,34 +16,34 @@
 
 enum class FieldType : uint8_t { kNone, kU8, kI8, kU16, kI16, kI32, kText };
 
-// A text field is this long, filled up with NULs; one of full length has no end mark.
+// The length of a text field. Shorter texts are padded with NULs; a full one isn't terminated.
 inline constexpr size_t kTextFieldBytes = sizeof(akaiProgramHdrImage::name);
 
 enum class Record : uint8_t {
   kProgram,
-  kTolmo,  // the program's organ extension
+  kTolmo,  // the organ extension of the program
   kKeygroup,
   kExtension,      // of a keygroup
-  kZone,           // inside its keygroup
-  kKeygroupZones,  // an array of the keygroup with an element for each zone
+  kZone,           // part of the keygroup record
+  kKeygroupZones,  // an array in the keygroup with one element per zone
   kExtensionZones,
 };
 
 // How a new value is stored.
 enum class Store : uint8_t {
-  kField,          // in place, the program is dirty
-  kMidiChannel,    // by the program object, whose value it is
-  kIndyOutput,     // in place, and the modules hear of the zones' outputs too
-  kKeyGroups,      // in place, and in the byte that older readers know
-  kByteResonance,  // by the program library, which keeps its own account
+  kField,          // in place; sets the dirty flag
+  kMidiChannel,    // by the program object, which owns the value
+  kIndyOutput,     // in place; also notifies of the zones' outputs
+  kKeyGroups,      // in place, and in the byte that older readers use
+  kByteResonance,  // by the program library
   kShortResonance,
-  kTolmo,  // in place, and the keygroup's organ extension is switched on
+  kTolmo,  // in place; enables the organ extension of the keygroup
 };
 
-// What a typed text stands for when it stands for no value: nothing is stored then.
+// The value of a typed text that has none; nothing is stored then.
 inline constexpr int32_t kNoValue = INT32_MIN;
 
-// A typed text that contains `part`, in any case, means `value` and is replaced by `canonical`.
+// A typed text that contains `part` (ignoring case) means `value` and is replaced with `canonical`.
 struct Keyword {
   const char* part;
   int32_t value;
@@ -51,30 +51,31 @@ struct Keyword {
   int32_t valueWithSlash = kNoValue;  // for a text that also contains "/"
 };
 
-// How values are shown and typed.
+// How values are shown and parsed.
 struct TextForm {
   std::span<const char* const> names = {};  // shown for the values 0, 1, ...
   const char* otherwise = "";               // shown for every other value
-  // The first keyword that a typed text contains decides; without keywords MatchText does.
+  // The first keyword that a typed text contains determines its value; without keywords, MatchText
+  // does.
   std::span<const Keyword> keywords = {};
   const char* unmatched = nullptr;  // replaces a typed text that contains no keyword
-  // A form that shows the value as a number instead.
+  // Shows the value as a number instead.
   enum class Numbers : uint8_t {
     kNone,
-    kFromOne,    // stored from 0, shown from 1
+    kFromOne,    // shown as the value plus 1
     kOffAtZero,  // "Off" for 0
   } numbers = Numbers::kNone;
 };
 
 struct Parameter {
-  std::string_view method;  // the field method's name
+  std::string_view method;  // name of the field method
   Record record;
   FieldType type;
-  uint16_t place;  // byte offset in the record; for a zone's field, of zone 0
+  uint16_t place;  // byte offset in the record; for zone fields, of zone 0
   uint16_t zoneStride = 0;
-  int16_t number = 0;  // 0: reached by name alone
+  int16_t number = 0;  // 0: accessible only by name
   Store store = Store::kField;
-  const TextForm* text = nullptr;  // null: it has no text
+  const TextForm* text = nullptr;  // null: no text
 };
 
 template <class T>
@@ -105,7 +106,7 @@ decltype(auto) VisitFieldType(FieldType type, Visitor&& visit) {
   }
 }
 
-// A field read with its sign, and written with as many low bits as it has.
+// Loads a field, sign-extended if its type is signed. Storing truncates to the width of the field.
 inline int32_t LoadField(const std::byte* field, FieldType type) {
   return VisitFieldType(type, [&](auto value) -> int32_t {
     std::memcpy(&value, field, sizeof(value));
@@ -118,13 +119,13 @@ inline void StoreField(std::byte* field, FieldType type, int32_t newValue) {
     std::memcpy(field, &value, sizeof(value));
   });
 }
-// The value that a field holds after `newValue` was stored.
+// The value that a field has after storing `newValue`.
 inline int32_t AsStored(FieldType type, int32_t newValue) {
   return VisitFieldType(
       type, [&](auto value) -> int32_t { return static_cast<decltype(value)>(newValue); });
 }
 
-// A text field's text, and a text stored into one: what is beyond its length is left off.
+// Load and store a text field. Texts that are too long are truncated.
 inline std::string LoadText(const std::byte* field) {
   const char* text = reinterpret_cast<const char*>(field);
   return {text, strnlen(text, kTextFieldBytes)};
@@ -135,8 +136,8 @@ inline void StoreText(std::byte* field, const char* text) {
   std::memcpy(field, text, length);
 }
 
-// The bytes of a field. The record and the keygroup must be there: `keygroup` and `zone` are taken
-// as they are.
+// The address of a field. The record and the keygroup must exist: `keygroup` and `zone` aren't
+// checked.
 std::byte* ProgramField(akaiProgram& record, const Parameter& row);
 std::byte* KeygroupField(akaiProgram& record, const Parameter& row, int keygroup);
 std::byte* ZoneField(akaiProgram& record, const Parameter& row, int keygroup, int zone);

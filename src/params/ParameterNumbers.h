@@ -1,5 +1,5 @@
-// The numbers of parameters that code names on its own: ranges, and the parameters that are no
-// plain field of a record. All others stand in their row (ParameterTable.h).
+// Parameter numbers that code refers to by name: ranges, and the parameters that aren't plain
+// fields of a record. All others are in their row (ParameterTable.h).
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@ inline constexpr int32_t kFirstKeygroup = 100;
 inline constexpr int32_t kFirstZone = 200;
 inline constexpr int32_t kFirstSample = 300;
 
-// Memory figures, read only: of what is locked, then of all. Each is followed by its percentage of
-// the memory of all programs, and of the machine's.
+// Read-only memory figures: locked memory, then total memory. Each is followed by its percentage of
+// the memory of all programs, and of the machine's memory.
 inline constexpr int32_t kLockedMemory = 90;
 inline constexpr int32_t kTotalMemory = 93;
 inline constexpr int32_t kLastMemory = 95;

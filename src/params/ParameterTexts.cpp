@@ -21,13 +21,13 @@ std::string Lowered(std::string_view text) {
   std::transform(lowered.begin(), lowered.end(), lowered.begin(), Lower);
   return lowered;
 }
-// The index of the name that a text stands for, -1 for an empty text: the rule of MatchText.
+// Implements MatchText without replacing the text.
 int32_t MatchingName(Names names, const char* text) {
   if (*text == '\0') return -1;
   size_t longest = 0;
   for (const std::string_view name : names) longest = std::max(longest, name.size());
   uint32_t left = ~uint32_t{0} >> (32 - names.size());  // a bit for each candidate
-  // No name has a letter beyond the longest one's end.
+  // Letters beyond the longest name eliminate nothing.
   for (size_t i = 0; i < longest && text[i] != '\0'; ++i) {
     for (size_t n = 0; n < names.size() && !std::has_single_bit(left); ++n) {
       const std::string_view name = names[n];
@@ -37,7 +37,7 @@ int32_t MatchingName(Names names, const char* text) {
   return std::countr_zero(left);
 }
 
-// What was typed, up to a NUL, in lower case.
+// The typed text up to a NUL, in lower case.
 std::string LoweredTyped(const ROCParam& typed) { return Lowered(typed.Str().c_str()); }
 bool Contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
@@ -103,7 +103,7 @@ std::string OutputText(int32_t output) {
 
 int32_t OutputFromText(ROCParam& typed, int32_t outputs) {
   const std::string text = LoweredTyped(typed);
-  // A signed byte holds an output, as the field does.
+  // Wrap to a signed byte, the type of the field.
   const int32_t output =
       text.empty() ? 0 : static_cast<int8_t>(static_cast<uint32_t>(DecimalValue(text)) - 1u);
   if (output < 0 || Contains(text, "o")) {
@@ -132,7 +132,7 @@ std::string_view ChannelText(int32_t channel, int32_t channels) {
 
 int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
   const std::string text = LoweredTyped(typed);
-  // How well a channel's text fits: not, by its beginning, whole, whole and chosen already.
+  // The rank of a channel: 0 no match, 1 prefix, 2 full name, 3 full name of the current channel.
   const auto fit = [&](int32_t channel) {
     const std::string shown = Lowered(ChannelText(channel, channels));
     if (text.empty() || !shown.starts_with(text)) return 0;
@@ -156,7 +156,7 @@ int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current) {
 
 namespace {
 
-// At least three characters. wxString::Format ends the process when memory is short.
+// Not wxString::Format, which terminates the process if memory is short.
 std::string OneDecimal(double value) {
   char text[400];  // the longest double has 309 digits before its point
   std::snprintf(text, sizeof text, "%3.1f", value);

@@ -1,7 +1,7 @@
-// The texts in which parameter values are shown and typed.
+// Formats parameter values as texts and parses typed texts.
 //
-// A shown text is "" where a value has none. A typed text is a script's own value: it is replaced
-// by the text of what it stands for, so that the caller sees it as the editor will show it.
+// A value without a text is formatted as "". A typed text is a script's variable: parsing replaces
+// it with the text of its value, as the editor shows it.
 #pragma once
 
 #include <cstdint>
@@ -12,30 +12,32 @@
 #include "host/base.h"
 #include "params/Parameter.h"
 
-// The index of the name that a typed text stands for, -1 for an empty text. Letter by letter, names
-// that differ from the text are given up, as long as two are left; the first one that is left is
-// meant, and replaces the text. So every text stands for some name.
+// Returns the index of the name that a typed text matches, or -1 for an empty text. Compares letter
+// by letter and eliminates the names that differ while at least two remain; the first remaining
+// name is the match, and replaces the text. So every non-empty text matches a name.
 int32_t MatchText(std::span<const char* const> names, ROCParam& typed);
 
-// The text of a value, and the value of a typed text (kNoValue: none).
+// Format a value, and parse a typed text; ValueFromText returns kNoValue if the text has no value.
 std::string ValueText(const TextForm& form, int32_t value);
 int32_t ValueFromText(const TextForm& form, ROCParam& typed);
 
-// An individual output, counted from 0 and shown from 1; below 0 is "Off". A typed output at or
-// beyond `outputs` is replaced by `outputs`, also when that is 0 or less, and gives `outputs` - 1.
+// An individual output, counted from 0 and shown from 1; negative is "Off". A typed output at or
+// beyond `outputs` is replaced with `outputs`, even if that is 0 or less, and returns `outputs`
+// - 1.
 std::string OutputText(int32_t output);
 int32_t OutputFromText(ROCParam& typed, int32_t outputs);
 
-// The name of a channel of a sample with this many channels, "" when it has none.
+// The name of a channel in a sample with this many channels, "" if it has none.
 std::string_view ChannelText(int32_t channel, int32_t channels);
-// The channel that a typed name means: the one that is shown so (of several the current one), the
-// first one whose text begins so, and only then the name's place in the table of channel names. -1
-// when the sample has no such channel; the text is left alone then.
+// Returns the channel of a typed name: the channel with that name (the current one if several have
+// it), else the first channel whose name starts with the text, else the index of the name that
+// matches in the table of channel names. Returns -1 and keeps the text if the sample has no such
+// channel.
 int32_t TypedChannel(ROCParam& typed, int32_t channels, int32_t current);
 
-// A number of bytes, in the unit that suits it.
+// A number of bytes in MB, KB or bytes, by its size.
 std::string MemoryText(int32_t bytes);
 std::string PercentText(double percent);
 
-// The decimal number with which a text begins, after blanks; 0 for none. Held to 32 bits.
+// The decimal number at the start of a text, after blanks; 0 if there is none. Clamped to 32 bits.
 int32_t DecimalValue(const std::string& text);

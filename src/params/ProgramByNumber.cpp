@@ -1,4 +1,4 @@
-// The program's parameters by number, and modulation sources by name.
+// The parameters of the program by number, and modulation sources by name.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -18,11 +18,11 @@ bool IsMemory(int32_t number) {
   return number >= number::kLockedMemory && number <= number::kLastMemory;
 }
 
-// A memory figure: a number of bytes, or what these are in percent of a whole.
+// A memory figure: a number of bytes, or its percentage of a total.
 struct MemoryFigure {
   int32_t bytes;
   bool isPercentage;
-  double percent;  // -1 when the whole is 0 bytes
+  double percent;  // -1 if the total is 0 bytes
 };
 MemoryFigure MemoryOf(const akaiProgram& record, int32_t number) {
   const bool locked = number < number::kTotalMemory;
@@ -30,7 +30,7 @@ MemoryFigure MemoryOf(const akaiProgram& record, int32_t number) {
   const int32_t part = number - (locked ? number::kLockedMemory : number::kTotalMemory);
   if (part == 0) return {bytes, false, 0};
   const int64_t ofAll = locked ? getTotalLockedMem() : getTotalMem();
-  // The script's figure of the machine's memory is capped at 2^31 - 1 bytes.
+  // qxGetTotalPhysicalMemory is clamped to 2^31 - 1 bytes, so use the unclamped size.
   const auto whole = static_cast<double>(part == 1 ? ofAll : qxGetPhysicalMemoryBytes());
   return {bytes, true, whole == 0 ? -1.0 : bytes / whole * 100.0};
 }
@@ -53,8 +53,8 @@ void StoreProgramValue(ZylSProgram& object, const Parameter& row, int32_t value)
   }
 }
 
-// The text of a row's value before, and what a typed one does. Only modulation sources are stored
-// as by number, with mark and notification.
+// Returns the text of the previous value and stores a typed one. Only modulation sources also set
+// the dirty flag and notify.
 std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* number,
                       TypedText typed) {
   std::byte* field = ProgramField(*object.program, row);
@@ -98,7 +98,7 @@ std::string ProgramText(ZylSProgram& object, ROCParam* number, TypedText typed) 
   if (typed == nullptr) return text;
   std::array<std::byte, kTextFieldBytes> stored;
   StoreText(stored.data(), typed->Str().c_str());
-  // The typed name is replaced by what is stored of it.
+  // Replace the typed name with the truncated name that is stored.
   if (row == &ParameterOf("PRGname")) typed->SetStr(LoadText(stored.data()));
   std::copy(stored.begin(), stored.end(), field);
   return text;
@@ -113,7 +113,7 @@ const Parameter* ValueRow(int32_t number) {
   return row != nullptr && row->type != FieldType::kText ? row : nullptr;
 }
 
-// The value of a number that no row has.
+// The value of a number without a row.
 int32_t FigureValue(const akaiProgram& record, int32_t number) {
   if (!IsMemory(number)) return -1;
   const MemoryFigure figure = MemoryOf(record, number);

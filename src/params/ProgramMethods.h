@@ -1,4 +1,4 @@
-// Program parameters with their own rules.
+// The methods of program parameters that aren't generated from their row.
 #pragma once
 
 #include <string>
@@ -16,8 +16,8 @@ int32_t PRGkeyGroups(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "N
 int32_t PRGmasterDetune(ZylSProgram& object, LoadedProgram program, IndexArg<"Index", 13> index,
                         Opt<int32_t, "NewValue"> newValue);
 
-// A new first individual output of the program. Zone outputs count from it, so that the modules are
-// notified of those too. Apply allocates nothing.
+// Sets the first individual output of the program. Zone outputs count from it, so the modules are
+// notified of those too. Apply() doesn't allocate.
 class IndyOutputChange {
  public:
   IndyOutputChange(ZylSProgram& object, int32_t output);
@@ -31,5 +31,5 @@ class IndyOutputChange {
   ChangeNotice zonesNotice_;
 };
 inline int32_t GetIndyOutput(const akaiProgram& record) { return record.indyOutput; }
-// The count of keygroups that scripts see; the records stay as many as they are.
+// Sets the keygroup count that scripts see; neither creates nor deletes keygroups.
 void StoreKeyGroups(akaiProgram& record, int32_t count);

@@ -1,5 +1,5 @@
-// The parameters of a zone's sample by number: a row for each number, how it is read and how a new
-// value is stored.
+// The parameters of a zone's sample by number: a row for each number, with the functions that read
+// and store its value.
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -14,13 +14,13 @@
 
 namespace {
 
-// A zone, and the sample that it has now.
+// A zone and its current sample.
 class SampleZone {
  public:
   SampleZone(ZylSProgram& object, int keygroup, int zone)
       : object(object), program_(LoadedProgram::Of(object)), keygroup_(keygroup), zone_(zone) {}
 
-  // Null when there is none; also when a script that was called has changed the program so far.
+  // Null if the zone has no sample, or if a called script has removed the zone or the program.
   genericSample* Sample() const {
     const bool there = program_.IsAttachedTo(object) && keygroup_ < program_->KeyGroupCount();
     return there ? program_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
@@ -30,7 +30,7 @@ class SampleZone {
     if (program_->setSampleChannel(keygroup_, zone_, channel)) object.PurgeSampleObjects();
   }
 
-  // Tells the modules that the sample's sound or track is about to change.
+  // Notifies the modules before the sound data or the pitch track of the sample changes.
   void NotifyDeleting(const genericSample& sample) {
     if (CSample* known = object.sampleObjects.FindBySample(&sample)) known->NotifyDeleting();
   }
@@ -50,11 +50,13 @@ class SampleZone {
 
 int32_t BytesPerValue(const genericSample& sample) { return (sample.shared().bits + 7) / 8; }
 
-// A position that must not lie behind `last`, nor before the sample.
+// Clamps a start position to the range 0 to `last`; a position after a negative `last` becomes
+// `last`.
 int32_t HeldBefore(int32_t position, int32_t last) {
   return position > last ? last : std::max(position, 0);
 }
-// A position that must not lie before `first`, nor behind the sample.
+// Clamps an end position to the range `first` to the last frame; a position before `first` becomes
+// `first`, even if that is after the last frame.
 int32_t HeldAfter(int32_t position, int32_t first, int32_t frameCount) {
   if (position < first) return first;
   return position >= frameCount ? frameCount - 1 : position;
@@ -88,7 +90,7 @@ void WriteLoopEnd(SampleZone&, genericSample& sample, int32_t value) {
   loop.loopEnd = HeldAfter(value, loop.loopStart, parameters.frameCount);
 }
 
-// The value that is stored for a new one, which the caller's variable then shows.
+// The value to store for a new value; also written to the caller's variable.
 int32_t Limited(int32_t number, int32_t value) {
   return number == number::kBytesPerValue ? std::clamp(value, 1, 4) : value;
 }
@@ -108,7 +110,7 @@ void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
 }
 
 struct SampleRow {
-  int32_t (*read)(const genericSample& sample);  // null: the number has no value
+  int32_t (*read)(const genericSample& sample);  // null: no value
   void (*write)(SampleZone& zone, genericSample& sample, int32_t value);
 };
 
@@ -116,7 +118,7 @@ using P = SampleParameters;
 using L = genericLoop;
 constexpr SampleRow kNoRow = {nullptr, nullptr};
 
-// From the first sample number on.
+// Indexed by the number minus kFirstSample.
 constexpr SampleRow kRows[] = {
     {Read<&P::key>, WriteByte<&P::key>},
     {Read<&P::playbackType>, WriteByte<&P::playbackType>},
@@ -186,7 +188,7 @@ std::string FileNameText(const genericSample& sample) {
   return text;
 }
 
-// Both the width in bits and the one in bytes are shown and typed in bits.
+// The width in bits and the width in bytes are both shown and typed in bits.
 std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, TypedText typed) {
   const HeldSample held(sample);
   std::string text = std::to_string(sample.shared().bits);
@@ -197,7 +199,7 @@ std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, Ty
   } else if (bits <= 0) {
     return text;
   }
-  // Made first, since nothing may fail after the change. A short text needs no memory of its own.
+  // Created first, since nothing may fail after the change. Short texts don't allocate.
   ROCParam shown{std::string_view()};
   zone.SetBits(sample, bits);
   shown.SetStr(std::to_string(sample.shared().bits));
