@@ -59,7 +59,7 @@ void WriteDataToPad(ZylSProgram& object, LoadedProgram, PadArg pad, Arg<int32_t,
     std::memcpy(data.Data() + (old.data() - buffer.data()), slot.data(), slot.size());
     return;
   }
-  // A slot of another size moves to the end.
+  // A slot whose size changes moves to the end.
   std::vector<std::byte> rebuilt = zyl::WithoutPadSlot(buffer, old, slot.size());
   rebuilt.insert(rebuilt.end(), slot.begin(), slot.end());
   SetBytes(data, rebuilt);
@@ -68,8 +68,8 @@ void WriteDataToPad(ZylSProgram& object, LoadedProgram, PadArg pad, Arg<int32_t,
 void ReadDataFromPad(ZylSProgram& object, LoadedProgram program, PadArg pad,
                      Arg<int32_t, "SlotID"> slotId) {
   const PadBytes slot = zyl::PadSlot(static_cast<uint32_t>(*slotId), BytesOf(*pad->DataValue()));
-  // All changes are prepared before the first one: without memory none is made. A module that is
-  // notified may write or delete the pad, or detach the program, which ends the transfer.
+  // Prepare all changes before applying the first one: if memory is short, nothing changes. A
+  // notified module may write or delete the pad, or detach the program, which ends the transfer.
   std::list<ProgramChange> changes;
   for (const zyl::PadEntry& entry : zyl::EntriesOfPadSlot(slot)) {
     const ROCParamPtr number(newROCParam(int32_t{entry.number}));

@@ -1,4 +1,4 @@
-// Program parameters and whole samples through the data pads of DSP modules.
+// Transfers program parameters and whole samples through the data pads of DSP modules.
 #pragma once
 
 #include <optional>
@@ -6,13 +6,13 @@
 
 #include "frame/Forms.h"
 
-// A parameter number of an open-ended list, of any type: its low 16 bits count. What has no number
-// for a value (a text, an object) counts as 0.
+// A parameter number in an open-ended list, of any type: the low 16 bits of its value. A text or an
+// object counts as 0.
 struct ParamWord {
   static constexpr DeclaredArgument kDeclared{.name = "ParamNumber", .type = kTypeInteger};
   static bool Read(Call& call, ParamWord& self);
 
-  std::optional<uint16_t> number;  // nothing for a null entry
+  std::optional<uint16_t> number;  // empty for a null entry
 };
 
 void WriteDataToPad(ZylSProgram& object, LoadedProgram program, PadArg pad,

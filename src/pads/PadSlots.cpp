@@ -53,8 +53,9 @@ std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot) {
     entry.number = in.GetWORD();
     entry.value = in.GetSHORT();
   }
-  // A padded slot is a multiple of 8 bytes long, so its number of words is odd. Parameter 0 names
-  // nothing and is never written with the value 0, so a last word of zeros is padding.
+  // The header has three words and a padded slot is a multiple of 8 bytes long, so its number of
+  // entries is odd. Parameter 0 doesn't exist and is never written with value 0, so a zero last
+  // entry is padding.
   if (entries.size() % 2 == 1 && entries.back() == PadEntry()) entries.pop_back();
   return entries;
 }

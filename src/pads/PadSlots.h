@@ -1,11 +1,11 @@
-// Parameter slots in the bytes of a pad: finding, reading, building, replacing and removing them.
+// Finds, reads, builds, replaces and removes parameter slots in the bytes of a pad.
 //
-// A pad holds slots without gaps between them. A slot is a header of three 32-bit words (size of
+// A pad contains slots without gaps between them. A slot is a header of three 32-bit words (size of
 // the whole slot, slot id, 0) and entries of two 16-bit words (parameter number, signed value),
 // padded with a zero word to a multiple of 8 bytes. All words are little-endian.
 //
-// The bytes of a pad may come from anywhere. A slot ends where its size says, at most at the end of
-// the given bytes; nothing outside them is read or changed.
+// The bytes of a pad are untrusted. A slot is truncated at the end of the given bytes; nothing
+// outside them is read or changed.
 #pragma once
 
 #include <cstddef>
@@ -15,8 +15,8 @@
 
 using PadBytes = std::span<const std::byte>;
 
-// The start of the first slot with that id, or null. The walk moves on by each slot's size,
-// whatever it is; a size below 8 ends it, since no progress is possible.
+// Returns the start of the first slot with that id, or null. Slot sizes aren't required to be
+// multiples of 8; the search ends at a size less than 8, which can't be a slot.
 const std::byte* FindPadSlot(uint32_t slotId, const std::byte* buffer, size_t length);
 
 namespace zyl {
@@ -28,16 +28,16 @@ struct PadEntry {
   bool operator==(const PadEntry&) const = default;
 };
 
-// The bytes of the slot that FindPadSlot finds, cut at the end of the buffer; empty without one.
+// The bytes of the slot that FindPadSlot finds, truncated at the end of the buffer; empty if none.
 PadBytes PadSlot(uint32_t slotId, PadBytes buffer);
 
-// The whole entries of a found slot, without the padding word; none when the slot is shorter than
-// its header or the reserved word is not 0.
+// The complete entries of a slot, without the padding word; none if the slot is shorter than its
+// header or the reserved word isn't 0.
 std::vector<PadEntry> EntriesOfPadSlot(PadBytes slot);
 
 std::vector<std::byte> MakePadSlot(uint32_t slotId, std::span<const PadEntry> entries);
 
-// The buffer without the slot found in it, with room for `spare` more bytes.
+// Copies the buffer without the slot, with capacity for `spare` more bytes.
 std::vector<std::byte> WithoutPadSlot(PadBytes buffer, PadBytes slot, size_t spare = 0);
 
 }  // namespace zyl

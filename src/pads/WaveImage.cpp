@@ -9,7 +9,8 @@
 namespace zyl {
 namespace {
 
-// A name that only repeats the path does not travel: the path does not either.
+// Whether the name differs from the one derived from the path. Derived names aren't written, since
+// the path isn't either.
 bool HasOwnName(const genericSample& sample) {
   if (sample.name == nullptr) return false;
   return sample.filePath == nullptr || FileString(sample.filePath).BaseName() != sample.name;
@@ -26,7 +27,7 @@ WaveImage ImageOfSample(const genericSample& sample) {
   for (int i = 0; i < channels; ++i) LendChannel(sample, i, wave, static_cast<unsigned>(i));
   WaveImage image;
   if (wave.CreateInterleavedBuffer()) {
-    // Written before the buffers are taken back, so that the sound is not copied twice.
+    // Write while the sample's buffers are lent, so that the sound isn't copied twice.
     char* bytes = nullptr;
     image.length = wave.WriteToMem(&bytes);
     image.bytes.reset(bytes);

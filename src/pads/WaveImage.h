@@ -1,4 +1,4 @@
-// Whole samples as the bytes of a WAVE file.
+// Converts samples to and from the bytes of a WAVE file.
 #pragma once
 
 #include <cstddef>
@@ -11,13 +11,13 @@ namespace zyl {
 
 struct WaveImage {
   std::unique_ptr<char[]> bytes;
-  int length = 0;  // 0 when the sample cannot be a WAVE file
+  int length = 0;  // bytes; 0 if the sample can't be written as a WAVE file
 };
 
-// All channels of the sample's file, with their format, loops, key and tuning.
+// Writes all channels of the sample's file with their format, loops, key and tuning.
 WaveImage ImageOfSample(const genericSample& sample);
 
-// A new sample, one of several channels as a whole; null when the bytes are no WAVE file.
+// Creates a sample; a multichannel file becomes one sample. Null if the bytes aren't a WAVE file.
 SampleUse SampleOfImage(std::span<const std::byte> image);
 
 }  // namespace zyl

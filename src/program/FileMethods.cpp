@@ -11,13 +11,13 @@ namespace {
 constexpr int32_t kDefaultWriteMode = 51;
 constexpr int kPresetEntryBytes = 21;
 
-// What a script object that holds another program is copied from; null when there is none.
+// The program object of an algorithm object if it has a program attached, or null.
 ZylSProgram* SourceProgram(RIOObject* object) {
   ZylSProgram* source = ZylSProgram::Behind(object);
   return source != nullptr && source->program != nullptr ? source : nullptr;
 }
 
-// The end of Read and Find: a given channel is taken as it is, else the record's own is set.
+// The common part of Read and Find: sets the given channel unchecked, else the record's channel.
 bool AttachWithChannel(ZylSProgram& object, akaiProgram* record,
                        const Opt<int32_t, "MC">& channel) {
   object.Attach(record);
@@ -42,7 +42,7 @@ bool Create(ZylSProgram& object,
   if (record == nullptr) return false;
   int32_t channel = record->midiChannel;
   try {
-    // Looked up only now: an object that is given itself has the new, empty record as its source.
+    // Looked up after attaching: an object that is its own source copies the new, empty record.
     if (const ZylSProgram* other = SourceProgram(source.Object())) {
       record->copyFrom(other->program, copySamples.ValueOr(true));
       channel = other->midiChannel;

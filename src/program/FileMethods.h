@@ -1,11 +1,11 @@
-// Programs made, read, found and written; memory figures; the presets of a preset file.
+// Creating, reading, finding and writing programs; memory figures; the presets of a preset file.
 #pragma once
 
 #include <string>
 
 #include "frame/Arguments.h"
 
-// A new program, or a copy of the one behind another program object, is attached.
+// Attaches a new program: a default one, or a copy of the program of `source`.
 bool Create(ZylSProgram& object,
             AlgoArg<"ProgramToCopy", Presence::kRequired, NullObject::kAllowed> source,
             Opt<bool, "CopySamples"> copySamples);

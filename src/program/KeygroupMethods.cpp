@@ -60,7 +60,7 @@ std::optional<int32_t> KGCreate(
     Deferred<Opt<int32_t, "KGToCopy">> sourceIndex) {
   const ZylSProgram* other = ZylSProgram::Behind(source.Object());
   akaiProgram* record = other == nullptr ? nullptr : other->program;
-  // Without a source the third argument is not looked at.
+  // Without a source the third argument is ignored.
   if (record != nullptr && !sourceIndex.ReadNow(call)) return {};
   akaiKeyGroup* made = program->newKeyGroup(*newIndex, record, sourceIndex.value.ValueOr(0));
   if (record == nullptr && made != nullptr) made->setDefault();

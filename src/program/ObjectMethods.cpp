@@ -51,7 +51,7 @@ bool IsLocked(ZylSProgram& object) {
 
 namespace {
 
-// These fields are stored as they come: no dirty flag, no notification.
+// Stores a field without setting the dirty flag or notifying.
 template <class Field, class NewValue>
 int32_t PlainAccess(Field& field, const NewValue& newValue) {
   const auto before = static_cast<int32_t>(field);

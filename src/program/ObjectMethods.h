@@ -1,4 +1,4 @@
-// The program object's own script methods: its flags, its registered modules, its channel mask.
+// The script methods for the program object's flags, registered modules and channel mask.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 bool Dirty(ZylSProgram& object, Opt<bool, "NewDirty"> newDirty);
 bool EnableRegisterCall(ZylSProgram& object, Opt<bool, "Enable"> enable);
 int32_t MaxIndyOut(ZylSProgram& object, Opt<int32_t, "NewMaxIndyOut"> newValue);
-// Tells the registered modules that the program object ends, and drops its sample objects.
+// Notifies the registered modules that the program object ends, and releases its sample objects.
 void PrepareDelete(ZylSProgram& object);
-// Registers an algorithm: it is told of changes from then on, once however often it registers.
+// Registers an algorithm, which is then notified of changes. Registering twice has no effect.
 void Register(ZylSProgram& object, AlgoArg<"RegisterModule"> module);
 bool IsValid(ZylSProgram& object);
 bool IsLocked(ZylSProgram& object);
@@ -19,5 +19,5 @@ int32_t PRGtmmute(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "Mute
 int32_t PRGsolo(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "Solo"> newValue);
 int32_t PRGtmMidiChannel(ZylSProgram& object, LoadedProgram program,
                          Opt<int32_t, "MidiChannel"> newValue);
-// Gives the record a file path in the temporary folder that no file has, and returns it.
+// Sets the record's file path to an unused one in the temporary folder, and returns it.
 std::string SetUniqueFilePath(ZylSProgram& object, LoadedProgram program);

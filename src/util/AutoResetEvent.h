@@ -1,5 +1,5 @@
-// One thread waits, another signals. A signal that comes before the wait is kept for it; each wait
-// takes one signal.
+// One thread waits, another signals. A signal before the wait ends the next wait at once; several
+// such signals count as one.
 #pragma once
 
 #include <wx/thread.h>

@@ -1,6 +1,6 @@
-// The module's doubly linked list of pointers. Nodes come from blocks; a removed node goes onto the
-// free chain, and when the list becomes empty its blocks are released. The list owns its nodes and
-// nothing that they point to. Items are appended at the tail; walks run from head to tail.
+// The module's doubly linked list of pointers. Nodes are allocated in blocks; a removed node is
+// added to the free chain, and the blocks are freed when the list becomes empty. The list owns its
+// nodes, but not the objects that the items point to. Items are appended at the tail.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ class PlexList {
     ++count_;
   }
 
-  // The first node whose item satisfies `matches`, or null.
+  // Returns the first node whose item satisfies `matches`, or null.
   template <class Predicate>
   Node* FindIf(Predicate matches) const {
     for (Node* node = head_; node != nullptr; node = node->next) {
@@ -59,7 +59,7 @@ class PlexList {
     }
   }
 
-  // Unlinks every node and releases the blocks; the items are not touched.
+  // Unlinks all nodes and frees the blocks; the items aren't changed.
   void RemoveAll() {
     count_ = 0;
     head_ = tail_ = free_ = nullptr;

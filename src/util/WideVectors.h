@@ -30,8 +30,8 @@ inline bool HasAvx2() noexcept {
 #endif
 }
 
-// Fetches the memory into the first cache ahead of its use. Any address is allowed. Loops that do
-// much work for each value gain most: the processor's own prefetching is too slow for them.
+// Prefetches memory into the first-level cache. Any address is allowed. Helps most in loops that do
+// much work per value, where hardware prefetching is too slow.
 inline void Prefetch(const void* address) noexcept {
 #if defined(__GNUC__) || defined(__clang__)
   __builtin_prefetch(address);
