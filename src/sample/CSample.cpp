@@ -6,7 +6,7 @@
 
 CSample::CSample(ZylSProgram* parent, zyl::SampleUse record)
     : sample(record.get()), parentProgram(parent) {
-  // Also makes the object's anchor, so that a value can take the object without an allocation.
+  // This also creates the object's anchor, so that later values refer to it without allocating.
   const ROCParamPtr self(newROCParam(this));
   if (parent != nullptr) {
     deletingArguments_.AddTail(newROCParam(parent->owner));

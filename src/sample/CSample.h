@@ -1,7 +1,7 @@
-// The script-visible sample object: it stands for one sample record and holds one use of it.
+// The sample object that scripts see. It refers to one sample record and owns one use of it.
 //
-// It lives while a list holds it (a program's sample objects, or the module's temporary ones) and
-// has no script methods of its own: methods of ZylSProgram take it as an argument.
+// A list owns the object: a program's sample objects or the module's temporary samples. The object
+// has no script methods; methods of ZylSProgram take it as an argument.
 #pragma once
 
 #include "host/akai.h"
@@ -15,9 +15,9 @@ class CSample final : public RIOObject {
 
   // `parent` is null for a temporary sample.
   CSample(ZylSProgram* parent, zyl::SampleUse record);
-  // Tells the registered modules, gives lock and use of the record back.
+  // Notifies the registered modules, then releases the record's lock and its use.
   ~CSample() override;
-  // An object of its own fresh record: two empty channels, WAVE.
+  // Creates an object with a new WAVE record of two empty channels.
   static RIOObject* Factory(RIOObject* creator);
 
   int GetTypeID() const override { return kTypeId; }
@@ -28,11 +28,11 @@ class CSample final : public RIOObject {
   void NotifyDeleting();
 
   int32_t refCount = 1;
-  genericSample* sample;  // null: the object is dead
+  genericSample* sample;  // null once the record is gone
   ZylSProgram* parentProgram;
   bool locked = false;  // this object locked the record and must unlock it
 
  private:
-  // The arguments of the notification, made with the object: its end must not need memory.
+  // The notification's arguments, built by the constructor so that destruction never allocates.
   ROCParams deletingArguments_;
 };

@@ -13,7 +13,7 @@ void MarkDirty(ZylSProgram& object, const SampleArg& sample) {
   sample->shared().dirty = true;
 }
 
-// A new play position: stored as it is; both are dirty when it differs.
+// Stores a new play position without clamping it. A different one dirties program and record.
 int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample, int32_t SampleParameters::*field,
                      const Opt<int32_t, "NewValue">& newValue) {
   SampleParameters& parameters = sample->shared();
@@ -26,7 +26,7 @@ int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample, int32_t Sampl
   return before;
 }
 
-// Clamps the range and edits it in every channel that the sample stands for.
+// Clamps the range and edits it in every channel that an edit of the sample changes.
 template <class Edit>
 void EditRange(const SampleArg& sample, int32_t start, int32_t end, Edit edit) {
   if (zyl::ClampRange(sample->shared().frameCount, start, end)) {
@@ -62,7 +62,7 @@ int32_t SampleGetSize(ZylSProgram&, SampleArg sample) { return sample->shared().
 
 int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, VarArg<int32_t, "Buffer"> buffer,
                         Opt<int32_t, "Channel"> channel) {
-  int wanted = -1;  // the record's own
+  int wanted = -1;  // the record's channel
   if (channel && *channel != sample->channel) {
     wanted = *channel;
     if (wanted < 0 || wanted >= sample->getChannelCount()) {
@@ -111,7 +111,7 @@ std::optional<int32_t> SampleBits(Call& call, SampleArg sample, Opt<int32_t, "Ne
 std::optional<int32_t> SampleChannelCount(Call& call, SampleArg sample,
                                           Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = sample->getChannelCount();
-  // A count that is out of range, or that would drop a channel in use, changes nothing.
+  // Refused when out of range or when it would remove a channel in use.
   if (newValue && !sample->setChannelCount(*newValue)) {
     call.ValueError("NewValue", 2);
     return {};

@@ -10,7 +10,7 @@ std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup 
                                  OneZone zone, Arg<std::string, "Extension"> extension,
                                  Opt<int32_t, "Channels"> channels);
 int32_t SampleGetSize(ZylSProgram& object, SampleArg sample);
-// Writes the handle of a channel's data into `buffer` and answers its number of positions.
+// Writes the handle of a channel's data to `buffer` and returns the number of positions.
 int32_t SampleGetBuffer(ZylSProgram& object, SampleArg sample, VarArg<int32_t, "Buffer"> buffer,
                         Opt<int32_t, "Channel"> channel);
 std::optional<int32_t> SampleSize(Call& call, SampleArg sample, Opt<int32_t, "NewSize"> newSize);

@@ -30,7 +30,8 @@ std::vector<MergedChannel> WithRecord(const MergedChannels& pairs) {
   return channels;
 }
 
-// The file object of a path's extension with the first sample's parameters; null for others.
+// A file object for the extension, with the parameters of the first sample. Null for an unsupported
+// extension.
 std::unique_ptr<BasicSample> FileObjectFor(const std::string& extension,
                                            const genericSample& first) {
   const wxString lower = wxString::FromUTF8(extension).Lower();
@@ -47,8 +48,8 @@ std::unique_ptr<BasicSample> FileObjectFor(const std::string& extension,
   return nullptr;
 }
 
-// Lends the channels to the file object. False when it cannot take them all: there is no such
-// channel, or there are too many.
+// Lends the channels to the file object. Returns false if a channel does not exist or there are too
+// many.
 bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file) {
   file.SetChannelCount(static_cast<unsigned>(channels.size()));
   unsigned bits = 0;
@@ -61,7 +62,8 @@ bool LendChannels(const std::vector<MergedChannel>& channels, BasicSample& file)
   return file.ChannelCount() == channels.size() && file.CreateInterleavedBuffer();
 }
 
-// File names are bytes to the system: those that are not UTF-8 are kept as well.
+// Converts file names so that names that are not valid UTF-8 keep their bytes. wxCopyFile converts
+// through the global wxConvFileName, which is replaced while this object exists.
 class FileNameBytes {
  public:
   FileNameBytes() { wxConvFileName = &bytes_; }
@@ -75,12 +77,12 @@ class FileNameBytes {
   wxMBConv* const before_ = wxConvFileName;
 };
 
-// Copies the file with its mode; `dest` is replaced whole or not at all.
+// Copies the file and its mode. Replaces `dest` completely or leaves it unchanged.
 bool CopyFile(const std::string& source, const std::string& dest, std::string& reason) {
   std::error_code failed;
-  // Also since opening a pipe would wait for its writer.
+  // Opening a named pipe would block until it has a writer.
   if (!fs::is_regular_file(source, failed)) {
-    reason = source + ": is no file that can be copied";
+    reason = source + ": is not a regular file";
     return false;
   }
   if (fs::equivalent(source, dest, failed)) return true;
@@ -105,7 +107,7 @@ bool SampleWrite(ZylSProgram&, SampleArg sample, OptPath<"NewPath"> path,
 std::optional<bool> SampleWriteMerged(Call& call, PathArg<"NewPath"> path,
                                       Deferred<MergedChannels> pairs) {
   const FileString parts(*path);
-  // Without an extension the pairs are not looked at.
+  // Without an extension the pairs are not read, so errors in them are not reported.
   if (parts.Extension().empty()) return false;
   if (!pairs.ReadNow(call)) return {};
   const std::vector<MergedChannel> channels = WithRecord(pairs.value);

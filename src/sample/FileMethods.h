@@ -1,4 +1,4 @@
-// Script methods that store samples in files, merge channels into one file, and look at files.
+// Script methods that write samples to files, merge channels into one file, and inspect files.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 bool SampleWrite(ZylSProgram& object, SampleArg sample, OptPath<"NewPath"> path,
                  Opt<int32_t, "ChannelMask"> mask);
 
-// A channel that goes into the merged file; one without a record is left out.
+// The channels of the merged file; samples without a record are skipped.
 using MergedChannels =
     Repeated<OtherSample<"Sample", NullObject::kAllowed>, Arg<int32_t, "Channel">>;
 std::optional<bool> SampleWriteMerged(Call& call, PathArg<"NewPath"> path,

@@ -20,7 +20,8 @@ void Changed(ZylSProgram& object, const SampleArg& sample) {
   sample->shared().dirty = true;
 }
 
-// A loop's integer field; `number` 0 sends no notification.
+// Reads or stores an integer field of a loop. `number` is the parameter number of the notification;
+// 0 sends none.
 int32_t LoopField(ZylSProgram& object, const SampleArg& sample, int32_t genericLoop::*field,
                   int32_t loop, const Opt<int32_t, "NewValue">& newValue, int32_t number) {
   if (!InUse(sample->shared(), loop)) return -1;
@@ -44,7 +45,7 @@ zyl::LoopPoints PointsOf(const SampleParameters& parameters, int32_t loop) {
 using Search = int32_t (*)(const zyl::ValueView&, const zyl::LoopPoints&, int32_t, int32_t,
                            int32_t) noexcept;
 
-// A search leaves dirty flags, notifications and the fine length alone.
+// Searches a loop point and stores it, without setting dirty flags or sending notifications.
 int32_t FindPoint(const SampleArg& sample, int32_t loop, Search search, int32_t genericLoop::*field,
                   int32_t start, int32_t last, int32_t threshold) {
   SampleParameters& parameters = sample->shared();
@@ -87,7 +88,7 @@ int32_t SampleLoopTimes(ZylSProgram& object, SampleArg sample, TimedLoopIndexArg
 std::optional<double> SampleLoopFineLen(Call& call, SampleArg sample, LoopIndexArg loop,
                                         Opt<double, "NewValue"> newValue) {
   if (!InUse(sample->shared(), *loop)) return -1.0;
-  // A fraction of a position: what no unsigned 32-bit field holds is no fine length.
+  // Truncated toward zero, the value must fit the unsigned 32-bit field.
   if (newValue && !(*newValue > -1.0 && *newValue < 4294967296.0)) {
     call.ValueError("NewValue", 3);
     return {};

@@ -1,4 +1,4 @@
-// Script methods for a sample's loops: count, points, quality, search; and the DC offset.
+// Script methods for a sample's loops (count, points, quality, search) and its DC offset.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 #include "frame/Arguments.h"
 
 using LoopIndexArg = IndexArg<"LoopIndex", kMaxLoops>;
-// Only the first loops have a repeat count for scripts.
+// Scripts reach the repeat count of the first 8 loops only.
 using TimedLoopIndexArg = IndexArg<"LoopIndex", 8>;
 
 std::optional<int32_t> SampleLoopCount(Call& call, SampleArg sample,

@@ -1,7 +1,7 @@
-// The searches bring every candidate that the rating formula treats specially one by one: those
-// with fewer than 20 terms, those that cannot be rated, and those whose fractional start passes a
-// power of two, where adding 1 to a double may round. All others go through the screening of
-// LoopScreen in long runs. The answer is that of rating every candidate in order.
+// The searches rate every special candidate individually: those with fewer than 20 terms, those
+// that cannot be rated, and those whose fractional start passes a power of two, where adding 1 to a
+// double may round. LoopScreen handles all others in long runs. The result is the same as rating
+// every candidate in order.
 #include "sample/LoopSearch.h"
 
 #include <algorithm>
@@ -16,46 +16,46 @@ namespace zyl {
 
 namespace {
 
-constexpr std::int32_t lowestInt = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t highestInt = std::numeric_limits<std::int32_t>::max();
+constexpr int32_t kLowestInt = std::numeric_limits<int32_t>::min();
+constexpr int32_t kHighestInt = std::numeric_limits<int32_t>::max();
 
-// The position from which a loop is rated.
-double RatedStart(std::int32_t start, std::uint32_t fineLen) noexcept {
+// The rated start of a loop, x in the formula of LoopQuality.
+double RatedStart(int32_t start, uint32_t fineLen) noexcept {
   return start - fineLen / 4294967295.0;
 }
 
 template <class Access>
 double Rate(const ValueView& view, const LoopPoints& loop) noexcept {
-  const auto value = [&](std::int32_t position) -> double {
+  const auto value = [&](int32_t position) -> double {
     return Access::Read(view.values, position);
   };
   double x = RatedStart(loop.start, loop.fineLen);
   if (!loop.inUse || x <= 0.0 || loop.end >= view.frameCount || loop.end <= x) return 1.0;
-  double quality = std::fabs(value(static_cast<std::int32_t>(x)) - value(loop.end)) / loopFullScale;
+  double quality = std::fabs(value(static_cast<int32_t>(x)) - value(loop.end)) / kLoopFullScale;
   const double endSlope = LoopSlope(value(loop.end - 1), value(loop.end));
-  for (const double weight : loopTermWeights) {
+  for (const double weight : kLoopTermWeights) {
     if (x + 1.0 >= loop.end) break;
-    const auto m = static_cast<std::int32_t>(x);
+    const auto m = static_cast<int32_t>(x);
     quality += weight * std::fabs(LoopSlope(value(m), value(m + 1)) - endSlope);
     x += 1.0;
   }
   return quality;
 }
 
-// How far, from start candidate `first` on, the truncated x is the candidate less a fixed shift
-// and adding 1 to x is exact. With a fine length that holds between two powers of two: there x is
-// the candidate less one and the same rounded fraction, and the terms reach no coarser spacing of
-// doubles. Answers `first` where no such run begins.
-std::int32_t RegularRunEnd(std::int32_t first, std::uint32_t fineLen) noexcept {
-  if (fineLen == 0) return first > 0 ? highestInt : first;
-  std::int64_t power = 1;
+// Returns the end of the run of start candidates from `first` in which the truncated x is the
+// candidate minus a fixed shift and adding 1 to x is exact; `first` if there is no such run. With a
+// fine length a run ends before the next power of two: within it x is the candidate minus the same
+// rounded fraction, and no term reaches a coarser spacing of doubles.
+int32_t RegularRunEnd(int32_t first, uint32_t fineLen) noexcept {
+  if (fineLen == 0) return first > 0 ? kHighestInt : first;
+  int64_t power = 1;
   while (power * 2 <= first) power *= 2;
-  const std::int64_t runEnd = power * 2 - loopTermCount;
-  return first > power && runEnd > first ? static_cast<std::int32_t>(runEnd) : first;
+  const int64_t runEnd = power * 2 - kLoopTermCount;
+  return first > power && runEnd > first ? static_cast<int32_t>(runEnd) : first;
 }
 
-// The threshold, which is on the scale of ScaledLoopQuality, as a quality.
-double QualityLimit(std::int32_t threshold) noexcept { return 1.0 - threshold / 2147483647.0; }
+// Converts a threshold on the scale of ScaledLoopQuality to a quality.
+double QualityLimit(int32_t threshold) noexcept { return 1.0 - threshold / 2147483647.0; }
 
 }  // namespace
 
@@ -64,15 +64,15 @@ double LoopQuality(const ValueView& view, const LoopPoints& loop) noexcept {
                     [&](auto access) { return Rate<decltype(access)>(view, loop); });
 }
 
-std::int32_t ScaledLoopQuality(double quality) noexcept {
+int32_t ScaledLoopQuality(double quality) noexcept {
   const double scaled = (1.0 - quality) * 2147483647.0;
-  return static_cast<std::int32_t>(std::clamp(scaled, double{lowestInt}, double{highestInt}));
+  return static_cast<int32_t>(std::clamp(scaled, double{kLowestInt}, double{kHighestInt}));
 }
 
-std::int32_t FindLoopStart(const ValueView& view, const LoopPoints& loop, std::int32_t startIndex,
-                           std::int32_t lastIndex, std::int32_t threshold) noexcept {
-  std::int32_t low = std::min(startIndex, lastIndex);
-  std::int32_t high = std::max(startIndex, lastIndex);
+int32_t FindLoopStart(const ValueView& view, const LoopPoints& loop, int32_t startIndex,
+                      int32_t lastIndex, int32_t threshold) noexcept {
+  int32_t low = std::min(startIndex, lastIndex);
+  int32_t high = std::max(startIndex, lastIndex);
   if (low >= loop.end) return loop.start;
   low = std::max(low, 0);
   high = std::min({high, view.frameCount - 1, loop.end});
@@ -84,11 +84,11 @@ std::int32_t FindLoopStart(const ValueView& view, const LoopPoints& loop, std::i
     return best.position;
   }
   LoopPoints candidate = loop;
-  const std::int32_t fullTermsEnd = std::min(high, loop.end - loopTermCount);
-  for (std::int32_t p = low; p < high && best.quality > 0.0;) {
-    const std::int32_t runEnd = std::min(RegularRunEnd(p, loop.fineLen), fullTermsEnd);
+  const int32_t fullTermsEnd = std::min(high, loop.end - kLoopTermCount);
+  for (int32_t p = low; p < high && best.quality > 0.0;) {
+    const int32_t runEnd = std::min(RegularRunEnd(p, loop.fineLen), fullTermsEnd);
     if (p < runEnd) {
-      const std::int32_t shift = p - static_cast<std::int32_t>(RatedStart(p, loop.fineLen));
+      const int32_t shift = p - static_cast<int32_t>(RatedStart(p, loop.fineLen));
       OfferLoopStarts(view, loop.end, shift, p, runEnd, best);
       p = runEnd;
     } else {
@@ -100,10 +100,10 @@ std::int32_t FindLoopStart(const ValueView& view, const LoopPoints& loop, std::i
   return best.position;
 }
 
-std::int32_t FindLoopEnd(const ValueView& view, const LoopPoints& loop, std::int32_t startIndex,
-                         std::int32_t lastIndex, std::int32_t threshold) noexcept {
-  std::int32_t low = std::min(startIndex, lastIndex);
-  std::int32_t high = std::max(startIndex, lastIndex);
+int32_t FindLoopEnd(const ValueView& view, const LoopPoints& loop, int32_t startIndex,
+                    int32_t lastIndex, int32_t threshold) noexcept {
+  int32_t low = std::min(startIndex, lastIndex);
+  int32_t high = std::max(startIndex, lastIndex);
   if (high <= loop.start) return loop.end;
   low = std::max({low, 0, loop.start});
   high = std::min(high, view.frameCount - 1);
@@ -116,17 +116,17 @@ std::int32_t FindLoopEnd(const ValueView& view, const LoopPoints& loop, std::int
     return best.position;
   }
   LoopPoints candidate = loop;
-  const std::int64_t fullTermsBegin = std::int64_t{loop.start} + loopTermCount + 2;
-  std::int32_t p = low;
+  const int64_t fullTermsBegin = int64_t{loop.start} + kLoopTermCount + 2;
+  int32_t p = low;
   for (; p < high && p < fullTermsBegin; ++p) {
     candidate.end = p;
     best.Offer(LoopQuality(view, candidate), p);
   }
   if (p >= high) return best.position;
 
-  std::array<std::int32_t, loopTermCount> slopePositions{};
-  for (std::int32_t& position : slopePositions) {
-    position = static_cast<std::int32_t>(x);
+  std::array<int32_t, kLoopTermCount> slopePositions{};
+  for (int32_t& position : slopePositions) {
+    position = static_cast<int32_t>(x);
     x += 1.0;
   }
   OfferLoopEnds(view, slopePositions, p, high, best);

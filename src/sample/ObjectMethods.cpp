@@ -9,17 +9,17 @@
 
 namespace {
 
-constexpr int32_t kRecordBytes = 560;  // of a sample record
+constexpr int32_t kRecordBytes = 560;  // size of a sample record
 
-// One more use of a record.
+// Adds a use of a record.
 zyl::SampleUse UseOf(genericSample* record) {
   ++record->useCount;
   return zyl::SampleUse(record);
 }
 
-// A new object for a record, in the list that owns it from then on.
+// Creates an object for a record in `list`, which then owns the object.
 CSample* AddObject(SampleList& list, ZylSProgram* parent, zyl::SampleUse record) {
-  // The parent is set last: an object that was never listed ends without a notification.
+  // Set the parent last, so that an object that fails to enter the list sends no notification.
   auto made = std::make_unique<CSample>(parent, std::move(record));
   made->parentProgram = nullptr;
   list.AddIfAbsent(made.get());
@@ -30,8 +30,8 @@ CSample* AddTemp(zyl::SampleUse record) {
   return AddObject(TempSamples(), nullptr, std::move(record));
 }
 
-// The temporary object for a file's channel: the one there is, one for a record in memory, or,
-// with `load`, for the file as it is read now.
+// Returns the temporary object for a file's channel: the existing one, a new one for a record in
+// memory, or, with `load`, a new one for the file, which is read now.
 CSample* FindOrMakeTemp(const char* path, int32_t channel, bool load) {
   CSample* known = TempSamples().FindTemp(path, channel);
   if (known != nullptr) {
@@ -66,7 +66,7 @@ SampleOrInteger TempSample(const char* path, int32_t channel, const Opt<bool, "L
   return temp;
 }
 
-// Stores a new value of a shared parameter, which dirties sample and program when it differs.
+// Returns a shared parameter and stores a new value; a different one dirties sample and program.
 template <class Field>
 int32_t Accessor(ZylSProgram& object, const SampleArg& sample, Field SampleParameters::*field,
                  const ROCParam* newValue, int32_t stored) {
@@ -232,7 +232,7 @@ int32_t SampleRecalcTune(ZylSProgram&, SampleArg sample, Opt<int32_t, "NewValue"
   const double ratio =
       static_cast<uint32_t>(sample->shared().sampleRate) / UnitAttribute::sampleRate;
   if (!(ratio > 0)) return 0;
-  // 256 steps a semitone, 12 semitones an octave; a host rate of nearly 0 would pass every integer.
+  // 256 steps per semitone, 12 semitones per octave. The clamp covers a host rate near 0.
   const double steps = std::log10(ratio) / std::log10(2.0) * -3072.0;
   const auto n = static_cast<int64_t>(std::clamp(steps, -2147483648.0, 2147483647.0));
   const auto difference = static_cast<uint32_t>(sample->shared().tune - n);

@@ -1,5 +1,5 @@
-// Sample objects handed out for a program's zones, temporary samples, and the simple properties of
-// a sample.
+// Script methods for the sample objects of a program's zones, temporary samples, and a sample's
+// simple properties.
 #pragma once
 
 #include <string>
@@ -7,17 +7,17 @@
 
 #include "frame/Forms.h"
 
-// The program's object for a record, made at the first request; null for no record.
+// Returns the program's object for a record, created on first use; null for a null record.
 CSample* SampleObjectFor(ZylSProgram& object, genericSample* record);
 
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone);
 CSample* SampleGetByName(ZylSProgram& object, LoadedProgram program, PathArg<"Name"> name);
 
-// Temporary samples: they belong to the module, not to a program.
+// Temporary samples belong to the module, not to a program.
 CSample* CreateTempSample(ZylSProgram& object, PathArg<"SamplePath"> path,
                           Opt<int32_t, "Channel"> channel);
-// The object, or with "Lock" an integer; GetTempSample finds what is in memory, ReadTempSample
-// loads what is not.
+// Returns the object, or with "Lock" an integer. GetTempSample only finds samples in memory;
+// ReadTempSample also loads files.
 using SampleOrInteger = std::variant<CSample*, int32_t>;
 SampleOrInteger GetTempSample(ZylSProgram& object, PathArg<"SamplePath"> path,
                               Opt<int32_t, "Channel"> channel, Opt<bool, "Lock"> lock);
@@ -51,8 +51,8 @@ int32_t SampleholdLoopTuneOff(ZylSProgram& object, SampleArg sample,
                               Opt<int32_t, "NewValue"> newValue);
 int32_t SampleSampleRate(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
 int32_t Sampletune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> newValue);
-// The tuning that plays the sample at its pitch at the host's rate, in 1/65536 of the unit of
-// `tune`; changes nothing.
+// Returns the tuning that plays the sample at its pitch at the host's rate, in 1/65536 of the unit
+// of `tune`. Does not change the sample.
 int32_t SampleRecalcTune(ZylSProgram& object, SampleArg sample, Opt<int32_t, "NewValue"> unused);
-// Bytes of one channel and its record; with "LockedMemory", 0 while they are not locked.
+// Returns the bytes of one channel and its record; with "LockedMemory", 0 unless they are locked.
 int32_t SampleMemory(ZylSProgram& object, SampleArg sample, Opt<bool, "LockedMemory"> locked);

@@ -10,10 +10,10 @@
 
 namespace {
 
-// How many positions a new block holds beyond its data.
+// The number of positions that a new block has beyond its data.
 constexpr size_t kSparePositions = 16;
 
-// Some positions of a channel; without values they are silent.
+// A run of positions of a channel; silent if `values` is null.
 struct Piece {
   const std::byte* values;
   int32_t first;
@@ -42,13 +42,13 @@ SampleBlock Joined(std::initializer_list<Piece> pieces, int bytes) {
   return block;
 }
 
-// A channel's data as one piece from `first` on.
 Piece PieceOf(const genericSample& sample, int channel, int32_t first, int32_t positions) {
   return {sample.getChannelBuffer(channel), first, positions, sample.getChannelBytesPS(-1)};
 }
 
-// Which channel of `other` goes into a channel of `sample`: a whole sample gives its channels in
-// order, the last one to those that have no partner; a channel record gives its own to all.
+// Returns the channel of `other` that is copied to a channel of `sample`. A whole sample pairs its
+// channels in order and its last one with all further channels; a channel record pairs its channel
+// with every channel.
 int PartnerChannel(const genericSample& other, int channel) {
   return other.channel >= 0 ? other.channel : std::min(channel, other.getChannelCount() - 1);
 }
@@ -57,7 +57,6 @@ bool IsEdited(const genericSample& sample, int channel) {
   return sample.channel < 0 || sample.channel == channel;
 }
 
-// A new block for every channel.
 template <class Make>
 std::vector<SampleBlock> NewBlocks(const genericSample& sample, Make make) {
   std::vector<SampleBlock> blocks(static_cast<size_t>(sample.getChannelCount()));
@@ -140,7 +139,7 @@ bool InsertSample(genericSample& sample, const genericSample* other, int32_t ind
   const int32_t after = parameters.frameCount - before;
   if (int64_t{inserted} + parameters.frameCount > INT32_MAX) return false;
   const int bytes = (hasData ? &sample : other)->getChannelBytesPS(-1);
-  // The other may be this very sample, whose blocks are replaced only when all are made.
+  // `other` may be this sample: its blocks are replaced only after all new ones are complete.
   const auto spliced = [&](int c) {
     const Piece middle = IsEdited(sample, c)
                              ? PieceOf(*other, PartnerChannel(*other, c), 0, inserted)
@@ -167,7 +166,7 @@ bool CopyRangeFrom(genericSample& sample, const genericSample* other, int32_t s,
   if (other == nullptr || !zyl::ClampRange(other->shared().frameCount, s, e)) return false;
   const int32_t n = e - s + 1;
   const int bytes = other->getChannelBytesPS(-1);
-  // An empty block keeps its channel's data, made to fit.
+  // With an empty block, setBuffers keeps the channel's data and adapts its length and width.
   const auto copied = [&](int c) {
     if (!IsEdited(sample, c)) return SampleBlock();
     return Joined({PieceOf(*other, PartnerChannel(*other, c), s, n)}, bytes);

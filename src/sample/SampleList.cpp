@@ -26,8 +26,8 @@ CSample* SampleList::FindTemp(const char* path, int32_t channel) const {
   return node == nullptr ? nullptr : node->item;
 }
 
-// Objects are unlinked before they are destroyed: their end calls scripts, which may come back to
-// this very list.
+// Unlink objects before destroying them: the destructor notifies scripts, which may change this
+// list.
 void SampleList::RemoveAndRelease(CSample* object) {
   Node* node = Find(object);
   if (node == nullptr || --object->refCount > 0) return;

@@ -1,5 +1,5 @@
-// A list of sample objects; each entry holds one reference on its object. All walks run from head
-// to tail and stop at the first match.
+// A list of sample objects; the list owns them. Searches run from head to tail and stop at the
+// first match.
 #pragma once
 
 #include "sample/CSample.h"
@@ -10,24 +10,25 @@ class SampleList : private PlexList<CSample*> {
   using PlexList<CSample*>::Count;
   using PlexList<CSample*>::Head;
 
-  // Appends the object unless it is there; its reference count stays.
+  // Appends the object unless it is in the list. Does not change its reference count.
   void AddIfAbsent(CSample* object);
   CSample* Contains(CSample* object) const;
   CSample* FindBySample(const genericSample* record) const;
-  // By the record's path, byte for byte, and channel.
+  // Compares the record's path byte by byte, and its channel.
   CSample* FindTemp(const char* path, int32_t channel) const;
-  // Gives one reference back. An object that was handed out more than once stays in the list, where
-  // it is found again, until the last one; then it is unlinked and destroyed.
+  // Releases one reference. Releasing the last one unlinks and destroys the object; until then it
+  // stays in the list and can be found.
   void RemoveAndRelease(CSample* object);
-  // Destroys the record's object whatever its reference count.
+  // Destroys the record's object, regardless of its reference count.
   void DeleteBySample(const genericSample* record);
-  // Destroys all objects, from the tail, whatever their reference counts. What a script that is
-  // told of it adds meanwhile stays: one that asks for its sample again would never let this end.
+  // Destroys all objects from the tail, regardless of their reference counts. Objects that notified
+  // scripts add during the call stay: a script that requests its sample again on every notification
+  // would otherwise keep the call from returning.
   void DeleteAll();
-  // Destroys the objects without record, and those whose record nobody else uses.
+  // Destroys the objects without a record and those whose record has no other user.
   void PurgeUnshared();
-  // Commits the reload and gives the objects whose records have no path then the file's new
-  // records. Throws before anything has changed.
+  // Commits the reload and assigns the file's new records to the objects whose records then have no
+  // path. Throws before anything changes.
   void RebindAfterReload(zyl::FileReload& reload);
 };
 

@@ -1,13 +1,11 @@
-// Bulk edits and measures over the values of one channel.
-//
-// Idea: each operation is a template over the width, with the reader and writer inlined, and its
-// arithmetic is brought into the narrowest type that gives the same numbers, so that the loop
-// becomes vector code at the speed of memory:
-//   offset    min(value, highest - offset) + offset     never leaves the width
-//   multiply  clamp(value * factor), then truncate      the limits are whole numbers, so clamping
-//                                                       first changes nothing and cannot overflow
-//   reverse   blocks from both ends, each turned in registers
-//   mean      whole-number sums where double precision would be exact as well
+// Idea: each operation is a template over the width with inlined reader and writer. It computes in
+// the narrowest type that gives the same results, so that compilers vectorise the loop and memory
+// bandwidth is the limit:
+//   offset    min(value, highest - offset) + offset     never exceeds the width
+//   multiply  clamp(value * factor), then truncate      the limits are integers, so clamping first
+//                                                       gives the same result and cannot overflow
+//   reverse   exchanges blocks from both ends, each reversed in registers
+//   mean      integer sums where double precision would be exact too
 #include "sample/ValueRanges.h"
 
 #include <algorithm>
@@ -28,37 +26,35 @@ namespace zyl {
 
 namespace {
 
-// The integer in which the values of a width are added: as narrow as they allow, because a vector
-// holds more of them.
+// The narrowest integer type for the values of a width: a vector holds more of them.
 template <class Access>
-using Narrow =
-    std::conditional_t<Access::bytesPerValue == 1, std::int8_t,
-                       std::conditional_t<Access::bytesPerValue == 2, std::int16_t, std::int32_t>>;
+using Narrow = std::conditional_t<Access::bytesPerValue == 1, int8_t,
+                                  std::conditional_t<Access::bytesPerValue == 2, int16_t, int32_t>>;
 
 template <class Access>
-void Fill(std::byte* values, std::ptrdiff_t count, std::int32_t value) noexcept {
-  for (std::ptrdiff_t i = 0; i < count; ++i) Access::Store(values, i, value);
+void Fill(std::byte* values, ptrdiff_t count, int32_t value) noexcept {
+  for (ptrdiff_t i = 0; i < count; ++i) Access::Store(values, i, value);
 }
 
 template <class Access>
-void Offset(std::byte* values, std::ptrdiff_t count, std::int32_t offset) noexcept {
+void Offset(std::byte* values, ptrdiff_t count, int32_t offset) noexcept {
   using Value = Narrow<Access>;
-  constexpr std::int64_t highest = Access::highest;
-  constexpr std::int64_t lowest = Access::lowest;
-  // No value moves farther than the width is wide: a larger offset does what this one does.
-  const std::int64_t reach = std::clamp<std::int64_t>(offset, lowest - highest, highest - lowest);
-  // The bound on the value before the addition is `highest - reach` going up and
-  // `lowest - reach` going down. The addition is done unsigned: `reach` itself may need one bit
-  // more than the width, but the sum is known to fit.
+  constexpr int64_t kHighest = Access::highest;
+  constexpr int64_t kLowest = Access::lowest;
+  // Clamping the offset to the span of the width does not change any result.
+  const int64_t reach = std::clamp<int64_t>(offset, kLowest - kHighest, kHighest - kLowest);
+  // The value before the addition is limited to at most `kHighest - reach` for a positive offset
+  // and at least `kLowest - reach` for a negative one. The addition is unsigned: `reach` may need
+  // one bit more than the width, but the sum fits.
   const bool up = reach >= 0;
-  const auto bound = static_cast<Value>((up ? highest : lowest) - reach);
+  const auto bound = static_cast<Value>((up ? kHighest : kLowest) - reach);
   using Bits = std::make_unsigned_t<Value>;
   const auto step = static_cast<Bits>(reach);
-  const auto shift = [&](auto hold) {
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-      const Value held = hold(static_cast<Value>(Access::Read(values, i)));
+  const auto shift = [&](auto limit) {
+    for (ptrdiff_t i = 0; i < count; ++i) {
+      const Value limited = limit(static_cast<Value>(Access::Read(values, i)));
       Access::Store(values, i,
-                    static_cast<Value>(static_cast<Bits>(static_cast<Bits>(held) + step)));
+                    static_cast<Value>(static_cast<Bits>(static_cast<Bits>(limited) + step)));
     }
   };
   if (up) {
@@ -69,20 +65,20 @@ void Offset(std::byte* values, std::ptrdiff_t count, std::int32_t offset) noexce
 }
 
 #ifdef __SSE2__
-constexpr std::ptrdiff_t prefetchDistance = 1024;
+constexpr ptrdiff_t kPrefetchDistance = 1024;
 
-// Eight 16-bit values at a time, for factors whose products all fit 32 bits: the packing back to
-// 16 bits clamps them to the limits. Returns how many values are done; fewer than 8 remain.
-std::ptrdiff_t Multiply16(std::byte* values, std::ptrdiff_t count, double factor) noexcept {
+// Multiplies eight 16-bit values at a time. All products must fit 32 bits; packing them to 16 bits
+// clamps them. Returns the number of processed values; fewer than 8 remain.
+ptrdiff_t Multiply16(std::byte* values, ptrdiff_t count, double factor) noexcept {
   const __m128d factors = _mm_set1_pd(factor);
   const auto multiply4 = [factors](__m128i four) {
     const __m128d low = _mm_mul_pd(_mm_cvtepi32_pd(four), factors);
     const __m128d high = _mm_mul_pd(_mm_cvtepi32_pd(_mm_unpackhi_epi64(four, four)), factors);
     return _mm_unpacklo_epi64(_mm_cvttpd_epi32(low), _mm_cvttpd_epi32(high));
   };
-  std::ptrdiff_t done = 0;
+  ptrdiff_t done = 0;
   for (; done + 8 <= count; done += 8) {
-    Prefetch(values + done * 2 + prefetchDistance);
+    Prefetch(values + done * 2 + kPrefetchDistance);
     __m128i eight;
     std::memcpy(&eight, values + done * 2, sizeof eight);
     const __m128i low = _mm_srai_epi32(_mm_unpacklo_epi16(eight, eight), 16);
@@ -96,10 +92,10 @@ std::ptrdiff_t Multiply16(std::byte* values, std::ptrdiff_t count, double factor
 
 // The factor must be finite, so that no product is NaN.
 template <class Access>
-void Multiply(std::byte* values, std::ptrdiff_t count, double factor) noexcept {
-  constexpr double highest = Access::highest;
-  constexpr double lowest = Access::lowest;
-  std::ptrdiff_t i = 0;
+void Multiply(std::byte* values, ptrdiff_t count, double factor) noexcept {
+  constexpr double kHighest = Access::highest;
+  constexpr double kLowest = Access::lowest;
+  ptrdiff_t i = 0;
 #ifdef __SSE2__
   if constexpr (Access::bytesPerValue == 2) {
     if (std::fabs(factor) <= 65535.0) i = Multiply16(values, count, factor);
@@ -107,96 +103,96 @@ void Multiply(std::byte* values, std::ptrdiff_t count, double factor) noexcept {
 #endif
   for (; i < count; ++i) {
     double product = Access::Read(values, i) * factor;
-    product = product < highest ? product : highest;
-    product = product > lowest ? product : lowest;
-    Access::Store(values, i, static_cast<std::int32_t>(product));
+    product = product < kHighest ? product : kHighest;
+    product = product > kLowest ? product : kLowest;
+    Access::Store(values, i, static_cast<int32_t>(product));
   }
 }
 
-// Blocks of values that can be turned end to end in registers, by width.
+// Blocks of values whose order can be reversed in registers, by width.
 #if defined(__GNUC__) || defined(__clang__)
 template <int Bytes>
 struct Block;
 template <>
 struct Block<1> {
-  using Type = std::uint64_t;
-  static Type Turn(Type block) noexcept { return __builtin_bswap64(block); }
+  using Type = uint64_t;
+  static Type Reversed(Type block) noexcept { return __builtin_bswap64(block); }
 };
 template <>
 struct Block<4> {
-  typedef std::uint32_t Type __attribute__((vector_size(16)));
-  static Type Turn(Type block) noexcept {
+  typedef uint32_t Type __attribute__((vector_size(16)));
+  static Type Reversed(Type block) noexcept {
     return __builtin_shufflevector(block, block, 3, 2, 1, 0);
   }
 };
 template <>
 struct Block<2> : Block<4> {
-  // The pairs are turned and then the values of each pair: compilers have no short way for eight
-  // 16-bit lanes on every machine.
-  static Type Turn(Type block) noexcept {
-    const Type pairs = Block<4>::Turn(block);
+  // Reverses the pairs, then the values in each pair: not every target has a short instruction
+  // sequence for reversing eight 16-bit lanes.
+  static Type Reversed(Type block) noexcept {
+    const Type pairs = Block<4>::Reversed(block);
     return (pairs << 16) | (pairs >> 16);
   }
 };
-#define ZYL_TURNS_BLOCKS 1
+#define ZYL_REVERSES_BLOCKS 1
 #else
-#define ZYL_TURNS_BLOCKS 0
+#define ZYL_REVERSES_BLOCKS 0
 #endif
 
 template <class Access>
-void Reverse(std::byte* values, std::ptrdiff_t count) noexcept {
-  constexpr std::ptrdiff_t width = Access::bytesPerValue;
+void Reverse(std::byte* values, ptrdiff_t count) noexcept {
+  constexpr ptrdiff_t kWidth = Access::bytesPerValue;
   std::byte* front = values;
-  std::byte* back = values + count * width;  // one past the part still to be reversed
-#if ZYL_TURNS_BLOCKS
-  if constexpr (width != 3) {
-    using Turner = Block<width>;
-    constexpr std::ptrdiff_t size = sizeof(typename Turner::Type);
-    for (; back - front >= 2 * size; front += size, back -= size) {
-      typename Turner::Type head, tail;
-      std::memcpy(&head, front, size);
-      std::memcpy(&tail, back - size, size);
-      head = Turner::Turn(head);
-      tail = Turner::Turn(tail);
-      std::memcpy(front, &tail, size);
-      std::memcpy(back - size, &head, size);
+  std::byte* back = values + count * kWidth;  // one past the part still to be reversed
+#if ZYL_REVERSES_BLOCKS
+  if constexpr (kWidth != 3) {
+    using ReversibleBlock = Block<kWidth>;
+    constexpr ptrdiff_t kSize = sizeof(typename ReversibleBlock::Type);
+    for (; back - front >= 2 * kSize; front += kSize, back -= kSize) {
+      typename ReversibleBlock::Type head, tail;
+      std::memcpy(&head, front, kSize);
+      std::memcpy(&tail, back - kSize, kSize);
+      head = ReversibleBlock::Reversed(head);
+      tail = ReversibleBlock::Reversed(tail);
+      std::memcpy(front, &tail, kSize);
+      std::memcpy(back - kSize, &head, kSize);
     }
   }
 #endif
-  for (back -= width; front < back; front += width, back -= width) {
-    std::byte first[width], last[width];
-    std::memcpy(first, front, width);
-    std::memcpy(last, back, width);
-    std::memcpy(front, last, width);
-    std::memcpy(back, first, width);
+  for (back -= kWidth; front < back; front += kWidth, back -= kWidth) {
+    std::byte first[kWidth], last[kWidth];
+    std::memcpy(first, front, kWidth);
+    std::memcpy(last, back, kWidth);
+    std::memcpy(front, last, kWidth);
+    std::memcpy(back, first, kWidth);
   }
 }
 
-// A block is short enough for its narrow sums: 2^15 values of 16 bits stay within 2^30.
-constexpr std::ptrdiff_t sumBlockValues = std::ptrdiff_t{1} << 15;
+// Short enough for 32-bit sums of narrow values: 2^15 values of 16 bits sum to at most 2^30.
+constexpr ptrdiff_t kSumBlockValues = ptrdiff_t{1} << 15;
 
 template <class Access>
-std::int64_t BlockSum(const std::byte* values, std::ptrdiff_t count) noexcept {
-  std::conditional_t<Access::bytesPerValue <= 2, std::int32_t, std::int64_t> sum = 0;
-  for (std::ptrdiff_t i = 0; i < count; ++i) sum += Access::Read(values, i);
+int64_t BlockSum(const std::byte* values, ptrdiff_t count) noexcept {
+  std::conditional_t<Access::bytesPerValue <= 2, int32_t, int64_t> sum = 0;
+  for (ptrdiff_t i = 0; i < count; ++i) sum += Access::Read(values, i);
   return sum;
 }
 
-// The sum that in-order addition in double precision gives. Every partial sum is a whole number,
-// and a double holds each one up to 2^53 exactly; while the partial sums of a block cannot pass
-// that, adding in whole numbers, in any order, gives the same figure. Beyond it (long and loud
-// 24- and 32-bit data) the doubles are added one by one.
+// Returns the same sum as in-order addition in double precision. Every partial sum is an integer,
+// and doubles represent integers up to 2^53 exactly. While a block's partial sums cannot exceed
+// 2^53, integer addition in any order gives the same result. Beyond that (long, loud 24- and 32-bit
+// data) the values are added as doubles one by one.
 template <class Access>
-double Sum(const std::byte* values, std::ptrdiff_t count) noexcept {
-  constexpr double exactLimit = 9007199254740992.0;
-  constexpr double blockReach = -static_cast<double>(Access::lowest) * sumBlockValues;
+double Sum(const std::byte* values, ptrdiff_t count) noexcept {
+  constexpr double kExactLimit = 9007199254740992.0;
+  constexpr double kBlockReach = -static_cast<double>(Access::lowest) * kSumBlockValues;
   double sum = 0.0;
   while (count > 0) {
-    const std::ptrdiff_t block = std::min(count, sumBlockValues);
-    if (std::fabs(sum) + blockReach <= exactLimit) {
+    const ptrdiff_t block = std::min(count, kSumBlockValues);
+    if (std::fabs(sum) + kBlockReach <= kExactLimit) {
       sum += static_cast<double>(BlockSum<Access>(values, block));
     } else {
-      for (std::ptrdiff_t i = 0; i < block; ++i) sum += Access::Read(values, i);
+      for (ptrdiff_t i = 0; i < block; ++i) sum += Access::Read(values, i);
     }
     values += block * Access::bytesPerValue;
     count -= block;
@@ -206,84 +202,80 @@ double Sum(const std::byte* values, std::ptrdiff_t count) noexcept {
 
 }  // namespace
 
-bool ClampIndex(std::int32_t frameCount, std::int32_t& index) noexcept {
+bool ClampIndex(int32_t frameCount, int32_t& index) noexcept {
   if (frameCount < 1) return false;
   index = std::clamp(index, 0, frameCount - 1);
   return true;
 }
 
-bool ClampRange(std::int32_t frameCount, std::int32_t& start, std::int32_t& end) noexcept {
+bool ClampRange(int32_t frameCount, int32_t& start, int32_t& end) noexcept {
   if (!ClampIndex(frameCount, start) || !ClampIndex(frameCount, end)) return false;
   if (start > end) std::swap(start, end);
   return true;
 }
 
-std::int32_t GetValue(const ValueView& view, std::int32_t index) noexcept {
+int32_t GetValue(const ValueView& view, int32_t index) noexcept {
   return VisitWidth(view.bytesPerValue,
                     [&](auto access) { return access.Read(view.values, index); });
 }
 
-void SetValue(const ValueBuffer& buffer, std::int32_t index, std::int32_t value) noexcept {
+void SetValue(const ValueBuffer& buffer, int32_t index, int32_t value) noexcept {
   VisitWidth(buffer.bytesPerValue, [&](auto access) { access.Write(buffer.values, index, value); });
 }
 
 namespace {
 
-// Runs an operation template over the values from `start` on, for the buffer's width.
+// Runs an operation template for the buffer's width on the values from `start`.
 template <class Operation>
-auto OverRange(const ValueView& view, std::int32_t start, Operation operation) noexcept {
+auto OverRange(const ValueView& view, int32_t start, Operation operation) noexcept {
   return VisitWidth(view.bytesPerValue, [&](auto access) {
-    return operation(access, std::ptrdiff_t{start} * access.bytesPerValue);
+    return operation(access, ptrdiff_t{start} * access.bytesPerValue);
   });
 }
 
 }  // namespace
 
-void SetValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-               std::int32_t value) noexcept {
-  const std::int32_t reduced = static_cast<std::int16_t>(value);
-  OverRange(buffer, start, [&](auto access, std::ptrdiff_t byteOffset) {
+void SetValues(const ValueBuffer& buffer, int32_t start, int32_t end, int32_t value) noexcept {
+  const int32_t reduced = static_cast<int16_t>(value);
+  OverRange(buffer, start, [&](auto access, ptrdiff_t byteOffset) {
     using Access = decltype(access);
     Fill<Access>(buffer.values + byteOffset, end - start,
                  std::clamp(reduced, Access::lowest, Access::highest));
   });
 }
 
-void MultiplyValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-                    double factor) noexcept {
-  // 0 times infinity is the only product that is not a number with a factor that is one. A finite
-  // factor beyond every width gives 0 there and the limits elsewhere.
-  constexpr double beyondAllWidths = 8589934592.0;
+void MultiplyValues(const ValueBuffer& buffer, int32_t start, int32_t end, double factor) noexcept {
+  // Without a NaN factor, only 0 * infinity is NaN. A finite factor that exceeds every width gives
+  // 0 for the value 0 and the width's limits for all other values.
+  constexpr double kBeyondAllWidths = 8589934592.0;
   if (std::isnan(factor)) factor = 0.0;
-  if (std::isinf(factor)) factor = std::copysign(beyondAllWidths, factor);
-  OverRange(buffer, start, [&](auto access, std::ptrdiff_t byteOffset) {
+  if (std::isinf(factor)) factor = std::copysign(kBeyondAllWidths, factor);
+  OverRange(buffer, start, [&](auto access, ptrdiff_t byteOffset) {
     Multiply<decltype(access)>(buffer.values + byteOffset, end - start, factor);
   });
 }
 
-void OffsetValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-                  std::int32_t offset) noexcept {
-  OverRange(buffer, start, [&](auto access, std::ptrdiff_t byteOffset) {
+void OffsetValues(const ValueBuffer& buffer, int32_t start, int32_t end, int32_t offset) noexcept {
+  OverRange(buffer, start, [&](auto access, ptrdiff_t byteOffset) {
     Offset<decltype(access)>(buffer.values + byteOffset, end - start, offset);
   });
 }
 
-void ReverseValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end) noexcept {
-  OverRange(buffer, start, [&](auto access, std::ptrdiff_t byteOffset) {
-    Reverse<decltype(access)>(buffer.values + byteOffset, std::ptrdiff_t{end} - start + 1);
+void ReverseValues(const ValueBuffer& buffer, int32_t start, int32_t end) noexcept {
+  OverRange(buffer, start, [&](auto access, ptrdiff_t byteOffset) {
+    Reverse<decltype(access)>(buffer.values + byteOffset, ptrdiff_t{end} - start + 1);
   });
 }
 
-std::int32_t MeanValue(const ValueView& view, std::int32_t start, std::int32_t end) noexcept {
+int32_t MeanValue(const ValueView& view, int32_t start, int32_t end) noexcept {
   if (start == end) return 0;
-  const double sum = OverRange(view, start, [&](auto access, std::ptrdiff_t byteOffset) {
+  const double sum = OverRange(view, start, [&](auto access, ptrdiff_t byteOffset) {
     return Sum<decltype(access)>(view.values + byteOffset, end - start);
   });
-  // Rounded sums may carry the mean past the last 32-bit value.
+  // Rounding of the sum may push the mean past the 32-bit limits.
   const double mean = sum / (end - start);
-  return static_cast<std::int32_t>(std::clamp(mean,
-                                              double{std::numeric_limits<std::int32_t>::min()},
-                                              double{std::numeric_limits<std::int32_t>::max()}));
+  return static_cast<int32_t>(std::clamp(mean, double{std::numeric_limits<int32_t>::min()},
+                                         double{std::numeric_limits<int32_t>::max()}));
 }
 
 }  // namespace zyl

@@ -1,8 +1,8 @@
-// Bulk edits and measures over the values of one channel.
+// Bulk edits and measurements of the values of one channel.
 //
-// The buffers belong to the caller; nothing here allocates or keeps one. Positions are int32 and
-// count values. Ranges are given ready for use: 0 <= start <= end, within the buffer (ClampRange
-// makes them so). The operations differ in whether the end belongs to the range; each says so.
+// The caller owns the buffers; the functions neither allocate nor keep them. Positions are int32
+// and count values. Ranges must satisfy 0 <= start <= end and be within the buffer, as ClampRange
+// makes them. Whether the end is included differs between the operations.
 #pragma once
 
 #include <cstddef>
@@ -10,56 +10,53 @@
 
 namespace zyl {
 
-// The values of one channel, to be changed. See ValueAccess for the widths.
+// The values of one channel, writable. See ValueAccess for the widths.
 struct ValueBuffer {
   std::byte* values = nullptr;
-  std::int32_t frameCount = 0;
+  int32_t frameCount = 0;
   int bytesPerValue = 2;
 };
 
-// The values of one channel, to be read.
+// The values of one channel, read-only.
 struct ValueView {
   const std::byte* values = nullptr;
-  std::int32_t frameCount = 0;
+  int32_t frameCount = 0;
   int bytesPerValue = 2;
 
   ValueView() = default;
-  ValueView(const std::byte* valueBytes, std::int32_t frames, int bytes)
+  ValueView(const std::byte* valueBytes, int32_t frames, int bytes)
       : values(valueBytes), frameCount(frames), bytesPerValue(bytes) {}
-  ValueView(const ValueBuffer& buffer)  // NOLINT: a buffer is readable as it stands
+  ValueView(const ValueBuffer& buffer)  // NOLINT: implicit, since a buffer is readable
       : values(buffer.values), frameCount(buffer.frameCount), bytesPerValue(buffer.bytesPerValue) {}
 };
 
-// Moves the index to the nearest position of the data; false when there is no data.
-bool ClampIndex(std::int32_t frameCount, std::int32_t& index) noexcept;
+// Clamps the index to the data. Returns false if there is no data.
+bool ClampIndex(int32_t frameCount, int32_t& index) noexcept;
 
-// ClampIndex on both ends, then puts them in order.
-bool ClampRange(std::int32_t frameCount, std::int32_t& start, std::int32_t& end) noexcept;
+// Clamps both ends with ClampIndex, then orders them.
+bool ClampRange(int32_t frameCount, int32_t& start, int32_t& end) noexcept;
 
-// Single values; the index must lie within the data.
-std::int32_t GetValue(const ValueView& view, std::int32_t index) noexcept;
-void SetValue(const ValueBuffer& buffer, std::int32_t index, std::int32_t value) noexcept;
+// Access to single values; the index must be within the data.
+int32_t GetValue(const ValueView& view, int32_t index) noexcept;
+void SetValue(const ValueBuffer& buffer, int32_t index, int32_t value) noexcept;
 
-// Fills [start, end) with the value, which is first reduced to a signed 16-bit number and then
-// held at the limits of the width.
-void SetValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-               std::int32_t value) noexcept;
+// Fills [start, end) with the value, reduced to a signed 16-bit number and then clamped to the
+// width.
+void SetValues(const ValueBuffer& buffer, int32_t start, int32_t end, int32_t value) noexcept;
 
-// Every value of [start, end) becomes value * factor, in double precision, truncated toward zero
-// and held at the limits of the width. A product that is not a number becomes 0.
-void MultiplyValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-                    double factor) noexcept;
+// Multiplies the values of [start, end) by the factor in double precision, truncates toward zero
+// and clamps to the width. NaN products become 0.
+void MultiplyValues(const ValueBuffer& buffer, int32_t start, int32_t end, double factor) noexcept;
 
-// Every value of [start, end) becomes value + offset, held at the limits of the width.
-void OffsetValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end,
-                  std::int32_t offset) noexcept;
+// Adds the offset to the values of [start, end) and clamps to the width.
+void OffsetValues(const ValueBuffer& buffer, int32_t start, int32_t end, int32_t offset) noexcept;
 
-// Reverses the order of the values of [start, end]: here the end belongs to the range, so the
-// buffer must hold it.
-void ReverseValues(const ValueBuffer& buffer, std::int32_t start, std::int32_t end) noexcept;
+// Reverses the order of the values of [start, end]. The end is included and must be within the
+// data.
+void ReverseValues(const ValueBuffer& buffer, int32_t start, int32_t end) noexcept;
 
-// The mean of the values of [start, end): their sum, taken in order in double precision, divided
-// by their number and truncated toward zero. 0 for an empty range.
-std::int32_t MeanValue(const ValueView& view, std::int32_t start, std::int32_t end) noexcept;
+// Returns the mean of [start, end): the sum, accumulated in order in double precision, divided by
+// the number of values and truncated toward zero. Returns 0 for an empty range.
+int32_t MeanValue(const ValueView& view, int32_t start, int32_t end) noexcept;
 
 }  // namespace zyl

@@ -6,7 +6,7 @@
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                    OptPath<"NewSample"> newSample) {
-  // Loaded first: memory that runs short must not cost the zone its sample, nor its object.
+  // Load first: if memory runs out, the zone must keep its sample and the sample its object.
   std::string path;
   zyl::SampleUse loaded;
   if (newSample) {
@@ -15,7 +15,7 @@ void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygr
   }
   if (const genericSample* sample = ZoneSample(program, keygroup, zone)) {
     object.sampleObjects.DeleteBySample(sample);
-    // The modules heard of it, and one of them may have given the object another program.
+    // DeleteBySample notified the modules; one of them may have given the object another program.
     if (!program.IsAttachedTo(object)) return;
   }
   program->setSample(std::move(loaded), std::move(path), *keygroup, *zone, 0);

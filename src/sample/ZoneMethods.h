@@ -1,4 +1,4 @@
-// The script methods of a zone's sample.
+// Script methods for a zone's sample.
 #pragma once
 
 #include <string>
