@@ -7,11 +7,12 @@
 namespace zyl {
 namespace {
 
-// A bound just above the largest magnitude; infinite when a value is infinite or not a number. Read
-// off the upper halves of the values' bits: as integers they vectorise, and NaN comes last.
-double MagnitudeBound(const double* values, std::size_t count) {
+// Returns a bound just above the largest magnitude; infinity if a value is infinite or NaN.
+// Compares the upper halves of the values' bits as integers: this vectorises, and NaN compares
+// largest.
+double MagnitudeBound(const double* values, size_t count) {
   int32_t largest = 0;
-  for (std::size_t i = 0; i < count; ++i) {
+  for (size_t i = 0; i < count; ++i) {
     const uint64_t bits = std::bit_cast<uint64_t>(values[i]);
     largest = std::max(largest, static_cast<int32_t>((bits >> 32) & 0x7FFFFFFFU));
   }
@@ -22,7 +23,7 @@ double MagnitudeBound(const double* values, std::size_t count) {
 }  // namespace
 
 bool LagScreen::Prepare(const double* values, int count) {
-  const std::size_t n = static_cast<std::size_t>(count);
+  const size_t n = static_cast<size_t>(count);
   const double bound = MagnitudeBound(values, n);
   if (!(bound > 0x1p-200 && bound < 0x1p200)) return false;
 
@@ -32,14 +33,14 @@ bool LagScreen::Prepare(const double* values, int count) {
   evenEnergy_.resize(n / 2 + 1);
 
   const double scale = kScreenPeak / bound;
-  constexpr double kRounder = 0x1.8p52;  // leaves no room for a fraction
-  for (std::size_t i = 0; i < n; ++i) {
+  constexpr double kRounder = 0x1.8p52;  // adding it rounds to an integer
+  for (size_t i = 0; i < n; ++i) {
     rounded_[i] = static_cast<int32_t>((values[i] * scale + kRounder) - kRounder);
   }
   rounded_[n] = 0;
   uint32_t sum = 0;
   uint64_t total = 0;
-  for (std::size_t i = 0; i < n; ++i) {
+  for (size_t i = 0; i < n; ++i) {
     const uint32_t value = static_cast<uint32_t>(rounded_[i]);
     pairs_[i] = (value & 0xFFFFU) | static_cast<uint32_t>(rounded_[i + 1]) << 16;
     energy_[i] = sum;
@@ -47,14 +48,14 @@ bool LagScreen::Prepare(const double* values, int count) {
     total += value * value;
   }
   energy_[n] = sum;
-  for (std::size_t i = 0; i < evenEnergy_.size(); ++i) evenEnergy_[i] = energy_[2 * i];
+  for (size_t i = 0; i < evenEnergy_.size(); ++i) evenEnergy_[i] = energy_[2 * i];
   const double energy = static_cast<double>(total);
   rms_ = std::max(1.0F, static_cast<float>(std::sqrt(energy / static_cast<double>(n))));
   return true;
 }
 
 ScreenWindow LagScreen::WindowAt(int start) const {
-  const std::size_t first = static_cast<std::size_t>(start);
+  const size_t first = static_cast<size_t>(start);
   return {&pairs_[first], &energy_[first], &evenEnergy_[first / 2], rms_};
 }
 

@@ -8,16 +8,17 @@
 
 namespace zyl {
 
-// The integer image of a stretch of decimated values that the lag screen works on: values as
-// multiples of 1/2047 of the stretch's largest magnitude, with their running energies. Serves all
-// windows of the stretch.
+// Converts a run of decimated values to the integers that the lag screen reads: multiples of 1/2047
+// of a bound just above the run's largest magnitude, with their running energies. All windows of
+// the run share them.
 class LagScreen {
  public:
-  // False when these values cannot be screened: one is not finite, or the largest magnitude is so
-  // far from 1 (or 0) that squares leave the range in which the bounds hold.
+  // Returns false if the values cannot be screened: one is not finite, or the largest magnitude is
+  // not between 2^-200 and 2^200, so that squares could leave the range in which the bounds are
+  // valid.
   bool Prepare(const double* values, int count);
 
-  // The window that starts at value `start`, an even number.
+  // The window that starts at value `start`, which must be even. Refers to this object's data.
   ScreenWindow WindowAt(int start) const;
 
  private:

@@ -2,12 +2,12 @@
 //   d = 2 sin((2k - 1) pi / 4N)    w = f pi    t = d sin w
 //   a2 = (t - 2) / (t + 2)    a1 = cos w (1 - a2)    b0 = b2 = (1 - a1 - a2) / 4    b1 = 2 b0
 //
-// A recursion cannot be split among the lanes of a vector, but four stretches of the input can be
-// run side by side. Only the first one knows its state; the others start from rest some way ahead
-// of their stretch. The filter forgets its past, and because its values are rounded, two runs over
-// the same input end up in the same state to the last bit, after which they cannot part again. That
-// the states have met is checked for every stretch; until they have, it is run again from the state
-// that the stretch before it left. So the outputs are those of a single run, always.
+// A recursion cannot be split among the lanes of a vector, but four streams of the input can run in
+// parallel. Only the first stream starts from the true state; the others start from rest and warm
+// up on the frames before their part. The filter's response decays, and because values are rounded,
+// two runs over the same input reach bit-identical states and stay identical from there. Every
+// stream is checked for this; until its state matches, its frames are filtered again from the final
+// state of the stream before. The outputs therefore always equal those of a single run.
 
 #include "LowpassFilter.h"
 
@@ -21,11 +21,11 @@
 namespace zyl {
 namespace {
 
-constexpr double kPi = 3.14159265359;  // the design's own value, not the full precision
+constexpr double kPi = 3.14159265359;  // the value that the design uses, not full precision
 constexpr int kSnapshotFrames = 256;
 
-// Frames after which two runs of the filter from different states mostly agree to the last bit:
-// measured near 700 at 2 kHz of 44.1 kHz, rising a little faster than the cutoff falls.
+// The number of frames after which two runs from different states mostly agree to the last bit:
+// measured as about 700 for 2 kHz at 44.1 kHz, increasing slightly faster than 1 / cutoff.
 int WarmUpFrames(double cutoff) {
   const double frames = std::min(92.0 / cutoff, 1e6);
   return static_cast<int>(frames) / kDecimation * kDecimation + kDecimation;
@@ -74,14 +74,14 @@ void LowpassFilter::Decimate(const double* in, int count, double* out,
 }
 
 void LowpassFilter::DecimateOne(const double* in, int count, double* out) {
-  // With all state in local variables the three recursions overlap in the processor's pipeline.
+  // Local copies of the state let the three recursions overlap in the processor's pipeline.
   const std::array<BiquadSection, 3> sections = sections_;
   History history = history_;
   for (int i = 0; i < count; i += kDecimation) {
     double value = 0;
     for (int phase = 0; phase < kDecimation; ++phase) {
       value = in[i + phase];
-      for (std::size_t s = 0; s < sections.size(); ++s) {
+      for (size_t s = 0; s < sections.size(); ++s) {
         const BiquadSection& c = sections[s];
         const double next = c.b0 * value + c.b1 * history[s][0] + c.b2 * history[s][1] +
                             c.a1 * history[s + 1][0] + c.a2 * history[s + 1][1];
@@ -97,8 +97,8 @@ void LowpassFilter::DecimateOne(const double* in, int count, double* out) {
 
 LowpassFilter::History LowpassFilter::StreamOf(const FilterStreams& streams, int stream) {
   History history;
-  for (std::size_t level = 0; level < history.size(); ++level) {
-    for (std::size_t age = 0; age < 2; ++age) {
+  for (size_t level = 0; level < history.size(); ++level) {
+    for (size_t age = 0; age < 2; ++age) {
       history[level][age] = streams.history[level][age][stream];
     }
   }
@@ -110,11 +110,11 @@ int LowpassFilter::DecimateStreams(const double* in, int count, double* out,
   const int stride = (count - warmUpFrames_) / kFilterStreams / kDecimation * kDecimation;
   if (stride < warmUpFrames_) return 0;
 
-  // All streams take stride + warm-up frames: the first one from the present state, the others from
-  // rest. What a stream puts out while it warms up is replaced by the one before it.
+  // Every stream filters stride + warm-up frames: the first from the current state, the others from
+  // rest. The stream before it overwrites what a stream outputs during its warm-up.
   FilterStreams streams;
-  for (std::size_t level = 0; level < history_.size(); ++level) {
-    for (std::size_t age = 0; age < 2; ++age) {
+  for (size_t level = 0; level < history_.size(); ++level) {
+    for (size_t age = 0; age < 2; ++age) {
       streams.history[level][age][0] = history_[level][age];
     }
   }
@@ -131,8 +131,8 @@ int LowpassFilter::DecimateStreams(const double* in, int count, double* out,
 
   history_ = StreamOf(streams, 0);
   for (int k = 1; k < kFilterStreams; ++k) {
-    // Where the true state and the stream's differ, follow the true one until they meet.
-    std::size_t met = 0;
+    // Filter again from the true state until it equals the stream's state.
+    size_t met = 0;
     while (!SameBits(history_, StreamOf(snapshots[met], k)) && met + 1 < snapshots.size()) {
       const int from = k * stride + snapshotSteps[met];
       const int frames = snapshotSteps[met + 1] - snapshotSteps[met];

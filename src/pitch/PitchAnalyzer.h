@@ -5,8 +5,8 @@
 
 namespace zyl {
 
-// Receives the count of input frames analysed since the last report. Called on the analysing
-// thread, at most once per 12800 frames and once at the end of a run.
+// Receives the number of input frames analysed since the last report. Called on the analysing
+// thread, once per 12800 frames and at the end of a run for the rest.
 class PitchProgress {
  public:
   virtual ~PitchProgress() = default;
@@ -15,12 +15,12 @@ class PitchProgress {
 
 }  // namespace zyl
 
-// Computes the pitch track of one signal: source (`ReadFrame`, `AtEnd`), result (`StoreValue`) and
-// method (`Analyze`) are all left to subclasses. One object serves one signal and one run. All
-// members but `abort` belong to the analysing thread.
+// Computes the pitch track of one signal. Subclasses implement the source (`ReadFrame`, `AtEnd`),
+// the destination (`StoreValue`) and the method (`Analyze`). An object analyses one signal, once.
+// Only the analysing thread may use members other than `abort`.
 class PitchAnalyzer {
  public:
-  // Set by any thread to stop `Analyze` at its next block boundary.
+  // Any thread may set this to stop `Analyze` at the next block boundary.
   std::atomic<bool> abort{false};
 
   PitchAnalyzer() = default;
@@ -28,21 +28,21 @@ class PitchAnalyzer {
   PitchAnalyzer& operator=(const PitchAnalyzer&) = delete;
   virtual ~PitchAnalyzer() = default;
 
-  // True when the run ended without `abort`; after false the stored values are incomplete.
-  // `progress` may be null.
+  // Returns false if stopped by `abort`; the stored values are then incomplete. `progress` may be
+  // null.
   virtual bool Analyze(zyl::PitchProgress* progress) = 0;
 
-  // The next input frame, full scale 1. Called only while `AtEnd` is false.
+  // Returns the next input frame, full scale 1. Called only while `AtEnd` is false.
   virtual double ReadFrame() = 0;
   virtual bool AtEnd() = 0;
 
-  // Takes value `index` of the track: a period in input frames, or 0.
+  // Stores value `index` of the track: a period in input frames, or 0 for unvoiced blocks.
   virtual void StoreValue(int index, double value) = 0;
 
-  // Limits are given as pitches: the highest expected one bounds the period from below.
+  // The limits are frequencies: the highest expected pitch gives the shortest period.
   virtual void SetMinPeriod(int /*frequencyHz*/, double /*sampleRateHz*/) {}
   virtual void SetMaxPeriod(int /*frequencyHz*/, double /*sampleRateHz*/) {}
 
-  // Mean square below which a block counts as silent.
+  // The mean square below which a block is silent.
   virtual void SetThreshold(double /*meanSquare*/) {}
 };

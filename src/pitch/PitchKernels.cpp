@@ -1,19 +1,19 @@
-// Exact sums: lags stand side by side in the lanes of a vector, so that each lane adds its products
-// one by one in the order of the formula, whatever the width.
+// Exact sums: each lane of a vector computes one lag, so that it adds its products one by one in
+// the order of the formula, for every vector width.
 //
-// Screen. With q[j] = x[j] / D rounded to an integer (so |x[j] / D - q[j]| <= 1/2), the integers
+// Screen: with q[j] = x[j] / D rounded to an integer (so |x[j] / D - q[j]| <= 1/2), the integers
 //   S = sum q[j] q[j + L]    M = max(sum q[j]^2, sum q[j + L]^2)    over j < W = max(32, L)
-// are exact: |q| <= 2047 and W <= 511 keep them below 2^31. Let s and m be the sums of the true
+// are exact: with |q| <= 2047 and W <= 511 they are below 2^31. Let s and m be the sums of the true
 // values, and A the larger sum of |q|. From (q + e)(q' + e') with |e|, |e'| <= 1/2,
 //   |s / D^2 - S| <= A + W / 4    |m / D^2 - M| <= A + W / 4,
 // and by Cauchy-Schwarz A <= sqrt(W M). So with u = t + t^2 / 4, t = sqrt(W / M), both are at most
 // u M, and as |S| <= M,
 //   |s / m - S / M| <= 2 u / (1 - u).
-// Up to u = 1/4 this is below 2 u + 24 u^2; beyond, that figure exceeds 2, the largest distance
-// that two correlations can have. For any c > 0, t <= (1 / c + c W / M) / 2 saves the root; the
-// bound is tightest with c near the root mean square of q. A constant of 1e-5 covers the rounding
-// of these few single-precision operations and of the double-precision evaluation of s / m (below
-// 1e-12, and below 1e-6 where an energy rounds to 0).
+// Up to u = 1/4 this is below 2 u + 24 u^2; for larger u that bound exceeds 2, the largest
+// difference between two correlations. For any c > 0, t <= (1 / c + c W / M) / 2 avoids the square
+// root; the bound is tightest with c near the root mean square of q. A constant of 1e-5 covers the
+// rounding of these single-precision operations and of the double-precision evaluation of s / m
+// (below 1e-12, and below 1e-6 if an energy rounds to 0).
 
 #include "PitchKernels.h"
 
@@ -29,14 +29,14 @@
 namespace zyl {
 namespace {
 
-// Row t: which products of the pair (j, j + 1), j = 2 t past the common length, lane k still needs.
+// Row t, column k: masks the products of the pair (j, j + 1), j = 2 t past the common length, that
+// lane k needs.
 constexpr auto kTailMaskTable = [] {
   std::array<uint32_t, kScreenLags / 2 * kScreenLags> masks{};
   for (int t = 0; t < kScreenLags / 2; ++t) {
     for (int k = 0; k < kScreenLags; ++k) {
       const uint32_t mask = 2 * t + 1 < k ? 0xFFFFFFFFU : 2 * t < k ? 0x0000FFFFU : 0U;
-      masks[std::size_t{kScreenLags} * static_cast<std::size_t>(t) + static_cast<std::size_t>(k)] =
-          mask;
+      masks[size_t{kScreenLags} * static_cast<size_t>(t) + static_cast<size_t>(k)] = mask;
     }
   }
   return masks;
@@ -44,12 +44,12 @@ constexpr auto kTailMaskTable = [] {
 
 constexpr auto kLagNumberTable = [] {
   std::array<float, 512> numbers{};
-  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<float>(i);
+  for (size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<float>(i);
   return numbers;
 }();
 
-// The code below calls no functions of other headers but intrinsics: a copy of one compiled for a
-// wider instruction set could be the one that the linker keeps for all.
+// From other headers the code below calls only intrinsics. The linker keeps one copy of an inline
+// function for the whole program, and that copy could be one compiled for AVX2.
 constexpr const uint32_t* kTailMasks = kTailMaskTable.data();
 constexpr const float* kLagNumbers = kLagNumberTable.data();
 

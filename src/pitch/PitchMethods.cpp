@@ -17,8 +17,8 @@ zyl::PitchSettings SettingsOf(const MinPeriodArg& minPeriod, const MaxPeriodArg&
           rmsThres.ValueOr(standard.rmsThres)};
 }
 
-// The program object keeps the settings of its last request. Called after the request, which may
-// throw.
+// Stores the settings of the last request in the program object. Called after the request, which
+// may throw.
 void KeepSettings(ZylSProgram& object, const zyl::PitchSettings& settings) {
   object.minPeriod = settings.minPeriodHz;
   object.maxPeriod = settings.maxPeriodHz;
@@ -67,7 +67,7 @@ bool CalcProgramPitch(ZylSProgram& object, LoadedProgram program, MinPeriodArg m
 bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
   genericSample* record = sample.Record();
   if (record == nullptr) return false;
-  // A module that is told may discard the object and its record.
+  // A notified module may discard the object and its record.
   const HeldSample held(*record);
   sample.object->NotifyDeleting();
   record->clearPitchData();
@@ -77,7 +77,7 @@ bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
 
 bool ClearProgramPitch(ZylSProgram& object, LoadedProgram program) {
   if (program->sampleTable == nullptr) return false;
-  // A module that is told may change the program: every step looks at what is there then.
+  // A notified module may change the program, so every step reads its current state.
   for (int i = 0; program.IsAttachedTo(object) && i < kZones * program->KeyGroupCount(); ++i) {
     genericSample* sample = program->sampleTable[i];
     if (sample == nullptr) continue;

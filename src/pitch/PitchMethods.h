@@ -33,8 +33,8 @@ int32_t PitchDataTimeTotal(ZylSProgram& object);
 int32_t PitchDataProgressRatio(ZylSProgram& object);
 int32_t PitchDataCalcSamples(ZylSProgram& object, ArrayArg<"SampleArray"> names);
 
-// The two objects stand for records of one source.
+// Returns true if both objects' records have the same source, or neither has a record.
 bool SampleCompare(ZylSProgram& object, OtherSample<"Sample1", NullObject::kAllowed> first,
                    OtherSample<"Sample2", NullObject::kAllowed> second);
-// Writes the handle of the track (32-bit floats) into `buffer` and answers its number of values.
+// Writes the handle of the track (32-bit floats) to `buffer` and returns the number of values.
 int32_t SampleGetPitchData(ZylSProgram& object, SampleArg sample, VarArg<int32_t, "Buffer"> buffer);

@@ -1,12 +1,12 @@
 // With x[j] the decimated window and W = max(32, L), the normalised correlation of lag L is
 //   corr[L] = sum_{j < W} x[j] x[j + L] / max(cumEnergy[W], cumEnergy[W + L] - cumEnergy[L]),
-//   cumEnergy[i] = sum_{j < i} x[j]^2, or 0 where an energy is 0.
-// The scan goes from the shortest lag up, holds the best peak so far (at first 0.5), and looks only
-// at peaks more than a tenth above it. The peak of the parabola through the three values is the
-// candidate; a value above 0.909 ends the scan.
+//   cumEnergy[i] = sum_{j < i} x[j]^2.
+// corr[L] is 0 if one of the two energies is 0. The scan starts at the shortest lag, keeps the best
+// peak (initially 0.5) and considers only peaks more than a tenth above it. The vertex of the
+// parabola through the three values is the candidate; a value above 0.909 ends the scan.
 //
-// The screen (PitchKernels.cpp) rules out nearly all lags from integer sums. What it keeps is
-// computed again, term by term in double precision, so it never decides anything itself.
+// The screen (PitchKernels.cpp) rules out nearly all lags with integer sums. The remaining lags are
+// computed term by term in double precision, so the screen never affects the result.
 
 #include "PitchTracker.h"
 
@@ -25,18 +25,18 @@ constexpr int kShortestLag = 4;
 constexpr int kLongestLag = 511;
 constexpr int kStretch = kWindow + 256 * kHop;  // decimated values read at a time
 constexpr int kScreenBlocks = 32;               // windows that share a screen
-constexpr int kPadding = 16;                    // read, never used, by the vector loops
+constexpr int kPadding = 16;                    // values that the vector loops read but do not use
 constexpr int kNoLag = -2;
-constexpr double kRise = 1.1;  // by which a peak must exceed the best
+constexpr double kRise = 1.1;  // factor by which a peak must exceed the best
 
-// Truncated quarter of a period, within `low` and `high`; `low` for NaN.
+// Returns a quarter of the period, truncated and clamped to [low, high]; `low` for NaN.
 int LagOf(double periodFrames, int low, int high) {
   const double lag = periodFrames * 0.25;
   if (!(lag > low)) return low;
   return lag >= high ? high : static_cast<int>(lag);
 }
 
-// Bits `first` to 31; all or none when that lies outside.
+// Returns a mask of bits `first` to 31; all bits for a negative `first`, none above 31.
 uint32_t BitsFrom(int first) {
   if (first >= 32) return 0;
   return ~0U << std::max(first, 0);
@@ -67,9 +67,9 @@ int PitchTracker::ReadFrames(double* frames, int count) {
   return count;
 }
 
-// Answers how many of `count` values the source sufficed for.
+// Returns the number of values read, fewer than `count` only at the end of the source.
 int PitchTracker::ReadDecimated(double* values, int count) {
-  frames_.resize(static_cast<std::size_t>(count) * zyl::kDecimation);
+  frames_.resize(static_cast<size_t>(count) * zyl::kDecimation);
   const int read = ReadFrames(frames_.data(), count * zyl::kDecimation) / zyl::kDecimation;
   filter_.Decimate(frames_.data(), read * zyl::kDecimation, values, *kernels_);
   return read;
@@ -88,7 +88,7 @@ bool PitchTracker::Analyze(zyl::PitchProgress* progress) {
     const int count = kept + ReadDecimated(values.data() + kept, kStretch - kept);
     if (count < kWindow) break;
     ended = count < kStretch;
-    // The window that a full stretch ends with waits for the frames that follow it.
+    // The last window of a full stretch is analysed with the next stretch, which starts with it.
     const int windows = (count - kWindow) / kHop + (ended ? 1 : 0);
     for (int i = 0; i < windows && !abort; ++i, ++block) {
       if (i % kScreenBlocks == 0) PrepareScreen(values.data(), i, windows);
@@ -110,38 +110,38 @@ bool PitchTracker::Analyze(zyl::PitchProgress* progress) {
   return !abort;
 }
 
-// The running sums are one chain of additions in window order, however often it is picked up.
+// The running sums are accumulated in window order, regardless of the number of calls.
 void PitchTracker::ExtendEnergy(int count) {
-  double sum = cumEnergy_[static_cast<std::size_t>(energyCount_)];
+  double sum = cumEnergy_[static_cast<size_t>(energyCount_)];
   for (int i = energyCount_; i < count; ++i) {
     sum += window_[i] * window_[i];
-    cumEnergy_[static_cast<std::size_t>(i) + 1] = sum;
+    cumEnergy_[static_cast<size_t>(i) + 1] = sum;
   }
   energyCount_ = std::max(energyCount_, count);
 }
 
 double PitchTracker::Correlation(int lag) const {
-  const std::size_t shift = static_cast<std::size_t>(lag);
-  const std::size_t width = std::max<std::size_t>(zyl::kShortestSum, shift);
+  const size_t shift = static_cast<size_t>(lag);
+  const size_t width = std::max<size_t>(zyl::kShortestSum, shift);
   const double energy1 = cumEnergy_[width];
   const double energy2 = cumEnergy_[width + shift] - cumEnergy_[shift];
   if (energy1 == 0.0 || energy2 == 0.0) return 0.0;
   return sums_[shift] / std::max(energy1, energy2);
 }
 
-// Makes the exact sums and energies of lag - 1, lag and lag + 1 present.
+// Computes the exact sums and energies of lag - 1, lag and lag + 1 unless they are present.
 void PitchTracker::PrepareLag(int lag) {
   const bool adjoins = lag - 1 >= sumsFrom_ && lag - 1 <= sumsTo_;
   if (!adjoins || lag + 1 >= sumsTo_) {
     const int from = adjoins ? sumsTo_ : lag - 1;
-    kernels_->exactSums(window_, from, &sums_[static_cast<std::size_t>(from)]);
+    kernels_->exactSums(window_, from, &sums_[static_cast<size_t>(from)]);
     if (!adjoins) sumsFrom_ = from;
     sumsTo_ = from + zyl::kExactLags;
   }
   ExtendEnergy(std::max(zyl::kShortestSum, lag + 1) + lag + 1);
 }
 
-// Looks at one lag of the scan; true when its peak ends the scan.
+// Evaluates one lag of the scan. Returns true if its peak ends the scan.
 bool PitchTracker::TryLag(int lag, Peak& best) {
   if (lag > kLongestLag - 2) return false;
   PrepareLag(lag);
@@ -156,7 +156,7 @@ bool PitchTracker::TryLag(int lag, Peak& best) {
   const double value = (((before + after) * 0.5 - here) * delta + d) * delta + here;
   const double period = lag + delta;
   if (!(value > kRise * best.value)) {
-    // A multiple of the period held, within two values, is not a better one.
+    // A multiple of the best period, to within two values, does not replace it.
     const double r = period / best.period;
     if (std::fabs((r - std::trunc(r + 0.5)) * best.period) <= 2.0) return false;
   }
@@ -164,7 +164,8 @@ bool PitchTracker::TryLag(int lag, Peak& best) {
   return value * kRise > 1.0;
 }
 
-// Prepares the screen for the windows from number `first` on, as far into each as its lags reach.
+// Prepares the screen for up to kScreenBlocks windows from window `first`, up to the last value
+// that their lags need.
 void PitchTracker::PrepareScreen(const double* values, int first, int windows) {
   const int shared = std::min(windows - first, kScreenBlocks);
   const int reach = 2 * (maxLag_ + zyl::kScreenLags);
@@ -172,7 +173,7 @@ void PitchTracker::PrepareScreen(const double* values, int first, int windows) {
   screened_ = screen_.Prepare(values + first * kHop, count);
 }
 
-// `screenStart` is the window's place in the screen.
+// `screenStart` is the window's first value in the screen.
 double PitchTracker::EstimatePeriod(const double* window, int screenStart) {
   window_ = window;
   energyCount_ = 0;

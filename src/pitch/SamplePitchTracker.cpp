@@ -12,13 +12,13 @@ namespace {
 
 constexpr int kMaxChannels = 16;
 
-// One value of `kBytes` bytes, full scale 1: put together in the upper bytes of 32 bits, which
-// gives every width the same scale. Exact in a double.
+// Returns one value of `kBytes` bytes, full scale 1. Assembled in the upper bytes of 32 bits, all
+// widths have the same scale. The result is exact.
 template <int kBytes>
 double ReadValue(const std::byte* at) {
   uint32_t bits = 0;
   if constexpr (kBytes == 2 && std::endian::native == std::endian::little) {
-    int16_t value;  // the same in a form that vectorises
+    int16_t value;  // the same value, in a form that vectorises
     std::memcpy(&value, at, sizeof value);
     return value * 0x1p-15;
   }
@@ -53,15 +53,15 @@ SamplePitchTracker::SamplePitchTracker(const zyl::PitchSource& source, double pr
     : PitchTracker(processingRateHz), source_(source) {
   source_.channelCount = std::min(source_.channelCount, kMaxChannels);
   source_.frameCount = std::max(source_.frameCount, 0);
-  output.resize(static_cast<std::size_t>(source_.frameCount) / 128 + 1);
+  output.resize(static_cast<size_t>(source_.frameCount) / 128 + 1);
   if (!IsReadable(source_)) source_.frameCount = 0;
 }
 
 int SamplePitchTracker::ReadFrames(double* frames, int count) {
   const int read = std::min<int>(count, source_.frameCount - cursor_);
   if (read == 0) return 0;
-  const std::ptrdiff_t offset = std::ptrdiff_t{cursor_} * source_.bytesPerSample;
-  const auto addChannel = kAddChannel[static_cast<std::size_t>(source_.bytesPerSample - 1)];
+  const ptrdiff_t offset = ptrdiff_t{cursor_} * source_.bytesPerSample;
+  const auto addChannel = kAddChannel[static_cast<size_t>(source_.bytesPerSample - 1)];
   for (int channel = 0; channel < source_.channelCount; ++channel) {
     addChannel(source_.channelBuffers[channel] + offset, frames, read, channel == 0);
   }
@@ -78,7 +78,7 @@ double SamplePitchTracker::ReadFrame() {
 bool SamplePitchTracker::AtEnd() { return cursor_ >= source_.frameCount; }
 
 void SamplePitchTracker::StoreValue(int index, double value) {
-  output[static_cast<std::size_t>(index)] = static_cast<float>(value);
+  output[static_cast<size_t>(index)] = static_cast<float>(value);
 }
 
 namespace zyl {

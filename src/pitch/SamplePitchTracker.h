@@ -9,8 +9,9 @@
 
 namespace zyl {
 
-// Sound data to analyse: one buffer per channel, frames consecutive, values signed little-endian of
-// 1 to 4 bytes. The buffers belong to the caller and stay valid and unchanged during a run.
+// Sound data to analyse: one buffer per channel with consecutive frames; values are signed
+// little-endian integers of 1 to 4 bytes. The caller owns the buffers and must keep them valid and
+// unchanged during a run.
 struct PitchSource {
   const std::byte* const* channelBuffers = nullptr;
   int channelCount = 0;  // the first 16 are used
@@ -23,14 +24,14 @@ struct PitchSettings {
   int minPeriodHz = 2000;  // highest expected pitch
   int maxPeriodHz = 50;    // lowest expected pitch
   int smoothLength = 0;    // blocks to each side, 0 for no smoothing
-  int findPitchLen = 10;   // blocks to each side in which octave errors are judged
+  int findPitchLen = 10;   // blocks to each side that octave correction considers
   double rmsThres = 1e-5;  // mean square of silence
 };
 
 }  // namespace zyl
 
-// Tracks the sum of a sample's channels, full scale 1 each. A source without channels or buffers,
-// or of another width, is one without frames.
+// Tracks the pitch of the sum of a sample's channels, each with full scale 1. A source without
+// channels, with a null buffer or with another width is treated as empty.
 class SamplePitchTracker : public PitchTracker {
  public:
   explicit SamplePitchTracker(const zyl::PitchSource& source, double processingRateHz = 44100.0);
@@ -41,7 +42,7 @@ class SamplePitchTracker : public PitchTracker {
 
   const zyl::PitchSource& Source() const { return source_; }
 
-  // The track, frameCount / 128 + 1 values, all 0 before the analysis.
+  // The track: frameCount / 128 + 1 values, all 0 before the analysis.
   std::vector<float> output;
 
  protected:
@@ -54,10 +55,9 @@ class SamplePitchTracker : public PitchTracker {
 
 namespace zyl {
 
-// The whole job for one sample: settings, analysis, two passes of octave correction, and smoothing
-// if asked for. Answers the tracker's output, or nothing when the tracker was aborted. The tracker
-// is the caller's, so that other threads can be given it before the analysis and robbed of it
-// after.
+// Runs the complete job for one sample: settings, analysis, two passes of octave correction, and
+// smoothing if requested. Returns the track, or nullopt if aborted. The caller owns the tracker, so
+// that other threads can set its `abort` during the call.
 std::optional<std::vector<float>> AnalyzePitch(SamplePitchTracker& tracker,
                                                const PitchSettings& settings,
                                                PitchProgress* progress);

@@ -1,13 +1,13 @@
-// Values are sorted into octave bands: band b holds those of 2^(b-1) to 2^b, band 0 those below 1,
-// band 19 those from 2^18 up. The typical value is the mean of the fullest band. When two adjacent
-// bands have nearly equal means, one cluster straddles their edge, and the values below i are
-// sorted once more after scaling by 0.707.
+// Idea: values are counted in octave bands. Band b contains values from 2^(b-1) to 2^b, band 0
+// values below 1, and band 19 values from 2^18. The typical value is the mean of the fullest band.
+// If two adjacent bands have nearly equal means, one cluster straddles their edge; then the values
+// at indexes below i are scaled by 0.707 for the assignment to bands (the second sorting).
 //
-// A pass moves the histograms of both sortings along with i instead of filling them anew. Their
-// sums are the same to the last bit, in whatever order values come and go: the values of band b are
-// multiples of 2^(b-24) below 1.42 * 2^b, and sums of fewer than 2^27 of them have no bits to lose
-// in double precision. That holds for values of 1 to 2^18 and for zeros; a track with other values
-// takes the slow way.
+// A pass updates the histograms of both sortings incrementally as i increases. Their sums are
+// exact, independent of the order of additions and removals: the values of band b are multiples of
+// 2^(b-24) below 1.42 * 2^b, and a double represents all sums of fewer than 2^27 of them. This
+// applies to values from 1 to 2^18 and to zeros; for a track with other values every histogram is
+// built anew.
 
 #include "TrackCorrection.h"
 
@@ -23,49 +23,49 @@
 
 namespace {
 
-constexpr double kPi = 3.14159265359;  // the method's own value, not the full precision
+constexpr double kPi = 3.14159265359;  // the value that the method uses, not full precision
 constexpr int kBands = 20;
 constexpr double kSecondSorting = 0.707;
 
 class OctaveHistogram {
  public:
-  static std::size_t BandOf(double value) {
+  static size_t BandOf(double value) {
     if (!(value >= 1.0)) return 0;
     if (value >= 0x1p18) return kBands - 1;
-    return static_cast<std::size_t>(std::bit_width(static_cast<uint32_t>(value)));
+    return static_cast<size_t>(std::bit_width(static_cast<uint32_t>(value)));
   }
 
-  void Add(float value, std::size_t band) {
+  void Add(float value, size_t band) {
     sum_[band] += value;
     ++count_[band];
     filled_ |= 1U << band;
   }
 
-  void Remove(float value, std::size_t band) {
+  void Remove(float value, size_t band) {
     sum_[band] -= value;
     if (--count_[band] == 0) filled_ &= ~(1U << band);
   }
 
   bool ClusterStraddlesEdge() const {
     for (uint32_t edges = filled_ & (filled_ << 1); edges != 0; edges &= edges - 1) {
-      const std::size_t band = static_cast<std::size_t>(std::countr_zero(edges));
+      const size_t band = static_cast<size_t>(std::countr_zero(edges));
       if (std::fabs(Mean(band - 1) / Mean(band) - 1.0) < 0.05) return true;
     }
     return false;
   }
 
-  // Mean of the fullest band, the lowest of equally full ones; 0 when all are empty.
+  // The mean of the fullest band, the lowest of equally full ones; 0 if all are empty.
   double Typical() const {
-    std::size_t fullest = 0;
+    size_t fullest = 0;
     for (uint32_t bands = filled_; bands != 0; bands &= bands - 1) {
-      const std::size_t band = static_cast<std::size_t>(std::countr_zero(bands));
+      const size_t band = static_cast<size_t>(std::countr_zero(bands));
       if (count_[band] > count_[fullest]) fullest = band;
     }
     return count_[fullest] == 0 ? 0.0 : Mean(fullest);
   }
 
  private:
-  double Mean(std::size_t band) const { return sum_[band] / count_[band]; }
+  double Mean(size_t band) const { return sum_[band] / count_[band]; }
 
   std::array<double, kBands> sum_{};
   std::array<int, kBands> count_{};
@@ -86,10 +86,10 @@ OctaveHistogram Neighbourhood(const float* track, int n, int i, double factor, i
   return histogram;
 }
 
-// The typical values of i = 1, 2, ... in turn, none left out. The values counted for i are those of
-// first .. end-1 without i itself: a stretch that only moves upward, bounded by the reach, by the
-// track's second and last but one value, and by the nearest pairs of zeros (j - 1, j), whose j is
-// left out. It always holds i.
+// Computes the typical values of i = 1, 2, ...; At must be called for each i in this order. The
+// values counted for i are first .. end-1 without i. This range contains i and only moves up. Its
+// limits are the reach, the track's second and last but one value, and the nearest pairs of zeros
+// (j - 1, j), of which j is excluded.
 class TypicalPeriods {
  public:
   TypicalPeriods(const std::vector<float>& track, int halfWidth)
@@ -112,13 +112,13 @@ class TypicalPeriods {
       plain_.Add(track_[end_], BandOf(end_, 1.0));
       scaled_.Add(track_[end_], BandOf(end_, 1.0));
     }
-    if (i > 1) scaled_.Add(track_[i - 1], BandOf(i - 1, kSecondSorting));  // now it lies below
+    if (i > 1) scaled_.Add(track_[i - 1], BandOf(i - 1, kSecondSorting));  // now below i
     const int lowest = i > 1 && IsZeroPair(track_, i - 1) ? i : i - reach_ + 1;
     for (; first_ < lowest; ++first_) {
       plain_.Remove(track_[first_], BandOf(first_, 1.0));
       scaled_.Remove(track_[first_], BandOf(first_, kSecondSorting));
     }
-    const std::size_t own = BandOf(i, 1.0);
+    const size_t own = BandOf(i, 1.0);
     scaled_.Remove(track_[i], own);
     plain_.Remove(track_[i], own);
     const double typical = (plain_.ClusterStraddlesEdge() ? scaled_ : plain_).Typical();
@@ -127,9 +127,7 @@ class TypicalPeriods {
   }
 
  private:
-  std::size_t BandOf(int j, double factor) const {
-    return OctaveHistogram::BandOf(track_[j] * factor);
-  }
+  size_t BandOf(int j, double factor) const { return OctaveHistogram::BandOf(track_[j] * factor); }
 
   const float* track_;
   int n_;
@@ -139,7 +137,7 @@ class TypicalPeriods {
   int end_ = 1;
   int nextPair_ = 0;
   OctaveHistogram plain_;
-  OctaveHistogram scaled_;  // the values below i by the second sorting; the others as they are
+  OctaveHistogram scaled_;  // values below i by the second sorting, the others unscaled
 };
 
 float Corrected(float value, double typical) {
@@ -157,16 +155,16 @@ float Corrected(float value, double typical) {
 constexpr int kLongestTrack = 1 << 24;  // blocks of 128 frames in 2^31 frames
 constexpr int kLanes = 8;
 
-// Weights w(j) = (1 + cos(j pi / L)) / 2 by distance j = 0 .. L, scaled so that the 2 L + 1 taps at
-// -L .. L add up to 1.
+// Returns the weights w(j) = (1 + cos(j pi / L)) / 2 for distance j = 0 .. L, scaled so that the
+// 2 L + 1 taps at -L .. L sum to 1.
 std::vector<float> SmoothingTaps(int length) {
   const auto weight = [&](int j) { return 0.5 * (1.0 + std::cos(j * kPi / length)); };
   double sum = 0.0;
   for (int j = 0; j <= length; ++j) sum += weight(j);
   const double scale = 0.5 / (sum - 0.5);
-  std::vector<float> taps(static_cast<std::size_t>(length) + 1);
+  std::vector<float> taps(static_cast<size_t>(length) + 1);
   for (int j = 0; j <= length; ++j) {
-    taps[static_cast<std::size_t>(j)] = static_cast<float>(weight(j) * scale);
+    taps[static_cast<size_t>(j)] = static_cast<float>(weight(j) * scale);
   }
   return taps;
 }
@@ -191,13 +189,13 @@ void CorrectOctaveErrors(float* track, int n, int findPitchLen) {
   }
 }
 
-// Lanes are neighbouring values, each summed in the order of its window. The zeros around the track
-// count as unvoiced blocks, and a term of 0 changes no sum.
+// Each lane computes one of kLanes neighbouring values, summed in the order of its window. The
+// track is padded with zeros, which are unvoiced blocks: their taps are subtracted from the norm.
 bool SmoothTrack(float* track, int n, int smoothLength, const std::atomic<bool>* abort) {
   if (n < 1 || smoothLength < 1) return true;
   const int length = std::min(smoothLength, kLongestTrack);
   const std::vector<float> taps = SmoothingTaps(length);
-  std::vector<float> padded(static_cast<std::size_t>(n) + 2 * taps.size() + kLanes);
+  std::vector<float> padded(static_cast<size_t>(n) + 2 * taps.size() + kLanes);
   float* const before = padded.data() + length;
   std::copy_n(track, n, before);
   for (int first = 0; first < n; first += kLanes) {
@@ -206,9 +204,9 @@ bool SmoothTrack(float* track, int n, int smoothLength, const std::atomic<bool>*
     std::array<double, kLanes> norm;
     norm.fill(1.0);
     for (int j = -length; j <= length; ++j) {
-      const double tap = taps[static_cast<std::size_t>(std::abs(j))];
+      const double tap = taps[static_cast<size_t>(std::abs(j))];
       const float* const values = before + first + j;
-      for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      for (size_t lane = 0; lane < kLanes; ++lane) {
         const double value = values[lane];
         sum[lane] += tap * value;
         norm[lane] -= value == 0.0 ? tap : 0.0;
@@ -216,7 +214,7 @@ bool SmoothTrack(float* track, int n, int smoothLength, const std::atomic<bool>*
     }
     for (int lane = 0; lane < std::min(kLanes, n - first); ++lane) {
       float& result = track[first + lane];
-      const auto l = static_cast<std::size_t>(lane);
+      const auto l = static_cast<size_t>(lane);
       if (result != 0.0F) result = static_cast<float>(sum[l] / norm[l]);
     }
   }
