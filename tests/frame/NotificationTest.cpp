@@ -1,4 +1,4 @@
-// What registered modules are told, and that nothing breaks whatever they do when they are told.
+// Notifications of registered modules, and callbacks that change or delete what is in use.
 #include "support/ScriptSurface.h"
 
 namespace zyl::test {
@@ -10,7 +10,7 @@ class Notification : public ModuleTest {
     ModuleTest::SetUp();
     program.Make();
   }
-  // A module that writes down what it is told.
+  // A module that records its notifications.
   std::unique_ptr<Listener> Recorder(std::vector<std::string>& told, const std::string& mark = "") {
     auto listener = std::make_unique<Listener>();
     (*listener)["OnProgramParameterChanged"] = [&told, mark, this](ROCParams& list, ROCParam**) {
@@ -32,7 +32,7 @@ class Notification : public ModuleTest {
   Lines told;
 };
 
-TEST_F(Notification, AChangeIsToldOnceInOrderOfRegistrationAndOnlyWhileEnabled) {
+TEST_F(Notification, ChangesAreAnnouncedOnceInOrderWhileEnabled) {
   const auto first = Recorder(told, "a:");
   const auto second = Recorder(told, "b:");
   for (Listener* listener : {first.get(), second.get(), first.get()}) {
@@ -47,10 +47,10 @@ TEST_F(Notification, AChangeIsToldOnceInOrderOfRegistrationAndOnlyWhileEnabled) 
   program("PrepareDelete");
   EXPECT_EQ(Lines(told.begin() + 2, told.end()), (Lines{"a:end", "b:end"}));
   program.Delete();
-  EXPECT_EQ(told.size(), 4u) << "only PrepareDelete tells of the end";
+  EXPECT_EQ(told.size(), 4u) << "only PrepareDelete announces the end";
 }
 
-TEST_F(Notification, ADeadOrReplacedModuleIsNotCalledAndTheOthersAre) {
+TEST_F(Notification, DeletedModulesAreSkipped) {
   auto dead = Recorder(told, "dead:");
   const auto replaced = Recorder(told, "replaced:");
   const auto alive = Recorder(told, "alive:");
@@ -65,7 +65,7 @@ TEST_F(Notification, ADeadOrReplacedModuleIsNotCalledAndTheOthersAre) {
   EXPECT_EQ(told.back(), "alive:4 20 -1 -1 ");
 }
 
-TEST_F(Notification, AModuleMayCallBackRegisterAnotherAndEndAThird) {
+TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
   const auto late = Recorder(told, "late:");
   auto victim = std::make_unique<Listener>();
   (*victim)["OnProgramParameterChanged"] = [](ROCParams& list, ROCParam**) {
@@ -85,9 +85,9 @@ TEST_F(Notification, AModuleMayCallBackRegisterAnotherAndEndAThird) {
   EXPECT_EQ(told, Lines{"late:4 20 -1 -1 "}) << "a module registered meanwhile is called too";
 }
 
-// The nested change removes the entry of the module that is being called and those around it; the
-// list may become empty, which frees its nodes.
-TEST_F(Notification, ANestedChangeMayRemoveEntriesOfTheOuterWalk) {
+// The nested change removes the entry of the module that is being called and its neighbours; an
+// empty list frees its nodes.
+TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterWalk) {
   for (const bool alone : {false, true}) {
     program = Program();
     program.Make();
@@ -112,8 +112,7 @@ TEST_F(Notification, ANestedChangeMayRemoveEntriesOfTheOuterWalk) {
   }
 }
 
-// The calls that tell modules something, each with a module that pulls the floor away.
-TEST_F(Notification, AModuleMayLetTheRecordOrTheProgramObjectGo) {
+TEST_F(Notification, CallbacksMayDeleteTheRecordOrTheProgram) {
   const std::function<void(const Program&)> calls[] = {
       [](const Program& p) { p("PRGpoly", 20); },
       [](const Program& p) { p("PRGindyOutput", 3); },
@@ -138,7 +137,7 @@ TEST_F(Notification, AModuleMayLetTheRecordOrTheProgramObjectGo) {
           const int held = getTotalMem();
           if (!wholeObject) doomed("Read", "no such file");
           if (wholeObject) doomed.Delete();
-          EXPECT_EQ(getTotalMem() == held, wholeObject) << "it went while its method ran";
+          EXPECT_EQ(getTotalMem() == held, wholeObject) << "it was freed while its method ran";
         };
       }
       auto dead = std::make_unique<Listener>();
@@ -152,7 +151,7 @@ TEST_F(Notification, AModuleMayLetTheRecordOrTheProgramObjectGo) {
   }
   EXPECT_EQ(getTotalMem(), program("GetUsedPhysicalMemory", false).Int());
   program.Delete();
-  EXPECT_EQ(getTotalMem(), 0) << "an object that was deleted in a call never went";
+  EXPECT_EQ(getTotalMem(), 0) << "an object that was deleted in a call leaked";
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ uint32_t MaskOf(const Program& program) {
   return static_cast<uint32_t>(program("PRGtmMidiChannel").Int());
 }
 
-TEST_F(ProgramObject, TheMaskHasTheChannelsOfAllObjectsOfTheRecord) {
+TEST_F(ProgramObject, TheMaskCombinesTheChannelsOfARecordsObjects) {
   const Program first;
   first.Make();
   first("PRGname", "shared");
@@ -37,7 +37,7 @@ TEST_F(ProgramObject, TheMaskHasTheChannelsOfAllObjectsOfTheRecord) {
   EXPECT_EQ(MaskOf(first), 0x80000000u);
 }
 
-TEST_F(ProgramObject, PlainFieldsAndTheUniquePathTellNobody) {
+TEST_F(ProgramObject, PlainFieldsAreNotAnnounced) {
   const Program program;
   program.Make();
   const std::string path = program("SetUniqueFilePath").Text();
@@ -54,7 +54,7 @@ TEST_F(ProgramObject, PlainFieldsAndTheUniquePathTellNobody) {
   EXPECT_FALSE(program("Dirty").Bool());
 }
 
-TEST_F(ProgramObject, DirtyLooksAtTheSamplesUntilItFindsAChangedOne) {
+TEST_F(ProgramObject, DirtyIncludesTheSamplesOfTheKeygroups) {
   WriteWave(Path("a.wav"), {{1, 2, 3}});
   const Program program;
   program.Make(3);
@@ -69,7 +69,7 @@ TEST_F(ProgramObject, DirtyLooksAtTheSamplesUntilItFindsAChangedOne) {
   EXPECT_FALSE(program("Dirty").Bool()) << "a keygroup beyond the count was looked at";
 }
 
-TEST_F(ProgramObject, WithLockAllEveryAttachedRecordIsLockedWhileItIsAttached) {
+TEST_F(ProgramObject, LockAllLocksRecordsWhileTheyAreAttached) {
   std::ofstream(Path("profile")) << "; comment\n[Other]\nLockAll=0\n[sampler]\nlockall = 2\n";
   LoadModule(Path("profile"));
   WriteWave(Path("a.wav"), {std::vector<int16_t>(1000)});

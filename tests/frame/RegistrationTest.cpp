@@ -36,7 +36,7 @@ TEST_F(Registration, TheFactoryMakesObjectsThatShareOneTableWhichCanBeRebuilt) {
   }
 }
 
-TEST_F(Registration, TheTableHas295CallableRowsAndAnEnd) {
+TEST_F(Registration, TheTableHas295CallableRows) {
   const Program program;  // without a record: each method must refuse or do without it
   int rows = 0;
   for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {

@@ -6,7 +6,7 @@ namespace {
 
 using FileMethods = ModuleTest;
 
-TEST_F(FileMethods, CreateMakesADefaultProgramOrCopiesOneWithItsChannel) {
+TEST_F(FileMethods, CreateMakesADefaultProgramOrACopy) {
   WriteWave(Path("a.wav"), {{1, 2}});
   const Program source;
   source.Make(2);
@@ -33,13 +33,13 @@ TEST_F(FileMethods, CreateMakesADefaultProgramOrCopiesOneWithItsChannel) {
     EXPECT_EQ(copy("PRGpoly").Int(), 15);
     EXPECT_EQ(copy("PRGmidiChannel").Int(), 0);
   }
-  // Its record is the new one by then, which has nothing to copy, and it is on no channel.
+  // A copy of itself: the new record has nothing to copy and no channel.
   EXPECT_TRUE(copy("Create", copy.Algo()).Bool());
   EXPECT_EQ(copy("PRGkeyGroups").Int(), 0);
   EXPECT_EQ(copy("PRGmidiChannel").Int(), 99);
 }
 
-TEST_F(FileMethods, ReadTakesTheGivenChannelAsItIsAndElseTheRecords) {
+TEST_F(FileMethods, ReadTakesTheGivenOrTheRecordsChannel) {
   const Program program;
   program.Make();
   for (const int channel : {5, -1}) {
@@ -54,7 +54,7 @@ TEST_F(FileMethods, ReadTakesTheGivenChannelAsItIsAndElseTheRecords) {
   EXPECT_EQ(ProgramRecord(program)->midiChannel, -1) << "the record's byte was written";
 }
 
-TEST_F(FileMethods, AReadOrFindThatFailsLeavesNoProgramAndNoError) {
+TEST_F(FileMethods, AFailedReadOrFindDetachesTheProgram) {
   const Program program;
   program("Dirty", true);
   for (const char* method : {"Read", "Find"}) {
@@ -67,7 +67,7 @@ TEST_F(FileMethods, AReadOrFindThatFailsLeavesNoProgramAndNoError) {
   EXPECT_TRUE(program("Dirty").Bool()) << "only a write clears the mark";
 }
 
-TEST_F(FileMethods, FindHandsOutTheRecordThatIsThereByPathProgramNameOrFileName) {
+TEST_F(FileMethods, FindSharesARecordByPathProgramNameOrFileName) {
   const Program first;
   first.Make();
   first("PRGname", "Twelve chars");
@@ -80,10 +80,10 @@ TEST_F(FileMethods, FindHandsOutTheRecordThatIsThereByPathProgramNameOrFileName)
     EXPECT_EQ(first("PRGpoly", 15).Int(), 1) << name;
   }
   EXPECT_FALSE(Program()("Find", "Twelve char").Bool());
-  EXPECT_FALSE(first("Find", "grand").Bool()) << "its only user had let it go before the search";
+  EXPECT_FALSE(first("Find", "grand").Bool()) << "its only user released it before the search";
 }
 
-TEST_F(FileMethods, WriteGoesToTheRecordsNameUnlessAPathIsGiven) {
+TEST_F(FileMethods, WriteUsesTheRecordsNameUnlessAPathIsGiven) {
   const Program program;
   program.Make();
   EXPECT_FALSE(program("Write").Bool()) << "without any name";
@@ -126,8 +126,8 @@ TEST_F(FileMethods, AFileIsLoadedOnceAndTheMemoryFiguresAddUp) {
   EXPECT_EQ(getTotalMem(), 0);
 }
 
-// A path that the system would cut at a zero byte names another file.
-TEST_F(FileMethods, APathWithAZeroByteIsRefusedEverywhere) {
+// The system would cut such a path at the zero byte.
+TEST_F(FileMethods, APathWithAZeroByteIsRefused) {
   WriteWave(Path("a.wav"), {{1, 2}});
   const std::string path = Path("a.wav") + std::string("\0.wav", 5);
   const Program program;
@@ -172,7 +172,7 @@ std::string PresetFile(const std::vector<std::string>& names) {
   return Chunk("RIFF", "sfbk" + Chunk("LIST", "pdta" + Chunk("phdr", headers)));
 }
 
-TEST_F(FileMethods, PresetNamesAreListedAndADamagedFileLeavesTheArray) {
+TEST_F(FileMethods, PresetNamesAreListed) {
   const Program program;
   const std::unique_ptr<ROCParam, void (*)(ROCParam*)> array(ROCParam::NewArray(2), deleteROCParam);
   const auto read = [&](const std::string& bytes) {

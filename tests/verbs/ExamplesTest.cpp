@@ -1,4 +1,4 @@
-// The example scripts, each on a task that it is for.
+// The example scripts.
 #include "verbs/VerbTools.h"
 
 namespace zyl::test {
@@ -7,7 +7,7 @@ namespace {
 class Examples : public Verbs {
  protected:
   Finished RunExample(const std::string& name, const std::string& arguments) const {
-    // A copy, as users make one: nothing but zyl itself helps it to its modules.
+    // A copy elsewhere, as users make one, must find its modules too.
     const std::string copy = Path(name + ".lua");
     std::filesystem::copy_file(ZYL_SOURCE "/examples/" + name + ".lua", copy,
                                std::filesystem::copy_options::overwrite_existing);
@@ -15,7 +15,7 @@ class Examples : public Verbs {
   }
 };
 
-TEST_F(Examples, AutomapGoesBySound) {
+TEST_F(Examples, AutomapMapsBySound) {
   Recording("f/a.wav", 64);
   Recording("f/b C2.wav", 52.25);
   const Finished run = RunExample("automap", Quoted("f") + " " + Quoted("a.zprg"));
@@ -27,7 +27,7 @@ TEST_F(Examples, AutomapGoesBySound) {
   EXPECT_NEAR(program("ZonetuneOffset", 0, 0).Int(), (60 - 52.25) * 256, 2);
 }
 
-TEST_F(Examples, FilterSweepTouchesSelectedKeygroupsAlone) {
+TEST_F(Examples, FilterSweepChangesOnlySelectedKeygroups) {
   const Program program;
   program.Make(5);
   for (const int k : {1, 2, 4}) program("KGSelect", k, true);
@@ -39,7 +39,7 @@ TEST_F(Examples, FilterSweepTouchesSelectedKeygroupsAlone) {
   for (int k = 0; k < 5; ++k) EXPECT_EQ(program("KGfilterFreq", k).Int(), expected[k]) << k;
 }
 
-TEST_F(Examples, LoopCleanupDropsBadLoopsAndFindsOne) {
+TEST_F(Examples, LoopCleanupDropsBadLoops) {
   Tone("t.wav", 441);  // a period of 100 frames
   const Program program;
   RIOObject* sample = program("ReadTempSample", Path("t.wav"), -1).Object();
@@ -59,7 +59,7 @@ TEST_F(Examples, LoopCleanupDropsBadLoopsAndFindsOne) {
   EXPECT_EQ(Number(left, "end"), 19999) << shown;
 }
 
-TEST_F(Examples, PadsGiveBackWhatTheyTook) {
+TEST_F(Examples, PadsReturnWhatWasWritten) {
   const Program program;
   program.Make(1);
   program("PRGpoly", 7);
@@ -75,7 +75,7 @@ TEST_F(Examples, PadsGiveBackWhatTheyTook) {
   }
 }
 
-TEST_F(Examples, TheEditorIsDrawn) {
+TEST_F(Examples, EditorPictureDraws) {
   const Finished run = RunExample("editor-picture", Quoted(""));
   EXPECT_EQ(run.status, 0) << run.out;
   for (const char* name : {"keyboard.png", "editor.png"}) {
@@ -85,7 +85,7 @@ TEST_F(Examples, TheEditorIsDrawn) {
   }
 }
 
-TEST_F(Examples, PitchReportTellsCentsAndDraws) {
+TEST_F(Examples, PitchReportPrintsAndDraws) {
   Recording("r/x.wav", 61.12);
   const Finished run = RunExample("pitch-report", Quoted("r") + " " + Quoted("r.svg"));
   EXPECT_EQ(run.status, 0) << run.out;

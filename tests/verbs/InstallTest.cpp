@@ -1,4 +1,4 @@
-// What is installed works from wherever it lies.
+// The installed files work from any folder.
 #include "verbs/VerbTools.h"
 
 namespace zyl::test {
@@ -13,7 +13,7 @@ class Install : public Verbs {
     ASSERT_EQ(run.status, 0) << run.out;
     std::filesystem::rename(Path("first"), Path("moved"));
   }
-  // Without the build's folders in the way: nothing but what was installed is found.
+  // Runs without the build's folders in the environment.
   Finished Installed(const std::string& arguments) const {
     return Shell("cd " + Quoted("") + " && env -i PATH=/usr/bin:/bin " + Quoted("moved/bin/zyl") +
                      " " + arguments,
@@ -21,7 +21,7 @@ class Install : public Verbs {
   }
 };
 
-TEST_F(Install, RunsTheExampleFromAnEmptyFolder) {
+TEST_F(Install, RunsExamplesAndVerbs) {
   const Finished made = Installed("run moved/share/zyl/examples/tones.lua notes");
   EXPECT_EQ(made.status, 0) << made.out;
   const Finished run = Installed("run moved/share/zyl/examples/first-program.lua notes out.zprg");
@@ -37,7 +37,7 @@ TEST_F(Install, RunsTheExampleFromAnEmptyFolder) {
   EXPECT_FALSE(Has(where, ZYL_BUILD));
 }
 
-TEST_F(Install, BringsManualAndCompletion) {
+TEST_F(Install, IncludesTheManualAndCompletion) {
   const std::string manual = FileBytes(Path("moved/share/man/man1/zyl.1"));
   for (const auto& script : std::filesystem::directory_iterator(ZYL_SOURCE "/verbs")) {
     if (script.path().extension() != ".lua") continue;

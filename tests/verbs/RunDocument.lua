@@ -1,4 +1,4 @@
--- Runs what a document shows, and compares what comes with what the document says.
+-- Runs the commands that a document shows and compares their output with the document.
 --
 --   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH
 --

@@ -1,4 +1,4 @@
-// What the tests of the verbs share: running zyl as a user does, and looking at what it says.
+// Running zyl for the tests of the verbs.
 #pragma once
 
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-// Keyboards: where a range is marked, and when keyboards of the list change their colours.
+// Keyboards: the place of the range marker, and the colours of the keyboards of a list.
 #include <cmath>
 
 #include "views/EditorTools.h"
@@ -52,21 +52,6 @@ TEST_F(Keyboard, DrawsNothingWithoutAKeygroupOrAKeyboard) {
   EXPECT_TRUE(program("DrawKeyGroupKB", 0, static_cast<RIOObject*>(&bare), NullObject{}).Ok());
 }
 
-TEST_F(Keyboard, DrawChecksItsArgumentsInOrder) {
-  const std::string name = "ZylSProgram::DrawKeyGroupKB";
-  ExpectException(program("DrawKeyGroupKB"), name + ": No program loaded. Method can not execute!");
-  program.Make();
-  const std::unique_ptr<RIOObject> plain(ZylNewPlainObject("GOContainer"));
-  ExpectArgType(program("DrawKeyGroupKB", 0.0, 1), "KeyGroupIndex", 1, 1);
-  ExpectException(program("DrawKeyGroupKB", 1, 1), name + ": Keygroup index out of range!");
-  ExpectArgType(program("DrawKeyGroupKB", 0, 1), "GO", 11, 2);
-  ExpectArgPType(program("DrawKeyGroupKB", 0, plain.get()), "GOContainer", "GOContainer", 2);
-  ExpectArgPType(program("DrawKeyGroupKB", 0, program.Algo()), "ROCAlgo", "GOContainer", 2);
-  ExpectArgType(program("DrawKeyGroupKB", 0, Board()), "ListModule", 11, 3);
-  ExpectArgPType(program("DrawKeyGroupKB", 0, Board(), Board()), "GOContainer", "ROCAlgo", 3);
-  EXPECT_EQ(board->Refreshes(), 0);
-}
-
 class Selection : public ModuleTest {
  protected:
   Selection()
@@ -107,7 +92,7 @@ class Selection : public ModuleTest {
   Editor editor;
 };
 
-TEST_F(Selection, ColoursOnlyWhatDiffers) {
+TEST_F(Selection, ChangesOnlyDifferentColours) {
   EXPECT_EQ(State(), "1x0 1x0 1x0 1x0 1x0 1x0 ");
   EXPECT_EQ(Select(20).result, nullptr);
   EXPECT_EQ(State(), "3x1 4x1 255x1 2x1 3x1 4x1 ");
@@ -119,7 +104,7 @@ TEST_F(Selection, ColoursOnlyWhatDiffers) {
   EXPECT_EQ(State(), "255x2 2x2 255x3 2x3 255x2 2x2 ");
 }
 
-TEST_F(Selection, LeavesWhatIsNoKeyboardRow) {
+TEST_F(Selection, SkipsRowsWithoutAKeyboard) {
   editor.Cell(0, 0).value = -1;
   editor.Cell(1, 0).value = 3;
   const_cast<GOObject&>(Child(2, "KBBKSel")).SetFill(nullptr);
@@ -143,28 +128,6 @@ TEST_F(Selection, ColoursAreTruncatedTo32Bits) {
     EXPECT_EQ(Color(Child(0, "KBSelector")), stored) << given;
     Select(99);
   }
-}
-
-TEST_F(Selection, ChecksItsArgumentsInOrder) {
-  const char* name = "UpdateKeyboardSelection";
-  const Program empty;
-  ExpectException(empty(name),
-                  "ZylSProgram::UpdateKeyboardSelection: No program loaded. Method can not "
-                  "execute!");
-  ExpectArgType(program(name, 0.0, 1), "SelKey", 1, 1);
-  const char* colors[] = {"Color", "ColorBK", "ColorSel", "ColorBKSel"};
-  for (int given = 0; given < 4; ++given) {
-    ROCParams arguments;
-    arguments.AddTail(newROCParam(20));
-    for (int i = 0; i < given; ++i) arguments.AddTail(newROCParam(9.0));
-    arguments.AddTail(newROCParam(9));
-    ExpectArgType(CallList(program.Algo(), name, &arguments), colors[given], 8, given + 2);
-  }
-  ExpectArgType(program(name, 20, 9.0, 9.0, 9.0, 9.0), "ListModule", 11, 6);
-  ExpectArgPType(program(name, 20, 9.0, 9.0, 9.0, 9.0, static_cast<RIOObject*>(editor.list.get())),
-                 "List", "ROCAlgo", 6);
-  EXPECT_TRUE(program(name, 20, 9.0, 9.0, 9.0, 9.0, NullObject{}).Ok());
-  EXPECT_EQ(State(), "1x0 1x0 1x0 1x0 1x0 1x0 ");
 }
 
 }  // namespace

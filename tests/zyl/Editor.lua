@@ -85,6 +85,7 @@ check.raises('did you mean "rowHeight"', host.editor, { rowheight = 3, columns =
 check.raises("columns are missing", host.editor, {})
 check.raises("display type: an integer", host.editor, { columns = { { 100, "bar", 0, 0 } } })
 check.raises("width: an integer from 0", host.keyboard, { width = -1 })
+check.raises("width: an integer from 0", host.keyboard, { width = 1 << 31 })
 check.raises("cannot be drawn", host.render, module, "x.png")
 check.raises(".png or .svg", host.render, list, "x.gif")
 check.raises("scale: a number", host.render, list, "x.png", { scale = 0 })

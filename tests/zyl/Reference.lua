@@ -1,5 +1,5 @@
--- The method reference against the module itself: every method is there, and each declared argument
--- is refused by name, type and position when it has a wrong type.
+-- The method reference against the module: every method is listed, and each declared argument is
+-- refused by name, type and position when it has a wrong type.
 local check = dofile(arg[0]:match("^(.*/)") .. "Check.lua")
 local reference = require "zyl.reference"
 
@@ -25,7 +25,7 @@ end
 
 local path = os.tmpname()
 os.remove(path)
-path = path .. ".wav"  -- a file that is not there
+path = path .. ".wav"  -- a file that does not exist
 local program = host.new("ZylSProgram")
 program:Create(host.null)
 local other = host.new("ZylSProgram")
@@ -49,7 +49,7 @@ local function wrong(types)
   end
 end
 
--- Methods whose own text stands for what is wrong with an argument.
+-- Methods that report wrong arguments with their own text.
 local OWN_TEXT = { ModulationSource = true }
 
 local function expectRefused(method, arguments, i, value)
@@ -68,7 +68,7 @@ end
 local refused = 0
 local function try(method, form, i, otherTypes)
   local argument = form.arguments[i]
-  -- A pad takes the low bits of whatever stands for a parameter number.
+  -- A pad accepts any value as a parameter number.
   if argument.type == "any" or argument.name == "ParamNumber" then return end
   local types = { [argument.type] = true }
   for _, name in ipairs(otherTypes) do types[name] = true end
@@ -100,3 +100,5 @@ for _, method in ipairs(reference.methods()) do
   end
 end
 check.equal(refused > 450, true, refused .. " arguments")
+check.equal(program:IsValid() and program:PRGkeyGroups(), 1, "refused calls change nothing")
+check.equal(program:SampleLock(sample), false)

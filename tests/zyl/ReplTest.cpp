@@ -1,30 +1,18 @@
-// The prompt of zyl as someone at a terminal meets it, and without a terminal.
-#include <gtest/gtest.h>
+// The prompt of zyl on a terminal, and with input from a pipe.
 #include <poll.h>
 #include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <thread>
+#include "zyl/ZylProcess.h"
 
+namespace zyl::test {
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-std::string FileText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// zyl repl on a terminal of its own.
+// zyl repl on a pseudo-terminal.
 class Terminal {
  public:
-  explicit Terminal(const fs::path& stateHome) {
+  explicit Terminal(const std::string& stateHome) {
     winsize size = {};
     size.ws_row = 24;
     size.ws_col = 100;
@@ -47,7 +35,7 @@ class Terminal {
   void Send(const std::string& keys) {
     ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
-  // Waits until the text has come behind what was waited for before, at most ten seconds.
+  // Waits at most ten seconds for the text, after the texts that were waited for before.
   testing::AssertionResult Shows(const std::string& text) {
     const Clock::time_point end = Clock::now() + std::chrono::seconds(10);
     for (;;) {
@@ -60,8 +48,8 @@ class Terminal {
     }
     return testing::AssertionFailure() << "wanted " << text << " in: " << output_.substr(seen_);
   }
-  // Presses Ctrl-D until the program ends: one that comes just before the line editor has taken the
-  // terminal over is lost.
+  // Presses Ctrl-D until the program ends: one that is sent before the line editor sets up the
+  // terminal is lost.
   int EndStatus() { return ExitStatus("\x04"); }
   // -1 when the program does not end within ten seconds.
   int ExitStatus(const std::string& keys = {}) {
@@ -100,13 +88,11 @@ class Terminal {
 
 class Repl : public testing::Test {
  protected:
-  Repl() { fs::create_directories(home_); }
-  ~Repl() override { fs::remove_all(home_); }
-  const fs::path home_ = fs::temp_directory_path() / ("zyl-repl-" + std::to_string(getpid()));
+  const TempFolder home_;
 };
 
-TEST_F(Repl, PrintsResultsAndErrorsAndReadsOnWhereAChunkIsIncomplete) {
-  Terminal terminal(home_);
+TEST_F(Repl, PrintsResultsAndErrorsAndContinuesIncompleteChunks) {
+  Terminal terminal(home_.Path());
   ASSERT_TRUE(terminal.Shows("repl:1> "));
   terminal.Send("1 + 1, 'x'\n");
   EXPECT_TRUE(terminal.Shows("\n2, \"x\"\r\n"));
@@ -128,7 +114,7 @@ TEST_F(Repl, PrintsResultsAndErrorsAndReadsOnWhereAChunkIsIncomplete) {
 }
 
 TEST_F(Repl, TabCompletesMethodsFieldsAndGlobals) {
-  Terminal terminal(home_);
+  Terminal terminal(home_.Path());
   ASSERT_TRUE(terminal.Shows("repl:1> "));
   terminal.Send("prg = host.new('ZylSProgram')\n");
   ASSERT_TRUE(terminal.Shows("repl:2> "));
@@ -137,12 +123,17 @@ TEST_F(Repl, TabCompletesMethodsFieldsAndGlobals) {
     terminal.Send(std::string(line) + "\n");
     EXPECT_TRUE(terminal.Shows("\n\"function\"\r\n")) << line;
   }
-  // What many names begin with is typed on, then they are listed.
+  // A point also completes fields that are no functions. Several matches are completed to their
+  // common start, then listed.
+  terminal.Send("m = host.algo { Fun = print, Field = 1 }\n");
+  ASSERT_TRUE(terminal.Shows("repl:8> "));
+  terminal.Send("m.Fie\t\n");
+  EXPECT_TRUE(terminal.Shows("\n1\r\n"));
   terminal.Send("prg:KGenv3Ra\t\t");
   EXPECT_TRUE(terminal.Shows("KGenv3Rate1  KGenv3Rate2  KGenv3Rate3  KGenv3Rate4"));
   terminal.Send("\x03");
   ASSERT_TRUE(terminal.Shows("^C"));
-  // Neither a missing field nor a metamethod that would run hurts.
+  // Completion ignores missing fields and runs no metamethods.
   terminal.Send("t = setmetatable({}, { __index = function() error('ran') end })\n");
   terminal.Send(
       "nothing.at.all:x\t\x15"
@@ -151,8 +142,8 @@ TEST_F(Repl, TabCompletesMethodsFieldsAndGlobals) {
   EXPECT_TRUE(terminal.Shows("\n\"done\"\r\n"));
 }
 
-TEST_F(Repl, CtrlCLeadsBackToThePrompt) {
-  Terminal terminal(home_);
+TEST_F(Repl, CtrlCReturnsToThePrompt) {
+  Terminal terminal(home_.Path());
   ASSERT_TRUE(terminal.Shows("repl:1> "));
   terminal.Send("half a li");
   ASSERT_TRUE(terminal.Shows("half a li"));
@@ -181,16 +172,16 @@ TEST_F(Repl, CtrlCLeadsBackToThePrompt) {
   ASSERT_TRUE(terminal.Shows("interrupted\r\n"));
   terminal.Send("'poly', prg:PRGpoly()\n");
   EXPECT_TRUE(terminal.Shows("\n\"poly\", 15\r\n"));
-  // The next chunks run as ever, also in coroutines.
+  // Later chunks run normally, also in coroutines.
   terminal.Send("coroutine.wrap(function() coroutine.yield(6 * 7) end)()\n");
   EXPECT_TRUE(terminal.Shows("\n42\r\n"));
   terminal.Send("os.exit(5)\n");
   EXPECT_EQ(terminal.ExitStatus(), 5);
 }
 
-TEST_F(Repl, LinesAreThereAgainTheNextTime) {
+TEST_F(Repl, HistoryIsKeptBetweenSessions) {
   {
-    Terminal terminal(home_);
+    Terminal terminal(home_.Path());
     ASSERT_TRUE(terminal.Shows("repl:1> "));
     terminal.Send("'fir' .. 'st', 'é'\n");
     ASSERT_TRUE(terminal.Shows("\"first\", \"é\""));
@@ -198,52 +189,35 @@ TEST_F(Repl, LinesAreThereAgainTheNextTime) {
     ASSERT_TRUE(terminal.Shows("repl:6> "));
     EXPECT_EQ(terminal.EndStatus(), 0);
   }
-  const fs::path file = home_ / "zyl" / "history";
-  EXPECT_EQ(FileText(file), "'fir' .. 'st', 'é'\n1\n");
-  Terminal terminal(home_);
+  EXPECT_EQ(FileText(home_ / "zyl/history"), "'fir' .. 'st', 'é'\n1\n");
+  Terminal terminal(home_.Path());
   ASSERT_TRUE(terminal.Shows("repl:1> "));
   terminal.Send("\x1b[A\x1b[A\n");
   EXPECT_TRUE(terminal.Shows("\"first\", \"é\""));
 }
 
-// ---- Without a terminal ----
-
-struct Piped {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-Piped Pipe(const fs::path& folder, const std::string& input) {
-  std::ofstream(folder / "in") << input;
-  const std::string place = "'" + folder.string() + "/";
-  const int status = std::system(
-      ("'" ZYL_PROGRAM "' repl < " + place + "in' > " + place + "out' 2> " + place + "err'")
-          .c_str());
-  return {WEXITSTATUS(status), FileText(folder / "out"), FileText(folder / "err")};
-}
-
 TEST_F(Repl, ReadsLinesFromAPipe) {
-  Piped piped = Pipe(home_, "x = { 1, two = { 'b', {} } }\nx\nfor i = 1, 2 do\n  print(i)\nend\n_");
+  Outcome piped =
+      Zyl({"repl"}, "x = { 1, two = { 'b', {} } }\nx\nfor i = 1, 2 do\n  print(i)\nend\n_");
   EXPECT_EQ(piped.status, 0);
   EXPECT_EQ(piped.out, "{ 1, two = { \"b\", {} } }\n1\n2\n{ 1, two = { \"b\", {} } }\n");
   EXPECT_EQ(piped.err, "");
-  piped = Pipe(home_, "1\n\nerror({})\nprint(2)\nif x then\n");
+  piped = Zyl({"repl"}, "1\n\nerror({})\nprint(2)\nif x then\n");
   EXPECT_EQ(piped.status, 1);
   EXPECT_EQ(piped.out, "1\n2\n");
   EXPECT_EQ(piped.err, "(the error value is a table)\nrepl:5: 'end' expected near <eof>\n");
-  EXPECT_EQ(Pipe(home_, "os.exit(3)\n").status, 3);
+  EXPECT_EQ(Zyl({"repl"}, "os.exit(3)\n").status, 3);
 }
 
-TEST_F(Repl, ShowsLargeAndRoundTables) {
-  const Piped piped = Pipe(home_,
-                           "t = {} t.t = t\nt\n"
-                           "t = {} for i = 1, 5000 do t[i] = i end\nt\n"
-                           "t = {} for i = 1, 50 do t = { t } end\nt\n"
-                           "{ ['a b'] = 1, ['end'] = 2, [2.5] = 3, [true] = 4 }\n"
-                           "setmetatable({}, { __tostring = function() return 'named' end })\n"
-                           "'a\\0\\n\\xff', -0.5, 1e100, nil\n"
-                           "setmetatable({}, { __tostring = function() error('here') end })\n");
+TEST_F(Repl, ShowsLargeAndCyclicTables) {
+  const Outcome piped = Zyl({"repl"},
+                            "t = {} t.t = t\nt\n"
+                            "t = {} for i = 1, 5000 do t[i] = i end\nt\n"
+                            "t = {} for i = 1, 50 do t = { t } end\nt\n"
+                            "{ ['a b'] = 1, ['end'] = 2, [2.5] = 3, [true] = 4 }\n"
+                            "setmetatable({}, { __tostring = function() return 'named' end })\n"
+                            "'a\\0\\n\\xff', -0.5, 1e100, nil\n"
+                            "setmetatable({}, { __tostring = function() error('here') end })\n");
   EXPECT_NE(piped.out.find("{ t = (the table it is in) }\n"), std::string::npos) << piped.out;
   EXPECT_NE(piped.out.find("1000, ... 4000 more\n}\n"), std::string::npos) << piped.out;
   EXPECT_NE(piped.out.find("{ { { { { { { { {...} } } } } } } } }\n"), std::string::npos);
@@ -254,3 +228,4 @@ TEST_F(Repl, ShowsLargeAndRoundTables) {
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -40,7 +40,9 @@ for part, body in pairs {
 end
 
 -- Selections.
-prg:ZoneSampleSet(2, 1, arg[2])
+prg:SampleCreate(2, 1, "wav")
+prg:SampleName(prg:SampleGet(2, 1), "a tone")
+assert(prg:SampleWrite(prg:SampleGet(2, 1), folder .. "/a tone.wav"))
 local function selected()
   local list = {}
   for kg in prg:keygroups() do if kg:KGSelect() then list[#list + 1] = kg.index end end

@@ -1,8 +1,8 @@
--- Every kind of value on its way into a method and back.
+-- Every kind of value as an argument and as a result.
 local check = dofile(arg[0]:match("^(.*/)") .. "Check.lua")
 local p = host.new("Probe")
 
--- One value of each type, its code, and its way back.
+-- One value of each type, and its type code.
 for _, case in ipairs {
   { 7, "1" }, { -2147483648, "1" }, { 2147483647, "1" }, { 2.0, "8" }, { 1e300, "8" },
   { true, "4" }, { false, "4" }, { "", "5" }, { "a\0b\xff", "5" }, { p, "11" },
@@ -15,7 +15,7 @@ for _, case in ipairs {
 end
 check.equal(p:Types({ 1, 2.5, "x" }, host.null), "10 11")
 
--- Absent arguments, and lists beyond the twelve entries inside.
+-- Absent arguments, and lists of more than the twelve entries that are stored inline.
 check.equal(p:Types(), "")
 check.equal(p:Types(1, nil), "1 -")
 check.equal(p:Types(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, true, nil, "z"),
@@ -26,15 +26,19 @@ check.equal(select("#", p:Register(p)), 0)
 check.equal(select("#", p:Echo(host.null)), 1)
 check.equal(p:Echo(host.null), nil)
 
--- What has no host value is an error before the call.
+-- Values without a host type raise an error before the call.
 check.raises("Types: argument 2: the integer 2147483648 does not fit 32 bits", p.Types, p, 1, 1 << 31)
 check.raises("does not fit 32 bits", p.Types, p, { { -2147483649 } })
 check.raises("Types: argument 1: a function has no host value", p.Types, p, print)
 local cycle = {}
 cycle[1] = { cycle }
 check.raises("the table contains itself", p.Types, p, cycle)
+local nested = { 1 }
+for _ = 1, 15 do nested = { nested } end
+check.equal(p:Types(nested), "10")
+check.raises("nested deeper than 16", p.Types, p, { nested })
 local shared = { 1 }
-check.equal(p:Types({ shared, shared }), "10", "a table may stand twice in a list")
+check.equal(p:Types({ shared, shared }), "10", "a list may hold a table twice")
 
 -- Lists come back into the table that was passed, tables inside stay the same tables.
 local inner = { 5 }
