@@ -1,7 +1,8 @@
-// Everything that may happen to samples, programs and the module while pitch jobs run, in an order
-// and at moments that a fixed seed gives. Built with a sanitizer, this is where it would speak.
+// Random operations on samples, programs and the module while pitch jobs run, from a fixed seed.
+// Meant to run with the sanitizers.
 #include <chrono>
 #include <climits>
+#include <functional>
 #include <random>
 #include <thread>
 
@@ -17,7 +18,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
 
   void SetUp() override {
     ModuleTest::SetUp();
-    // From a sound without a single window to one that takes some milliseconds.
+    // From a sound shorter than one window to one that takes some milliseconds.
     const int frames[] = {1000, 5000, 12000, 30000, 60000};
     for (int i = 0; i < 5; ++i) {
       std::vector<std::vector<int16_t>> channels(i % 2 == 0 ? 1 : 2);
@@ -43,7 +44,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
 
   void OnSend(ROCPad&, const ROCParam&) override { Interfere(); }
   void OnUpdate(ROCPad&, const ROCParam&) override { Interfere(); }
-  // What is told of discards samples now and then, also the one that it is told of.
+  // Callbacks discard samples now and then, also the one that they are called for.
   void Interfere() {
     if (interfering_ || Any(3) != 0) return;
     interfering_ = true;
@@ -71,7 +72,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
   void Begin() {
     for (size_t i = 0; i < kPrograms; ++i) Renew(i);
   }
-  // Programs go one by one; temporary samples, and their jobs, are left to the unloading module.
+  // Temporary samples and their jobs are left to the unloading module.
   void End() {
     for (auto& program : programs_) program.reset();
   }
@@ -80,105 +81,54 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
     if (Any(3) == 0) return program("ReadTempSample", AnyPath(), Any(2) - 1).Object();
     return program("SampleGet", Any(kKeygroups), Any(4)).Object();
   }
-  void Start(const Program& program) {
-    switch (Any(3)) {
-      case 0:
-        program("CalcSamplePitch", AnySample(program), 2000, 50, Any(3), 10);
-        break;
-      case 1:
-        program("CalcKeygroupPitch", Any(kKeygroups));
-        break;
-      default:
-        program("CalcProgramPitch", 2000, 50, 0, Any(2) == 0 ? 10 : INT_MAX);
-    }
+  using Action = std::function<void()>;
+  void DoAny(const std::vector<Action>& actions) {
+    actions[static_cast<size_t>(Any(static_cast<int>(actions.size())))]();
   }
-  void Read(const Program& program) {
+  void Start(const Program& p) {
+    DoAny({[&] { p("CalcSamplePitch", AnySample(p), 2000, 50, Any(3), 10); },
+           [&] { p("CalcKeygroupPitch", Any(kKeygroups)); },
+           [&] { p("CalcProgramPitch", 2000, 50, 0, Any(2) == 0 ? 10 : INT_MAX); }});
+  }
+  void Read(const Program& p, RIOObject* sample) {
     ROCParam handle(0);
-    RIOObject* sample = AnySample(program);
-    if (sample == nullptr) return;
-    const int count = program("SampleGetPitchData", sample, &handle).Int();
+    const int count = p("SampleGetPitchData", sample, &handle).Int();
     std::string bytes;
     std::string reason;
     qxBufferBytes(static_cast<uint32_t>(handle.Int()), static_cast<size_t>(count) * 4, bytes,
                   reason);
   }
-  void Edit(const Program& program) {
-    RIOObject* sample = AnySample(program);
-    if (sample == nullptr) return;
-    switch (Any(5)) {
-      case 0:
-        program("SampleSetValues", sample, 0, 100000, Any(1000));
-        break;
-      case 1:
-        program("SampleReverseValues", sample, 10, 4000);
-        break;
-      case 2:
-        program("SampleSize", sample, Any(20000));
-        break;
-      case 3:
-        program("SampleBits", sample, 8 + 8 * Any(4));
-        break;
-      default:
-        program("SampleName", sample, "renamed");
-    }
-  }
-  void Query(const Program& program) {
-    EXPECT_GE(program("PitchDataProgressRatio").Int(), 0);
-    EXPECT_GE(program("PitchDataTimeLeft").Int(), 0);
+  void Query(const Program& p) {
+    EXPECT_GE(p("PitchDataProgressRatio").Int(), 0);
+    EXPECT_GE(p("PitchDataTimeLeft").Int(), 0);
     const std::shared_ptr<ROCParam> names(ROCParam::NewArray(0), deleteROCParam);
-    const int count = program("PitchDataCalcSamples", names.get()).Int();
+    const int count = p("PitchDataCalcSamples", names.get()).Int();
     EXPECT_EQ(count, names->ElementCount());
   }
-  void Clear(const Program& program) {
-    if (Any(2) == 0) {
-      program("ClearProgramPitch");
-    } else if (RIOObject* sample = AnySample(program)) {
-      program("ClearSamplePitch", sample);
-    }
-  }
-  void Discard(const Program& program) {
-    switch (Any(3)) {
-      case 0:
-        program("ZoneSampleSet", Any(kKeygroups), Any(4));
-        break;
-      case 1:
-        program("ZoneSampleSet", Any(kKeygroups), Any(4), AnyPath());
-        break;
-      default:
-        program("DeleteTempSample");
-    }
+  void Edit(const Program& p, RIOObject* sample) {
+    DoAny({[&] { p("SampleSetValues", sample, 0, 100000, Any(1000)); },
+           [&] { p("SampleReverseValues", sample, 10, 4000); },
+           [&] { p("SampleSize", sample, Any(20000)); },
+           [&] { p("SampleBits", sample, 8 + 8 * Any(4)); },
+           [&] { p("SampleName", sample, "renamed"); }});
   }
   void Round() {
-    const Program& program = AnyProgram();
-    switch (Any(12)) {
-      case 0:
-        program("PitchDataCalcCancel");
-        break;
-      case 1:
-        Renew(static_cast<size_t>(Any(kPrograms)));
-        break;
-      case 2:
-        program("SampleReload", AnyPath());
-        break;
-      case 3:
-        Query(program);
-        break;
-      case 4:
-        ZylPump(0);
-        break;
-      case 5:
-        Read(program);
-        break;
-      case 6:
-        Clear(program);
-        break;
-      case 7:
-      case 8:
-        Edit(program);
-        break;
-      default:
-        Discard(program);
-    }
+    const Program& p = AnyProgram();
+    const auto withSample = [&](auto action) {
+      if (RIOObject* sample = AnySample(p)) action(sample);
+    };
+    const Action edit = [&] { withSample([&](RIOObject* sample) { Edit(p, sample); }); };
+    const Action discard = [&] {
+      DoAny({[&] { p("ZoneSampleSet", Any(kKeygroups), Any(4)); },
+             [&] { p("ZoneSampleSet", Any(kKeygroups), Any(4), AnyPath()); },
+             [&] { p("DeleteTempSample"); }});
+    };
+    DoAny({[&] { p("PitchDataCalcCancel"); }, [&] { Renew(static_cast<size_t>(Any(kPrograms))); },
+           [&] { p("SampleReload", AnyPath()); }, [&] { Query(p); }, [&] { ZylPump(0); },
+           [&] { withSample([&](RIOObject* sample) { Read(p, sample); }); },
+           [&] { p("ClearProgramPitch"); },
+           [&] { withSample([&](RIOObject* sample) { p("ClearSamplePitch", sample); }); }, edit,
+           edit, discard, discard, discard});
   }
   void Pause() {
     if (Any(2) == 0) std::this_thread::sleep_for(std::chrono::microseconds(Any(1500)));
@@ -191,7 +141,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
   bool interfering_ = false;
 };
 
-TEST_F(PitchJobsStress, AThousandRoundsOfEverything) {
+TEST_F(PitchJobsStress, SurvivesRandomOperations) {
   int unloads = 0;
   int running = 0;
   Begin();
@@ -215,7 +165,7 @@ TEST_F(PitchJobsStress, AThousandRoundsOfEverything) {
   }
   EXPECT_GE(unloads, 100);
   EXPECT_GE(running, 50) << "how often jobs were there at unload";
-  // After all that, a job still does what it is there for.
+  // A job still stores a track afterwards.
   End();
   LoadModule();
   Begin();

@@ -109,6 +109,10 @@ TEST_F(ByNumber, MemoryFiguresEqualTheMemoryMethods) {
   EXPECT_GE(program("PRGIntValue", 90).Int(), 2 * 3000);
   EXPECT_EQ(program("PRGIntValue", 91).Int(), 100);
   EXPECT_EQ(program("PRGIntValue", 95).Int(), 0);
+  RIOObject* filler = (program("SampleCreate", 2, 0, "wav"), program("SampleGet", 2, 0)).Object();
+  program("SampleSize", filler, (1024 * 1024 - program("PRGIntValue", 93).Int()) / 2);
+  EXPECT_EQ(program("PRGIntValue", 93).Int(), 1024 * 1024);
+  EXPECT_EQ(program("PRGStringValue", 93).Text(), "1024.0 KB");
   // The whole is the machine's memory, not the figure of at most 2 GiB that scripts get.
   program("SampleCreate", 1, 0, "wav");
   program("SampleSize", program("SampleGet", 1, 0).Object(), 20'000'000);

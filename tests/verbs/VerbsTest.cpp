@@ -117,8 +117,7 @@ TEST_F(Verbs, ShowAndViewPrintAndDrawAProgram) {
   ASSERT_TRUE(program("Write", Path("a.zprg")).Bool());
   const std::string file = "'" + Path("a.zprg") + "'";
   const std::string table = Zyl("show " + file).out;
-  EXPECT_TRUE(Has(table, "C3 = key 60") && Has(table, "C#3–B3")) << table;
-  EXPECT_TRUE(Has(table, "a tone.wav") && !Has(table, "missing")) << table;
+  EXPECT_TRUE(Has(table, "C#3–B3") && Has(table, "a tone.wav") && !Has(table, "missing")) << table;
   std::filesystem::remove(Path("a tone.wav"));
   EXPECT_TRUE(Has(Zyl("show " + file).out, "a tone.wav  (missing)"));
   EXPECT_FALSE(Has(Zyl("show --quiet " + file).out, "a tone.wav"));

@@ -64,20 +64,13 @@ class Probe final : public ZylDLLDispatch {
   // Reports a failure of the kind that its second argument names, as a rule about the first one.
   int Fail(ROCParams* list, ROCParam** result) {
     const std::string kind = list->count > 1 ? list->Entry(1)->Str() : "";
-    if (kind == "ArgType") {
-      return ZylArgTypeException(result, "Probe::Fail", "Number", kTypeInteger, 1);
-    }
-    if (kind == "ArgFloat") {
-      return ZylArgTypeException(result, "Probe::Fail", "Number", kTypeDouble, 1);
-    }
-    if (kind == "missing") {
-      return ZylArgTypeException(result, "Probe::Fail", "Third", kTypeBool, 3);
-    }
-    if (kind == "ArgValue") return ZylArgValueException(result, "Probe::Fail", "Number", 1);
-    if (kind == "ArgUser") return ZylArgUserException(result, "Probe::Fail", "too large", 1);
-    if (kind == "ArgPType") {
-      return ZylArgPTypeException(result, "Probe::Fail", "Gadget", "CSample", 1);
-    }
+    const char* const method = "Probe::Fail";
+    if (kind == "ArgType") return ZylArgTypeException(result, method, "Number", kTypeInteger, 1);
+    if (kind == "ArgFloat") return ZylArgTypeException(result, method, "Number", kTypeDouble, 1);
+    if (kind == "missing") return ZylArgTypeException(result, method, "Third", kTypeBool, 3);
+    if (kind == "ArgValue") return ZylArgValueException(result, method, "Number", 1);
+    if (kind == "ArgUser") return ZylArgUserException(result, method, "too large", 1);
+    if (kind == "ArgPType") return ZylArgPTypeException(result, method, "Gadget", "CSample", 1);
     if (kind == "no report") return 99;
     const int status = ZylException(result, "Probe::Fail: it never works");
     return kind == "no status" ? 0 : status;
