@@ -2,7 +2,7 @@
 local check = dofile(arg[0]:match("^(.*/)") .. "Check.lua")
 local p = host.new("Probe")
 
--- Arguments alone, all kinds of them; fields set later; functions replaced and taken away.
+-- Arguments of all kinds; fields set later; functions replaced and removed.
 local seen
 local m = host.algo { name = "panel", On = function(...) seen = table.pack(...) end }
 check.equal(m.name, "panel")
@@ -28,19 +28,19 @@ check.raises("no such method", p.Ask, p, m, "GiveMore")
 p:Register(host.algo { dispatch = false, On = function() error("reached") end })
 check.equal(p:Notify("On"), 1)
 
--- An error cannot pass through the module: the call that it happened below raises it, as it was.
+-- An error does not unwind through the module: the outermost call raises the same error value.
 local calls = 0
 local failing = { "a table" }
 local second = host.algo { On = function() calls = calls + 1 end }
 p:Register(second)
 m.On = function() error(failing) end
 check.equal(select(2, pcall(p.Notify, p, "On")), failing)
-check.equal(calls, 1, "the module went on to the next one")
-check.equal(p:Types(), "", "no error is left over")
+check.equal(calls, 1, "the module called the next one")
+check.equal(p:Types(), "", "no error is pending")
 m.Give = function() return print end
 check.raises("a function has no host value", p.Ask, p, m, "Give")
 
--- Calls inside calls: each raises what happened below it.
+-- Nested calls raise the errors of their own callbacks.
 local inner
 second.On = nil
 m.On = function(_, depth)
@@ -50,19 +50,19 @@ check.equal(select(2, pcall(p.Notify, p, "On", 5)).kind, "Exception")
 m.On = function() error("outer") end
 second.On = function() inner = p:Types(1) end
 check.raises("outer", p.Notify, p, "On")
-check.equal(inner, "1", "an error that waits is not raised by a later call")
+check.equal(inner, "1", "a pending error is not raised by a nested call")
 second.On = nil
 m.On = function() p:Notify("On") end
 check.raises("stack overflow", p.Notify, p, "On")
 
--- No yield through the module; a callback may use coroutines of its own.
+-- No yield through the module; a callback may run coroutines.
 m.On = function() coroutine.yield() end
 check.raises("yield across", coroutine.wrap(function() p:Notify("On") end))
 m.On = function() inner = coroutine.wrap(function() coroutine.yield(6) end)() end
 coroutine.wrap(function() p:Notify("On") end)()
 check.equal(inner, 6)
 
--- Deleting what is being called.
+-- Deleting the object that is being called.
 local victim = host.new("Probe")
 local killer = host.algo {}
 victim:Register(killer)
@@ -79,14 +79,14 @@ suicide.On = function() host.delete(suicide) end
 check.equal(p:Notify("On"), 1)
 check.equal(p:Notify("On"), 0)
 
--- A registered module that another one deletes during a notification is not called any more.
+-- A module that another one deletes during a notification is not called.
 local later = host.algo { On = function() error("reached") end }
 local murderer = host.algo { On = function() if later then host.delete(later) later = nil end end }
 p:Register(murderer)
 p:Register(later)
 check.equal(p:Notify("On"), 1)
 
--- Collection in the middle of calls, of the called objects too.
+-- Collecting the called objects during the call.
 for _ = 1, 20 do
   local program = host.new("Probe")
   local module = host.algo {}
@@ -98,8 +98,8 @@ for _ = 1, 20 do
   program:Notify("On")
 end
 
--- An object keeps the algorithms that it holds, and is collected with them although their callbacks
--- hold it; what it was only given, or host.delete has ended, is collected before it.
+-- An object keeps the algorithms it references alive, and cycles through their callbacks are
+-- collected; arguments it did not keep, and deleted ones, are collected before it.
 local gone
 local function collect()
   gone = {}
@@ -133,7 +133,7 @@ host.delete(held.keeper)
 collect()
 check.equal(gone["of a deleted object"], true)
 
--- A module's functions may hold the module itself: it is collected all the same.
+-- A module whose functions reference it is collected.
 local watch = host.var(host.null)
 do
   local round = host.algo {}

@@ -1,4 +1,4 @@
--- What the scripts of these tests share.
+-- Checks for the test scripts.
 local check = {}
 
 function check.equal(got, wanted, what)
@@ -7,7 +7,7 @@ function check.equal(got, wanted, what)
   end
 end
 
--- Calls f(...), which must raise an error whose text holds `part`; returns the error value.
+-- Calls f(...), which must raise an error that contains `part`; returns the error value.
 function check.raises(part, f, ...)
   local done, failure = pcall(f, ...)
   if done or not tostring(failure):find(part, 1, true) then

@@ -4,7 +4,7 @@ local p = host.new("Probe")
 
 local function failure(...) return select(2, pcall(p.Fail, p, ...)) end
 
--- All fields there are, and no others.
+-- Expects these fields and no others.
 local function expect(value, fields)
   for _, name in ipairs { "kind", "method", "argument", "expected", "position", "given",
                           "required", "message" } do

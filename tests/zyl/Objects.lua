@@ -33,7 +33,7 @@ check.raises("the object has been deleted", function() gone:Types() end)
 check.raises("deleted", host.delete, gone)
 check.equal(tostring(gone), "deleted object")
 
--- Collected objects are gone for the module too.
+-- The module sees null for a collected object.
 local watch = host.var(host.null)
 do
   local lost = host.object("Lost")
@@ -51,8 +51,8 @@ end)
 check.equal(co(), 1)
 check.raises("Fail: it never works", co)
 
--- Methods that a script adds to a class: objects made before have them too; the class's own names
--- cannot be taken, and a refused table adds nothing.
+-- Methods that a script adds to a class: existing objects have them too; the class's own names
+-- cannot be replaced, and a refused table adds nothing.
 check.raises("functions by name", host.extend, "Probe", { First = 5 })
 check.raises("no class 'Nothing'", host.extend, "Nothing", {})
 check.raises("'Types' of its own", host.extend, "Probe", { Types = print, Twice = print })

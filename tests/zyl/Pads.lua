@@ -19,7 +19,7 @@ local object = m:addPad("object", host.null)
 object.value = p
 check.equal(object.value, p)
 
--- Sends on the script's thread come at once; updates are told apart from sends.
+-- Sends on the script thread are delivered at once, and separately from updates.
 local sent, updated = {}, {}
 pad.onSend = function(value) sent[#sent + 1] = value end
 pad.onUpdate = function(value) updated[#updated + 1] = value end
@@ -28,7 +28,7 @@ p:Update(m, "progress")
 check.equal(table.concat(sent, " "), "5")
 check.equal(table.concat(updated, " "), "5")
 
--- Those of other threads wait for host.pump, with the values of their time.
+-- Sends of other threads are queued with their values until host.pump.
 sent = {}
 p:Send(m, "progress", 3)
 check.equal(#sent, 0)
@@ -36,7 +36,7 @@ check.equal(host.pump(), 3)
 check.equal(table.concat(sent, " "), "1 2 3")
 check.equal(host.pump(0.02), 0)
 
--- A callback that pumps in turn gets the next ones; an update comes after the sends before it.
+-- A callback that pumps receives the next ones; an update keeps its order among the sends.
 local inner
 sent = {}
 pad.onSend = function(value)
@@ -67,7 +67,7 @@ p:Send(m, "progress", 4)
 check.raises("on two", host.pump)
 check.equal(table.concat(sent, " "), "1 2 3 4")
 
--- The callback stays without the pad's variable, and goes when it is taken away or the pad goes.
+-- The callback lives without the pad's variable until the pad is deleted.
 sent = {}
 pad.onSend = function(value) sent[#sent + 1] = value end
 pad = nil  -- luacheck: ignore

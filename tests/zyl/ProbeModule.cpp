@@ -1,5 +1,5 @@
-// A small module for the tests of zyl: one class, "Probe", whose methods use every kind of value,
-// every way to report a failure, calls back into the script, and pads.
+// A module for the tests of zyl: the class "Probe" uses every kind of value and error, callbacks
+// and pads.
 #include <memory>
 #include <string>
 #include <thread>
@@ -106,8 +106,8 @@ class Probe final : public ZylDLLDispatch {
     return ZylHandleException(status, result);
   }
 
-  // Sends on the pad of that name of the object at position 1: here, or as often as position 3
-  // says from another thread.
+  // Sends on the named pad of the object at position 1: once on this thread, or position 3 times on
+  // another thread.
   int Send(ROCParams* list, ROCParam**) {
     ROCPad* pad = FindPad(list);
     const ROCParam* times = list->Entry(2);

@@ -1,5 +1,5 @@
--- What require "zyl" adds to programs: loops, selections, transactions. Over the real module; the
--- argument is a folder for its files.
+-- What require "zyl" adds to programs: loops, selections, transactions. The argument is a folder for
+-- files.
 local check = dofile(arg[0]:match("^(.*/)") .. "Check.lua")
 local folder = arg[1]
 local inspect = require "zyl.inspect"
@@ -14,7 +14,7 @@ end
 prg:Create(host.null)
 for k = 1, 4 do prg:KGCreate(k) end
 
--- Loops: methods of handles lack the indexes, positions of errors are those of the methods.
+-- Loops: methods of handles take no indexes; errors have the positions of the methods.
 for kg in prg:keygroups() do
   kg:KGlowKey(12 * kg.index)
   kg:KGhighKey(12 * kg.index + 11)
@@ -68,7 +68,7 @@ for part, wanted in pairs {
   check.equal(selected(), "1 3 4", part)
 end
 
--- Transactions. What the file and the methods show before and after.
+-- Transactions: the file and the methods before and after.
 local function bytes(program)
   local path = folder .. "/now.zprg"
   local dirty = program:Dirty()
@@ -100,7 +100,7 @@ local changes = {
     p:KGDelete(0)
   end,
 }
--- Also with a record whose MIDI channel is not the object's.
+-- Also with a record whose MIDI channel differs from the object's.
 prg:PRGmidiChannel(3)
 check.equal(prg:Write(folder .. "/start.zprg"), true)
 for _, channel in ipairs { 3, 11, -1 } do
@@ -109,7 +109,7 @@ for _, channel in ipairs { 3, 11, -1 } do
       check.equal(prg:Read(folder .. "/start.zprg", 1, channel), true)
       prg:select { 1, 3 }
       if dirty then
-        -- A mask and a count that no method would have made.
+        -- A mask and a count that other methods would not set.
         prg:PRGtmMidiChannel(0x50)
         prg:PRGkeyGroups(4)
       end
@@ -132,7 +132,7 @@ for _, channel in ipairs { 3, 11, -1 } do
   end
 end
 
--- One that ends well keeps what was done, and answers what the function did.
+-- A successful transaction keeps the changes and returns the function's results.
 local users = prg:SampleGetRefCount(prg:SampleGet(2, 1))
 local before = state(prg)
 local a, b = prg:transaction(function(p) p:PRGpoly(5) return 1, nil end)
@@ -142,14 +142,14 @@ check.equal(prg:PRGpoly(), 5)
 prg:PRGpoly(15)
 prg:Dirty(false)
 check.equal(state(prg), before)
-check.equal(prg:SampleGetRefCount(prg:SampleGet(2, 1)), users, "nothing holds on to samples")
+check.equal(prg:SampleGetRefCount(prg:SampleGet(2, 1)), users, "samples are released")
 
--- A program that the function deletes is gone; the error is the function's own.
+-- The function may delete the program; its error is raised.
 local doomed = host.new("ZylSProgram")
 doomed:Create(host.null)
 check.raises("here", doomed.transaction, doomed, function(p) host.delete(p) error("here") end)
 
--- Without a program there is none afterwards.
+-- An empty object is empty again afterwards.
 local empty = host.new("ZylSProgram")
 check.raises("here", empty.transaction, empty, function(p) p:Create(host.null) error("here") end)
 check.equal(empty:IsValid(), false)
