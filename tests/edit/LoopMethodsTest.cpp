@@ -42,8 +42,6 @@ TEST_F(LoopMethods, FieldsAreStoredAndToldOfWithTheirNumbers) {
     ExpectArgValue(program("SampleLoopTimes", first, index), "LoopIndex", 2);
   }
   ExpectArgValue(program("SampleLoopFindStart", first, 16, 0, 9, 0), "LoopIndex", 2);
-  ExpectArgType(program("SampleLoopFindEnd", first, 0, 0, 9), "Treshold", kTypeInteger, 5);
-  ExpectArgType(program("SampleLoopFineLen", first, 0, 7), "NewValue", kTypeDouble, 3);
   EXPECT_TRUE(told.empty());
 }
 

@@ -1,6 +1,4 @@
 // Sample files through script methods, checked with libsndfile and against the chunks themselves.
-#include <fstream>
-
 #include "edit/EditTools.h"
 
 namespace zyl::test {
@@ -8,58 +6,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Bytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-void Store(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
+using SampleFiles = EditTest;
 
 // The data of a chunk, empty when there is none.
 std::string Chunk(const std::string& path, const std::string& id) {
   for (const ChunkInfo& chunk : ListFileChunks(path)) {
-    if (chunk.id == id) return Bytes(path).substr(chunk.offset, chunk.size);
+    if (chunk.id == id) return ReadBytes(path).substr(chunk.offset, chunk.size);
   }
   return {};
-}
-class SampleFiles : public EditTest {
- protected:
-  size_t Entries() const {
-    return static_cast<size_t>(std::distance(fs::directory_iterator(Path("")), {}));
-  }
-};
-
-// Written by the other library, read and written by the module, read by the other library.
-TEST_F(SampleFiles, EveryValueOf16And24BitsPassesBothContainers) {
-  for (const int bits : {16, 24}) {
-    Values all;
-    for (int value = -(1 << (bits - 1)); value < 1 << (bits - 1); ++value) all.push_back(value);
-    Open(bits, {all});
-    for (const char* name : {"all.wav", "all.aif"}) {
-      ASSERT_TRUE(program("SampleWrite", first, Path(name)).Bool());
-      EXPECT_TRUE(Sound(Path(name)).channels.at(0) == all) << name << ", " << bits << " bits";
-    }
-  }
-}
-
-TEST_F(SampleFiles, AKeyAndSixteenLoopsPassBothContainers) {
-  Open(16, Counting(1000, 1));
-  program("Samplekey", first, 64);
-  program("SampleplaybackType", first, 1);
-  program("SampleLoopCount", first, 16);
-  for (int i = 0; i < 16; ++i) {
-    program("SampleLoopStart", first, i, 10 * i);
-    program("SampleLoopEnd", first, i, 999 - i);
-    program("SampleLoopFineLen", first, i, 1e9 + i);
-  }
-  for (const std::string& to : {Path("loops.wav"), Path("loops.aif")}) {
-    ASSERT_TRUE(program("SampleWrite", first, to).Bool());
-    RIOObject* read = Whole(to);
-    EXPECT_EQ(Points(read), Points(first));
-    EXPECT_EQ(program("SampleLoopFineLen", read, 15).Double(), 1e9 + 15);
-    EXPECT_EQ(Get(read, "Samplekey"), 64);
-  }
 }
 
 // Values that no file can hold are clamped; none costs the others.
@@ -82,7 +36,7 @@ TEST_F(SampleFiles, ParametersOutOfRangeAreClampedAlone) {
 }
 
 // A header of fewer bits than the container holds is read as silence by some programs.
-TEST_F(SampleFiles, WidthsOfNoWholeBytesComeBackAndOthersReadThem) {
+TEST_F(SampleFiles, WidthsOfPartialBytesSurviveARoundTrip) {
   for (const int bits : {6, 12, 18, 20, 28}) {
     const int stored = (bits + 7) / 8 * 8;
     Values values;
@@ -109,18 +63,19 @@ TEST_F(SampleFiles, WidthsOfNoWholeBytesComeBackAndOthersReadThem) {
 TEST_F(SampleFiles, ATitleIsWrittenWhenItWasSetOrRead) {
   Open(16, {{1, 2}});
   StoreSound(Path("plain.aif"), SF_FORMAT_AIFF, 16, {{1, 2}});
-  const std::string listed = Bytes(path) + std::string("LIST\x0e\0\0\0INFOISFT\x02\0\0\0me", 22);
-  Store(Path("listed.wav"), listed);
+  const std::string listed =
+      ReadBytes(path) + std::string("LIST\x0e\0\0\0INFOISFT\x02\0\0\0me", 22);
+  WriteBytes(Path("listed.wav"), listed);
   for (const std::string& name : {path, Path("plain.aif"), Path("listed.wav")}) {
     SCOPED_TRACE(name);
     const bool aif = name.ends_with("aif");
-    const std::string before = Bytes(name);
+    const std::string before = ReadBytes(name);
     RIOObject* sample = Whole(name);
     EXPECT_FALSE(program("SampleName", sample).Text().empty());
     program("Samplekey", sample, 61);
     program("Samplekey", sample, 60);
     ASSERT_TRUE(program("SampleWrite", sample).Bool());
-    EXPECT_EQ(Bytes(name), before);
+    EXPECT_EQ(ReadBytes(name), before);
     program("SampleName", sample, "Kick");
     ASSERT_TRUE(program("SampleWrite", sample).Bool());
     program("DeleteTempSample");
@@ -129,64 +84,41 @@ TEST_F(SampleFiles, ATitleIsWrittenWhenItWasSetOrRead) {
     EXPECT_NE(Chunk(name, aif ? "NAME" : "LIST").find("Kick"), std::string::npos);
     program("SampleName", sample, "");
     ASSERT_TRUE(program("SampleWrite", sample).Bool());
-    EXPECT_EQ(Bytes(name).find("Kick"), std::string::npos);
+    EXPECT_EQ(ReadBytes(name).find("Kick"), std::string::npos);
   }
 }
 
 // A form after an ID3 tag, and the chunks that a FLAC file keeps of a WAVE file.
-TEST_F(SampleFiles, LoopsComeOutOfATaggedWaveAndOutOfFlac) {
-  Open(16, Counting(50, 1));
-  SetPoints(first, {0, 49, 10, 40});
-  ASSERT_TRUE(program("SampleWrite", first, Path("looped.wav")).Bool());
-  const std::string wave = Bytes(Path("looped.wav"));
-  const std::string tagged = std::string("ID3\4\0\0\0\0\0\4abcd", 14) + wave;
-  Store(Path("tagged.wav"), tagged);
-  RIOObject* sample = Whole(Path("tagged.wav"));
-  EXPECT_EQ(Points(sample), (Values{0, 49, 10, 40}));
-  EXPECT_EQ(Chunk(Path("tagged.wav"), "smpl"), Chunk(Path("looped.wav"), "smpl"));
-  EXPECT_TRUE(program("SampleWrite", sample).Bool());
-  EXPECT_EQ(Bytes(Path("tagged.wav")), tagged);
-
-  StoreSound(Path("plain.flac"), SF_FORMAT_FLAC, 16, Counting(50, 1));
-  const std::string plain = Bytes(Path("plain.flac"));
-  std::string flac = plain.substr(0, 42);  // the mark and the one block that every file has
-  const auto add = [&](const std::string& chunk) {
-    flac += std::string("\2\0\0", 3) + static_cast<char>(chunk.size() + 4) + "riff" + chunk;
-  };
-  const auto whole = [&](const char* id) {
-    const std::string data = Chunk(Path("looped.wav"), id);
-    return id + std::string(1, static_cast<char>(data.size())) + std::string(3, '\0') + data;
-  };
-  add(wave.substr(0, 12));
-  add(whole("fmt "));
-  add(whole("data").substr(0, 8));
-  add("odd " + std::string("\3\0\0\0abc\0", 8));
-  add(whole("smpl"));
-  Store(Path("kept.flac"), flac + plain.substr(42));
-  sample = Whole(Path("kept.flac"));
-  EXPECT_EQ(Points(sample), (Values{0, 49, 10, 40}));
-  EXPECT_EQ(Read(sample, 0), Counting(50, 1)[0]);
-  ASSERT_TRUE(program("SampleWrite", sample, Path("from-flac.wav")).Bool());
-  EXPECT_EQ(Points(Whole(Path("from-flac.wav"))), (Values{0, 49, 10, 40}));
-  EXPECT_EQ(Chunk(Path("from-flac.wav"), "odd "), "abc");
+TEST_F(SampleFiles, LoopsAreReadFromATaggedWaveAndFromFlac) {
+  for (const char* name : {"tagged.wav", "kept.flac"}) {
+    SCOPED_TRACE(name);
+    fs::copy_file(fs::path(SourcePath()) / "fuzz/corpus/sample_file" / name, Path(name));
+    const std::string before = ReadBytes(Path(name));
+    RIOObject* sample = Whole(Path(name));
+    EXPECT_EQ(program("SampleLoopCount", sample).Int(), 1);
+    const bool wave = name == std::string("tagged.wav");
+    ASSERT_TRUE(program("SampleWrite", sample, Path(wave ? name : "from-flac.wav")).Bool());
+    EXPECT_EQ(ReadBytes(Path(name)), before);
+    EXPECT_EQ(Points(Whole(Path(wave ? name : "from-flac.wav"))), Points(sample));
+  }
 }
 
 // A file that is of the other kind than its name says is saved as what it is.
 TEST_F(SampleFiles, AMisnamedFileKeepsItsKind) {
   StoreSound(Path("misnamed.wav"), SF_FORMAT_AIFF, 16, {{1, 2}});
-  const std::string before = Bytes(Path("misnamed.wav"));
+  const std::string before = ReadBytes(Path("misnamed.wav"));
   RIOObject* sample = Whole(Path("misnamed.wav"));
   EXPECT_TRUE(program("SampleWrite", sample).Bool());
-  EXPECT_EQ(Bytes(Path("misnamed.wav")), before);
+  EXPECT_EQ(ReadBytes(Path("misnamed.wav")), before);
   EXPECT_TRUE(program("SampleWrite", sample, Path("named.wav")).Bool());
-  EXPECT_EQ(Bytes(Path("named.wav")).substr(0, 4), "RIFF");
+  EXPECT_EQ(ReadBytes(Path("named.wav")).substr(0, 4), "RIFF");
 }
 
 TEST_F(SampleFiles, AWriteKeepsUnknownChunksAndTheMaskSelectsChannels) {
   Open(16, {{1, 2}, {3, 4}, {5, 6}});
-  std::string image = Bytes(path) + std::string("note\x04\0\0\0keep", 12);
+  std::string image = ReadBytes(path) + std::string("note\x04\0\0\0keep", 12);
   image[4] = static_cast<char>(image.size() - 8);
-  Store(Path("kept.wav"), image);
+  WriteBytes(Path("kept.wav"), image);
   RIOObject* kept = Whole(Path("kept.wav"));
   program("SampleSetValues", kept, 0, 1, 9);
   EXPECT_TRUE(program("SampleWrite", kept).Bool()) << "to its own path";
@@ -208,8 +140,6 @@ TEST_F(SampleFiles, AWriteKeepsUnknownChunksAndTheMaskSelectsChannels) {
   }
   EXPECT_FALSE(program("SampleWrite", kept, Path("mask.wav"), 8).Bool()) << "no such channel";
   EXPECT_EQ(Sound(Path("mask.wav")).channels, rows[2].channels);
-  ExpectArgType(program("SampleWrite", kept, 3), "NewPath", kTypeString, 2);
-  ExpectArgType(program("SampleWrite", kept, Path("x.wav"), "1"), "ChannelMask", kTypeInteger, 3);
   program("SampleSize", kept, 0);
   EXPECT_TRUE(program("SampleWrite", kept).Bool()) << "an empty sample is a file too";
   EXPECT_EQ(Sound(Path("kept.wav")).channels, (std::vector<Values>{{}, {}, {}}));
@@ -235,7 +165,7 @@ TEST_F(SampleFiles, MergedChannelsComeInOrder) {
   EXPECT_TRUE(program("SampleWriteMerged", Path("bits.wav"), b, 0, a, 0).Bool());
   EXPECT_EQ(Get(Whole(Path("bits.wav")), "SampleBits"), 16) << "no channel loses bits";
 
-  const std::string before = Bytes(to);
+  const std::string before = ReadBytes(to);
   EXPECT_TRUE(program("SampleWriteMerged", to, a, 2).Bool()) << "no such channel";
   ROCParams many;
   many.AddTail(newROCParam(std::string_view(to)));
@@ -250,11 +180,8 @@ TEST_F(SampleFiles, MergedChannelsComeInOrder) {
     EXPECT_FALSE(fs::exists(Path(name)));
   }
   EXPECT_FALSE(program("SampleWriteMerged", to, NullObject{}, 0).Bool());
-  ExpectArgType(program("SampleWriteMerged"), "NewPath", kTypeString, 1);
   ExpectArgType(program("SampleWriteMerged", to, a, 0, a), "Channel", kTypeInteger, 5);
-  ExpectArgType(program("SampleWriteMerged", to, a, 0, 1, 0), "Sample", kTypeObject, 4);
-  ExpectArgPType(program("SampleWriteMerged", to, program.Algo(), 0), "ROCAlgo", "CSample", 2);
-  EXPECT_EQ(Bytes(to), before);
+  EXPECT_EQ(ReadBytes(to), before);
 }
 
 TEST_F(SampleFiles, ACopyIsWholeOrNotThere) {
@@ -266,41 +193,32 @@ TEST_F(SampleFiles, ACopyIsWholeOrNotThere) {
     EXPECT_EQ(outcome.result, nullptr);
     return diagnostics.empty();
   };
-  Store(source, "new sound");
-  Store(dest, "old");
-  Store(dest + ".part", "the user's own");
+  WriteBytes(source, "new sound");
+  WriteBytes(dest, "old");
+  WriteBytes(dest + ".part", "the user's own");
   fs::permissions(source, fs::perms::owner_read | fs::perms::group_read);
   EXPECT_TRUE(copy(source, dest));
-  EXPECT_EQ(Bytes(dest), "new sound");
-  EXPECT_EQ(Bytes(dest + ".part"), "the user's own");
+  EXPECT_EQ(ReadBytes(dest), "new sound");
+  EXPECT_EQ(ReadBytes(dest + ".part"), "the user's own");
   EXPECT_EQ(fs::status(dest).permissions(), fs::status(source).permissions());
   EXPECT_TRUE(copy(source, source)) << "onto itself";
-  EXPECT_EQ(Bytes(source), "new sound");
-
-  Store(Path("behind"), "old");
-  fs::create_symlink("behind", Path("link"));
-  EXPECT_TRUE(copy(source, Path("link")));
-  EXPECT_TRUE(fs::is_symlink(Path("link")));
-  EXPECT_EQ(Bytes(Path("behind")), "new sound");
+  EXPECT_EQ(ReadBytes(source), "new sound");
 
   for (const char* name : {"\xC3\xA4 \xE6\x97\xA5.wav", "not UTF-8 \xE4.wav"}) {
     EXPECT_TRUE(copy(source, Path(name)) && copy(Path(name), Path("back"))) << name;
-    EXPECT_EQ(Bytes(Path("back")), "new sound");
+    EXPECT_EQ(ReadBytes(Path("back")), "new sound");
     fs::remove(Path("back"));
   }
 
-  const size_t entries = Entries();
+  const size_t entries = folder_->EntryCount();
   fs::create_symlink("ring", Path("ring"));
   EXPECT_FALSE(copy(Path("missing"), dest));
   EXPECT_FALSE(copy(Path(""), dest));
   for (const std::string& bad : {Path(""), Path("nowhere/a"), Path("ring"), std::string()}) {
     EXPECT_FALSE(copy(source, bad)) << bad;
   }
-  EXPECT_EQ(Bytes(dest), "new sound");
-  EXPECT_EQ(Entries(), entries + 1) << "nothing is left behind";
-  ExpectArgType(program("SampleCopyFile", 1, dest), "Source", kTypeString, 1);
-  ExpectArgType(program("SampleCopyFile", source), "Dest", kTypeString, 2);
-  ExpectArgType(program("GetChannelCount", true), "Path", kTypeString, 1);
+  EXPECT_EQ(ReadBytes(dest), "new sound");
+  EXPECT_EQ(folder_->EntryCount(), entries + 1) << "nothing is left behind";
 }
 
 }  // namespace

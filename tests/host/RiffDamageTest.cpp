@@ -1,43 +1,29 @@
-// Damaged and hostile sample files, preset lists, and writes that fail.
+// Damaged and hostile sample files, and writes that fail.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstring>
 
 #include "SampleFileTools.h"
 #include "platform/AtomicFile.h"
-#include "riff/Presets.h"
 
 using namespace zyltest;
 
 namespace {
 
-struct Answer {
+struct Reading {
   std::unique_ptr<BasicSample> sample;
   std::string reason;
 };
 
-Answer ReadBytes(const TempFolder& folder, const Octets& bytes) {
-  Answer answer;
-  Store(folder.File("damaged"), bytes);
-  answer.sample = ReadSampleFile(folder.File("damaged"), true, answer.reason);
+Reading ReadBytes(const TempFolder& folder, const Octets& bytes) {
+  Reading reading;
+  WriteBytes(folder.File("damaged"), bytes);
+  reading.sample = ReadSampleFile(folder.File("damaged"), true, reading.reason);
   ListFileChunks(folder.File("damaged"));
-  return answer;
-}
-
-Octets SmallFile(const TempFolder& folder, bool aif) {
-  const auto made = NewSample(aif);
-  BasicSample& sample = *made;
-  sample.parameters.tune = -200;
-  sample.parameters.loops = {{1, 4, 9, 9, 3}, {2, 3, 0, 0, 0}, {0, 5, 0, 0, 0}};
-  std::vector<int16_t> sound{1, 2, 3, 4, 5, 6, 7, 8, 9};
-  EXPECT_TRUE(Lend(sample, sound));
-  EXPECT_TRUE(WriteTo(sample, folder.File("small")));
-  return Load(folder.File("small"));
+  return reading;
 }
 
 zyl::Bytes SmplWithLoops(uint32_t declared, unsigned there) {
@@ -49,33 +35,7 @@ zyl::Bytes SmplWithLoops(uint32_t declared, unsigned there) {
 
 }  // namespace
 
-TEST(DamagedSampleFile, CutAtEveryByteGivesWhatIsWholeOrNothing) {
-  const TempFolder folder;
-  for (const bool aif : {false, true}) {
-    const Octets whole = SmallFile(folder, aif);
-    size_t soundEnd = 0;
-    size_t soundStart = 0;
-    for (const ChunkInfo& chunk : ListFileChunks(folder.File("small"))) {
-      if (chunk.id != "data" && chunk.id != "SSND") continue;
-      soundStart = chunk.offset + (aif ? 8 : 0);
-      soundEnd = chunk.offset + chunk.size;
-    }
-    for (size_t length = 0; length < whole.size(); ++length) {
-      const Octets cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length));
-      const Answer answer = ReadBytes(folder, cut);
-      const size_t frames = length < soundStart ? 0 : (std::min(length, soundEnd) - soundStart) / 2;
-      ASSERT_EQ(answer.sample != nullptr, frames > 0) << length << " " << answer.reason;
-      // Only the pad bytes at the very end can go without being missed.
-      EXPECT_TRUE(length + 1 == whole.size() || !answer.reason.empty()) << length;
-      if (answer.sample == nullptr) continue;
-      ASSERT_EQ(answer.sample->FrameCount(), frames);
-      EXPECT_EQ(ChannelValues(*answer.sample, 0).back(), static_cast<int>(frames));
-      for (const RiffLoop& loop : answer.sample->parameters.loops) EXPECT_LT(loop.end, frames);
-    }
-  }
-}
-
-TEST(DamagedSampleFile, NoSizeIsBelieved) {
+TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
   const TempFolder folder;
   const auto format = WavFormatChunk(1, 16);
   const auto sound = Little().U32(0x00020001).U32(0x00040003).U8(9).block;
@@ -119,14 +79,14 @@ TEST(DamagedSampleFile, NoSizeIsBelieved) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    const Answer answer = ReadBytes(folder, row.bytes);
-    EXPECT_FALSE(answer.reason.empty() && row.frames != 3);
+    const Reading reading = ReadBytes(folder, row.bytes);
+    EXPECT_FALSE(reading.reason.empty() && row.frames != 3);
     const int frames =
-        answer.sample == nullptr ? -1 : static_cast<int>(answer.sample->FrameCount());
-    EXPECT_EQ(frames, row.frames) << answer.reason;
+        reading.sample == nullptr ? -1 : static_cast<int>(reading.sample->FrameCount());
+    EXPECT_EQ(frames, row.frames) << reading.reason;
   }
   // An empty sound before other chunks is really empty.
-  const Answer empty =
+  const Reading empty =
       ReadBytes(folder, FileOf("RIFF", "WAVE", {{"fmt ", format}, {"data", {}}, {"LIST", sound}}));
   ASSERT_NE(empty.sample, nullptr);
   EXPECT_EQ(empty.sample->FrameCount(), 0u);
@@ -134,14 +94,14 @@ TEST(DamagedSampleFile, NoSizeIsBelieved) {
   EXPECT_EQ(empty.sample->otherChunks.size(), 1u);
 }
 
-TEST(DamagedSampleFile, LoopsAreLimitedAndPulledIn) {
+TEST(DamagedSampleFile, LoopsAreLimitedAndMovedIntoTheSound) {
   const TempFolder folder;
   const auto file = [](const zyl::Bytes& smpl) {
     return FileOf("RIFF", "WAVE",
                   {{"fmt ", WavFormatChunk(1, 16)}, {"smpl", smpl}, {"data", zyl::Bytes(8)}});
   };
   EXPECT_EQ(ReadBytes(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
-  const Answer many = ReadBytes(folder, file(SmplWithLoops(40000, 40000)));
+  const Reading many = ReadBytes(folder, file(SmplWithLoops(40000, 40000)));
   ASSERT_EQ(many.sample->parameters.loops.size(), 16u);
   EXPECT_EQ(many.sample->parameters.loops[2].start, 2u);
   EXPECT_FALSE(many.reason.empty());
@@ -149,12 +109,12 @@ TEST(DamagedSampleFile, LoopsAreLimitedAndPulledIn) {
   outside[36 + 12] = std::byte{4};      // ends one frame late
   outside[36 + 24 + 8] = std::byte{4};  // starts behind the sound
   outside[36 + 24 + 12] = std::byte{9};
-  const Answer pulled = ReadBytes(folder, file(outside));
+  const Reading pulled = ReadBytes(folder, file(outside));
   ASSERT_EQ(pulled.sample->parameters.loops.size(), 1u);
   EXPECT_EQ(pulled.sample->parameters.loops[0].end, 3u);
 }
 
-TEST(DamagedSampleFile, WhatIsNoFileIsRefused) {
+TEST(DamagedSampleFile, OnlyRegularFilesAreRead) {
   const TempFolder folder;
   ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
   for (const std::string& path : {folder.File("missing"), folder.File(""), folder.File("pipe"),
@@ -166,117 +126,60 @@ TEST(DamagedSampleFile, WhatIsNoFileIsRefused) {
   }
 }
 
-TEST(DamagedSampleFile, AnOddChunkWithoutItsPaddingByteIsRead) {
+TEST(DamagedSampleFile, AnOddChunkMayLackItsPaddingByte) {
   const TempFolder folder;
   const auto ids = [&](bool padded, const std::string& next) {
-    FieldWriter body = Little();
-    body.Text("WAVEfmt ").U32(16).Raw(WavFormatChunk(1, 8).data(), 16);
-    body.Text("data").U32(3).Text("abc");
-    if (padded) body.U8(0);
-    body.Text(next).U32(4).Text("INFO");
-    FieldWriter file = Little();
-    file.Text("RIFF")
-        .U32(static_cast<uint32_t>(body.block.size()))
-        .Raw(body.block.data(), body.block.size());
-    const auto* first = reinterpret_cast<const uint8_t*>(file.block.data());
-    Store(folder.File("odd"), Octets(first, first + file.block.size()));
+    Octets bytes =
+        FileOf("RIFF", "WAVE",
+               {{"fmt ", WavFormatChunk(1, 8)}, {"data", Hex("616263")}, {next, Hex("00000000")}});
+    if (!padded) bytes.erase(bytes.begin() + 12 + 24 + 8 + 3);
+    if (!padded) --bytes[4];
+    WriteBytes(folder.File("odd"), bytes);
     std::string all;
     for (const ChunkInfo& chunk : ListFileChunks(folder.File("odd"))) all += chunk.id + "|";
     return all;
   };
   EXPECT_EQ(ids(false, "LIST"), "fmt |data|LIST|");
-  EXPECT_EQ(ids(true, "LIST"), "fmt |data|LIST|");
   EXPECT_EQ(ids(true, "wxyz"), "fmt |data|wxyz|");
-  // Only a known identifier moves a chunk to the unpadded place.
+  // Only a known identifier is looked for at the unpadded offset.
   EXPECT_EQ(ids(false, "wxyz").find("wxyz"), std::string::npos);
 }
 
-TEST(Presets, AreReadFromWholeFilesOnly) {
-  const TempFolder folder;
-  zyl::Bytes headers;
-  for (const char* name : {"Piano", "Twenty characters ..", "", "EOP"}) {
-    char field[38] = "";
-    std::strncpy(field, name, 20);
-    const auto* bytes = reinterpret_cast<const std::byte*>(field);
-    headers.insert(headers.end(), bytes, bytes + sizeof field);
-  }
-  const auto font = [](const zyl::Bytes& records, uint32_t size) {
-    FieldWriter list = Little();
-    list.Text("pdtaphdr").U32(size).Raw(records.data(), records.size());
-    return FileOf("RIFF", "sfbk", {{"LIST", Little().Text("INFO").block}, {"LIST", list.block}});
-  };
-  const std::string path = folder.File("a.sf2");
-  const auto size = static_cast<uint32_t>(headers.size());
-  const Octets whole = font(headers, size);
-  Store(path, whole);
-  const auto presets = zyl::ReadPresets(path);
-  ASSERT_TRUE(presets && presets->size() == 3);
-  EXPECT_EQ((*presets)[0].name, "Piano");
-  EXPECT_EQ((*presets)[1].name, "Twenty characters ..");
-  EXPECT_EQ((*presets)[2].name, "");
-  for (size_t length = 0; length < whole.size(); ++length) {
-    Store(path, Octets(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length)));
-    EXPECT_FALSE(zyl::ReadPresets(path)) << length;
-  }
-  for (const uint32_t lie : {size - 1, size + 38}) {
-    Store(path, font(headers, lie));
-    EXPECT_FALSE(zyl::ReadPresets(path)) << lie;
-  }
-}
-
-TEST(AtomicFile, ReplacesWholeOrNotAtAll) {
+TEST(AtomicFile, ReplacesWholeOrNotAtAllAndKeepsOwnerModeAndAttributes) {
   const TempFolder folder;
   const std::string path = folder.File("target");
-  Store(path, {1, 2, 3});
-  chmod(path.c_str(), 0640);
+  WriteBytes(path, Octets{1, 2, 3});
   ASSERT_TRUE(zyl::AtomicFile(path).Write("xyz", 3));
-  EXPECT_EQ(Load(path), (Octets{1, 2, 3})) << "dropped before it was whole";
+  EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3})) << "dropped before its commit";
   EXPECT_EQ(folder.EntryCount(), 1u);
 
-  ASSERT_EQ(symlink("target", folder.File("link").c_str()), 0);
-  const Octets large(300000, 7);
-  zyl::AtomicFile file(folder.File("link"));
-  ASSERT_TRUE(file.Write(large.data(), large.size()) && file.Write("t", 1));
-  EXPECT_EQ(Load(path), (Octets{1, 2, 3}));
-  ASSERT_TRUE(file.Commit());
-  EXPECT_FALSE(file.Write("x", 1) || file.Commit());
-  Octets expected = large;
-  expected.push_back('t');
-  EXPECT_EQ(Load(path), expected);
-  EXPECT_TRUE(std::filesystem::is_symlink(folder.File("link")));
-  struct stat status {};
-  stat(path.c_str(), &status);
-  EXPECT_EQ(status.st_mode & 0777, 0640u);
-  EXPECT_EQ(folder.EntryCount(), 2u);
-}
-
-TEST(AtomicFile, KeepsOwnerModeAndAttributes) {
-  const TempFolder folder;
-  const std::string path = folder.File("target");
-  Store(path, {1});
   const bool privileged = geteuid() == 0;
   if (privileged) {
     ASSERT_EQ(chown(path.c_str(), 1234, 2345), 0);
   }
   chmod(path.c_str(), 06751);
   const bool attributes = setxattr(path.c_str(), "user.zyl", "kept", 4, 0) == 0;
-  zyl::AtomicFile file(path);
-  ASSERT_TRUE(file.Write("xyz", 3) && file.Commit());
+  ASSERT_EQ(symlink("target", folder.File("link").c_str()), 0);
+  const std::string large(300000, 7);
+  zyl::AtomicFile file(folder.File("link"));
+  ASSERT_TRUE(file.Write(large.data(), large.size()) && file.Write("t", 1));
+  EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3}));
+  ASSERT_TRUE(file.Commit());
+  EXPECT_FALSE(file.Write("x", 1) || file.Commit());
+  EXPECT_EQ(ReadBytes(path), large + "t");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.File("link")));
   struct stat status {};
   stat(path.c_str(), &status);
   EXPECT_EQ(status.st_mode & 07777, 06751u);
   EXPECT_TRUE(!privileged || (status.st_uid == 1234 && status.st_gid == 2345));
-  char value[5] = "";
-  if (attributes) {
-    EXPECT_EQ(getxattr(path.c_str(), "user.zyl", value, 4), 4);
-    EXPECT_STREQ(value, "kept");
-  }
+  EXPECT_TRUE(!attributes || getxattr(path.c_str(), "user.zyl", nullptr, 0) == 4);
+  EXPECT_EQ(folder.EntryCount(), 2u);
 }
 
-TEST(AtomicFile, ATargetThatTheProcessMayNotWriteIsRefused) {
+TEST(AtomicFile, RefusesATargetThatTheProcessMayNotWrite) {
   const TempFolder folder;
   const std::string path = folder.File("target");
-  Store(path, {1});
+  WriteBytes(path, Octets{1});
   chmod(path.c_str(), 0444);
   EXPECT_FALSE(zyl::AtomicFile(path).Good()) << "read-only, whoever the user is";
   chmod(path.c_str(), 0644);
@@ -290,33 +193,10 @@ TEST(AtomicFile, ATargetThatTheProcessMayNotWriteIsRefused) {
   ASSERT_EQ(seteuid(0), 0);
   EXPECT_FALSE(foreign);
   EXPECT_TRUE(fresh);
-  EXPECT_EQ(Load(path), Octets{1});
+  EXPECT_EQ(ReadBytes<Octets>(path), Octets{1});
 }
 
-// The system refuses to let a file grow beyond a limit, as a full disk would.
-TEST(AtomicFile, AFullDiskLeavesTheOldFile) {
-  const TempFolder folder;
-  std::vector<int16_t> sound(400000);
-  WavSample wav;
-  ASSERT_TRUE(Lend(wav, sound));
-  Store(folder.File("old.wav"), {1, 2, 3});
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{200000, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  RiffFile file(folder.File("old.wav"));
-  const bool written = wav.Write(file);
-  const bool closed = file.Close();
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, oldHandler);
-  EXPECT_FALSE(written || closed);
-  EXPECT_NE(file.Error().find("old.wav"), std::string::npos);
-  EXPECT_EQ(Load(folder.File("old.wav")), (Octets{1, 2, 3}));
-  EXPECT_EQ(folder.EntryCount(), 1u);
-}
-
-TEST(AtomicFile, MissingAndVanishingFoldersAreFailures) {
+TEST(AtomicFile, FailsWithoutItsFolder) {
   const TempFolder folder;
   EXPECT_FALSE(RiffFile(folder.File("no/such/file.wav")).Good());
   std::filesystem::create_directory(folder.File("gone"));

@@ -16,26 +16,19 @@ struct Kind {
 };
 
 const Kind kReadable[] = {
-    {"wav8", SF_FORMAT_WAV, 1},
-    {"wav16", SF_FORMAT_WAV, 2},
-    {"wav24", SF_FORMAT_WAV, 3},
-    {"wav32", SF_FORMAT_WAV, 4},
-    {"ext24", SF_FORMAT_WAVEX, 3},
-    {"rf64", SF_FORMAT_RF64, 3},
-    {"aif8", SF_FORMAT_AIFF, 1},
-    {"aif16", SF_FORMAT_AIFF, 2},
-    {"aif24", SF_FORMAT_AIFF, 3},
-    {"aif32", SF_FORMAT_AIFF, 4},
-    {"sowt16", SF_FORMAT_AIFF | SF_ENDIAN_LITTLE, 2},
-    {"w64", SF_FORMAT_W64, 4},
-    {"au16", SF_FORMAT_AU, 2},
+    {"wav8", SF_FORMAT_WAV, 1},    {"wav16", SF_FORMAT_WAV, 2},
+    {"wav24", SF_FORMAT_WAV, 3},   {"wav32", SF_FORMAT_WAV, 4},
+    {"ext24", SF_FORMAT_WAVEX, 3}, {"rf64", SF_FORMAT_RF64, 3},
+    {"aif8", SF_FORMAT_AIFF, 1},   {"aif16", SF_FORMAT_AIFF, 2},
+    {"aif24", SF_FORMAT_AIFF, 3},  {"aif32", SF_FORMAT_AIFF, 4},
+    {"w64", SF_FORMAT_W64, 4},     {"sowt16", SF_FORMAT_AIFF | SF_ENDIAN_LITTLE, 2},
+    {"au16", SF_FORMAT_AU, 2},     {"rifx", SF_FORMAT_WAV | SF_ENDIAN_BIG, 2},
     {"flac24", SF_FORMAT_FLAC, 3},
-    {"rifx", SF_FORMAT_WAV | SF_ENDIAN_BIG, 2},
 };
 
 }  // namespace
 
-TEST(SampleFileData, ReadsWhatTheOracleWritesAndWritesWhatItReads) {
+TEST(SampleFileData, AgreesWithLibsndfileInBothDirections) {
   const TempFolder folder;
   for (const Kind& kind : kReadable) {
     for (const unsigned channels : {1u, 2u, 3u}) {
@@ -66,7 +59,7 @@ TEST(SampleFileData, ReadsWhatTheOracleWritesAndWritesWhatItReads) {
   }
 }
 
-TEST(SampleFileData, FloatingPointBecomes24BitsHeldAtTheLimits) {
+TEST(SampleFileData, FloatingPointIsClampedTo24Bits) {
   const TempFolder folder;
   for (const int format : {SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_AIFF | SF_FORMAT_DOUBLE,
                            SF_FORMAT_W64 | SF_FORMAT_FLOAT}) {
@@ -91,40 +84,9 @@ TEST(SampleFileData, FloatingPointBecomes24BitsHeldAtTheLimits) {
   }
 }
 
-// Channels of different width and length: the widest and the longest decide.
-TEST(SampleFileData, MergedChannelsAreWidenedAndPadded) {
-  const TempFolder folder;
-  const auto check = [&](unsigned narrow, unsigned wide, bool aif) {
-    Values shorter = TestValues(20, 9, narrow);
-    const Values longer = TestValues(40000, 9, wide);
-    auto first = Planar(shorter, narrow), second = Planar(longer, wide);
-    const auto merged = NewSample(aif);
-    merged->SetChannelCount(2);
-    merged->SetLinBuffer(first.data(), narrow, 20, 0);
-    EXPECT_FALSE(merged->CreateInterleavedBuffer());
-    EXPECT_FALSE(WriteTo(*merged, folder.File("merged")));
-    merged->SetLinBuffer(second.data(), wide, 40000, 1);
-    ASSERT_TRUE(merged->CreateInterleavedBuffer());
-    ASSERT_TRUE(WriteTo(*merged, folder.File("merged")));
-    const auto read = Read(folder.File("merged"));
-    ASSERT_NE(read, nullptr);
-    EXPECT_EQ(read->BytesPerValue(), wide);
-    for (int& value : shorter) value *= 1 << (8 * (wide - narrow));
-    shorter.resize(40000, 0);
-    EXPECT_TRUE(ChannelsOf(*read) == (std::vector<Values>{shorter, longer}));
-    std::filesystem::remove(folder.File("merged"));
-  };
-  for (unsigned narrow = 1; narrow <= 4; ++narrow) {
-    for (unsigned wide = narrow; wide <= 4; ++wide) {
-      check(narrow, wide, false);
-      check(narrow, wide, true);
-    }
-  }
-}
-
 TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   const TempFolder folder;
-  Store(folder.File("old"), {1, 2, 3});
+  WriteBytes(folder.File("old"), Octets{1, 2, 3});
   std::vector<std::byte> sound(64);
   WavSample wav;
   wav.SetChannelCount(16);
@@ -136,7 +98,7 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
     wav.otherChunks = {{"big ", zyl::Bytes(200)}};
     EXPECT_FALSE(WriteTo(wav, folder.File("old")));
     EXPECT_FALSE(wav.CreateInterleavedBuffer());
-    EXPECT_EQ(Load(folder.File("old")), (Octets{1, 2, 3}));
+    EXPECT_EQ(ReadBytes<Octets>(folder.File("old")), (Octets{1, 2, 3}));
   }
 }
 
@@ -154,52 +116,52 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
       Hex("07000000 08000000 94580000 3D000000 78563412 1E000000 04030201 01000000 03000000"
           "63000000 02000000 00000000 01000000 05000000 06000000 010203");
   const auto name = Little().Text("INFOINAM").U32(4).Text("Kick").block;
-  Store(folder.File("a.wav"), FileOf("RIFF", "WAVE",
-                                     {{"JUNK", odd},
-                                      {"fmt ", extensible},
-                                      {"bext", odd},
-                                      {"smpl", smpl},
-                                      {"fmt ", odd},
-                                      {"data", sound},
-                                      {"cue ", odd},
-                                      {"data", odd},
-                                      {"LIST", name},
-                                      {"smpl", odd}}));
+  WriteBytes(folder.File("a.wav"), FileOf("RIFF", "WAVE",
+                                          {{"JUNK", odd},
+                                           {"fmt ", extensible},
+                                           {"bext", odd},
+                                           {"smpl", smpl},
+                                           {"fmt ", odd},
+                                           {"data", sound},
+                                           {"cue ", odd},
+                                           {"data", odd},
+                                           {"LIST", name},
+                                           {"smpl", odd}}));
   const auto marks = Hex(
       "0004 0009 00000001 03616263 0002 00000000 02696E00 0005 00000002 0000 001E 00000003 0000");
   const auto inst = Hex("3D CE 0A 5A 02 64 FFFA 0001 0002 0005 0000 0000 0000");
   const auto wholeSound = Big().U32(0).U32(0).Raw(sound.data(), 9).block;
-  Store(folder.File("b.aif"), FileOf("FORM", "AIFF",
-                                     {{"NAME", odd},
-                                      {"SSND", wholeSound},
-                                      {"COMM", AifFormatChunk(1, 3, 24)},
-                                      {"INST", inst},
-                                      {"APPL", odd},
-                                      {"MARK", marks},
-                                      {"MARK", odd}}));
+  WriteBytes(folder.File("b.aif"), FileOf("FORM", "AIFF",
+                                          {{"NAME", odd},
+                                           {"SSND", wholeSound},
+                                           {"COMM", AifFormatChunk(1, 3, 24)},
+                                           {"INST", inst},
+                                           {"APPL", odd},
+                                           {"MARK", marks},
+                                           {"MARK", odd}}));
   auto sowt = AifFormatChunk(1, 6, 12);
   const auto type = Big().Text("sowt").U8(4).Text("mine").U8(0).block;
   sowt.insert(sowt.end(), type.begin(), type.end());
   const auto ssnd = Big().U32(0).U32(0).Raw(sound.data(), 12).block;
-  Store(folder.File("c.aifc"),
-        FileOf("FORM", "AIFC", {{"FVER", odd}, {"COMM", sowt}, {"SSND", ssnd}}));
+  WriteBytes(folder.File("c.aifc"),
+             FileOf("FORM", "AIFC", {{"FVER", odd}, {"COMM", sowt}, {"SSND", ssnd}}));
   const auto longFormat = Little().Raw(WavFormatChunk(1, 16).data(), 16).U16(0).block;
   Octets loose =
       FileOf("RIFF", "WAVE", {{std::string("J\0NK", 4), odd}, {"fmt ", longFormat}, {"data", odd}});
   loose[23] = 'p';   // the pad of the first chunk
   loose.pop_back();  // that of the last chunk; the form counted it
   loose[4] = static_cast<uint8_t>(loose[4] - 1);
-  Store(folder.File("d.wav"), loose);
+  WriteBytes(folder.File("d.wav"), loose);
   const auto gap = Big().U32(2).U32(0).U16(7).Raw(sound.data(), 9).U8(1).block;
   Octets tail = FileOf("FORM", "AIFF", {{"COMM", AifFormatChunk(1, 3, 24)}, {"SSND", gap}});
   tail.insert(tail.end(), {'T', 'A', 'G'});
-  Store(folder.File("e.aif"), tail);
+  WriteBytes(folder.File("e.aif"), tail);
   for (const char* file : {"a.wav", "b.aif", "c.aifc", "d.wav", "e.aif"}) {
     SCOPED_TRACE(file);
     const auto sample = Read(folder.File(file));
     ASSERT_NE(sample, nullptr);
     ASSERT_TRUE(WriteTo(*sample, folder.File("again")));
-    EXPECT_EQ(Load(folder.File("again")), Load(folder.File(file)));
+    EXPECT_EQ(ReadBytes<Octets>(folder.File("again")), ReadBytes<Octets>(folder.File(file)));
   }
   const auto changed = Read(folder.File("d.wav"));
   changed->parameters.key = 61;
@@ -208,11 +170,13 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const auto wav = Read(folder.File("a.wav"));
   EXPECT_EQ(wav->BitsPerValue(), 20u);
   EXPECT_EQ(wav->Name(), "Kick");
-  EXPECT_EQ(ListFileChunks(folder.File("a.wav")).size(), 10u);
   const ChunkInfo chunk = ListFileChunks(folder.File("b.aif")).at(1);
-  EXPECT_EQ(chunk.id, "SSND");
-  EXPECT_EQ(chunk.size, 17u);
-  EXPECT_EQ(chunk.offset, 32u);
+  EXPECT_EQ(std::pair(chunk.size, chunk.offset), std::pair(uint64_t{17}, uint64_t{32}));
+  // The identifier of a new loop is none of the old ones.
+  wav->parameters.loops.push_back({0, 1, 0, 0, 0});
+  ASSERT_TRUE(WriteTo(*wav, folder.File("again")));
+  const Octets again = ReadBytes<Octets>(folder.File("again"));
+  EXPECT_EQ(Chunk(folder.File("again"), again, "smpl")[36 + 24], 100);
   EXPECT_EQ(ChannelValues(*Read(folder.File("c.aifc")), 0)[0], 0x0304);
 }
 
@@ -220,12 +184,12 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
 TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   const TempFolder folder;
   const std::string path = folder.File("a.wav");
-  Store(path, FileOf("RIFF", "WAVE",
-                     {{"bext", Little().U8(1).block},
-                      {"fmt ", WavFormatChunk(2, 8)},
-                      {"fact", Little().U32(2).U8(7).block},
-                      {"data", Little().U32(0).block},
-                      {"LIST", Little().U32(5).block}}));
+  WriteBytes(path, FileOf("RIFF", "WAVE",
+                          {{"bext", Little().U8(1).block},
+                           {"fmt ", WavFormatChunk(2, 8)},
+                           {"fact", Little().U32(2).U8(7).block},
+                           {"data", Little().U32(0).block},
+                           {"LIST", Little().U32(5).block}}));
   std::string reason;
   auto sample = ReadSampleFile(path, false, reason);
   ASSERT_NE(sample, nullptr);
@@ -241,23 +205,4 @@ TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   EXPECT_STREQ(read->otherChunks[2].id, "LIST");
   EXPECT_EQ(read->BitsPerValue(), 16u);
   EXPECT_EQ(ChannelValues(*read, 0), (Values{1, 2, 3}));
-}
-
-TEST(SampleFileData, MemoryImagesAreFiles) {
-  std::vector<int16_t> sound{-32768, 32767, 5};
-  WavSample wav(nullptr);
-  ASSERT_TRUE(Lend(wav, sound));
-  char* image = nullptr;
-  const int length = wav.WriteToMem(&image);
-  const std::unique_ptr<char[]> owner(image);
-  WavSample back(nullptr);
-  ASSERT_TRUE(back.ReadFromMem(image, length));
-  back.CreateLinBuffers(16);
-  back.DeleteInterleavedBuffer();
-  const std::unique_ptr<std::byte[]> taken(back.TakeLinBuffer(0));
-  ASSERT_NE(taken, nullptr);
-  EXPECT_EQ(std::memcmp(taken.get(), sound.data(), 6), 0);
-  EXPECT_EQ(back.LinBuffer(0), nullptr);
-  EXPECT_FALSE(back.ReadFromMem("RIFF....WAVE", 12));
-  EXPECT_FALSE(back.IsValid());
 }

@@ -1,14 +1,8 @@
-// Files for the tests of sample files: a folder that goes with its test, chunks built by hand,
-// and values of every width.
+// Sample files for tests: chunks built by hand, and values of every width.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <random>
@@ -18,52 +12,21 @@
 #include "SoundOracle.h"
 #include "byteOrder.h"
 #include "riff.h"
+#include "support/Files.h"
 
 namespace zyltest {
 
 using Octets = std::vector<uint8_t>;
 using zyl::ByteOrder;
 using zyl::FieldWriter;
+using zyl::test::ReadBytes;
 using zyl::test::Sound;
 using zyl::test::StoreSound;
+using zyl::test::TempFolder;
 using zyl::test::Values;
+using zyl::test::WriteBytes;
 
-// In memory where the system has such a folder: the tests flush thousands of files to disk.
-class TempFolder {
- public:
-  TempFolder() {
-    const std::filesystem::path inMemory = "/dev/shm";
-    const auto base =
-        std::filesystem::is_directory(inMemory) ? inMemory : std::filesystem::temp_directory_path();
-    std::string name = (base / "zylriff-XXXXXX").string();
-    if (mkdtemp(name.data()) != nullptr) path_ = name;
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  std::string File(const std::string& name) const { return path_ + "/" + name; }
-  size_t EntryCount() const {
-    const std::filesystem::directory_iterator entries(path_);
-    return static_cast<size_t>(std::distance(begin(entries), end(entries)));
-  }
-
- private:
-  std::string path_;
-};
-
-inline void Store(const std::string& path, const Octets& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()),
-             static_cast<std::streamsize>(bytes.size()));
-}
-
-inline Octets Load(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return Octets(std::istreambuf_iterator<char>(in), {});
-}
-
-// A chunk of a file to be made; its size is that of its data unless it lies.
+// A chunk of a file to be made. `lie` is written instead of the size of its data.
 struct FileChunk {
   std::string id;
   zyl::Bytes data;
@@ -88,7 +51,7 @@ inline Octets FileOf(const char* form, const char* type, const std::vector<FileC
 inline FieldWriter Little() { return FieldWriter(ByteOrder::kLittle); }
 inline FieldWriter Big() { return FieldWriter(ByteOrder::kBig); }
 
-// Bytes by their hexadecimal digits; spaces stand where the fields end.
+// Bytes from hexadecimal digits; spaces are ignored.
 inline zyl::Bytes Hex(std::string digits) {
   std::erase(digits, ' ');
   zyl::Bytes bytes;
@@ -110,6 +73,14 @@ inline zyl::Bytes AifFormatChunk(unsigned channels, unsigned frames, unsigned bi
   return Big().U16(channels).U32(frames).U16(bits).U16(0x400E).U32(0xAC440000).U32(0).block;
 }
 
+// The data of a chunk in the `bytes` of the file at `path`; null if there is none.
+inline const uint8_t* Chunk(const std::string& path, const Octets& bytes, const char* id) {
+  for (const ChunkInfo& chunk : ListFileChunks(path)) {
+    if (chunk.id == id) return bytes.data() + chunk.offset;
+  }
+  return nullptr;
+}
+
 // Values of a width; the corners of its range first.
 inline Values TestValues(size_t count, unsigned seed, unsigned bytes) {
   const unsigned unused = 32 - 8 * bytes;
@@ -117,12 +88,6 @@ inline Values TestValues(size_t count, unsigned seed, unsigned bytes) {
   std::mt19937 random(seed);
   while (values.size() < count) values.push_back(static_cast<int>(random()) >> unused);
   return values;
-}
-
-inline std::vector<std::byte> Planar(const Values& values, unsigned bytes) {
-  FieldWriter out = Little();
-  for (const int value : values) out.Raw(&value, bytes);
-  return out.block;
 }
 
 inline Values ChannelValues(const BasicSample& sample, unsigned channel) {

@@ -3,7 +3,6 @@
 #include "sample/CSample.h"
 
 #include <array>
-#include <set>
 
 #include "support/ProgramRecord.h"
 #include "support/ScriptSurface.h"
@@ -100,7 +99,6 @@ TEST_F(SampleObjects, AZoneHasOneObjectThatHoldsOneUse) {
   other("Create", program.Algo());
   EXPECT_NE(other("SampleGet", 0, 0).Object(), sample) << "each program object has its own";
   EXPECT_EQ(Uses(sample), 6);
-  ExpectException(program("SampleGet", 0, 4), "ZylSProgram::SampleGet: Zone index out of range!");
 }
 
 TEST_F(SampleObjects, ANewZoneSampleEndsTheObjectOfTheOldOne) {
@@ -181,32 +179,16 @@ TEST_F(SampleObjects, TheEndOfAProgramIsAnnouncedByPrepareDeleteAlone) {
 
 // ---- The sample argument ----
 
-TEST_F(SampleObjects, EveryMethodTakesItsSampleByOneRule) {
-  const std::set<std::string> others = {"SampleGet",         "SampleGetByName", "SampleCreate",
-                                        "SampleDirty",       "SampleReload",    "SampleFileName",
-                                        "SampleWriteMerged", "SampleCopyFile",  "SampleStringValue",
-                                        "SampleIntValue",    "SampleCompare"};
-  int checked = 0;
-  for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
-    const std::string name = row->name;
-    if (name.rfind("Sample", 0) != 0 || others.count(name) != 0) continue;
-    const Outcome null = program(row->name, NullObject{});
-    SCOPED_TRACE(name);
-    ++checked;
-    ExpectArgValue(null, "Sample", 1);
-    ExpectArgPType(program(row->name, program.Algo()), "ROCAlgo", "CSample", 1);
-    if (name != "SampleLock" && name != "SampleChannel") {
-      ExpectArgType(program(row->name), "Sample", kTypeObject, 1);
-      ExpectArgType(program(row->name, 0), "Sample", kTypeObject, 1);
-    }
+TEST_F(SampleObjects, MethodsDropAnObjectWithoutARecord) {
+  for (const char* method : {"SampleGetSize", "SampleLock", "SampleChannel", "SampleGetBuffer"}) {
+    SCOPED_TRACE(method);
     Fill(0, 0, mono);
     RIOObject* dead = Zone(0, 0);
     TakeRecord(dead);
     const Watch watch(dead);
-    ExpectArgValue(program(row->name, dead), "Sample", 1);
-    EXPECT_TRUE(watch.Gone()) << "a dead object is dropped";
+    ExpectArgValue(program(method, dead), "Sample", 1);
+    EXPECT_TRUE(watch.Gone());
   }
-  EXPECT_GE(checked, 11);
 }
 
 TEST_F(SampleObjects, FileNamesAreReadFromObjectsZonesAndNothing) {
@@ -215,8 +197,6 @@ TEST_F(SampleObjects, FileNamesAreReadFromObjectsZonesAndNothing) {
   EXPECT_EQ(program("SampleFileName", sample).Text(), "mono.wav");
   EXPECT_EQ(program("SampleFileName", 1, 2, "unused").Text(), "mono.wav");
   EXPECT_EQ(program("SampleFileName").Text(), "");
-  ExpectArgValue(program("SampleFileName", NullObject{}), "SampleOrKeyGroup", 1);
-  ExpectArgPType(program("SampleFileName", program.Algo()), "ROCAlgo", "CSample", 1);
   const Watch watch(sample);
   TakeRecord(sample);
   EXPECT_EQ(program("SampleFileName", sample).Text(), "");
@@ -269,7 +249,6 @@ TEST_F(SampleObjects, TemporarySamplesAreFoundByChannelAndSharedWithPrograms) {
   EXPECT_EQ(told, 0) << "temporary samples belong to no program";
   program("DeleteTempSample", Zone(0, 0));
   EXPECT_EQ(Uses(Zone(0, 0)), 2) << "a program's object is no temporary one";
-  ExpectArgPType(program("DeleteTempSample", program.Algo()), "ROCAlgo", "CSample", 1);
 }
 
 TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {

@@ -1,6 +1,5 @@
 // Program parameters through the slots of a pad.
 #include <numeric>
-#include <random>
 #include <utility>
 
 #include "PadTools.h"
@@ -58,25 +57,24 @@ TEST_F(ParameterSlots, ASlotIsHeaderEntriesAndZeroPadding) {
     EXPECT_EQ(pad.Bytes(), Words(c.words));
   }
   EXPECT_FALSE(IsDirty());
-}
-
-TEST_F(ParameterSlots, NumbersOfOtherTypesCountByTheirLowBitsAndNullEntriesNotAtAll) {
+  // Numbers of other types count by their low bits, absent entries not at all.
   const uint32_t unnamed = Entry(0, 0xFFFF);
-  EXPECT_TRUE(program("WriteDataToPad", &pad, 1, NullEntry{}, kLoudVel, NullEntry{}, "text", true,
-                      15.0, NullObject{}, NullEntry{})
-                  .Ok());
+  pad.Set("");
+  program("WriteDataToPad", &pad, 1, NullEntry{}, kLoudVel, NullEntry{}, "text", true, 15.0,
+          NullObject{}, NullEntry{});
   EXPECT_EQ(pad.Bytes(), Words({32, 1, 0, Stored(kLoudVel), unnamed, Stored(1), unnamed, unnamed}));
+  program("EmptyPadData", &pad);
+  EXPECT_EQ(pad.Bytes(), "");
 }
 
 TEST_F(ParameterSlots, ASlotThatChangesItsSizeMovesToTheEnd) {
   const uint32_t a = Stored(4);
   const uint32_t b = Stored(5);
-  struct Step {
+  const struct {
     int id;
     std::vector<int> numbers;
     std::vector<uint32_t> words;
-  };
-  const Step steps[] = {
+  } steps[] = {
       {5, {4}, {16, 5, 0, a}},
       {7, {4}, {16, 5, 0, a, 16, 7, 0, a}},
       {5, {4, 5, 4}, {16, 7, 0, a, 24, 5, 0, a, b, a}},
@@ -84,20 +82,21 @@ TEST_F(ParameterSlots, ASlotThatChangesItsSizeMovesToTheEnd) {
       {-1, {4}, {16, 7, 0, b, 24, 5, 0, a, b, a, 16, 0xFFFFFFFF, 0, a}},
       {5, {4, 5}, {16, 7, 0, b, 24, 5, 0, a, b, 0, 16, 0xFFFFFFFF, 0, a}},
       {7, {}, {16, 7, 0, 0, 24, 5, 0, a, b, 0, 16, 0xFFFFFFFF, 0, a}},
+      {5, {4}, {16, 7, 0, 0, 16, 0xFFFFFFFF, 0, a, 16, 5, 0, a}},
   };
-  for (const Step& step : steps) {
+  for (const auto& step : steps) {
     Write(step.id, step.numbers);
     EXPECT_EQ(pad.Bytes(), Words(step.words)) << step.id;
   }
-  // Of three slots the middle one goes, then the first, then the only one.
-  program("RemoveDataFromPad", &pad, 99);
-  EXPECT_EQ(pad.Bytes(), Words(steps[6].words));
-  program("RemoveDataFromPad", &pad, 5);
-  EXPECT_EQ(pad.Bytes(), Words({16, 7, 0, 0, 16, 0xFFFFFFFF, 0, a}));
-  program("RemoveDataFromPad", &pad, 7);
-  EXPECT_EQ(pad.Bytes(), Words({16, 0xFFFFFFFF, 0, a}));
-  program("RemoveDataFromPad", &pad, -1);
-  EXPECT_EQ(pad.Bytes(), "");
+  const std::pair<int, std::vector<uint32_t>> removals[] = {
+      {99, steps[7].words},
+      {-1, {16, 7, 0, 0, 16, 5, 0, a}},  // the middle slot
+      {7, {16, 5, 0, a}},                // the first
+      {5, {}}};
+  for (const auto& [id, words] : removals) {
+    program("RemoveDataFromPad", &pad, id);
+    EXPECT_EQ(pad.Bytes(), Words(words)) << id;
+  }
 }
 
 TEST_F(ParameterSlots, ReadingBackWhatWasWrittenChangesNothing) {
@@ -186,7 +185,7 @@ TEST_F(ParameterSlots, BytesThatAreNoSlotAreNeitherReadNorRemoved) {
 }
 
 // A slot may have any size from 8, and ends with the buffer at the latest.
-TEST_F(ParameterSlots, SlotsOfSizesThatNoWriterMakesAreSlots) {
+TEST_F(ParameterSlots, ReadsSlotsOfAnySizeFrom8Bytes) {
   const int vel = Value(kLoudVel);
   const int prs = Value(kLoudPrs);
   const uint32_t change = Entry(kLoudVel, vel - 1);
@@ -209,6 +208,7 @@ TEST_F(ParameterSlots, SlotsOfSizesThatNoWriterMakesAreSlots) {
       {"beyond the end", other + Words({24, 1, 0, change, change2}), 2, other},
       {"a size that wraps around", other + Words({0xFFFFFFF0, 1, 0, change}), 1, other},
       {"cut in an entry", Words({16, 1, 0, change}).substr(0, 15), 0},
+      {"cut in the header", other + Words({16, 1, 0}).substr(0, 11), 0, other},
       {"cut after the id", other + Words({16, 1}), 0, other},
   };
   for (const Case& c : cases) {
@@ -226,32 +226,6 @@ TEST_F(ParameterSlots, SlotsOfSizesThatNoWriterMakesAreSlots) {
     EXPECT_EQ(pad.Bytes(), c.rest);
   }
 }
-
-TEST_F(ParameterSlots, AnyBytesEndEveryMethod) {
-  std::mt19937 random(20261124);
-  const auto below = [&](uint32_t end) { return static_cast<uint32_t>(random() % end); };
-  for (int round = 0; round < 3000; ++round) {
-    std::string bytes;
-    for (uint32_t slots = below(5); slots > 0; --slots) {
-      const uint32_t size = below(4) == 0 ? static_cast<uint32_t>(random()) : below(48);
-      bytes += Words({size, below(3), below(8) == 0 ? 1u : 0u});
-      for (uint32_t i = below(5); i > 0; --i)
-        bytes += Words({Entry(static_cast<int>(below(100)), static_cast<int>(below(128)))});
-    }
-    bytes.resize(bytes.size() - std::min<size_t>(bytes.size(), below(6)));
-    pad.Set(bytes);
-    for (int id = 0; id < 3; ++id) {
-      ASSERT_TRUE(Read(id).Ok());
-      ASSERT_EQ(pad.Bytes(), bytes);
-      ASSERT_TRUE(Write(id, {4, 5}).Ok());
-      ASSERT_GE(pad.Bytes().size(), 24u);
-      ASSERT_TRUE(program("RemoveDataFromPad", &pad, id).Ok());
-      bytes = pad.Bytes();
-    }
-  }
-}
-
-// ---- What a module that is told of a change may do. ----
 
 TEST_F(ParameterSlots, ANotifiedModuleMayTakeEverythingAway) {
   const int first = Value(4);
@@ -287,47 +261,6 @@ TEST_F(ParameterSlots, ANotifiedModuleMayTakeEverythingAway) {
     EXPECT_TRUE(object("ReadDataFromPad", own.get(), 1).Ok());
     EXPECT_EQ(told, c.goesOn ? 2 : 1);
   }
-}
-
-// ---- Arguments. ----
-
-TEST_F(ParameterSlots, ArgumentsAreCheckedInOrder) {
-  const std::unique_ptr<RIOObject> plain(new ROCAlgo("plain"));
-  const Program empty;
-  struct Row {
-    const char* method;
-    bool needsProgram;
-    bool hasSlot;
-  };
-  const Row rows[] = {{"WriteDataToPad", true, true},     {"ReadDataFromPad", true, true},
-                      {"RemoveDataFromPad", true, true},  {"EmptyPadData", false, false},
-                      {"WriteSampleToPad", false, false}, {"ReadSampleFromPad", false, false}};
-  pad.Set(Words({16, 1, 0, Entry(kLoudVel, 1)}));
-  const std::string bytes = pad.Bytes();
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.method);
-    if (row.needsProgram) {
-      ExpectException(empty(row.method, 5), "ZylSProgram::" + std::string(row.method) +
-                                                ": No program loaded. Method can not execute!");
-    } else {
-      ExpectArgType(empty(row.method), "Pad", kTypeObject, 1);
-    }
-    ExpectArgType(program(row.method), "Pad", kTypeObject, 1);
-    ExpectArgType(program(row.method, NullEntry{}, "x"), "Pad", kTypeObject, 1);
-    ExpectArgType(program(row.method, "pad", "x"), "Pad", kTypeObject, 1);
-    ExpectArgPType(program(row.method, plain.get(), "x"), "ROCAlgo", "RODPad", 1);
-    ExpectArgValue(program(row.method, NullObject{}, "x"), "Pad", 1);
-    if (!row.hasSlot) continue;
-    ExpectArgType(program(row.method, &pad), "SlotID", kTypeInteger, 2);
-    ExpectArgType(program(row.method, &pad, 1.0), "SlotID", kTypeInteger, 2);
-    ExpectArgType(program(row.method, &pad, NullEntry{}, kLoudVel), "SlotID", kTypeInteger, 2);
-  }
-  EXPECT_EQ(pad.Bytes(), bytes);
-  EXPECT_FALSE(IsDirty());
-  EXPECT_TRUE(empty("EmptyPadData", &pad).Ok());
-  EXPECT_EQ(pad.Bytes(), "");
-  EXPECT_TRUE(empty("EmptyPadData", &pad).Ok());
-  EXPECT_EQ(pad.Bytes(), "");
 }
 
 }  // namespace

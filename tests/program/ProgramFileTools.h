@@ -10,15 +10,6 @@
 
 namespace zyl::test {
 
-inline std::string ReadBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-// A new file: some file systems flush one that is written over.
-inline void WriteBytes(const std::string& path, const std::string& bytes) {
-  std::filesystem::remove(path);
-  std::ofstream(path, std::ios::binary) << bytes;
-}
 inline std::string Little32(uint32_t value) {
   std::string bytes;
   for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);

@@ -73,8 +73,8 @@ int __wrap_linkat(int fromFolder, const char* from, int toFolder, const char* to
 namespace {
 
 using zyl::test::AllocationWatch;
-using zyltest::Load;
 using zyltest::Octets;
+using zyltest::ReadBytes;
 
 constexpr int kMostSteps = 3000;
 
@@ -155,10 +155,10 @@ class Saves : public testing::Test {
   std::pair<Octets, Octets> OldAndNew(const Target& target) {
     target.change(2);
     EXPECT_TRUE(target.save());
-    Octets changed = Load(target.path);
+    Octets changed = ReadBytes<Octets>(target.path);
     target.change(1);
     EXPECT_TRUE(target.save());
-    Octets before = Load(target.path);
+    Octets before = ReadBytes<Octets>(target.path);
     target.change(2);
     EXPECT_NE(before, changed);
     return {before, changed};
@@ -172,21 +172,21 @@ class Saves : public testing::Test {
       int steps = 0;
       for (;; ++steps) {
         ASSERT_LT(steps, kMostSteps);
-        zyltest::Store(target.path, before);
+        zyltest::WriteBytes(target.path, before);
         arm(steps);
         const bool saved = target.save();
         if (!disarm()) {
           EXPECT_TRUE(saved);
           break;
         }
-        const Octets now = Load(target.path);
+        const Octets now = ReadBytes<Octets>(target.path);
         // After the rename the new file is there, though its name may not be on disk.
         EXPECT_TRUE(now == before || now == changed) << target.path << " at step " << steps;
         EXPECT_TRUE(!saved || now == changed) << "a save that went well in spite of " << steps;
         EXPECT_EQ(folder_.EntryCount(), entries) << target.path << " at step " << steps;
       }
       EXPECT_GE(steps, 4) << target.path << ": a save has several steps";
-      EXPECT_EQ(Load(target.path), changed) << "the object can still be saved";
+      EXPECT_EQ(ReadBytes<Octets>(target.path), changed) << "the object can still be saved";
     }
   }
 
@@ -241,12 +241,12 @@ TEST_F(Saves, LeaveTheOldFileOnAFullDisk) {
       const bool saved = target.save();
       setrlimit(RLIMIT_FSIZE, &old);
       EXPECT_FALSE(saved) << target.path << " in " << room << " bytes";
-      EXPECT_EQ(Load(target.path), before);
+      EXPECT_EQ(ReadBytes<Octets>(target.path), before);
       EXPECT_EQ(folder_.EntryCount(), entries);
     }
     signal(SIGXFSZ, handler);
     EXPECT_TRUE(target.save());
-    EXPECT_EQ(Load(target.path), changed);
+    EXPECT_EQ(ReadBytes<Octets>(target.path), changed);
   }
 }
 
@@ -268,7 +268,7 @@ TEST_F(Saves, AreOldOrNewWhenTheProcessIsKilledAtAnyMoment) {
     usleep(static_cast<useconds_t>(random() % 8000));
     child.Kill();
     for (size_t t = 0; t < targets_.size(); ++t) {
-      const Octets now = Load(targets_[t].path);
+      const Octets now = ReadBytes<Octets>(targets_[t].path);
       ASSERT_TRUE(now == contents[t].first || now == contents[t].second)
           << targets_[t].path << " after kill " << kill;
       if (now == contents[t].second) ++changedOnes;

@@ -3,10 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -18,6 +15,7 @@
 #include "host/akai.h"
 #include "host/hostapp.h"
 #include "host/qx.h"
+#include "support/Files.h"
 #include "support/Paths.h"
 
 namespace zyl::test {
@@ -157,23 +155,18 @@ class ModuleTest : public testing::Test {
     if (LoadedModule() == nullptr) LoadModule();
   }
   void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() /
-              ("zyl-test-" + std::to_string(::getpid()) + "-" + std::to_string(++last_));
-    std::filesystem::create_directories(folder_);
+    folder_.emplace();
     ZylSetDiagnosticSink(
         [this](std::string_view line) { diagnostics += std::string(line) + "\n"; });
   }
   void TearDown() override {
     ZylSetDiagnosticSink({});
-    std::filesystem::remove_all(folder_);
+    folder_.reset();
   }
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_->File(name); }
 
   std::string diagnostics;
-
- private:
-  std::filesystem::path folder_;
-  static inline int last_ = 0;
+  std::optional<TempFolder> folder_;
 };
 
 // Expects that a call failed in one way or another, and left no result that a script would take.
