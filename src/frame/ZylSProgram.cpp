@@ -46,7 +46,7 @@ void ZylSProgram::Destroy() {
   }
 }
 
-ZylSProgram* ZylSProgram::Behind(RIOObject* object) {
+ZylSProgram* ZylSProgram::FromObject(RIOObject* object) {
   ZylDispatch* dispatch = object == nullptr ? nullptr : object->GetDispatch(true);
   return ZylIsKindOf(dispatch, "ZylSProgram") ? static_cast<ZylSProgram*>(dispatch) : nullptr;
 }
@@ -124,7 +124,7 @@ void ZylSProgram::UpdateChannelMask() {
 }
 
 void ZylSProgram::CallRegistered(const char* method, ROCParams& arguments, bool dropDead) {
-  const RegisteredWalk walk(*this);
+  const DeferredRemoval deferred(*this);
   for (auto* node = registeredModules.Head(); node != nullptr; node = node->next) {
     if (node->item == nullptr) continue;
     RIOObject* object = node->item->Object();
@@ -137,8 +137,8 @@ void ZylSProgram::CallRegistered(const char* method, ROCParams& arguments, bool 
   }
 }
 
-ZylSProgram::RegisteredWalk::~RegisteredWalk() {
-  if (--program.walks_ > 0) return;
+ZylSProgram::DeferredRemoval::~DeferredRemoval() {
+  if (--program.iterations_ > 0) return;
   PlexList<ROCParam*>& entries = program.registeredModules;
   while (auto* node = entries.Find(nullptr)) entries.Remove(node);
 }

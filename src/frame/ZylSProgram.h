@@ -35,7 +35,7 @@ class ZylSProgram final : public ZylDLLDispatch {
   void Destroy() override;
 
   // The program object of an algorithm object, or null.
-  static ZylSProgram* Behind(RIOObject* object);
+  static ZylSProgram* FromObject(RIOObject* object);
 
   // Releases the record, if one is attached.
   void Detach();
@@ -96,16 +96,16 @@ class ZylSProgram final : public ZylDLLDispatch {
   // Defers the removal of nodes from registeredModules while iterating, since called scripts may
   // change the list: a dropped entry becomes null, and the end of the outermost iteration removes
   // it.
-  struct RegisteredWalk {
-    explicit RegisteredWalk(ZylSProgram& object) : program(object) { ++program.walks_; }
-    ~RegisteredWalk();
-    RegisteredWalk(const RegisteredWalk&) = delete;
-    RegisteredWalk& operator=(const RegisteredWalk&) = delete;
+  struct DeferredRemoval {
+    explicit DeferredRemoval(ZylSProgram& object) : program(object) { ++program.iterations_; }
+    ~DeferredRemoval();
+    DeferredRemoval(const DeferredRemoval&) = delete;
+    DeferredRemoval& operator=(const DeferredRemoval&) = delete;
 
     ZylSProgram& program;
   };
 
-  int walks_ = 0;
+  int iterations_ = 0;
   int runningCalls_ = 0;
   bool destroyed_ = false;
 };

@@ -26,15 +26,15 @@ int32_t MatchingName(Names names, const char* text) {
   if (*text == '\0') return -1;
   size_t longest = 0;
   for (const std::string_view name : names) longest = std::max(longest, name.size());
-  uint32_t left = ~uint32_t{0} >> (32 - names.size());  // a bit for each candidate
+  uint32_t remaining = ~uint32_t{0} >> (32 - names.size());  // a bit for each candidate
   // Letters beyond the longest name eliminate nothing.
   for (size_t i = 0; i < longest && text[i] != '\0'; ++i) {
-    for (size_t n = 0; n < names.size() && !std::has_single_bit(left); ++n) {
+    for (size_t n = 0; n < names.size() && !std::has_single_bit(remaining); ++n) {
       const std::string_view name = names[n];
-      if (name.size() > i && Lower(name[i]) != Lower(text[i])) left &= ~(uint32_t{1} << n);
+      if (name.size() > i && Lower(name[i]) != Lower(text[i])) remaining &= ~(uint32_t{1} << n);
     }
   }
-  return std::countr_zero(left);
+  return std::countr_zero(remaining);
 }
 
 // The typed text up to a NUL, in lower case.

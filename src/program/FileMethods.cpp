@@ -13,7 +13,7 @@ constexpr int kPresetEntryBytes = 21;
 
 // The program object of an algorithm object if it has a program attached, or null.
 ZylSProgram* SourceProgram(RIOObject* object) {
-  ZylSProgram* source = ZylSProgram::Behind(object);
+  ZylSProgram* source = ZylSProgram::FromObject(object);
   return source != nullptr && source->program != nullptr ? source : nullptr;
 }
 

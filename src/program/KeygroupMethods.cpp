@@ -58,7 +58,7 @@ std::optional<int32_t> KGCreate(
     Call& call, LoadedProgram program, Arg<int32_t, "NewIndex"> newIndex,
     AlgoArg<"ProgramToCopy", Presence::kOptional, NullObject::kAllowed> source,
     Deferred<Opt<int32_t, "KGToCopy">> sourceIndex) {
-  const ZylSProgram* other = ZylSProgram::Behind(source.Object());
+  const ZylSProgram* other = ZylSProgram::FromObject(source.Object());
   akaiProgram* record = other == nullptr ? nullptr : other->program;
   // Without a source the third argument is ignored.
   if (record != nullptr && !sourceIndex.ReadNow(call)) return {};

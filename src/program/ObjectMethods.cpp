@@ -3,16 +3,16 @@
 #include <utility>
 
 bool Dirty(ZylSProgram& object, Opt<bool, "NewDirty"> newDirty) {
-  bool answer = object.dirty;
-  if (const akaiProgram* record = object.program; record != nullptr && !answer) {
+  bool dirty = object.dirty;
+  if (const akaiProgram* record = object.program; record != nullptr && !dirty) {
     const int entries = kZones * record->KeyGroupCount();
-    for (int i = 0; i < entries && !answer; ++i) {
+    for (int i = 0; i < entries && !dirty; ++i) {
       const genericSample* sample = record->sampleTable[i];
-      answer = sample != nullptr && sample->shared().dirty;
+      dirty = sample != nullptr && sample->shared().dirty;
     }
   }
   if (newDirty) object.dirty = *newDirty;
-  return answer;
+  return dirty;
 }
 
 bool EnableRegisterCall(ZylSProgram& object, Opt<bool, "Enable"> enable) {
@@ -73,9 +73,7 @@ int32_t PRGsolo(ZylSProgram&, LoadedProgram program, Opt<int32_t, "Solo"> newVal
 
 int32_t PRGtmMidiChannel(ZylSProgram&, LoadedProgram program,
                          Opt<int32_t, "MidiChannel"> newValue) {
-  const auto before = static_cast<int32_t>(program->tmMidiChannel);
-  if (newValue) program->tmMidiChannel = static_cast<uint32_t>(*newValue);
-  return before;
+  return PlainAccess(program->tmMidiChannel, newValue);
 }
 
 std::string SetUniqueFilePath(ZylSProgram&, LoadedProgram program) {

@@ -33,7 +33,7 @@ ZylFuncInfo table[] = {
 #define FIELD_NAME(record, field, ...) WITH_NAME(NAME, ZYL_METHOD_NAME(record, field))
 constexpr std::string_view kNames[] = {ZYL_METHOD_LIST(FIELD_NAME, FIELD_NAME, NAME)};
 
-consteval bool AllDiffer() {
+consteval bool NamesAreUnique() {
   for (size_t i = 0; i < std::size(kNames); ++i) {
     for (size_t j = 0; j < i; ++j) {
       if (kNames[i] == kNames[j]) return false;
@@ -41,7 +41,7 @@ consteval bool AllDiffer() {
   }
   return true;
 }
-static_assert(AllDiffer(), "a method is in the table twice");
+static_assert(NamesAreUnique(), "a method is in the table twice");
 
 }  // namespace
 
