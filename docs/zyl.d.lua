@@ -1853,7 +1853,7 @@ function ZylSProgram:SampleExtract(Sample, StartIndex, EndIndex) end
 ---@param KeyGroupIndex integer 0 to count - 1
 ---@param ZoneIndex integer 0 to 3
 ---@param Extension string
----@param Channels? integer
+---@param Channels? integer 1 to 16
 ---@return boolean
 function ZylSProgram:SampleCreate(KeyGroupIndex, ZoneIndex, Extension, Channels) end
 
@@ -1892,7 +1892,7 @@ function ZylSProgram:SampleSize(Sample, NewSize) end
 
 ---Number of loops in use, 0 to 16.
 ---@param Sample CSample
----@param NewValue? integer
+---@param NewValue? integer 0 to 16
 ---@return integer
 function ZylSProgram:SampleLoopCount(Sample, NewValue) end
 

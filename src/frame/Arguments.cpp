@@ -14,6 +14,11 @@ bool CheckPath(Call& call, const std::string& path, int position) {
          call.UserError("a path cannot hold a zero byte", position);
 }
 
+bool CheckRange(Call& call, const char* name, int position, int32_t value, int32_t first,
+                int32_t last) {
+  return (value >= first && value <= last) || call.ValueError(name, position);
+}
+
 bool ReadKeyGroup(Call& call, ROCParam*& param, int32_t& value) {
   if (!ReadValue(call, "KeyGroupIndex", true, param, value)) return false;
   const int32_t count = call.program.program->KeyGroupCount();

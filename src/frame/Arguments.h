@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -38,7 +39,8 @@ struct DeclaredArgument {
   NullObject null = NullObject::kRefused;
   bool changed = false;     // the caller's value is changed in place
   const char* values = "";  // valid values, if the type doesn't imply them
-  int32_t count = 0;        // if not 0, the valid values are 0 to count - 1
+  int32_t first = 0;        // with `last` at or above `first`: the range of valid values
+  int32_t last = -1;
 };
 
 namespace argument {
@@ -76,6 +78,9 @@ bool ReadValue(Call& call, const char* name, bool required, ROCParam*& param, T&
   if (param != nullptr) value = ValueOf<T>(*param);
   return true;
 }
+// Reports a value outside `first` to `last`; `position` counts from 1.
+bool CheckRange(Call& call, const char* name, int position, int32_t value, int32_t first,
+                int32_t last);
 // "KeyGroupIndex", less than the keygroup count of the attached record.
 bool ReadKeyGroup(Call& call, ROCParam*& param, int32_t& value);
 
@@ -106,7 +111,13 @@ struct Opt {
       .name = Name.text, .type = argument::kTypeOf<T>, .presence = Presence::kOptional};
 
   static bool Read(Call& call, Opt& self) {
+    self.position = call.position;
     return argument::ReadValue(call, Name.text, false, self.param, self.value);
+  }
+  // Reports a value that is invalid in the state that the body finds.
+  std::nullopt_t Reject(Call& call) const {
+    call.ValueError(Name.text, position);
+    return std::nullopt;
   }
   explicit operator bool() const { return param != nullptr; }
   const T& operator*() const { return value; }
@@ -115,6 +126,7 @@ struct Opt {
 
   T value{};
   ROCParam* param = nullptr;  // null: absent
+  int position = 0;           // in the argument list, from 1
 };
 
 namespace argument {
@@ -157,22 +169,37 @@ struct OptVar : Opt<T, Name> {
                                               .changed = true};
 };
 
-// A required integer, 0 to Count - 1.
-template <FixedText Name, int32_t Count>
-struct IndexArg {
+// A required integer, First to Last.
+template <FixedText Name, int32_t First, int32_t Last>
+struct ArgInRange : Arg<int32_t, Name> {
   static constexpr DeclaredArgument kDeclared{
-      .name = Name.text, .type = kTypeInteger, .count = Count};
+      .name = Name.text, .type = kTypeInteger, .first = First, .last = Last};
 
-  static bool Read(Call& call, IndexArg& self) {
+  static bool Read(Call& call, ArgInRange& self) {
     const int position = call.position;
-    ROCParam* param = nullptr;
-    if (!argument::ReadValue(call, Name.text, true, param, self.value)) return false;
-    return (*self >= 0 && *self < Count) || call.ValueError(Name.text, position);
+    return Arg<int32_t, Name>::Read(call, self) &&
+           argument::CheckRange(call, Name.text, position, *self, First, Last);
   }
-  int32_t operator*() const { return value; }
-
-  int32_t value = 0;
 };
+
+// The optional form.
+template <FixedText Name, int32_t First, int32_t Last>
+struct OptInRange : Opt<int32_t, Name> {
+  static constexpr DeclaredArgument kDeclared{.name = Name.text,
+                                              .type = kTypeInteger,
+                                              .presence = Presence::kOptional,
+                                              .first = First,
+                                              .last = Last};
+
+  static bool Read(Call& call, OptInRange& self) {
+    return Opt<int32_t, Name>::Read(call, self) &&
+           (!self || argument::CheckRange(call, Name.text, self.position, *self, First, Last));
+  }
+};
+
+// A required index less than Count.
+template <FixedText Name, int32_t Count>
+using IndexArg = ArgInRange<Name, 0, Count - 1>;
 
 // A required array, filled by the method.
 template <FixedText Name>
@@ -239,7 +266,7 @@ struct OneKeyGroup {
 // "ZoneIndex", 0 to 3.
 struct OneZone {
   static constexpr DeclaredArgument kDeclared{
-      .name = "ZoneIndex", .type = kTypeInteger, .count = kZones};
+      .name = "ZoneIndex", .type = kTypeInteger, .last = kZones - 1};
 
   static bool Read(Call& call, OneZone& self);
   int32_t operator*() const { return value; }

@@ -1,4 +1,4 @@
-// Access to the sample records of zones, and a guard that keeps one alive.
+// Access to the sample records of zones, a guard that keeps one alive, and their dirty flag.
 #pragma once
 
 #include "frame/Arguments.h"
@@ -15,6 +15,12 @@ class HeldSample {
  private:
   genericSample& sample_;
 };
+
+// Sets the dirty flags of the program object and of a sample (or null).
+inline void MarkDirty(ZylSProgram& object, genericSample* sample) {
+  object.dirty = true;
+  if (sample != nullptr) sample->shared().dirty = true;
+}
 
 // The sample record of a zone, or null.
 inline genericSample* ZoneSample(const LoadedProgram& program, const OneKeyGroup& keygroup,

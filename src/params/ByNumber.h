@@ -78,7 +78,7 @@ std::string SampleStringValue(ZylSProgram& object, LoadedProgram program, OneKey
 // "InValue" of ModulationSource as a number.
 struct SourceNumber {
   static constexpr DeclaredArgument kDeclared{
-      .name = "InValue", .type = kTypeInteger, .count = kModSources};
+      .name = "InValue", .type = kTypeInteger, .last = kModSources - 1};
   static bool Read(Call& call, SourceNumber& self);
 
   int32_t value = 0;

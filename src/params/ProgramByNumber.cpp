@@ -172,7 +172,7 @@ bool SourceNumber::Read(Call& call, SourceNumber& self) {
     return call.UserError("Expecting InValue (string) or (int) as first argument", position);
   }
   self.value = param->Int();
-  return (self.value >= 0 && self.value < kModSources) || call.ValueError("InValue", position);
+  return argument::CheckRange(call, "InValue", position, self.value, 0, kModSources - 1);
 }
 
 int32_t ModulationSourceNumber(ZylSProgram&, VarArg<std::string, "InValue"> name) {

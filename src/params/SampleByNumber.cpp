@@ -22,8 +22,8 @@ class SampleZone {
 
   // Null if the zone has no sample, or if a called script has removed the zone or the program.
   genericSample* Sample() const {
-    const bool there = program_.IsAttachedTo(object) && keygroup_ < program_->KeyGroupCount();
-    return there ? program_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
+    const bool exists = program_.IsAttachedTo(object) && keygroup_ < program_->KeyGroupCount();
+    return exists ? program_->sampleTable[kZones * keygroup_ + zone_] : nullptr;
   }
 
   void Reattach(int32_t channel) {
@@ -52,12 +52,12 @@ int32_t BytesPerValue(const genericSample& sample) { return (sample.shared().bit
 
 // Clamps a start position to the range 0 to `last`; a position after a negative `last` becomes
 // `last`.
-int32_t HeldBefore(int32_t position, int32_t last) {
+int32_t ClampStart(int32_t position, int32_t last) {
   return position > last ? last : std::max(position, 0);
 }
 // Clamps an end position to the range `first` to the last frame; a position before `first` becomes
 // `first`, even if that is after the last frame.
-int32_t HeldAfter(int32_t position, int32_t first, int32_t frameCount) {
+int32_t ClampEnd(int32_t position, int32_t first, int32_t frameCount) {
   if (position < first) return first;
   return position >= frameCount ? frameCount - 1 : position;
 }
@@ -81,17 +81,17 @@ void WriteLoopStart(SampleZone&, genericSample& sample, int32_t value) {
   SampleParameters& parameters = sample.shared();
   parameters.loopCount = std::max(parameters.loopCount, 1u);
   genericLoop& loop = parameters.loops[0];
-  loop.loopStart = HeldBefore(value, loop.loopEnd);
+  loop.loopStart = ClampStart(value, loop.loopEnd);
 }
 void WriteLoopEnd(SampleZone&, genericSample& sample, int32_t value) {
   SampleParameters& parameters = sample.shared();
   if (value > parameters.start) parameters.loopCount = std::max(parameters.loopCount, 1u);
   genericLoop& loop = parameters.loops[0];
-  loop.loopEnd = HeldAfter(value, loop.loopStart, parameters.frameCount);
+  loop.loopEnd = ClampEnd(value, loop.loopStart, parameters.frameCount);
 }
 
 // The value to store for a new value; also written to the caller's variable.
-int32_t Limited(int32_t number, int32_t value) {
+int32_t ValueToStore(int32_t number, int32_t value) {
   return number == number::kBytesPerValue ? std::clamp(value, 1, 4) : value;
 }
 void WriteBytesPerValue(SampleZone& zone, genericSample& sample, int32_t value) {
@@ -139,12 +139,12 @@ constexpr SampleRow kRows[] = {
      }},
     {Read<&P::start>,
      [](SampleZone&, genericSample& sample, int32_t value) {
-       sample.shared().start = HeldBefore(value, sample.shared().end);
+       sample.shared().start = ClampStart(value, sample.shared().end);
      }},
     {Read<&P::end>,
      [](SampleZone&, genericSample& sample, int32_t value) {
        P& parameters = sample.shared();
-       parameters.end = HeldAfter(value, parameters.start, parameters.frameCount);
+       parameters.end = ClampEnd(value, parameters.start, parameters.frameCount);
      }},
     {Read<&P::sampleRate>,
      [](SampleZone&, genericSample& sample, int32_t value) { sample.shared().sampleRate = value; }},
@@ -155,18 +155,13 @@ constexpr SampleRow kRows[] = {
     {[](const genericSample& sample) -> int32_t { return sample.hasPitchData(); }, WritePitchData},
 };
 
-void MarkDirty(const SampleZone& zone) {
-  zone.object.dirty = true;
-  if (genericSample* sample = zone.Sample()) sample->shared().dirty = true;
-}
-
 std::string PlaybackText(const SampleZone& zone, genericSample& sample, TypedText typed) {
   SampleParameters& parameters = sample.shared();
   const int32_t before = parameters.playbackType;
   if (typed != nullptr) {
     parameters.playbackType = std::max(ValueFromText(text_form::kPlaybackType, *typed) - 1, 0);
     sample.updateChannels();
-    if (parameters.playbackType != before) MarkDirty(zone);
+    if (parameters.playbackType != before) MarkDirty(zone.object, zone.Sample());
   }
   return before == INT32_MAX ? "" : ValueText(text_form::kPlaybackType, before + 1);
 }
@@ -177,7 +172,7 @@ std::string ChannelName(SampleZone& zone, const genericSample& sample, TypedText
   if (typed != nullptr) {
     zone.Reattach(TypedChannel(*typed, channels, before));
     const genericSample* now = zone.Sample();
-    if (now != nullptr && now->channel != before) MarkDirty(zone);
+    if (now != nullptr && now->channel != before) MarkDirty(zone.object, zone.Sample());
   }
   return std::string(ChannelText(before, channels));
 }
@@ -219,9 +214,9 @@ int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int 
   if (row.read == nullptr) return -1;
   const int32_t value = row.read(*sample);
   if (newValue != nullptr) {
-    const int32_t limited = Limited(number, newValue->Int());
-    newValue->SetInt(limited);
-    row.write(place, *sample, limited);
+    const int32_t stored = ValueToStore(number, newValue->Int());
+    newValue->SetInt(stored);
+    row.write(place, *sample, stored);
   }
   return value;
 }
@@ -235,8 +230,8 @@ int32_t SampleIntValue(ZylSProgram& object, LoadedProgram, OneKeyGroup keygroup,
   }
   const int32_t value = SampleParamValue(object, *number, *keygroup, *zone, newValue.param);
   genericSample* sample = place.Sample();
-  if (newValue && Limited(*number, *newValue) != value && sample != nullptr) {
-    MarkDirty(place);
+  if (newValue && ValueToStore(*number, *newValue) != value && sample != nullptr) {
+    MarkDirty(object, sample);
     sample->updateChannels();
     notice->Send();
   }

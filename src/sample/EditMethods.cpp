@@ -8,18 +8,13 @@
 
 namespace {
 
-void MarkDirty(ZylSProgram& object, const SampleArg& sample) {
-  object.dirty = true;
-  sample->shared().dirty = true;
-}
-
 // Stores a new play position without clamping it. A different one dirties program and record.
 int32_t PlayPosition(ZylSProgram& object, const SampleArg& sample, int32_t SampleParameters::*field,
                      const Opt<int32_t, "NewValue">& newValue) {
   SampleParameters& parameters = sample->shared();
   const int32_t before = parameters.*field;
   if (newValue) {
-    if (*newValue != before) MarkDirty(object, sample);
+    if (*newValue != before) MarkDirty(object, sample.Record());
     parameters.*field = *newValue;
     sample->updateChannels();
   }
@@ -39,22 +34,17 @@ void EditRange(const SampleArg& sample, int32_t start, int32_t end, Edit edit) {
 
 }  // namespace
 
-std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup keygroup,
-                                 OneZone zone, Arg<std::string, "Extension"> extension,
-                                 Opt<int32_t, "Channels"> channels) {
-  const int32_t count = channels.ValueOr(1);
-  if (count < 1 || count > kMaxChannels) {
-    call.ValueError("Channels", 4);
-    return {};
-  }
+bool SampleCreate(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                  Arg<std::string, "Extension"> extension,
+                  OptInRange<"Channels", 1, kMaxChannels> channels) {
   const int type = getTypeFromExtension(extension.Text());
   if (type != 0) {
     zyl::SampleUse record(newSample());
-    record->create(type, count);
+    record->create(type, channels.ValueOr(1));
     record->shared().dirty = true;
     program->setSample(record.release(), *keygroup, *zone);
   }
-  call.program.dirty = true;
+  object.dirty = true;
   return type != 0;
 }
 
@@ -75,10 +65,7 @@ int32_t SampleGetBuffer(ZylSProgram&, SampleArg sample, VarArg<int32_t, "Buffer"
 }
 
 std::optional<int32_t> SampleSize(Call& call, SampleArg sample, Opt<int32_t, "NewSize"> newSize) {
-  if (newSize && !IsPossibleSize(*sample.Record(), *newSize)) {
-    call.ValueError("NewSize", 2);
-    return {};
-  }
+  if (newSize && !IsPossibleSize(*sample.Record(), *newSize)) return newSize.Reject(call);
   const int32_t before = sample->shared().frameCount;
   if (newSize) ResizeSample(*sample.Record(), *newSize);
   return before;
@@ -98,12 +85,9 @@ std::optional<int32_t> SampleBits(Call& call, SampleArg sample, Opt<int32_t, "Ne
   const int32_t before = sample->shared().bits;
   if (newValue && *newValue != before) {
     const auto bits = static_cast<uint16_t>(*newValue);
-    if (bits < 1 || bits > 32) {
-      call.ValueError("NewValue", 2);
-      return {};
-    }
+    if (bits < 1 || bits > 32) return newValue.Reject(call);
     sample->setBitsPerSample(bits);
-    MarkDirty(call.program, sample);
+    MarkDirty(call.program, sample.Record());
   }
   return before;
 }
@@ -112,10 +96,7 @@ std::optional<int32_t> SampleChannelCount(Call& call, SampleArg sample,
                                           Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = sample->getChannelCount();
   // Refused when out of range or when it would remove a channel in use.
-  if (newValue && !sample->setChannelCount(*newValue)) {
-    call.ValueError("NewValue", 2);
-    return {};
-  }
+  if (newValue && !sample->setChannelCount(*newValue)) return newValue.Reject(call);
   return before;
 }
 
@@ -148,7 +129,7 @@ int32_t SampleValue(ZylSProgram& object, SampleArg sample, Arg<int32_t, "Index">
         zyl::SetValue(channel, position, *newValue);
       }
     }
-    MarkDirty(object, sample);
+    MarkDirty(object, sample.Record());
   }
   return before;
 }
@@ -182,13 +163,13 @@ void SampleReverseValues(ZylSProgram&, SampleArg sample, StartIndexArg start, En
 
 bool SampleExtract(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
   const bool done = ExtractRange(*sample.Record(), *start, *end);
-  MarkDirty(object, sample);
+  MarkDirty(object, sample.Record());
   return done;
 }
 
 bool SampleDelete(ZylSProgram& object, SampleArg sample, StartIndexArg start, EndIndexArg end) {
   const bool done = DeleteRange(*sample.Record(), *start, *end);
-  MarkDirty(object, sample);
+  MarkDirty(object, sample.Record());
   return done;
 }
 

@@ -6,9 +6,9 @@
 
 #include "frame/Forms.h"
 
-std::optional<bool> SampleCreate(Call& call, LoadedProgram program, OneKeyGroup keygroup,
-                                 OneZone zone, Arg<std::string, "Extension"> extension,
-                                 Opt<int32_t, "Channels"> channels);
+bool SampleCreate(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
+                  Arg<std::string, "Extension"> extension,
+                  OptInRange<"Channels", 1, kMaxChannels> channels);
 int32_t SampleGetSize(ZylSProgram& object, SampleArg sample);
 // Writes the handle of a channel's data to `buffer` and returns the number of positions.
 int32_t SampleGetBuffer(ZylSProgram& object, SampleArg sample, VarArg<int32_t, "Buffer"> buffer,

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "frame/ChangeNotice.h"
+#include "frame/HeldSample.h"
 #include "params/ParameterNumbers.h"
 #include "sample/LoopSearch.h"
 #include "sample/SampleAccess.h"
@@ -16,8 +17,7 @@ bool InUse(const SampleParameters& parameters, int32_t loop) {
 
 void Changed(ZylSProgram& object, const SampleArg& sample) {
   sample->updateChannels();
-  object.dirty = true;
-  sample->shared().dirty = true;
+  MarkDirty(object, sample.Record());
 }
 
 // Reads or stores an integer field of a loop. `number` is the parameter number of the notification;
@@ -57,18 +57,14 @@ int32_t FindPoint(const SampleArg& sample, int32_t loop, Search search, int32_t 
 
 }  // namespace
 
-std::optional<int32_t> SampleLoopCount(Call& call, SampleArg sample,
-                                       Opt<int32_t, "NewValue"> newValue) {
-  if (newValue && (*newValue < 0 || *newValue > kMaxLoops)) {
-    call.ValueError("NewValue", 2);
-    return {};
-  }
+int32_t SampleLoopCount(ZylSProgram& object, SampleArg sample,
+                        OptInRange<"NewValue", 0, kMaxLoops> newValue) {
   SampleParameters& parameters = sample->shared();
   const auto before = static_cast<int32_t>(parameters.loopCount);
   if (!newValue || *newValue == before) return before;
   for (int32_t i = *newValue; i < kMaxLoops; ++i) parameters.loops[i].Init();
   parameters.loopCount = static_cast<uint32_t>(*newValue);
-  Changed(call.program, sample);
+  Changed(object, sample);
   return before;
 }
 
@@ -90,8 +86,7 @@ std::optional<double> SampleLoopFineLen(Call& call, SampleArg sample, LoopIndexA
   if (!InUse(sample->shared(), *loop)) return -1.0;
   // Truncated toward zero, the value must fit the unsigned 32-bit field.
   if (newValue && !(*newValue > -1.0 && *newValue < 4294967296.0)) {
-    call.ValueError("NewValue", 3);
-    return {};
+    return newValue.Reject(call);
   }
   uint32_t& fineLen = sample->shared().loops[*loop].loopFineLen;
   const uint32_t before = fineLen;

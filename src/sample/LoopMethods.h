@@ -9,8 +9,8 @@ using LoopIndexArg = IndexArg<"LoopIndex", kMaxLoops>;
 // Scripts reach the repeat count of the first 8 loops only.
 using TimedLoopIndexArg = IndexArg<"LoopIndex", 8>;
 
-std::optional<int32_t> SampleLoopCount(Call& call, SampleArg sample,
-                                       Opt<int32_t, "NewValue"> newValue);
+int32_t SampleLoopCount(ZylSProgram& object, SampleArg sample,
+                        OptInRange<"NewValue", 0, kMaxLoops> newValue);
 int32_t SampleLoopStart(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,
                         Opt<int32_t, "NewValue"> newValue);
 int32_t SampleLoopEnd(ZylSProgram& object, SampleArg sample, LoopIndexArg loop,

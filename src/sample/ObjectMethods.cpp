@@ -74,10 +74,7 @@ int32_t Accessor(ZylSProgram& object, const SampleArg& sample, Field SampleParam
   const int32_t before = parameters.*field;
   if (newValue != nullptr) {
     const auto value = static_cast<Field>(stored);
-    if (value != parameters.*field) {
-      object.dirty = true;
-      parameters.dirty = true;
-    }
+    if (value != before) MarkDirty(object, sample.Record());
     parameters.*field = value;
     sample->updateChannels();
   }

@@ -53,7 +53,9 @@ std::string ArgumentText(const DeclaredArgument& argument, const char* more = ""
   std::string text = "{ name = " + Quoted(argument.name) + ", type = ";
   text += Quoted(argument.className != nullptr ? argument.className : TypeName(argument.type));
   std::string values = argument.values;
-  if (argument.count != 0) values = "0 to " + std::to_string(argument.count - 1);
+  if (argument.first <= argument.last) {
+    values = std::to_string(argument.first) + " to " + std::to_string(argument.last);
+  }
   if (!values.empty()) text += ", values = " + Quoted(values);
   if (argument.presence == Presence::kOptional) text += ", optional = true";
   if (argument.null == NullObject::kAllowed) text += ", null = true";
