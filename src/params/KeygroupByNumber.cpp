@@ -13,8 +13,8 @@ constexpr int32_t kLastKeygroup = number::kFirstZone - 1;
 constexpr int32_t kLastZone = number::kFirstSample - 1;
 
 // By number, only -2 addresses the selected keygroups; every other negative index addresses all.
-KeygroupRange AddressedByNumber(const akaiProgram& record, int32_t index) {
-  return index >= 0 ? Addressed(record, index) : Addressed(record, index == -2 ? -2 : -1);
+KeygroupRange AddressedByNumber(akaiProgram& record, int32_t index) {
+  return AddressedKeygroups(record, index < -2 ? -1 : index);
 }
 
 // Visits the addressed keygroups. A visit may call a script that changes the program; the iteration
@@ -22,19 +22,10 @@ KeygroupRange AddressedByNumber(const akaiProgram& record, int32_t index) {
 template <class Visit>
 void ForEachByNumber(ZylSProgram& object, int32_t index, Visit visit) {
   const LoadedProgram program = LoadedProgram::Of(object);
-  const KeygroupRange range = AddressedByNumber(*program.record, index);
-  for (int k = range.first; k < range.end; ++k) {
-    if (!program.IsAttachedTo(object) || k >= program->KeyGroupCount()) return;
-    if (range.selectedOnly && program->keyGroupExtensions[k].selected == 0) continue;
+  AddressedByNumber(*program.record, index).ForEach([&](int k) {
     visit(*program.record, k);
-  }
-}
-
-void StoreKeygroupValue(akaiProgram& record, const Parameter& row, int keygroup, int32_t value) {
-  const bool libraryStores =
-      row.store == Store::kByteResonance || row.store == Store::kShortResonance;
-  if (!libraryStores) StoreField(KeygroupField(record, row, keygroup), row.type, value);
-  StoreBesideField(record, row.store, keygroup, value);
+    return program.IsAttachedTo(object) && k + 1 < program->KeyGroupCount();
+  });
 }
 
 // The value of a typed text, parsed once, at the first keygroup that needs it: parsing replaces the
@@ -98,7 +89,7 @@ int32_t KeyGroupParamValue(ZylSProgram& object, int32_t number, int32_t keygroup
   ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
     if (row != nullptr) {
       value = LoadField(KeygroupField(record, *row, k), row->type);
-      if (newValue) StoreKeygroupValue(record, *row, k, *newValue);
+      if (newValue) StoreInKeygroups(*row, {record, k, k + 1}, *newValue);
     } else if (number == number::kKeygroupNumber) {
       value = k + 1;
     } else if (number == number::kKeygroupIndex) {
@@ -187,12 +178,14 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
 namespace {
 
 // Disables notifications in a scope, and enables them at its end even if they were off before.
-class Silence {
+class NotificationsOff {
  public:
-  explicit Silence(ZylSProgram& object) : object_(object) { object_.enableRegisterCall = false; }
-  ~Silence() { object_.enableRegisterCall = true; }
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
+  explicit NotificationsOff(ZylSProgram& object) : object_(object) {
+    object_.enableRegisterCall = false;
+  }
+  ~NotificationsOff() { object_.enableRegisterCall = true; }
+  NotificationsOff(const NotificationsOff&) = delete;
+  NotificationsOff& operator=(const NotificationsOff&) = delete;
 
  private:
   ZylSProgram& object_;
@@ -221,7 +214,7 @@ std::optional<int32_t> ZoneIntValue(Call& call, LoadedProgram, KeyGroupIndex key
   // Setting the output of a zone sends its own notices; suppress them, since this method sends the
   // same notice for every parameter.
   const int32_t value = [&] {
-    const Silence silence(object);
+    const NotificationsOff off(object);
     return ZoneParamValue(object, *number, *keygroup, *zone, stored);
   }();
   if (newValue && *newValue != value) {

@@ -1,5 +1,5 @@
-// The keygroups that an index addresses, and iteration over them. Iteration ends at the number of
-// allocated keygroups, not at the record's count field.
+// The keygroups that an index addresses, and how a parameter's value is read from and stored in
+// them.
 #pragma once
 
 #include <cstdint>
@@ -10,41 +10,37 @@
 // The result of reading several keygroups whose values differ, or none.
 inline constexpr int32_t kDiffering = INT32_MIN;
 
+// The keygroups from `first` up to `end`, or the selected ones among them. `end` is at most the
+// number of allocated keygroups, which the record's count field may exceed.
 struct KeygroupRange {
+  akaiProgram& record;
   int first;
   int end;
-  bool selectedOnly;  // skip keygroups whose extension isn't selected
+  bool selectedOnly = false;  // skip keygroups whose extension isn't selected
+
   bool IsEmpty() const { return first >= end; }
+
+  // Calls visit(keygroup) in order until it returns false.
+  template <class Visit>
+  void ForEach(Visit visit) const {
+    const int last = end;
+    const bool selected = selectedOnly;
+    for (int k = first; k < last; ++k) {
+      if (selected && record.keyGroupExtensions[k].selected == 0) continue;
+      if (!visit(k)) return;
+    }
+  }
 };
 
 // `index` 0 or more addresses that keygroup, -1 all, a lower value the selected ones.
-inline KeygroupRange Addressed(const akaiProgram& record, int32_t index) {
-  if (index >= 0) return {index, index + 1, false};
-  return {0, record.KeyGroupCount(), index < -1};
+inline KeygroupRange AddressedKeygroups(akaiProgram& record, int32_t index) {
+  const int count = record.KeyGroupCount();
+  if (index >= 0) return {record, index, index < count ? index + 1 : index};
+  return {record, 0, count, index < -1};
 }
 
-template <class Visit>
-void ForEachAddressed(const akaiProgram& record, int32_t index, Visit visit) {
-  const KeygroupRange range = Addressed(record, index);
-  for (int k = range.first; k < range.end; ++k) {
-    if (range.selectedOnly && record.keyGroupExtensions[k].selected == 0) continue;
-    visit(k);
-  }
-}
+// The value that all keygroups of the range have, or kDiffering.
+int32_t CommonValue(const Parameter& row, const KeygroupRange& range);
 
-// The part of storing a keygroup's value that the program library does.
-inline void StoreBesideField(akaiProgram& record, Store store, int keygroup, int32_t value) {
-  switch (store) {
-    case Store::kByteResonance:
-      record.setByteResonance(keygroup, static_cast<uint8_t>(value));
-      break;
-    case Store::kShortResonance:
-      record.setUShortResonance(keygroup, static_cast<uint16_t>(value));
-      break;
-    case Store::kTolmo:
-      record.keyGroupExtensions[keygroup].EnableTolmoChunk();
-      break;
-    default:
-      break;
-  }
-}
+// Stores a value in each keygroup of the range, as the row's Store requires.
+void StoreInKeygroups(const Parameter& row, const KeygroupRange& range, int32_t value);

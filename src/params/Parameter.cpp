@@ -7,7 +7,7 @@ std::byte* Bytes(void* record) { return static_cast<std::byte*>(record); }
 std::byte* ProgramField(akaiProgram& record, const Parameter& row) {
   void* image = row.record == Record::kTolmo ? static_cast<void*>(record.tolmoChunk.get())
                                              : static_cast<akaiProgramHdrImage*>(&record);
-  return Bytes(image) + row.place;
+  return Bytes(image) + row.offset;
 }
 
 std::byte* KeygroupField(akaiProgram& record, const Parameter& row, int keygroup) {
@@ -15,7 +15,7 @@ std::byte* KeygroupField(akaiProgram& record, const Parameter& row, int keygroup
   void* image = extension ? static_cast<void*>(static_cast<vendlKeyGroupImage*>(
                                 record.keyGroupExtensions + keygroup))
                           : static_cast<void*>(record.keyGroupArray + keygroup);
-  return Bytes(image) + row.place;
+  return Bytes(image) + row.offset;
 }
 
 std::byte* ZoneField(akaiProgram& record, const Parameter& row, int keygroup, int zone) {

@@ -40,6 +40,11 @@ enum class Store : uint8_t {
   kTolmo,  // in place; enables the organ extension of the keygroup
 };
 
+// Whether the program library writes the field. Storing such a value sets no dirty flag.
+constexpr bool StoredByLibrary(Store store) {
+  return store == Store::kByteResonance || store == Store::kShortResonance;
+}
+
 // The value of a typed text that has none; nothing is stored then.
 inline constexpr int32_t kNoValue = INT32_MIN;
 
@@ -71,7 +76,7 @@ struct Parameter {
   std::string_view method;  // name of the field method
   Record record;
   FieldType type;
-  uint16_t place;  // byte offset in the record; for zone fields, of zone 0
+  uint16_t offset;  // byte offset in the record; for zone fields, of zone 0
   uint16_t zoneStride = 0;
   int16_t number = 0;  // 0: accessible only by name
   Store store = Store::kField;

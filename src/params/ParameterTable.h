@@ -282,7 +282,7 @@ struct RowOptions {
 };
 
 template <class T>
-constexpr Parameter Row(std::string_view method, Record record, size_t place, int number,
+constexpr Parameter Row(std::string_view method, Record record, size_t offset, int number,
                         RowOptions options) {
   // Arrays have an element for each zone; a field of a zone repeats with the zone record.
   const bool array = record == Record::kKeygroupZones || record == Record::kExtensionZones;
@@ -293,7 +293,7 @@ constexpr Parameter Row(std::string_view method, Record record, size_t place, in
   return {method,
           record,
           options.type == FieldType::kNone ? FieldTypeOf<T>() : options.type,
-          static_cast<uint16_t>(base + place),
+          static_cast<uint16_t>(base + offset),
           static_cast<uint16_t>(stride),
           static_cast<int16_t>(number),
           options.store,
