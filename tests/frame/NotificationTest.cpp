@@ -82,7 +82,7 @@ TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
   program("Register", victim.get());
   EXPECT_EQ(program("PRGpoly", 20).Int(), 15);
   EXPECT_EQ(program("PRGmidiChannel").Int(), 6);
-  EXPECT_EQ(told, Lines{"late:4 20 -1 -1 "}) << "a module registered meanwhile is called too";
+  EXPECT_EQ(told, Lines{"late:4 20 -1 -1 "}) << "a module registered during the walk is called too";
 }
 
 // The nested change removes the entry of the module that is being called and its neighbours; an

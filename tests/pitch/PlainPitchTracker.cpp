@@ -110,7 +110,7 @@ class Tracker {
     }
     Correlate(0);
     if (meanSquare_ < threshold_) return 0;
-    // A limit out of the range of int is held in it; the comparisons below decide alike.
+    // Clamped to the range of int, which does not change the comparisons below.
     int minLag = static_cast<int>(std::clamp(minPeriod_ * 0.25, -1e6, 1e6));
     if (minLag <= 4) minLag = 4;
     int maxLag = static_cast<int>(std::clamp(maxPeriod_ * 0.25, -1e6, 1e6));

@@ -15,18 +15,6 @@ class Examples : public Verbs {
   }
 };
 
-TEST_F(Examples, AutomapMapsBySound) {
-  Recording("f/a.wav", 64);
-  Recording("f/b C2.wav", 52.25);
-  const Finished run = RunExample("automap", Quoted("f") + " " + Quoted("a.zprg"));
-  EXPECT_EQ(run.status, 0) << run.out;
-  const Program program;
-  ASSERT_TRUE(program("Read", Path("a.zprg")).Bool());
-  EXPECT_EQ(program("Zonename", 0, 0).Text(), "b C2");
-  EXPECT_EQ(program("KGhighKey", 0).Int(), 58);
-  EXPECT_NEAR(program("ZonetuneOffset", 0, 0).Int(), (60 - 52.25) * 256, 2);
-}
-
 TEST_F(Examples, FilterSweepChangesOnlySelectedKeygroups) {
   const Program program;
   program.Make(5);

@@ -1,5 +1,5 @@
--- Names made at random: reading them raises nothing, and whatever keys and layers they give, every
--- sample is laid out or left out, and keys and velocities are covered without gaps.
+-- Random file names: reading them raises no error, every sample is mapped or left out, and keys and
+-- velocities are covered without gaps.
 package.path = arg[1] .. "/verbs/lib/?.lua;" .. package.path
 local filenames, keymap = require "filenames", require "keymap"
 

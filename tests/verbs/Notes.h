@@ -1,4 +1,4 @@
-// Recordings of notes as they would come from instruments, made from a fixed seed.
+// Synthetic recordings of instrument notes, from a fixed seed.
 #pragma once
 
 #include <cmath>
@@ -14,8 +14,8 @@ struct Instrument {
   const char* name;
   int partials;
   double (*level)(int partial);
-  double inharmonicity;   // partial k lies at k f sqrt(1 + B k^2)
-  double decayPerSecond;  // of the first partial; higher ones go faster
+  double inharmonicity;   // partial k has the frequency k f sqrt(1 + B k^2)
+  double decayPerSecond;  // of the first partial; higher ones decay faster
   double vibratoCents;    // to either side, 5.3 times a second
   double breath;          // level of the noise
 };
@@ -29,7 +29,7 @@ inline constexpr Instrument kInstruments[] = {
 
 inline double HertzOfKey(double key) { return 440 * std::exp2((key - 69) / 12); }
 
-// 16 bits; the loudest value lies at `peak` of the full scale.
+// 16 bits; the loudest value is `peak` times full scale.
 inline std::vector<int16_t> Note(const Instrument& instrument, double hertz, double seconds,
                                  unsigned seed, double peak = 0.5, double rateHz = 44100) {
   std::mt19937 random(seed);

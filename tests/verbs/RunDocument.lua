@@ -3,7 +3,7 @@
 --   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH
 --
 -- In every fenced block that begins with "$ ", the lines after a command are what it prints, on both
--- outputs; a line of "..." stands for any number of lines, and "..." at a line's end for its rest. A
+-- outputs; a line of "..." matches any number of lines, and "..." at a line's end for its rest. A
 -- Lua block whose first line is "-- NAME.lua" becomes that file first. The commands run in order in the
 -- folder SCRATCH, with the build's programs in the PATH and below build/bin, and examples/ at hand. A
 -- command that needs GNU parallel ends the run with status 77 where that is missing.

@@ -20,7 +20,7 @@ struct Finished {
   std::string out;
 };
 
-// Messages go with the output when `merged`, else nowhere.
+// Appends standard error to the output when `merged`, else discards it.
 inline Finished Shell(const std::string& commandLine, bool merged) {
   const std::string command = commandLine + (merged ? " 2>&1" : " 2>/dev/null");
   Finished run;
@@ -41,7 +41,7 @@ inline bool Has(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-// The number behind a name in JSON.
+// The number of a name in JSON.
 inline double Number(const std::string& json, const std::string& name) {
   const size_t at = json.find('"' + name + '"');
   return at == std::string::npos ? NAN : std::atof(json.c_str() + json.find(':', at) + 1);
@@ -56,7 +56,7 @@ inline std::string FileBytes(const std::string& path) {
 
 class Verbs : public ModuleTest {
  protected:
-  // A tone of one second with two partials, in a file whose name needs care.
+  // Writes a tone of one second with two partials; returns the quoted path.
   std::string Tone(const std::string& name, double hertz) const {
     std::vector<int16_t> values(44100);
     for (size_t i = 0; i < values.size(); ++i) {
