@@ -96,12 +96,18 @@ TEST_F(ProgramFile, DamageWithAValidChecksumIsRefused) {
   WriteSmall();
   const std::string body = Body(ReadBytes(Path("a/p.zprg")));
   const std::string head = body.substr(0, 8 + 8 + sizeof(akaiProgramHdrImage));
+  std::string otherZone = body;
+  char& entry = otherZone[body.find("PATH") + 8];
+  entry = 7;
+  EXPECT_TRUE(Reads(WithSum(otherZone))) << diagnostics;
+  entry = 8;
   struct {
     const char* what;
     std::string body;
     bool good;
   } const rows[] = {
       {"no keygroups at all", head, true},
+      {"a path of the zone after the last", otherZone, false},
       {"a chunk twice", body + body.substr(8, 8 + sizeof(akaiProgramHdrImage)), false},
       {"keygroups without extensions", head + Chunk("KGRP", std::string(192, 'k')), false},
       {"a path of the first zone that does not exist", head + Chunk("PATH", std::string(20, '\0')),
@@ -181,6 +187,12 @@ TEST_F(ProgramFile, LongPathsAreReadBackWhole) {
   const std::string field(record->fileName);
   EXPECT_EQ(path.rfind(field, 0), 0u) << "the field holds the beginning";
   EXPECT_NE(path[field.size()] & 0xC0, 0x80) << "it was cut inside a character";
+  for (std::string name : {"/", "/x"}) {
+    const size_t ascii = name.size();
+    for (int i = 0; i < 300; ++i) name += "\u00e9";
+    program("FileName", name);
+    EXPECT_EQ((std::string(record->fileName).size() - ascii) % 2, 0u);
+  }
 }
 
 TEST_F(ProgramFile, AFailedWriteKeepsTheFileAndTheDirtyMark) {
@@ -244,6 +256,7 @@ TEST_F(ProgramFile, AChangedSampleOfAReadOnlyFormatIsStoredAsANewWave) {
   program("SampleName", program("SampleGet", 0, 0).Object(), "x/y");
   ASSERT_TRUE(program("Write").Bool()) << diagnostics;
   EXPECT_EQ(program("ZoneSamplePath", 0, 0).Text(), Path("a/x_y 2.wav"));
+  EXPECT_FALSE(program("SampleDirty", 0, 0).Bool());
   EXPECT_EQ(ReadBytes(Path("a/x_y.wav")), taken) << "another file was overwritten";
   program("PrepareDelete");
   program("Create", NullObject{});
