@@ -45,7 +45,7 @@ std::vector<float> TrackOf(const std::vector<Frames>& channels,
   return *AnalyzePitch(tracker, settings, nullptr);
 }
 
-// The settings that a program object keeps; the module's own type information is not to be had.
+// The settings of a program object; the module does not export its type information.
 __attribute__((no_sanitize("vptr"))) std::vector<double> KeptSettings(const Program& program) {
   const auto& object = *reinterpret_cast<ZylSProgram*>(program.Algo()->GetDispatch(true));
   return {static_cast<double>(object.minPeriod), static_cast<double>(object.maxPeriod),
@@ -53,7 +53,7 @@ __attribute__((no_sanitize("vptr"))) std::vector<double> KeptSettings(const Prog
           object.rmsThres};
 }
 
-// A module with the two pads, which notes what comes through them.
+// A module with the two pads that records their values.
 class Watcher : public ROCPadListener {
  public:
   explicit Watcher(ROCParam* progressValue = newROCParam(7),
@@ -113,13 +113,13 @@ class PitchJobs : public ModuleTest {
     return program("SampleGet", keygroup, zone).Object();
   }
   int Calculating() const { return Program()("PitchDataCalculating").Int(); }
-  // Asks again until it is so.
+  // Polls until the condition holds.
   static void Await(const std::function<bool()>& so, const char* what) {
     for (int i = 0; i < 60000; ++i) {
       if (so()) return;
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    FAIL() << "never came: " << what;
+    FAIL() << "timed out: " << what;
   }
   void Finish() const {
     Await([&] { return Program()("PitchDataProgressRatio").Int() == 0 && Calculating() == 0; },
@@ -163,7 +163,7 @@ class PitchJobs : public ModuleTest {
   Program program;
 };
 
-TEST_F(PitchJobs, WhatStartsAJobAndWhatIsKept) {
+TEST_F(PitchJobs, StartsJobsAndKeepsTheSettings) {
   RIOObject* sample = Fill(0, 0, Store("a.wav", {ToneOf(5000, 200, 1)}));
   RIOObject* second = Fill(1, 1, Store("b.wav", {ToneOf(5000, 300, 1)}));
   using Kept = std::vector<double>;
@@ -176,7 +176,7 @@ TEST_F(PitchJobs, WhatStartsAJobAndWhatIsKept) {
   EXPECT_EQ(KeptSettings(program), (Kept{2000, 50, 0, 10, 1e-5}));
   EXPECT_EQ(Calculating(), 1);
   Finish();
-  EXPECT_FALSE(program("CalcSamplePitch", sample).Bool()) << "it has its track";
+  EXPECT_FALSE(program("CalcSamplePitch", sample).Bool()) << "it has a track";
   EXPECT_FALSE(program("ClearSamplePitch", NullObject{}).Bool());
   EXPECT_TRUE(program("ClearSamplePitch", sample).Bool());
   EXPECT_TRUE(program("CalcKeygroupPitch", 0).Bool());
@@ -187,13 +187,18 @@ TEST_F(PitchJobs, WhatStartsAJobAndWhatIsKept) {
   Finish();
   EXPECT_EQ(Read(second).size(), 40u);
 
-  // Jobs with nothing to do are there until a query lets them go.
+  // Jobs with nothing to do exist until a query removes them; samples with a track are skipped.
+  Watcher watcher;
+  program("PitchDataProgressCBFinish", watcher.Object());
   program("CalcProgramPitch");
   program("CalcKeygroupPitch", 0);
   std::this_thread::sleep_for(std::chrono::milliseconds(30));
   EXPECT_EQ(Calculating(), 2);
   Finish();
   EXPECT_TRUE(Current().empty());
+  ZylPump(0);
+  EXPECT_TRUE(watcher.finishedSent.empty());
+  program("PitchDataProgressCBFinish", NullObject{});
   for (const char* query : {"PitchDataTimeLeft", "PitchDataTimeTotal", "PitchDataProgressRatio"}) {
     EXPECT_EQ(program(query).Int(), 0) << query;
   }
@@ -201,7 +206,7 @@ TEST_F(PitchJobs, WhatStartsAJobAndWhatIsKept) {
   EXPECT_EQ(Read(sample).size() + Read(second).size(), 0u);
 }
 
-TEST_F(PitchJobs, TracksAreThoseOfTheTracker) {
+TEST_F(PitchJobs, TracksEqualThoseOfTheTracker) {
   const std::vector<Frames> stereo = {ToneOf(30000, 180, 0.6), NoiseOf(30000, 3)};
   const std::string path = Store("stereo.wav", stereo);
   for (const int channel : {-1, 0, 1}) {
@@ -226,7 +231,7 @@ TEST_F(PitchJobs, TracksAreThoseOfTheTracker) {
   EXPECT_NE(TrackOf({quiet}), std::vector<float>(9000 / 128 + 1));
 }
 
-TEST_F(PitchJobs, ATracksHandleGoesWithIt) {
+TEST_F(PitchJobs, ClearingATrackRemovesItsBuffer) {
   const std::string path = Store("a.wav", {ToneOf(9000, 200, 1)});
   RIOObject* sample = Fill(0, 0, path);
   ROCParam handle(99);
@@ -258,7 +263,7 @@ TEST_F(PitchJobs, ATracksHandleGoesWithIt) {
   EXPECT_TRUE(program("SampleCompare", NullObject{}, NullObject{}).Bool());
 }
 
-TEST_F(PitchJobs, PadsHearOnTheScriptThread) {
+TEST_F(PitchJobs, PadsAreCalledOnTheScriptThread) {
   constexpr int kBlocks = 250;  // hops: two whole reports and a rest
   RIOObject* sample = Fill(0, 0, Store("tone.wav", {ToneOf(4096 + 128 * kBlocks, 200, 1)}));
   program("SampleName", sample, "A Name");
@@ -292,7 +297,7 @@ TEST_F(PitchJobs, PadsHearOnTheScriptThread) {
   Finish();
   watcher.finishedSent.clear();
   program("ClearSamplePitch", sample);
-  EXPECT_EQ(watcher.finishedSent.size(), 1u) << "it is not delivered after the cleared";
+  EXPECT_EQ(watcher.finishedSent.size(), 1u) << "it is delivered before the update";
   ZylPump(0);
   for (const Watcher* one : {&deaf, &replaced}) {
     EXPECT_TRUE(one->progressSent.empty() && one->finishedSent.empty() && one->updated.empty());
@@ -301,7 +306,7 @@ TEST_F(PitchJobs, PadsHearOnTheScriptThread) {
   program("PitchDataProgressCB", NullObject{});
   Listener padless;
   program("PitchDataProgressCBFinish", static_cast<RIOObject*>(&padless));
-  EXPECT_EQ(run(), 0) << "nothing waits where nobody listens";
+  EXPECT_EQ(run(), 0) << "nothing is queued without a listener";
   auto dying = std::make_unique<Watcher>();
   program("PitchDataProgressCBFinish", dying->Object());
   program("ClearSamplePitch", sample);
