@@ -93,8 +93,8 @@ void ZylSProgram::SetMidiChannelText(ROCParam* text) {
   }
   const long long number = std::strtoll(typed.c_str(), nullptr, 10);
   // An invalid number keeps the current channel.
-  const bool known = number >= 1 && number <= kChannels;
-  const int32_t channel = known ? static_cast<int32_t>(number) - 1 : midiChannel;
+  const bool valid = number >= 1 && number <= kChannels;
+  const int32_t channel = valid ? static_cast<int32_t>(number) - 1 : midiChannel;
   text->SetStr(std::to_string(int64_t{channel} + 1));
   midiChannel = channel;
   if (program != nullptr) {

@@ -104,7 +104,7 @@ CSample* ReadSampleFromPad(ZylSProgram&, PadArg pad, OptPath<"Path"> path) {
   zyl::SampleUse record = zyl::SampleOfImage(BytesOf(*pad->DataValue()));
   if (record == nullptr) return nullptr;
   if (path) record->setFilePath(path.Text());
-  auto made = std::make_unique<CSample>(nullptr, std::move(record));
-  TempSamples().AddIfAbsent(made.get());
-  return made.release();
+  auto created = std::make_unique<CSample>(nullptr, std::move(record));
+  TempSamples().AddIfAbsent(created.get());
+  return created.release();
 }

@@ -32,7 +32,7 @@ class SampleZone {
 
   // Notifies the modules before the sound data or the pitch track of the sample changes.
   void NotifyDeleting(const genericSample& sample) {
-    if (CSample* known = object.sampleObjects.FindBySample(&sample)) known->NotifyDeleting();
+    if (CSample* listed = object.sampleObjects.FindBySample(&sample)) listed->NotifyDeleting();
   }
   void SetBits(genericSample& sample, int32_t bits) {
     const HeldSample held(sample);

@@ -71,8 +71,8 @@ bool Find(ZylSProgram& object, PathArg<"PrgName"> name, Opt<int32_t, "MC"> chann
 }
 
 bool Write(ZylSProgram& object, LoadedProgram program, OptPath<"PrgPath"> path,
-           IfCounted<Arg<int32_t, "WriteMode">> given) {
-  const int32_t mode = given.counted ? *given.value : kDefaultWriteMode;
+           IfCounted<Arg<int32_t, "WriteMode">> writeMode) {
+  const int32_t mode = writeMode.counted ? *writeMode.value : kDefaultWriteMode;
   const std::string target = path && !(*path).empty() ? std::string(*path) : program->GetFileName();
   const bool stored = writeAkaiProgram(program.record, 0, target.c_str(), mode) != 0;
   if (stored) object.dirty = false;

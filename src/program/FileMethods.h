@@ -13,7 +13,7 @@ bool Read(ZylSProgram& object, PathArg<"PrgName"> path, Opt<int32_t, "LoadSmpl">
           Opt<int32_t, "MC"> channel);
 bool Find(ZylSProgram& object, PathArg<"PrgName"> name, Opt<int32_t, "MC"> channel);
 bool Write(ZylSProgram& object, LoadedProgram program, OptPath<"PrgPath"> path,
-           IfCounted<Arg<int32_t, "WriteMode">> mode);
+           IfCounted<Arg<int32_t, "WriteMode">> writeMode);
 std::string FileName(ZylSProgram& object, LoadedProgram program, OptPath<"NewFileName"> newName);
 int32_t GetTotalPhysicalMemory(ZylSProgram& object);
 int32_t GetLockedMemory(ZylSProgram& object);

@@ -62,8 +62,8 @@ std::optional<int32_t> KGCreate(
   akaiProgram* record = other == nullptr ? nullptr : other->program;
   // Without a source the third argument is ignored.
   if (record != nullptr && !sourceIndex.ReadNow(call)) return {};
-  akaiKeyGroup* made = program->newKeyGroup(*newIndex, record, sourceIndex.value.ValueOr(0));
-  if (record == nullptr && made != nullptr) made->setDefault();
+  akaiKeyGroup* created = program->newKeyGroup(*newIndex, record, sourceIndex.value.ValueOr(0));
+  if (record == nullptr && created != nullptr) created->setDefault();
   return program->keyGroups - 1;
 }
 

@@ -13,9 +13,9 @@ constexpr uint32_t kClassVersion = 0x10001;
 
 ZylDispatch* MakeProgram(RIOObject* creator) {
   try {
-    auto* made = new ZylSProgram;
-    made->owner = creator;
-    return made;
+    auto* program = new ZylSProgram;
+    program->owner = creator;
+    return program;
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
