@@ -117,6 +117,15 @@ class EditTest : public ModuleTest {
     }
   }
 
+  // Records parameter changes in `heard`, each as "number value keygroup zone ".
+  void Listen() {
+    listener_["OnProgramParameterChanged"] = [this](ROCParams& list, ROCParam**) {
+      for (int i = 1; i < 5; ++i) heard += std::to_string(list.Entry(i)->Int()) + " ";
+    };
+    program("Register", static_cast<RIOObject*>(&listener_));
+  }
+
+  std::string heard;
   Program program;
   std::string path;
   RIOObject* first = nullptr;
@@ -124,6 +133,7 @@ class EditTest : public ModuleTest {
   RIOObject* whole = nullptr;
 
  private:
+  Listener listener_;
   int made_ = 0;
 };
 

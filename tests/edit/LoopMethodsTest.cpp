@@ -9,17 +9,10 @@ namespace {
 
 using LoopMethods = EditTest;
 
-TEST_F(LoopMethods, FieldsAreStoredAndToldOfWithTheirNumbers) {
+TEST_F(LoopMethods, FieldsAreStoredAndNotifiedByNumber) {
   Open(16, Counting(50, 1));
   program("SampleLoopCount", first, 12);
-  Listener listener;
-  std::vector<std::string> told;
-  listener["OnProgramParameterChanged"] = [&](ROCParams& list, ROCParam**) {
-    std::string line;
-    for (int i = 1; i < 5; ++i) line += std::to_string(list.Entry(i)->Int()) + " ";
-    told.push_back(line);
-  };
-  program("Register", static_cast<RIOObject*>(&listener));
+  Listen();
   EXPECT_EQ(program("SampleLoopStart", first, 11, 20).Int(), 0);
   EXPECT_EQ(program("SampleLoopStart", first, 11, 20).Int(), 20);
   EXPECT_EQ(program("SampleLoopEnd", first, 11, -40).Int(), 0);
@@ -29,9 +22,8 @@ TEST_F(LoopMethods, FieldsAreStoredAndToldOfWithTheirNumbers) {
   EXPECT_EQ(program("SampleLoopFineLen", first, 11).Double(), 4294967295.0);
   EXPECT_EQ(program("SampleLoopTimes", first, 7).Int(), 3);
   EXPECT_EQ(Points(first)[25], -40);
-  EXPECT_EQ(told, (std::vector<std::string>{"302 20 -1 -1 ", "302 20 -1 -1 ", "303 -40 -1 -1 ",
-                                            "308 5 -1 -1 ", "308 -1 -1 -1 "}));
-  told.clear();
+  EXPECT_EQ(heard, "302 20 -1 -1 302 20 -1 -1 303 -40 -1 -1 308 5 -1 -1 308 -1 -1 -1 ");
+  heard.clear();
   for (const char* method : {"SampleLoopStart", "SampleLoopEnd"}) {
     EXPECT_EQ(program(method, first, 12, 7).Int(), -1) << "not in use";
     for (const int index : {16, -1}) ExpectArgValue(program(method, first, index), "LoopIndex", 2);
@@ -42,10 +34,10 @@ TEST_F(LoopMethods, FieldsAreStoredAndToldOfWithTheirNumbers) {
     ExpectArgValue(program("SampleLoopTimes", first, index), "LoopIndex", 2);
   }
   ExpectArgValue(program("SampleLoopFindStart", first, 16, 0, 9, 0), "LoopIndex", 2);
-  EXPECT_TRUE(told.empty());
+  EXPECT_TRUE(heard.empty());
 }
 
-TEST_F(LoopMethods, AnotherCountResetsTheLoopsBehindIt) {
+TEST_F(LoopMethods, AnotherCountResetsTheLoopsBeyondIt) {
   Open(16, Counting(50, 2));
   SetPoints(whole, {0, 49, 1, 2, 3, 4, 5, 6, 7, 8});
   Clean();
@@ -57,7 +49,7 @@ TEST_F(LoopMethods, AnotherCountResetsTheLoopsBehindIt) {
   EXPECT_EQ(Points(whole), expected);
 }
 
-TEST_F(LoopMethods, QualityIsScaledAndHeld) {
+TEST_F(LoopMethods, QualityIsScaled) {
   // A period of 100: the loop's values and slopes match exactly.
   Open(16, Counting(400, 1));
   SetPoints(first, {0, 399, 150, 350, 0, 200});
@@ -79,7 +71,8 @@ TEST_F(LoopMethods, SearchesMoveOnePointInAllChannelsAndLeaveTheRestAlone) {
   program("SampleLoopStart", whole, 0, 105);
   Clean();
   EXPECT_EQ(program("SampleLoopFindEnd", whole, 0, 380, 130, 0).Int(), 300);
-  EXPECT_EQ(program("SampleLoopFindStart", whole, 0, 300, 350, INT_MIN).Int(), 105) << "behind";
+  EXPECT_EQ(program("SampleLoopFindStart", whole, 0, 300, 350, INT_MIN).Int(), 105)
+      << "after the loop end";
   program("SampleLoopStart", whole, 0, 50);
   Clean();
   EXPECT_EQ(program("SampleLoopFindStart", whole, 0, 20, 250, 0).Int(), 101);

@@ -9,20 +9,6 @@ namespace {
 
 using ValueEdits = EditTest;
 
-TEST_F(ValueEdits, RangesAreClampedOrderedAndExcludeTheEnd) {
-  Open(24, {{0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4, 5}});
-  EXPECT_EQ(program("SampleSetValues", first, 4, 2, -7).result, nullptr);
-  EXPECT_EQ(program("SampleOffsetValues", second, INT_MIN, 2, 5).result, nullptr);
-  EXPECT_EQ(program("SampleMultiplyValues", whole, INT_MAX, 1, -0.5).result, nullptr);
-  program("SampleSetValues", whole, 3, 3, 9);
-  EXPECT_EQ(ReadAll(whole), (std::vector<Values>{{0, 0, 3, 3, -2, 5}, {5, -3, -1, -1, -2, 5}}));
-  // A reversal includes the end.
-  Open(32, {{0, 1, 2, 3, 4, 5}, {0, 1, 2, 3, 4, 5}});
-  program("SampleReverseValues", first, 4, 1);
-  program("SampleReverseValues", whole, 3, 99);
-  EXPECT_EQ(ReadAll(whole), (std::vector<Values>{{0, 4, 3, 5, 1, 2}, {0, 1, 2, 5, 4, 3}}));
-}
-
 TEST_F(ValueEdits, WholeSamplesReadTheirFirstChannelAndIndexesAreClamped) {
   Open(16, {{1, 2, 3}, {-1, -2, -3}});
   EXPECT_EQ(program("SampleValue", whole, 1, 50).Int(), 2);
