@@ -53,7 +53,7 @@ class Script {
     return sample;
   }
   static std::byte* Values(RIOObject* sample) {
-    return static_cast<CSample*>(sample)->sample->WritableChannel(0);
+    return static_cast<CSample*>(sample)->sample->WritableChannels({0}).channels[0];
   }
 
  private:

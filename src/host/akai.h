@@ -2,12 +2,13 @@
 //
 // Records are counted. Whoever gets one from a function here has one use of it and gives it back
 // with deleteAkaiProgram or genericSample::deleteSample; a record goes with its last use. All
-// records belong to the script thread, but for pitch data and pinned sound, which workers share.
+// records belong to the script thread, but for Pin and the pitch data, which workers use too.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,6 +67,22 @@ struct SampleParameters {
 using SampleBlock = std::shared_ptr<std::byte[]>;
 ZYLHOST_API SampleBlock NewSampleBlock(size_t bytes);  // uninitialised
 
+// What an analysis needs of a sample, as it is at one moment. The blocks do not change while they
+// are held.
+struct PinnedSound {
+  std::vector<SampleBlock> channels;  // in channel order; null pointers when there is no sound
+  int bytesPerValue = 0;
+  int32_t frameCount = 0;
+  int32_t rateHz = 0;
+  std::string name;  // empty for none
+};
+
+// The values of some channels for an edit in place. Pin waits until this object is destroyed.
+struct WritableSound {
+  std::vector<std::byte*> channels;
+  std::unique_lock<std::mutex> unpinned;
+};
+
 // A sample or one channel of it. The records of one file are linked (channel order) and share
 // parameters and sound; a file goes when none of its records is used any more.
 class ZYLHOST_API genericSample {
@@ -100,7 +117,7 @@ class ZYLHOST_API genericSample {
   genericSample* createChannelRef(int channelIndex);
   void setFilePath(std::string_view path);
   void setName(std::string_view text);
-  // Makes what was changed in the shared parameters known to all records of the file.
+  // Makes what was changed in the shared parameters known to all records of the file and to Pin.
   void updateChannels();
 
   int getChannelCount() const;
@@ -118,10 +135,11 @@ class ZYLHOST_API genericSample {
   int32_t getBufferAdr(int channelIndex) const;
   // The channels that edits through this record change: its own, or all for a whole sample.
   std::vector<int> EditedChannels() const;
-  // The channel's sound for an edit in place: a block that a worker holds is copied first.
-  std::byte* WritableChannel(int channelIndex);
-  // Keeps the channels' sound of this moment for a worker, in channel order.
-  std::vector<SampleBlock> PinChannels() const;
+  // These channels' sound for an edit in place: blocks that a worker holds are copied first. Only
+  // one such object may exist for a file.
+  WritableSound WritableChannels(const std::vector<int>& channelIndexes);
+  // The sound of this moment; from any thread.
+  PinnedSound Pin() const;
 
   // Replaces the sound data of this record's channel (channel 0 for a whole sample) by `positions`
   // values of `bytesPerValue` bytes. Truncates or pads other channels to the same length and

@@ -18,9 +18,6 @@
 
 #include "export.h"
 
-namespace zyl {
-class ThreadMembers;
-}
 class GOContainer;
 class RIOObject;
 class ROCAlgo;
@@ -396,6 +393,20 @@ ZYLHOST_API void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value);
 // same pad are queued, a new value replaces the last one, so that the queue stays bounded.
 ZYLHOST_API void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value);
 
+// One send as by ZylSendThroughPad that cannot fail: its memory is reserved when it is made.
+class ZYLHOST_API ZylReservedSend {
+ public:
+  explicit ZylReservedSend(const ROCParam& value);
+  ~ZylReservedSend();
+  ZylReservedSend(const ZylReservedSend&) = delete;
+  ZylReservedSend& operator=(const ZylReservedSend&) = delete;
+  void Send(const ROCParam& pad) noexcept;  // once
+
+ private:
+  struct Reserved;
+  std::unique_ptr<Reserved> reserved_;
+};
+
 // A data pad: an object that leads to a byte value which DSP code reads.
 class ZYLHOST_API RODPad : public RIOObject {
  public:
@@ -437,22 +448,10 @@ struct ZYLHOST_API UnitAttribute {
   static double sampleRate;  // the host's processing rate in Hz
 };
 
-// The threads of a module that is being loaded when the group is made. Before the host unloads the
-// module it calls `stop`, on the script thread, and waits until every thread is over: what a
-// library does last on a thread may need the loader, which is taken while a module goes, so that
-// the module itself cannot wait for it then.
-class ZYLHOST_API ZylThreadGroup {
- public:
-  explicit ZylThreadGroup(std::function<void()> stop);
-  ~ZylThreadGroup();
-  ZylThreadGroup(const ZylThreadGroup&) = delete;
-  ZylThreadGroup& operator=(const ZylThreadGroup&) = delete;
-  // On the thread itself, once: it belongs to the group until all of it has been cleared up.
-  void Enter();
-
- private:
-  zyl::ThreadMembers* members_;
-};
+// `call` runs on the script thread before the host unloads the module that is being loaded now. A
+// module joins its threads there: an ending thread may need the loader's lock, which the unloading
+// thread holds while the module's own clean-up runs.
+ZYLHOST_API void ZylBeforeUnload(std::function<void()> call);
 
 // Writes one line to the diagnostic sink. Thread-safe.
 ZYLHOST_API void ZylDiagnostic(std::string_view line);

@@ -6,7 +6,10 @@
 #include <cmath>
 #include <utility>
 
-PitchJobManager::PitchJobManager() : ended_(endedMutex_) { g_pInfoDispatcher = this; }
+PitchJobManager::PitchJobManager() {
+  ZylBeforeUnload([this] { StopAll(); });
+  g_pInfoDispatcher = this;
+}
 
 PitchJobManager::~PitchJobManager() {
   StopAll();
@@ -15,25 +18,7 @@ PitchJobManager::~PitchJobManager() {
 
 void PitchJobManager::StopAll() {
   CancelAll();
-  wxMutexLocker hold(endedMutex_);
-  while (living_ > 0) {
-    // A worker parks after its last step; those that have not yet are asked again soon.
-    endedMutex_.Unlock();
-    ReapFinished();
-    endedMutex_.Lock();
-    if (living_ > 0) ended_.WaitTimeout(1);
-  }
-}
-
-void PitchJobManager::ThreadMade() {
-  const wxMutexLocker hold(endedMutex_);
-  ++living_;
-}
-
-void PitchJobManager::ThreadEnded() {
-  const wxMutexLocker hold(endedMutex_);
-  --living_;
-  ended_.Signal();
+  while (auto* node = threads_.Head()) Reap(node);
 }
 
 void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& program,
@@ -46,14 +31,11 @@ void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& p
 
 void PitchJobManager::Start(std::unique_ptr<PitchJobThread> thread) {
   threads_.AddTail(thread.get());
-  ++listed_;
   if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) {
-    static_cast<void>(thread.release());  // it destroys itself, not before it is reaped
-    return;
+    static_cast<void>(thread.release());
+  } else {
+    threads_.Remove(threads_.Tail());  // the system has no thread: the request is dropped
   }
-  // The system gives no thread: nothing of the request is left behind.
-  threads_.Remove(threads_.Find(thread.get()));
-  --listed_;
 }
 
 void PitchJobManager::StartSampleJob(genericSample* sample, const zyl::PitchSettings& settings) {
@@ -89,16 +71,15 @@ void PitchJobManager::CancelAll() {
 void PitchJobManager::ReapFinished() {
   for (auto* node = threads_.Head(); node != nullptr;) {
     auto* next = node->next;
-    PitchJobThread* thread = node->item;
-    if (thread->IsParked()) {
-      const bool last = threads_.Count() == 1;
-      threads_.Remove(node);
-      --listed_;
-      thread->Release();
-      if (last) return;  // the list's nodes went with its last one
-    }
+    if (node->item->IsParked()) Reap(node);
     node = next;
   }
+}
+
+void PitchJobManager::Reap(PlexList<PitchJobThread*>::Node* node) {
+  const std::unique_ptr<PitchJobThread> thread(node->item);
+  threads_.Remove(node);
+  thread->Wait();
 }
 
 namespace {
@@ -166,7 +147,10 @@ ROCParam PitchJobManager::PadOf(const ROCParam& pad) const {
 }
 
 void PitchJobManager::NotifyProgress() {
-  ZylSendStateThroughPad(PadOf(progressPad_), ROCParam(listed_ > 0 ? 1 : 0));
+  ZylSendStateThroughPad(PadOf(progressPad_), ROCParam(kCalculating));
+}
+void PitchJobManager::NotifyProgress(ZylReservedSend& send) noexcept {
+  send.Send(PadOf(progressPad_));
 }
 
 void PitchJobManager::NotifyFinished(const std::string& name) {

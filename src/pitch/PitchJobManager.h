@@ -8,7 +8,6 @@
 
 #include <wx/thread.h>
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -35,11 +34,10 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   void StartProgramJob(const akaiProgram& program, const zyl::PitchSettings& settings);
 
   void CancelAll();
-  // Cancels, and waits until every worker is gone. What wxWidgets then still does on their threads
-  // is waited for by the host.
+  // Cancels, and waits until every worker has ended.
   void StopAll();
   int ThreadCount() const { return threads_.Count(); }
-  // Lets the workers end that have done their jobs; the queries below do so first.
+  // Deletes the workers that are parked; the queries below do so first.
   void ReapFinished();
   int32_t TimeLeft();  // seconds, by the speed so far
   int32_t TimeTotal();
@@ -47,35 +45,30 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   // Fills the array with the names of the samples under analysis, one for each worker.
   int32_t CurrentSampleNames(ROCParam& array);
 
+  // The value of a progress notification: workers are listed. A worker sends it while it is listed
+  // itself, so it is the only one.
+  static constexpr int32_t kCalculating = 1;
   // The pads that hear of progress and of finished samples; null for none.
   void SetProgressPad(ROCPad* pad);
   void SetFinishedPad(ROCPad* pad);
-  void NotifyProgress();                         // from workers
-  void NotifyFinished(const std::string& name);  // from workers
-  void NotifyCleared(const char* name);          // from the script thread
-
-  // A worker is made, runs on its own thread, and destroys itself.
-  void ThreadMade();
-  void ThreadBegun() { systemThreads_.Enter(); }
-  void ThreadEnded();
+  // From workers; the second one cannot fail.
+  void NotifyProgress();
+  void NotifyProgress(ZylReservedSend& send) noexcept;
+  void NotifyFinished(const std::string& name);
+  void NotifyCleared(const char* name);  // from the script thread
 
  private:
   int32_t SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done));
   void QueueKeygroup(PitchJobThread& thread, const akaiProgram& program, int keygroup);
   void Start(std::unique_ptr<PitchJobThread> thread);
+  void Reap(PlexList<PitchJobThread*>::Node* node);
   ROCParam PadOf(const ROCParam& pad) const;
 
   PlexList<PitchJobThread*> threads_;
-  std::atomic<int> listed_{0};  // how many threads there are, for workers
 
   mutable wxCriticalSection padLock_;  // guards the two values
   ROCParam progressPad_;
   ROCParam finishedPad_;
-
-  wxMutex endedMutex_;
-  wxCondition ended_;
-  int living_ = 0;  // under endedMutex_
-  ZylThreadGroup systemThreads_{[this] { StopAll(); }};
 };
 
 // The module's one manager; defined in frame/entry/Module.cpp.

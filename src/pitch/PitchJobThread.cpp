@@ -2,156 +2,105 @@
 
 #include <wx/time.h>
 
-#include <algorithm>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "pitch/PitchJobManager.h"
 
 PitchJobThread::PitchJobThread(PitchJobManager& manager, const zyl::PitchSettings& settings)
-    : wxThread(wxTHREAD_DETACHED), manager_(manager), settings_(settings) {
-  manager_.ThreadMade();
-}
-
-PitchJobThread::~PitchJobThread() {
-  for (auto* node = jobs_.Head(); node != nullptr; node = node->next) delete node->item;
-  manager_.ThreadEnded();
-}
+    : wxThread(wxTHREAD_JOINABLE),
+      manager_(manager),
+      settings_(settings),
+      lastProgress_(ROCParam(PitchJobManager::kCalculating)) {}
 
 void PitchJobThread::Queue(genericSample* sample) {
+  jobs_.AddTail(sample);
   sample->clearPitchData();
-  const SampleParameters& parameters = sample->shared();
-  jobs_.AddTail(new Job{sample, sample->PinChannels(), sample->getChannelBytesPS(-1),
-                        parameters.frameCount, static_cast<double>(parameters.sampleRate),
-                        sample->name == nullptr ? "" : sample->name, sample->name != nullptr});
-  totalFrames_ += static_cast<uint32_t>(parameters.frameCount);
+  totalFrames_ += static_cast<uint32_t>(sample->shared().frameCount);
 }
 
+// Nothing may be thrown from here: wxWidgets would end the thread without parking it.
 wxThread::ExitCode PitchJobThread::Entry() {
-  manager_.ThreadBegun();
   startTime_ = wxGetUTCTime();  // seconds of any zone; the local one costs a look at it
-  for (auto* node = jobs_.Head(); node != nullptr; node = node->next) {
+  for (const Jobs::Node* job = jobs_.Head(); job != nullptr; job = job->next) {
+    {
+      const wxMutexLocker hold(lock_);
+      if (cancel_) break;
+      currentSample_ = job->item;
+    }
+    if (currentSample_ == nullptr) continue;
     try {
-      Analyze(*node->item);
+      Analyze(*job);
     } catch (const std::bad_alloc&) {
       // The sample stays without a track, as after a cancel.
     }
+    const wxMutexLocker hold(lock_);
+    tracker_.reset();
+    currentSample_ = nullptr;
+    dropped_.Signal();
   }
-  manager_.NotifyProgress();
-  Park();
+  manager_.NotifyProgress(lastProgress_);
+  const wxMutexLocker hold(lock_);
+  parked_ = true;
   return nullptr;
 }
 
-void PitchJobThread::Analyze(Job& job) {
-  // The sound is held no longer than its job lasts: parked workers hold none.
-  const std::vector<SampleBlock> sound = std::move(job.sound);
-  if (cancel_) return;
+void PitchJobThread::Analyze(const Jobs::Node& job) {
+  const PinnedSound sound = currentSample_->Pin();
   std::vector<const std::byte*> channels;
-  channels.reserve(sound.size());
-  for (const SampleBlock& block : sound) channels.push_back(block.get());
-  zyl::PitchSource source;
-  source.channelBuffers = channels.data();
-  source.channelCount = static_cast<int>(channels.size());
-  source.bytesPerSample = job.bytesPerValue;
-  source.frameCount = job.frameCount;
-  source.rateHz = job.rateHz;
-  SamplePitchTracker tracker(source);
-  // On every way out the sample is let go before its analyser is destroyed.
-  struct Current {
-    PitchJobThread& thread;
-    ~Current() { thread.LetGo(); }
-  } const current{*this};
+  channels.reserve(sound.channels.size());
+  for (const SampleBlock& block : sound.channels) channels.push_back(block.get());
   {
-    // The sample is taken and its analyser shown in one step: a removal or a cancel comes either
-    // before it, and nothing starts, or after it, and finds whom to stop.
-    const wxCriticalSectionLocker hold(lock_);
-    if (job.sample == nullptr || cancel_) return;
-    currentJob_ = &job;
-    currentAnalyzer_ = &tracker;
+    const wxMutexLocker hold(lock_);
+    tracker_.emplace(zyl::PitchSource{channels.data(), static_cast<int>(channels.size()),
+                                      sound.bytesPerValue, sound.frameCount,
+                                      static_cast<double>(sound.rateHz)});
+    tracker_->abort = cancel_ || job.item == nullptr;
   }
-  auto track = zyl::AnalyzePitch(tracker, settings_, this);
-  if (track) job.sample->setPitchData(std::move(*track));
-  if (job.named) manager_.NotifyFinished(job.name);
-}
-
-void PitchJobThread::LetGo() {
-  const wxCriticalSectionLocker hold(lock_);
-  currentJob_ = nullptr;
-  currentAnalyzer_ = nullptr;
-  if (removeDone_ != nullptr) removeDone_->Signal();
-}
-
-void PitchJobThread::Park() {
-  AutoResetEvent* release = nullptr;
-  {
-    const wxCriticalSectionLocker hold(lock_);
-    release_ = std::make_unique<AutoResetEvent>();
-    release = release_.get();
-  }
-  release->Wait();
-  const wxCriticalSectionLocker hold(lock_);
-  release_.reset();
+  auto track = zyl::AnalyzePitch(*tracker_, settings_, this);
+  if (track) currentSample_->setPitchData(std::move(*track));
+  if (!sound.name.empty()) manager_.NotifyFinished(sound.name);
 }
 
 void PitchJobThread::AddDone(uint32_t frames) {
   doneFrames_ += frames;
-  manager_.NotifyProgress();
+  try {
+    manager_.NotifyProgress();
+  } catch (const std::bad_alloc&) {
+    // The next report carries the same value.
+  }
 }
 
 void PitchJobThread::StopNow() {
+  const wxMutexLocker hold(lock_);
   cancel_ = true;
-  const wxCriticalSectionLocker hold(lock_);
-  if (currentAnalyzer_ != nullptr) currentAnalyzer_->abort = true;
+  if (tracker_) tracker_->abort = true;
 }
 
 bool PitchJobThread::IsParked() const {
-  const wxCriticalSectionLocker hold(lock_);
-  return release_ != nullptr;
-}
-
-void PitchJobThread::Release() {
-  const wxCriticalSectionLocker hold(lock_);
-  if (release_ != nullptr) release_->Signal();
+  const wxMutexLocker hold(lock_);
+  return parked_;
 }
 
 std::string PitchJobThread::CurrentName() const {
-  const wxCriticalSectionLocker hold(lock_);
-  return currentJob_ == nullptr ? "" : currentJob_->name;
+  const wxMutexLocker hold(lock_);
+  const bool named = currentSample_ != nullptr && currentSample_->name != nullptr;
+  return named ? currentSample_->name : "";
 }
 
 void PitchJobThread::RemoveSample(genericSample* sample) {
-  AutoResetEvent done;
-  bool current = false;
+  const auto frames = static_cast<uint32_t>(sample->shared().frameCount);
   const bool finished = sample->hasPitchData();
-  {
-    const wxCriticalSectionLocker hold(lock_);
-    // A sample that several zones use stands in the queue several times.
-    for (auto* node = jobs_.Head(); node != nullptr; node = node->next) {
-      Job& job = *node->item;
-      if (job.sample != sample) continue;
-      const auto frames = static_cast<uint32_t>(job.frameCount);
-      totalFrames_ -= frames;
-      if (finished) {
-        // Fewer frames were reported than the sample has: the count ends at 0, not below.
-        uint32_t reported = doneFrames_;
-        while (
-            !doneFrames_.compare_exchange_weak(reported, reported - std::min(reported, frames))) {
-        }
-      }
-      if (&job == currentJob_) {
-        current = true;
-        currentAnalyzer_->abort = true;
-        removeDone_ = &done;
-      } else {
-        job.sample = nullptr;
-      }
-    }
+  const wxMutexLocker hold(lock_);
+  Jobs::Node* job = jobs_.Find(sample);
+  if (job == nullptr) return;
+  // A sample that several zones use is queued several times, and subtracted once.
+  totalFrames_ -= frames;
+  if (finished) doneFrames_ -= frames;
+  for (; job != nullptr; job = job->next) {
+    if (job->item == sample) job->item = nullptr;
   }
-  if (!current) return;
-  done.Wait();
-  const wxCriticalSectionLocker hold(lock_);
-  removeDone_ = nullptr;
-  for (auto* node = jobs_.Head(); node != nullptr; node = node->next) {
-    if (node->item->sample == sample) node->item->sample = nullptr;
-  }
+  if (currentSample_ == sample && tracker_) tracker_->abort = true;
+  while (currentSample_ == sample) dropped_.Wait();
 }

@@ -1,23 +1,21 @@
-// The worker of one request: it analyses the queued samples one by one, then parks until it is
-// reaped. A detached thread, which destroys itself when its entry function has returned.
+// The worker of one request. It analyses the queued samples one by one and then parks: its thread
+// ends, while the object keeps its place in the manager's list until a query reaps it. The manager
+// owns it and joins the thread.
 //
-// What a job needs of its sample (sound, length, rate, name) is taken when it is queued, on the
-// script thread; the worker touches the record itself only to store the finished track, and only
-// while it is the current sample, which its removal waits for. Fields that cross threads are
-// atomic, or stand under `lock_`, which is never held across a wait or an analysis.
+// A sample's sound and name are pinned when its turn comes. The worker uses a record only while it
+// is the current sample; removing that one waits until the worker has dropped it.
 #pragma once
 
 #include <wx/thread.h>
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "host/akai.h"
+#include "host/base.h"
 #include "pitch/SamplePitchTracker.h"
-#include "util/AutoResetEvent.h"
 #include "util/PlexList.h"
 
 class PitchJobManager;
@@ -25,7 +23,6 @@ class PitchJobManager;
 class PitchJobThread final : public wxThread, private zyl::PitchProgress {
  public:
   PitchJobThread(PitchJobManager& manager, const zyl::PitchSettings& settings);
-  ~PitchJobThread() override;
 
   // Clears the sample's pitch track and appends it; before the thread runs.
   void Queue(genericSample* sample);
@@ -33,11 +30,9 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
   // From the script thread:
   void StopNow();
   bool IsParked() const;
-  // Lets a parked thread end; it must not be touched afterwards.
-  void Release();
   std::string CurrentName() const;
-  // Takes the sample out of the queue; one under analysis is waited for. Afterwards the worker uses
-  // the record no more.
+  // Takes the sample out of the queue; one under analysis is stopped and waited for. Afterwards the
+  // worker does not use the record any more.
   void RemoveSample(genericSample* sample);
 
   uint32_t TotalFrames() const { return totalFrames_; }
@@ -48,34 +43,26 @@ class PitchJobThread final : public wxThread, private zyl::PitchProgress {
   ExitCode Entry() override;
 
  private:
-  // A queued sample; `sample` is cleared when the record goes away.
-  struct Job {
-    genericSample* sample;           // under lock_
-    std::vector<SampleBlock> sound;  // the worker takes it when the job's turn comes
-    int bytesPerValue;
-    int32_t frameCount;
-    double rateHz;
-    std::string name;
-    bool named;
-  };
+  using Jobs = PlexList<genericSample*>;
 
   void AddDone(uint32_t frames) override;
-  void Analyze(Job& job);
-  void LetGo();
-  void Park();
+  void Analyze(const Jobs::Node& job);
 
   PitchJobManager& manager_;
   const zyl::PitchSettings settings_;
-  PlexList<Job*> jobs_;  // not changed once the thread runs
+  ZylReservedSend lastProgress_;
 
-  mutable wxCriticalSection lock_;
-  Job* currentJob_ = nullptr;
-  PitchAnalyzer* currentAnalyzer_ = nullptr;
-  AutoResetEvent* removeDone_ = nullptr;     // while a removal waits for the current sample
-  std::unique_ptr<AutoResetEvent> release_;  // while the thread is parked
+  // Guards all up to `parked_`. The nodes do not change once the thread runs, only their items:
+  // null for a sample that was removed.
+  mutable wxMutex lock_;
+  wxCondition dropped_{lock_};  // the worker has dropped its current sample
+  Jobs jobs_;
+  genericSample* currentSample_ = nullptr;     // changed by the worker alone
+  std::optional<SamplePitchTracker> tracker_;  // of the current sample
+  bool cancel_ = false;
+  bool parked_ = false;
 
-  std::atomic<uint32_t> totalFrames_{0};
+  uint32_t totalFrames_ = 0;  // script thread only
   std::atomic<uint32_t> doneFrames_{0};
   std::atomic<long> startTime_{0};  // seconds
-  std::atomic<bool> cancel_{false};
 };

@@ -14,16 +14,24 @@ inline zyl::ValueView ReadableValues(const genericSample& sample) {
   return {sample.buffer, sample.shared().frameCount, sample.getChannelBytesPS(-1)};
 }
 
-// The values of all channels that an edit through the record changes, to be changed in place. What
-// needs a copy for that is copied here, so that the edit itself cannot run out of memory.
-inline std::vector<zyl::ValueBuffer> WritableChannels(genericSample& sample) {
-  std::vector<zyl::ValueBuffer> channels;
-  for (const int channel : sample.EditedChannels()) {
-    channels.push_back({sample.WritableChannel(channel), sample.shared().frameCount,
-                        sample.getChannelBytesPS(-1)});
+// The values of all channels that an edit through the record changes, to be changed in place while
+// this object exists. What needs a copy for that is copied here, so that the edit itself cannot run
+// out of memory.
+class WritableChannels {
+ public:
+  explicit WritableChannels(genericSample& sample)
+      : sound_(sample.WritableChannels(sample.EditedChannels())) {
+    for (std::byte* values : sound_.channels) {
+      buffers_.push_back({values, sample.shared().frameCount, sample.getChannelBytesPS(-1)});
+    }
   }
-  return channels;
-}
+  auto begin() const { return buffers_.begin(); }
+  auto end() const { return buffers_.end(); }
+
+ private:
+  WritableSound sound_;
+  std::vector<zyl::ValueBuffer> buffers_;
+};
 
 // A length that the sample can have: not negative, and its channels not beyond the machine's
 // memory.

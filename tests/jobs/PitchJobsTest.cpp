@@ -1,5 +1,6 @@
 // Pitch jobs as scripts see them: what starts one, what can be asked of it, what it stores and
 // tells, and that nothing done meanwhile upsets it.
+#include <algorithm>
 #include <chrono>
 #include <climits>
 #include <cmath>
@@ -34,14 +35,14 @@ Frames NoiseOf(int count, unsigned seed) {
 }
 
 // What a job should store.
-std::vector<float> TrackOf(const std::vector<Frames>& channels,
-                           const PitchSettings& settings = {}) {
+std::vector<float> TrackOf(const std::vector<Frames>& channels, const PitchSettings& settings = {},
+                           double rateHz = 44100) {
   std::vector<const std::byte*> buffers;
   for (const Frames& frames : channels) {
     buffers.push_back(reinterpret_cast<const std::byte*>(frames.data()));
   }
   SamplePitchTracker tracker({buffers.data(), static_cast<int>(buffers.size()), 2,
-                              static_cast<int32_t>(channels[0].size()), 44100.0});
+                              static_cast<int32_t>(channels[0].size()), rateHz});
   return *AnalyzePitch(tracker, settings, nullptr);
 }
 
@@ -133,8 +134,12 @@ class PitchJobs : public ModuleTest {
     for (int i = 0; i < names->ElementCount(); ++i) all.push_back(names->Element(i).Str());
     return all;
   }
-  void AwaitCurrent(const std::string& name) const {
-    Await([&] { return Current() == std::vector<std::string>{name}; }, name.c_str());
+  void AwaitCurrent(const std::vector<std::string>& names) const {
+    Await([&] { return Current() == names; }, names.back().c_str());
+  }
+  // While this exists, a worker whose turn for the file's sample has come waits for its sound.
+  static WritableSound Gate(const std::string& path) {
+    return findSampleFN(path.c_str(), 0, -1)->WritableChannels({0});
   }
   // The track as a script reads it; the handle is left in `handle`.
   std::vector<float> Read(RIOObject* sample, ROCParam& handle) const {
@@ -223,9 +228,6 @@ TEST_F(PitchJobs, TracksEqualThoseOfTheTracker) {
   const Frames quiet = ToneOf(9000, 200, 0.03);
   RIOObject* sample = Fill(0, 0, Store("quiet.wav", {quiet}));
   program("CalcSamplePitch", sample, 2000, 50, 0, 10, 0.001);
-  // What a job analyses is the sound of the moment at which it was asked for.
-  program("SampleSetValues", sample, 0, 8999, 0);
-  program("SampleSize", sample, 100);
   Finish();
   EXPECT_EQ(Read(sample), std::vector<float>(9000 / 128 + 1));
   EXPECT_NE(TrackOf({quiet}), std::vector<float>(9000 / 128 + 1));
@@ -317,37 +319,57 @@ TEST_F(PitchJobs, PadsAreCalledOnTheScriptThread) {
   EXPECT_EQ(run(), 0);
 }
 
-TEST_F(PitchJobs, QueriesAndCancelWhileAJobRuns) {
-  const std::string path = Store("long.wav", {NoiseOf(kLong, 1)});
+// The first sample is done, the second one is current, the third one and the rest wait.
+TEST_F(PitchJobs, QueriesEditsAndCancelWhileAJobRuns) {
+  const Frames tone = ToneOf(9000, 200, 1);
+  const std::string second = Store("second.wav", {tone});
+  const std::string third = Store("third.wav", {tone});
+  const std::string removed = Store("removed.wav", {tone});
+  RIOObject* first = Fill(0, 0, Store("first.wav", {NoiseOf(30000, 1)}));
+  RIOObject* current = Fill(0, 1, second);
+  RIOObject* waiting = Fill(0, 2, third);
+  for (const int zone : {0, 1}) Fill(1, zone, removed);
   Watcher watcher;
   program("PitchDataProgressCBFinish", watcher.Object());
-  for (int k = 2; k < 30; ++k) program("KGCreate", k);
-  for (int i = 0; i < 120; ++i) program("ZoneSampleSet", i / 4, i % 4, path);
-  program("CalcProgramPitch");  // the sample stands in the queue 120 times
-  AwaitCurrent("long");
-  int ratio = 0;
-  Await([&] { return (ratio = program("PitchDataProgressRatio").Int()) > 0; }, "progress");
-  EXPECT_LT(ratio, INT_MAX / 4);
-  Await([&] { return program("PitchDataTimeTotal").Int() > 0; }, "a time");
-  const int left = program("PitchDataTimeLeft").Int();
-  EXPECT_LE(left, program("PitchDataTimeTotal").Int() + 1);
-  EXPECT_TRUE(program("PitchDataCalcCancel").Ok());
-  Finish();
-  ZylPump(0);
-  EXPECT_LT(watcher.finishedSent.size(), 120u) << "cancelled too late to see anything";
-  EXPECT_GT(watcher.finishedSent.size(), 0u);
 
-  RIOObject* sample = program("SampleGet", 0, 0).Object();
-  program("ClearSamplePitch", sample);
-  watcher.finishedSent.clear();
-  program("CalcSamplePitch", sample);
-  AwaitCurrent("long");
-  program("PitchDataCalcCancel");
+  auto gate = Gate(second);
+  program("CalcProgramPitch");
+  AwaitCurrent({"second"});
+  EXPECT_EQ(Read(first).size(), 30000u / 128 + 1);
+  constexpr double kReported = (30000 - 4096) / 128 * 128;
+  const auto ratio = [](int total) { return static_cast<int>(kReported * INT_MAX / total); };
+  EXPECT_EQ(program("PitchDataProgressRatio").Int(), ratio(30000 + 4 * 9000));
+  for (const int zone : {0, 1}) program("ZoneSampleSet", 1, zone);
+  EXPECT_EQ(program("PitchDataProgressRatio").Int(), ratio(30000 + 3 * 9000))
+      << "a sample that was queued twice is subtracted once";
+  Await([&] { return program("PitchDataTimeTotal").Int() > 0; }, "a second");
+  EXPECT_LE(program("PitchDataTimeLeft").Int(), program("PitchDataTimeTotal").Int() + 1);
+  EXPECT_TRUE(program("PitchDataCalcCancel").Ok());
+  gate = {};
   Finish();
   ZylPump(0);
-  EXPECT_EQ(watcher.finishedSent, std::vector<std::string>{"long"})
-      << "an aborted one is told of too";
-  EXPECT_TRUE(Read(sample).empty());
+  EXPECT_EQ(watcher.finishedSent, (std::vector<std::string>{"first", "second"}))
+      << "an aborted analysis is reported too";
+  EXPECT_EQ(Read(current).size() + Read(waiting).size(), 0u);
+
+  // A job analyses the sound of the moment at which its turn comes.
+  gate = Gate(second);
+  program("CalcProgramPitch");
+  AwaitCurrent({"second"});
+  const std::byte* sound = findSampleFN(third.c_str(), 0, -1)->buffer;
+  program("SampleSetValues", waiting, 0, 5000, 0);
+  EXPECT_EQ(findSampleFN(third.c_str(), 0, -1)->buffer, sound) << "nobody holds it yet";
+  program("SampleSize", waiting, 8000);
+  program("SampleSampleRate", waiting, 22050);
+  program("SampleName", waiting, "renamed");
+  gate = {};
+  Finish();
+  watcher.finishedSent.clear();
+  ZylPump(0);
+  EXPECT_EQ(watcher.finishedSent, (std::vector<std::string>{"second", "renamed"}));
+  Frames edited(tone.begin(), tone.begin() + 8000);
+  std::fill_n(edited.begin(), 5000, int16_t{0});
+  EXPECT_EQ(Read(waiting), TrackOf({edited}, {}, 22050));
 }
 
 TEST_F(PitchJobs, ASampleThatGoesIsTakenOutOfEveryJob) {
@@ -358,16 +380,22 @@ TEST_F(PitchJobs, ASampleThatGoesIsTakenOutOfEveryJob) {
   program("PitchDataProgressCBFinish", watcher.Object());
   for (const int zone : {0, 1, 3}) program("ZoneSampleSet", 0, zone, path);
   Fill(0, 2, shortPath);
+  auto gate = Gate(path);
   program("CalcProgramPitch");
   program("CalcKeygroupPitch", 0);
-  Await([&] { return Current() == std::vector<std::string>(2, "long"); }, "both jobs");
+  AwaitCurrent({"long", "long"});
+  gate = {};
   for (const int zone : {0, 1, 3}) program("ZoneSampleSet", 0, zone);
   EXPECT_EQ(findSampleFN(path.c_str(), 0, -1), nullptr);
   for (const std::string& name : Current()) EXPECT_NE(name, "long");
   Finish();
   ZylPump(0);
-  EXPECT_GE(watcher.finishedSent.size(), 4u) << "an aborted one is told of too";
-  EXPECT_LT(watcher.finishedSent.size(), 8u) << "entries of the discarded sample are skipped";
+  const auto count = [&](const char* name) {
+    return std::ranges::count(watcher.finishedSent, std::string(name));
+  };
+  EXPECT_EQ(count("short"), 2);
+  EXPECT_GE(count("long"), 2) << "an aborted analysis is reported too";
+  EXPECT_LT(count("long"), 6) << "entries of the discarded sample are skipped";
   EXPECT_EQ(Read(program("SampleGet", 0, 2).Object()), TrackOf({tone}));
 
   // Whoever is told may discard the very sample that it is told of.

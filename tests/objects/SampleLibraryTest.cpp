@@ -28,7 +28,7 @@ class SampleLibrary : public ModuleTest {
 TEST_F(SampleLibrary, AnEditSparesWhatAWorkerHolds) {
   const Held left = Load(path, 0);
   const Held whole(left->createChannelRef(-1));
-  const auto pinned = left->PinChannels();
+  const auto pinned = left->Pin().channels;
   std::byte* before = left->buffer;
   const auto set = left->GetBufferSetMethod(0);
   (left.get()->*set)(0, 77);

@@ -6,6 +6,7 @@
 #include "host/riff.h"
 #include "support/AllocationWatch.h"
 #include "support/ProgramRecord.h"
+#include "support/ScriptSurface.h"
 
 namespace zyl::test {
 namespace {
@@ -151,6 +152,64 @@ TEST_F(Bounds, AProgramObjectIsNullWithoutMemory) {
       EXPECT_EQ(algo == nullptr, failed);
       if (!failed) made.emplace_back(algo);
     }
+  }
+}
+
+// A pitch worker that gets no memory leaves its samples without tracks, sends its last progress and
+// parks. (What wxWidgets itself allocates on a thread is smaller, and not made to fail.)
+TEST_F(Bounds, AWorkerWithoutMemoryEndsInOrder) {
+  struct Counter : ROCPadListener {
+    void OnSend(ROCPad&, const ROCParam&) override { ++count; }
+    void OnUpdate(ROCPad&, const ROCParam&) override {}
+    int count = 0;
+  } progress;
+  Listener watcher;
+  watcher.AddPad("progressUpdate", newROCParam(0))->SetListener(&progress);
+  watcher.AddPad("pitchDataFinished", newROCParam(""))->SetListener(&progress);
+  const std::vector<int16_t> sound(30000, 5);
+  for (const char* name : {"a.wav", "b.wav"}) WriteWave(Path(name), {sound});
+  program.Make(1);
+  for (int zone = 0; zone < 2; ++zone)
+    program("ZoneSampleSet", 0, zone, Path(zone == 0 ? "a.wav" : "b.wav"));
+  program("PitchDataProgressCB", static_cast<RIOObject*>(&watcher));
+  program("PitchDataProgressCBFinish", static_cast<RIOObject*>(&watcher));
+  const auto end = [&] {
+    for (int i = 0; i < 60000 && program("PitchDataCalculating").Int() > 0; ++i) {
+      program("PitchDataProgressRatio");
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  };
+  {
+    // The worker cannot take the sound before there is no memory any more.
+    const WritableSound held = findSampleFN(Path("a.wav").c_str(), 0, -1)->WritableChannels({0});
+    program("CalcProgramPitch");
+    const std::unique_ptr<ROCParam, void (*)(ROCParam*)> names(ROCParam::NewArray(0),
+                                                               deleteROCParam);
+    for (int i = 0; i < 60000; ++i) {
+      program("PitchDataCalcSamples", names.get());
+      if (names->Element(0).Str() == "a") break;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    AllocationWatch::SetLargest(64);
+  }
+  for (int i = 0; i < 60000 && progress.count == 0; ++i) {
+    ZylPump(0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  AllocationWatch::SetLargest(SIZE_MAX);
+  end();
+  EXPECT_EQ(progress.count, 1);
+  ROCParam handle(0);
+  const auto values = [&](int zone) {
+    return program("SampleGetPitchData", program("SampleGet", 0, zone).Object(), &handle).Int();
+  };
+  EXPECT_EQ(values(0) + values(1), 0);
+  program("CalcProgramPitch");
+  end();
+  EXPECT_EQ(values(0), 30000 / 128 + 1);
+  ZylPump(0);
+  for (const char* method : {"PitchDataProgressCB", "PitchDataProgressCBFinish"}) {
+    program(method, NullObject{});
   }
 }
 

@@ -123,7 +123,7 @@ class Saves : public testing::Test {
     // More than one block of the file's buffer.
     sample_->setBuffer(NewSampleBlock(kFrames * 2), 2, kFrames);
     const auto changeSample = [this](int number) {
-      std::byte* sound = sample_->WritableChannel(0);
+      std::byte* sound = sample_->WritableChannels({0}).channels[0];
       for (int i = 0; i < 2 * kFrames; ++i) sound[i] = static_cast<std::byte>(i % 100 + number);
     };
     changeSample(0);

@@ -11,7 +11,7 @@ namespace {
 constexpr uint16_t kUnlinked = 0xFFFF;
 
 template <class M>
-ZylHandler HandlerOf() {
+constexpr ZylHandler HandlerOf() {
   return static_cast<ZylHandler>(&ZylSProgram::Handle<M>);
 }
 
@@ -26,7 +26,7 @@ ZylHandler HandlerOf() {
 #define OWN(record, field, ...) WITH_NAME(OWN_METHOD, ZYL_METHOD_NAME(record, field))
 // NOLINTEND(bugprone-macro-parentheses)
 
-ZylFuncInfo table[] = {
+constinit ZylFuncInfo table[] = {
     ZYL_METHOD_LIST(FIELD, OWN, METHOD){nullptr, nullptr, 0, kUnlinked, kUnlinked}};
 
 #define NAME(name, ...) #name,

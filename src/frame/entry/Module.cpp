@@ -1,8 +1,5 @@
 #include "frame/entry/Module.h"
 
-#include <wx/dynlib.h>
-#include <wx/log.h>
-
 #include <new>
 
 namespace {
@@ -24,19 +21,9 @@ ZylDispatch* MakeProgram(RIOObject* creator) {
 ZylDllRegisterClass programClass = {nullptr,     "ZylSProgram", "ZylDisplayObject",
                                     MakeProgram, kClassVersion, 0};
 
-ModuleState* theModule = nullptr;
-
-// Keeps wxWidgets loaded when this module is unloaded: the last instructions of a worker thread are
-// wxWidgets code.
-void KeepWxLoaded() {
-  wxString path;
-  if (wxDynamicLibrary::GetModuleFromAddress(reinterpret_cast<void*>(&wxUninitialize), &path) ==
-      nullptr) {
-    return;
-  }
-  const wxLogNull quiet;
-  wxDynamicLibrary library(path);
-  library.Detach();
+ZylDllRegisterClass* Push(ZylDllRegisterClass& record, ZylDllRegisterClass* list) {
+  record.next = list;
+  return &record;
 }
 
 // Constructed when the library is loaded, destroyed when it is unloaded.
@@ -44,34 +31,21 @@ ModuleState loaded;
 
 }  // namespace
 
-ModuleState& ModuleState::Get() { return *theModule; }
+ModuleState& ModuleState::Get() { return loaded; }
 
-ModuleState::ModuleState() {
-  theModule = this;
-  KeepWxLoaded();
-  RegisterRIOObject("CSample", kSampleTypeId, kSampleBaseNumber, CSample::Factory);
-  programClass.next = registrations;
-  registrations = &programClass;
-  MethodTable();
-  lockAll = qxGetPrivateProfileLong("Sampler", "LockAll", 0, nullptr) != 0;
-}
-
-ModuleState::~ModuleState() {
-  pitchJobs.StopAll();
-  tempSamples.DeleteAll();
-  delete hash_;
-  hash_ = nullptr;
-}
+ModuleState::ModuleState()
+    : sampleType(RegisterRIOObject("CSample", kSampleTypeId, kSampleBaseNumber, CSample::Factory)),
+      registrations(Push(programClass, nullptr)),
+      lockAll(qxGetPrivateProfileLong("Sampler", "LockAll", 0, nullptr) != 0) {}
 
 hashEntry* ModuleState::HashTable(ZylDispatch* dispatch) {
-  return hash_ != nullptr ? hash_ : RebuildHashTable(dispatch);
+  return hash_ != nullptr ? hash_.get() : RebuildHashTable(dispatch);
 }
 
 hashEntry* ModuleState::RebuildHashTable(ZylDispatch* dispatch) {
-  delete hash_;
-  hash_ = nullptr;
-  hash_ = ZylCreateFuncHashTable(dispatch);
-  return hash_;
+  hash_.reset();
+  hash_.reset(ZylCreateFuncHashTable(dispatch));
+  return hash_.get();
 }
 
 PlexList<ZylSProgram*>& ZylSProgram::Registry() { return ModuleState::Get().programRegistry; }

@@ -3,42 +3,49 @@
 
 #include <wx/init.h>
 
+#include <memory>
+
 #include "frame/ZylSProgram.h"
 #include "pitch/PitchJobManager.h"
 #include "sample/SampleList.h"
 #include "util/PlexList.h"
 
-// The method table: 295 rows and a terminating row; filled at load.
+// The method table: 295 rows and a terminating one. It is a constant, so it is filled first.
 ZylFuncInfo* MethodTable();
 
+// The members are initialised in their order when the library is loaded, and cleaned up in reverse
+// when it is unloaded.
 class ModuleState {
  public:
-  // Members are initialised in the order of their declaration and destroyed in reverse.
   ModuleState();
-  ~ModuleState();
+  ~ModuleState() = default;
   ModuleState(const ModuleState&) = delete;
   ModuleState& operator=(const ModuleState&) = delete;
 
   static ModuleState& Get();
 
  private:
-  // Initialised before everything that uses wxWidgets. Its destructor waits for threads that are
-  // still deleting themselves, so that no code of the module runs after it is unloaded.
+  struct TempSampleList : SampleList {
+    ~TempSampleList() { DeleteAll(); }
+  };
+
   wxInitializer wx_;
 
  public:
-  // Registration list, last pushed record first.
-  ZylDllRegisterClass* registrations = nullptr;
-  uint32_t auxTable = 0;  // only the terminator
+  int sampleType;                      // what the host returned for "CSample"; not used
+  ZylDllRegisterClass* registrations;  // last pushed record first
+
+ private:
+  std::unique_ptr<hashEntry> hash_;
+
+ public:
+  uint32_t auxTable = 0;  // only its end
   PlexList<ZylSProgram*> programRegistry;
-  bool lockAll = false;  // lock records while they are attached
-  SampleList tempSamples;
+  bool lockAll;  // every attached record is locked while it is attached
+  TempSampleList tempSamples;
   PitchJobManager pitchJobs;
 
   // The lookup table that all program objects share; built on first use.
   hashEntry* HashTable(ZylDispatch* dispatch);
   hashEntry* RebuildHashTable(ZylDispatch* dispatch);
-
- private:
-  hashEntry* hash_ = nullptr;
 };

@@ -124,13 +124,16 @@ void SampleFile::Adopt(std::unique_ptr<BasicSample> file) {
   if (blocks[0] != nullptr) {
     SetBlocks(std::move(blocks), static_cast<int>(file->BytesPerValue()), positions);
   }
-  parameters.frameCount = positions;
-  parameters.bits = static_cast<uint16_t>(file->BitsPerValue());
   if (!file->Name().empty()) {
-    name_ = file->Name();
+    Rename(file->Name());
     titled_ = true;
   }
-  parameters.sampleRate = from.rateHz;
+  {
+    const std::lock_guard<std::mutex> hold(soundMutex_);
+    parameters.frameCount = positions;
+    parameters.bits = static_cast<uint16_t>(file->BitsPerValue());
+    parameters.sampleRate = rateHz_ = from.rateHz;
+  }
   parameters.key = from.key;
   parameters.tune = from.tune;
   parameters.playbackType = from.playbackType;
@@ -220,11 +223,14 @@ bool SampleFile::SetChannelCount(int count) {
     delete mains_[last];
     mains_.pop_back();
   }
-  blocks_.resize(mains_.size());
   locks_.resize(mains_.size(), 0);
-  for (size_t i = 0; i < addedRecords.size(); ++i) {
-    mains_.push_back(addedRecords[i].release());
-    blocks_.push_back(std::move(addedBlocks[i]));
+  {
+    const std::lock_guard<std::mutex> hold(soundMutex_);
+    blocks_.resize(mains_.size());
+    for (SampleBlock& block : addedBlocks) blocks_.push_back(std::move(block));
+  }
+  for (OwnedRecord& record : addedRecords) {
+    mains_.push_back(record.release());
     locks_.push_back(0);
   }
   for (const genericSample* record : others_) {
@@ -272,7 +278,7 @@ void SampleFile::SetPath(std::string path) {
   std::string absolutePath = path.empty() ? path : AbsolutePath(path);
   std::string fileName = FileString(path).FileName();
   copyNumber_ = FreeCopyNumber(fileName, absolutePath);
-  name_.swap(name);
+  Rename(std::move(name));
   path_.swap(path);
   absolutePath_.swap(absolutePath);
   fileName_.swap(fileName);
@@ -302,24 +308,49 @@ void SampleFile::ForgetPath() noexcept {
 
 void SampleFile::SetName(std::string name) {
   titled_ = !name.empty();
-  name_.swap(name);
+  Rename(std::move(name));
   Link();
 }
 
-std::byte* SampleFile::Writable(int channel) {
-  SampleBlock& block = blocks_[static_cast<size_t>(channel)];
-  if (block != nullptr && block.use_count() > 1) {
-    std::vector<SampleBlock> blocks(blocks_.size());
-    blocks[static_cast<size_t>(channel)] =
-        Fitted(block.get(), BytesPerValue(), parameters.frameCount, BytesPerValue(),
-               parameters.frameCount);
-    SetBlocks(std::move(blocks), BytesPerValue(), parameters.frameCount);
-  } else {
-    // Reading a count of 1 does not order the edit after the last look of a worker that has just
-    // let go; giving up a holder of our own does.
-    SampleBlock(block).reset();
+void SampleFile::Rename(std::string name) noexcept {
+  const std::lock_guard<std::mutex> hold(soundMutex_);
+  name_.swap(name);
+}
+
+PinnedSound SampleFile::Pin() const {
+  const std::lock_guard<std::mutex> hold(soundMutex_);
+  return {blocks_, BytesPerValue(), parameters.frameCount, rateHz_, name_};
+}
+
+void SampleFile::PublishRate() {
+  const std::lock_guard<std::mutex> hold(soundMutex_);
+  rateHz_ = parameters.sampleRate;
+}
+
+WritableSound SampleFile::Writable(const std::vector<int>& channels) {
+  WritableSound sound;
+  sound.channels.resize(channels.size());
+  sound.unpinned = std::unique_lock<std::mutex>(soundMutex_);
+  const auto at = [&](int channel) -> SampleBlock& {
+    return blocks_[static_cast<size_t>(channel)];
+  };
+  while (std::ranges::any_of(channels, [&](int c) { return at(c).use_count() > 1; })) {
+    sound.unpinned.unlock();
+    std::vector<SampleBlock> copies(blocks_.size());
+    for (const int c : channels) {
+      copies[static_cast<size_t>(c)] = Fitted(at(c).get(), BytesPerValue(), parameters.frameCount,
+                                              BytesPerValue(), parameters.frameCount);
+    }
+    SetBlocks(std::move(copies), BytesPerValue(), parameters.frameCount);
+    sound.unpinned.lock();
   }
-  return blocks_[static_cast<size_t>(channel)].get();
+  for (size_t i = 0; i < channels.size(); ++i) {
+    // Reading a count of 1 does not order the edit after the last read of a worker that has just
+    // dropped the block; dropping one more reference does.
+    SampleBlock(at(channels[i])).reset();
+    sound.channels[i] = at(channels[i]).get();
+  }
+  return sound;
 }
 
 void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, int positions) {
@@ -337,17 +368,23 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
       blocks[c] = Fitted(blocks_[c].get(), BytesPerValue(), kept, bytesPerValue, positions);
     }
   }
-  for (size_t c = 0; c < blocks_.size(); ++c) {
-    if (blocks[c] == blocks_[c]) continue;
-    if (blocks_[c] != nullptr) {
-      for (int i = 0; i < locks_[c]; ++i) LetGo(blocks_[c].get());
-      qxWithdrawBuffer(blocks_[c].get());
+  {
+    const std::lock_guard<std::mutex> hold(soundMutex_);
+    blocks_.swap(blocks);
+    if (bytesPerValue != BytesPerValue()) {
+      parameters.bits = static_cast<uint16_t>(8 * bytesPerValue);
     }
-    blocks_[c] = std::move(blocks[c]);
+    parameters.frameCount = positions;
+  }
+  for (size_t c = 0; c < blocks_.size(); ++c) {
+    const SampleBlock& before = blocks[c];
+    if (before == blocks_[c]) continue;
+    if (before != nullptr) {
+      for (int i = 0; i < locks_[c]; ++i) LetGo(before.get());
+      qxWithdrawBuffer(before.get());
+    }
     for (int i = 0; i < locks_[c]; ++i) HoldResident(blocks_[c].get(), newBytes);
   }
-  if (bytesPerValue != BytesPerValue()) parameters.bits = static_cast<uint16_t>(8 * bytesPerValue);
-  parameters.frameCount = positions;
   Link();
 }
 
@@ -371,6 +408,7 @@ void SampleFile::SetBits(int bits) {
     }
   }
   SetBlocks(std::move(masked), bytesPerValue, parameters.frameCount);
+  const std::lock_guard<std::mutex> hold(soundMutex_);
   parameters.bits = static_cast<uint16_t>(bits);
 }
 

@@ -62,7 +62,9 @@ class SampleFile {
     return static_cast<size_t>(parameters.frameCount) * static_cast<size_t>(BytesPerValue());
   }
   const std::vector<SampleBlock>& Blocks() const { return blocks_; }
-  std::byte* Writable(int channel);
+  WritableSound Writable(const std::vector<int>& channels);
+  PinnedSound Pin() const;
+  void PublishRate();
   // An empty entry keeps that channel's sound, cut or filled and converted to fit.
   void SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, int positions);
   void SetBits(int bits);
@@ -89,6 +91,7 @@ class SampleFile {
     void operator()(genericSample* record) const { delete record; }
   };
   using OwnedRecord = std::unique_ptr<genericSample, DeleteRecord>;
+  void Rename(std::string name) noexcept;
   OwnedRecord NewRecord(int channel);
   void LockChannels(const genericSample& record, int step) noexcept;
   void Link() noexcept;
@@ -97,14 +100,18 @@ class SampleFile {
 
   std::vector<genericSample*> mains_;
   std::vector<genericSample*> others_;  // the whole sample's record and further channel records
-  std::vector<SampleBlock> blocks_;     // by channel; empty pointers while there is no sound
-  std::vector<int> locks_;              // by channel
+  // Guards what Pin reads: the blocks with their width and length, the name and the published rate.
+  // Only the script thread changes these, so it reads them without the mutex.
+  mutable std::mutex soundMutex_;
+  std::vector<SampleBlock> blocks_;  // by channel; empty pointers while there is no sound
+  std::vector<int> locks_;           // by channel
   std::unique_ptr<BasicSample> container_;
   std::string path_;
   std::string absolutePath_;
   std::string fileName_;
   std::string name_;
   bool titled_ = false;  // the name was set or read; otherwise it comes from the path
+  int32_t rateHz_ = SampleParameters().sampleRate;  // as published for workers
   uint32_t sourceId_ = 0;
   int copyNumber_ = 1;
   int type_ = 0;

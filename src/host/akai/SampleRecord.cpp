@@ -56,8 +56,8 @@ void genericSample::setFilePath(std::string_view path) {
 }
 void genericSample::setName(std::string_view text) { file_->SetName(std::string(text)); }
 
-// The records read one set of parameters, so there is nothing to pass on.
-void genericSample::updateChannels() {}
+// The records read one set of parameters; workers read the rate that was published last.
+void genericSample::updateChannels() { file_->PublishRate(); }
 
 int genericSample::getChannelCount() const { return file_->ChannelCount(); }
 bool genericSample::setChannelCount(int count) { return file_->SetChannelCount(count); }
@@ -91,10 +91,10 @@ std::vector<int> genericSample::EditedChannels() const {
   return all;
 }
 
-std::byte* genericSample::WritableChannel(int channelIndex) {
-  return file_->Writable(channelIndex);
+WritableSound genericSample::WritableChannels(const std::vector<int>& channelIndexes) {
+  return file_->Writable(channelIndexes);
 }
-std::vector<SampleBlock> genericSample::PinChannels() const { return file_->Blocks(); }
+PinnedSound genericSample::Pin() const { return file_->Pin(); }
 
 void genericSample::setBuffer(SampleBlock block, int bytesPerValue, int positions) {
   std::vector<SampleBlock> blocks(static_cast<size_t>(getChannelCount()));
@@ -114,7 +114,8 @@ int32_t genericSample::GetValue(int32_t position) const {
 }
 template <int kBytes>
 void genericSample::SetValue(int32_t position, int32_t value) {
-  zyl::ValueAccess<kBytes>::Write(WritableChannel(std::max(channel, 0)), position, value);
+  const WritableSound sound = WritableChannels({std::max(channel, 0)});
+  zyl::ValueAccess<kBytes>::Write(sound.channels[0], position, value);
 }
 
 genericSample::GetMethod genericSample::GetBufferGetMethod() const {

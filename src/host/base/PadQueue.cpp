@@ -3,9 +3,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <iostream>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -26,7 +26,7 @@ struct QueuedCall {
 
 std::mutex queueMutex;
 std::condition_variable queueFilled;
-std::deque<QueuedCall> queue;
+std::list<QueuedCall> queue;
 uint64_t lastNumber = 0;
 
 std::atomic<std::thread::id> scriptThread;
@@ -34,27 +34,33 @@ std::atomic<std::thread::id> scriptThread;
 std::mutex sinkMutex;
 std::function<void(std::string_view)> diagnosticSink;
 
-void Post(const ROCParam& pad, std::function<void()> call) {
+// Appends the one call of the list, which needs no memory.
+void Append(std::list<QueuedCall>& call) noexcept {
   {
     const std::lock_guard<std::mutex> hold(queueMutex);
-    queue.push_back({lastNumber + 1, pad, std::move(call)});
-    ++lastNumber;
+    call.front().number = ++lastNumber;
+    queue.splice(queue.end(), call);
   }
   queueFilled.notify_one();
+}
+
+void Post(const ROCParam& pad, std::function<void()> call) {
+  std::list<QueuedCall> added;
+  added.push_back({0, pad, std::move(call)});
+  Append(added);
 }
 
 // Makes the waiting calls up to `number`, in order, and returns how many. Each call leaves the
 // queue before it is made, so that a call that delivers in turn continues where this one is.
 int DeliverUpTo(uint64_t number) {
   for (int made = 0;; ++made) {
-    std::function<void()> call;
+    std::list<QueuedCall> taken;
     {
       const std::lock_guard<std::mutex> hold(queueMutex);
       if (queue.empty() || queue.front().number > number) return made;
-      call = std::move(queue.front().call);
-      queue.pop_front();
+      taken.splice(taken.begin(), queue, queue.begin());
     }
-    call();
+    taken.front().call();
   }
 }
 
@@ -112,6 +118,23 @@ void SendNow(const ROCParam& pad, const ROCParam& value) {
 void ZylSendThroughPad(const ROCParam& pad, const ROCParam& value) {
   if (pad.Object() == nullptr) return;
   Post(pad, [pad, value] { SendNow(pad, value); });
+}
+
+struct ZylReservedSend::Reserved {
+  std::list<QueuedCall> call;
+  std::shared_ptr<ROCParam> pad = std::make_shared<ROCParam>();
+};
+
+ZylReservedSend::ZylReservedSend(const ROCParam& value) : reserved_(std::make_unique<Reserved>()) {
+  reserved_->call.push_back({0, {}, [pad = reserved_->pad, value] { SendNow(*pad, value); }});
+}
+ZylReservedSend::~ZylReservedSend() = default;
+
+void ZylReservedSend::Send(const ROCParam& pad) noexcept {
+  if (pad.Object() == nullptr) return;
+  *reserved_->pad = pad;
+  reserved_->call.front().pad = pad;
+  Append(reserved_->call);
 }
 
 void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {

@@ -1,6 +1,7 @@
 #include "Registry.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -8,15 +9,15 @@
 
 #include "../hostapp.h"
 #include "../platform/Platform.h"
-#include "Threads.h"
 
 namespace zyl {
 namespace {
 
 struct Registered {
   const void* module;
-  const ZylDllRegisterClass* classRecord;  // null for an object type
+  const ZylDllRegisterClass* classRecord;  // null for an object type or a call
   std::string typeName;
+  std::function<void()> beforeUnload;
 };
 
 std::vector<Registered>& All() {
@@ -39,7 +40,11 @@ const ZylDllRegisterClass* FindClass(std::string_view className) {
 
 void BeginModule(const void* module) { loadingModule = module; }
 
-const void* LoadingModule() { return loadingModule; }
+void EndModule(const void* module) {
+  for (const Registered& entry : All()) {
+    if (entry.module == module && entry.beforeUnload) entry.beforeUnload();
+  }
+}
 
 void ForgetModule(const void* module) {
   std::erase_if(All(), [&](const Registered& entry) { return entry.module == module; });
@@ -49,13 +54,17 @@ void ForgetModule(const void* module) {
 
 int ZylNewDllInfoTag(const char*, ZylDllRegisterClass* record) {
   if (record == nullptr || zyl::FindClass(record->className) != nullptr) return 0;
-  zyl::All().push_back({zyl::loadingModule, record, {}});
+  zyl::All().push_back({zyl::loadingModule, record, {}, {}});
   return 1;
 }
 
 int RegisterRIOObject(const char* typeName, int typeId, int, RIOObject* (*)(RIOObject*)) {
-  zyl::All().push_back({zyl::loadingModule, nullptr, typeName});
+  zyl::All().push_back({zyl::loadingModule, nullptr, typeName, {}});
   return typeId;
+}
+
+void ZylBeforeUnload(std::function<void()> call) {
+  zyl::All().push_back({zyl::loadingModule, nullptr, {}, std::move(call)});
 }
 
 std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string& reason) {
@@ -82,10 +91,9 @@ std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string&
 }
 
 ZylModule::~ZylModule() {
+  zyl::EndModule(this);
   zyl::ForgetModule(this);
-  if (library_ == nullptr) return;
-  zyl::EndThreadsOf(this);
-  zyl::UnloadLibraryFile(library_);
+  if (library_ != nullptr) zyl::UnloadLibraryFile(library_);
 }
 
 ROCAlgo* ZylNewScriptObject(const char* className) {

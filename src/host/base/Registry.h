@@ -11,7 +11,8 @@ const ZylDllRegisterClass* FindClass(std::string_view className);
 
 // Attributes registrations to `module` until the next call; null ends this.
 void BeginModule(const void* module);
-const void* LoadingModule();
+// Runs what the module asked for with ZylBeforeUnload.
+void EndModule(const void* module);
 void ForgetModule(const void* module);
 
 }  // namespace zyl

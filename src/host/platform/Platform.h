@@ -12,10 +12,6 @@ void* LoadLibraryFile(const std::string& path, std::string& reason);
 void* FindLibrarySymbol(void* library, const char* name);
 void UnloadLibraryFile(void* library);
 
-// Calls `last` at the very end of this thread, once for a thread: its start routine has returned by
-// then, and what libraries keep for each thread has been cleared up.
-void CallAtThreadEnd(void (*last)(void*), void* value);
-
 // Locks whole pages in memory, or unlocks them. LockPages returns false if the system refuses.
 bool LockPages(const void* address, size_t bytes);
 void UnlockPages(const void* address, size_t bytes);

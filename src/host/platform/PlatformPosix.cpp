@@ -1,5 +1,4 @@
 #include <dlfcn.h>
-#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,43 +23,6 @@ void* LoadLibraryFile(const std::string& path, std::string& reason) {
 
 void* FindLibrarySymbol(void* library, const char* name) { return dlsym(library, name); }
 void UnloadLibraryFile(void* library) { dlclose(library); }
-
-namespace {
-
-struct ThreadEnd {
-  void (*last)(void*);
-  void* value;
-  int round;
-};
-constinit thread_local ThreadEnd threadEnd{};
-
-pthread_key_t ThreadEndKey();
-
-// The system ends what is kept for a thread in rounds, as long as some of it sets its value anew.
-// Others are through after one; the last round but one leaves room for those that are late.
-void EndRound(void* end) {
-  if (++threadEnd.round < PTHREAD_DESTRUCTOR_ITERATIONS - 1 &&
-      pthread_setspecific(ThreadEndKey(), end) == 0) {
-    return;
-  }
-  threadEnd.last(threadEnd.value);
-}
-
-pthread_key_t ThreadEndKey() {
-  static const pthread_key_t key = [] {
-    pthread_key_t made{};
-    pthread_key_create(&made, EndRound);
-    return made;
-  }();
-  return key;
-}
-
-}  // namespace
-
-void CallAtThreadEnd(void (*last)(void*), void* value) {
-  threadEnd = {last, value, 0};
-  pthread_setspecific(ThreadEndKey(), &threadEnd);
-}
 
 bool LockPages(const void* address, size_t bytes) { return mlock(address, bytes) == 0; }
 void UnlockPages(const void* address, size_t bytes) { munlock(address, bytes); }
