@@ -251,6 +251,9 @@ TEST_F(Saves, LeaveTheOldFileOnAFullDisk) {
 }
 
 TEST_F(Saves, AreOldOrNewWhenTheProcessIsKilledAtAnyMoment) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "a forked child is so slow with this sanitizer that none finishes a save";
+#endif
   constexpr int kKills = 200;
   std::mt19937 random(7);
   std::vector<std::pair<Octets, Octets>> contents;

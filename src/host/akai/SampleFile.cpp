@@ -196,16 +196,16 @@ bool SampleFile::SetChannelCount(int count) {
     if (record->useCount > 0 && record->channel >= count) return false;
   }
   std::vector<OwnedRecord> addedRecords;
-  std::vector<SampleBlock> addedBlocks;
+  std::vector<SampleBlock> blocks = blocks_;
+  blocks.resize(wanted);
   const bool sound = !blocks_.empty() && blocks_[0] != nullptr;
   for (size_t c = mains_.size(); c < wanted; ++c) {
     addedRecords.push_back(NewRecord(static_cast<int>(c)));
-    addedBlocks.push_back(
-        sound ? Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount)
-              : SampleBlock());
+    if (sound) {
+      blocks[c] = Fitted(nullptr, BytesPerValue(), 0, BytesPerValue(), parameters.frameCount);
+    }
   }
   mains_.reserve(wanted);
-  blocks_.reserve(wanted);
   locks_.reserve(wanted);
   // Nothing below throws.
   std::erase_if(others_, [&](genericSample* record) {
@@ -226,8 +226,7 @@ bool SampleFile::SetChannelCount(int count) {
   locks_.resize(mains_.size(), 0);
   {
     const std::lock_guard<std::mutex> hold(soundMutex_);
-    blocks_.resize(mains_.size());
-    for (SampleBlock& block : addedBlocks) blocks_.push_back(std::move(block));
+    blocks_.swap(blocks);
   }
   for (OwnedRecord& record : addedRecords) {
     mains_.push_back(record.release());
