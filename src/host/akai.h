@@ -178,7 +178,7 @@ class ZYLHOST_API genericSample {
  private:
   friend class zyl::SampleFile;
   explicit genericSample(zyl::SampleFile* file) : useCount(0), file_(file) {}
-  ~genericSample();
+  ~genericSample() = default;
   static int32_t NextRecordId();
   template <int kBytes>
   int32_t GetValue(int32_t position) const;

@@ -62,7 +62,7 @@ int TerminalColumns() {
 
 // Prints the names in columns, sorted downwards.
 void PrintNames(const std::vector<std::string>& names) {
-  size_t width = 0;
+  size_t width = 1;
   for (const std::string& name : names) width = std::max(width, name.size() + 2);
   const size_t columns = std::max<size_t>(1, static_cast<size_t>(TerminalColumns()) / width);
   const size_t rows = (names.size() + columns - 1) / columns;

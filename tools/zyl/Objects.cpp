@@ -174,8 +174,8 @@ void PushObject(lua_State* L, RIOObject* object) {
 
 void PushOwned(lua_State* L, std::unique_ptr<RIOObject> object) {
   ScriptHost::Of(L).ReserveDestruction();
-  // PushNew returns non-null: nothing else refers to the object, so nothing can have destroyed it.
-  PushNew(L, object.get())->owned = true;
+  // Nothing else refers to the object, so nothing can have destroyed it and the result is not null.
+  if (ObjectRef* ref = PushNew(L, object.get())) ref->owned = true;
   static_cast<void>(object.release());  // owned by the userdata now
 }
 

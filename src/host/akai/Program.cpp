@@ -220,7 +220,7 @@ void Grow(std::vector<T>& store, size_t more) {
 
 // Inserts an element without allocating: Grow has reserved the room.
 template <class T>
-void Insert(std::vector<T>& store, size_t at, T&& value) noexcept {
+void Insert(std::vector<T>& store, size_t at, T value) noexcept {
   store.push_back(std::move(value));
   std::rotate(store.begin() + static_cast<ptrdiff_t>(at), store.end() - 1, store.end());
 }
@@ -260,10 +260,10 @@ akaiKeyGroup* akaiProgram::newKeyGroup(int index, akaiProgram* source, int sourc
   Unlock();
   const int at = index < 0 || index > allocated_ ? allocated_ : index;
   const auto place = static_cast<size_t>(at);
-  Insert(keyGroupStore_, place, std::move(keygroup));
+  Insert(keyGroupStore_, place, keygroup);
   Insert(extensionStore_, place, std::move(extension));
   for (size_t z = 0; z < kZones; ++z) {
-    Insert(sampleStore_, kZones * place + z, static_cast<genericSample*>(nullptr));
+    Insert<genericSample*>(sampleStore_, kZones * place + z, nullptr);
   }
   for (int z = 0; z < kZones; ++z) {
     if (samples[z] == nullptr) continue;

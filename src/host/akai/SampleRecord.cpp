@@ -15,7 +15,6 @@ AkaiInfoDispatcher* g_pInfoDispatcher = nullptr;
 void genericLoop::Init() { *this = genericLoop(); }
 
 genericSample::genericSample() { new SampleFile(this); }
-genericSample::~genericSample() = default;
 
 int32_t genericSample::NextRecordId() {
   static int32_t last = 0;

@@ -98,7 +98,7 @@ FormPlan Plan(const AifSample& sample) {
     const size_t planned = plan.chunks.size();
     switch (place.slot) {
       case Slot::kFormat:
-        if (zyl::SameFormat(sample) && origin->frames == sample.FrameCount() &&
+        if (origin != nullptr && zyl::SameFormat(sample) && origin->frames == sample.FrameCount() &&
             zyl::KeepStored(sample, place.slot, "COMM", plan)) {
           break;
         }
