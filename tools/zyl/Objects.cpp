@@ -183,6 +183,7 @@ RIOObject* CheckObject(lua_State* L, int index) {
   const ObjectRef* ref = RefAt(L, index);
   if (ref == nullptr) {
     luaL_argerror(L, index, ("expected an object, got " + DescribeType(L, index)).c_str());
+    return nullptr;  // not reached: luaL_argerror does not return
   }
   RIOObject* object = ref->value.Object();
   if (object == nullptr) luaL_argerror(L, index, "the object has been deleted");
