@@ -76,7 +76,7 @@ TEST_F(BlockEdits, OtherWidthsAreConvertedByShifting) {
   EXPECT_EQ(Read(first, 0), (Values{0x1230, -0x1240, 0x7FF0})) << "fewer bits drop the lowest";
 }
 
-TEST_F(BlockEdits, HandlesOfBuffersDieWithThem) {
+TEST_F(BlockEdits, BufferHandlesExpireWithTheirBuffers) {
   Open(16, {{1, 2, 3}, {4, 5, 6}});
   const auto lives = [](int handle) {
     std::string bytes, reason;
@@ -138,7 +138,7 @@ TEST_F(BlockEdits, TheExtensionSelectsTheKindOfANewSample) {
   EXPECT_EQ(program("SampleChannel", 0, 0).Int(), 0) << "one channel by itself";
 }
 
-TEST_F(BlockEdits, ChannelsAreChosenForObjectsAndZonesAndAddedSilent) {
+TEST_F(BlockEdits, ChannelsAreSelectedAndAddedSilent) {
   Open(16, {{1, 2}, {3, 4}});
   EXPECT_EQ(program("SampleChannelCount", whole, 3).Int(), 2);
   EXPECT_EQ(ReadAll(second), (std::vector<Values>{{1, 2}, {3, 4}, {0, 0}}));
@@ -155,6 +155,11 @@ TEST_F(BlockEdits, ChannelsAreChosenForObjectsAndZonesAndAddedSilent) {
   EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text(), "moved.wav");
   EXPECT_EQ(program("SampleChannel", whole, 1).Int(), -1);
   EXPECT_EQ(program("SampleValue", whole, 0).Int(), 3);
+  // A record that plays a channel keeps it, whichever record is the first of that channel.
+  StoreSound(Path("pair.wav"), SF_FORMAT_WAV, 16, {{1, 2}, {3, 4}});
+  RIOObject* pair = Whole(Path("pair.wav"));
+  program("SampleChannel", pair, 1);
+  ExpectArgValue(program("SampleChannelCount", pair, 1), "NewValue", 2);
 }
 
 }  // namespace

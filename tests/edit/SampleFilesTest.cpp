@@ -60,7 +60,7 @@ TEST_F(SampleFiles, WidthsOfPartialBytesSurviveARoundTrip) {
 }
 
 // The name that a record has by its path is no title.
-TEST_F(SampleFiles, ATitleIsWrittenWhenItWasSetOrRead) {
+TEST_F(SampleFiles, ATitleIsWrittenIfItWasSetOrRead) {
   Open(16, {{1, 2}});
   StoreSound(Path("plain.aif"), SF_FORMAT_AIFF, 16, {{1, 2}});
   const std::string listed =

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "SampleFileTools.h"
+#include "base/Pool.h"
 #include "platform/AtomicFile.h"
 
 using namespace zyltest;
@@ -194,6 +195,11 @@ TEST(AtomicFile, RefusesATargetThatTheProcessMayNotWrite) {
   EXPECT_FALSE(foreign);
   EXPECT_TRUE(fresh);
   EXPECT_EQ(ReadBytes<Octets>(path), Octets{1});
+}
+
+TEST(Pool, LeavesLargeBlocksToTheHeap) {
+  zyl::FreeBlock(zyl::AllocateBlock(40), 40);
+  zyl::FreeBlock(zyl::AllocateBlock(1024), 1024);
 }
 
 TEST(AtomicFile, FailsWithoutItsFolder) {

@@ -1,11 +1,11 @@
-// The sample records of the library: what an edit spares, counting of locks, storing.
+// Sample records of the library: copies on edit, counting of locks, storing.
 #include "support/ProgramRecord.h"
 #include "support/ScriptSurface.h"
 
 namespace zyl::test {
 namespace {
 
-// A record that is given back at the end of its scope.
+// Releases a record at the end of its scope.
 struct Giver {
   void operator()(genericSample* record) const { record->deleteSample(); }
 };
@@ -25,7 +25,7 @@ class SampleLibrary : public ModuleTest {
   std::string path;
 };
 
-TEST_F(SampleLibrary, AnEditSparesWhatAWorkerHolds) {
+TEST_F(SampleLibrary, EditsCopyPinnedChannels) {
   const Held left = Load(path, 0);
   const Held whole(left->createChannelRef(-1));
   const auto pinned = left->Pin().channels;
@@ -41,7 +41,7 @@ TEST_F(SampleLibrary, AnEditSparesWhatAWorkerHolds) {
   EXPECT_EQ(left->buffer, before) << "nobody holds the copy";
 }
 
-TEST_F(SampleLibrary, ALockedProgramHoldsWhateverItsZonesPlay) {
+TEST_F(SampleLibrary, ALockedProgramLocksTheSamplesOfItsZones) {
   const Program program;
   program.Make(2);
   program("ZoneSampleSet", 0, 0, path);
@@ -70,10 +70,10 @@ TEST_F(SampleLibrary, ALockedProgramHoldsWhateverItsZonesPlay) {
     EXPECT_EQ(sound(0, 0)->lockValue, 0);
     lockAkaiProgram(record.Get());
   }
-  // The last use ends a program that is still locked, and with it its locks.
+  // Deleting a locked program releases its locks.
 }
 
-TEST_F(SampleLibrary, AStoredSampleIsCleanWhereItWasStoredWhole) {
+TEST_F(SampleLibrary, OnlyAWholeWriteToItsPathCleansASample) {
   const Held whole = Load(path, -1);
   const auto store = [&](const std::string& target, int mask) {
     whole->shared().dirty = true;

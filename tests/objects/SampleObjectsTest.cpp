@@ -10,8 +10,8 @@
 namespace zyl::test {
 namespace {
 
-// What a module does whose record went away under its object. The module's own type information is
-// not to be had here.
+// Removes the record of an object. The module does not export type information, so vptr checks are
+// off.
 __attribute__((no_sanitize("vptr"))) void TakeRecord(RIOObject* object) {
   auto* sample = reinterpret_cast<CSample*>(object);
   sample->sample->deleteSample();
@@ -24,7 +24,7 @@ __attribute__((no_sanitize("vptr"))) int32_t References(RIOObject* object) {
   return reinterpret_cast<CSample*>(object)->refCount;
 }
 
-// Sees an object go.
+// Detects the deletion of an object.
 class Watch {
  public:
   explicit Watch(RIOObject* object) : value_(object) {}
@@ -60,7 +60,7 @@ class SampleObjects : public ModuleTest {
     EXPECT_TRUE(program("ZoneSampleSet", keygroup, zone, path).Ok());
     EXPECT_TRUE(program("ZoneSampleExists", keygroup, zone).Bool());
   }
-  // Hears of samples that are about to go; `during` runs inside the notification.
+  // Counts notifications of samples about to be deleted; `during` runs inside each.
   void ListenForDeleting(std::function<void(RIOObject*)> during = {}) {
     program("Register", static_cast<RIOObject*>(&listener));
     listener["OnDeletingSmpl"] = [this, during](ROCParams& arguments, ROCParam**) {
@@ -82,7 +82,7 @@ class SampleObjects : public ModuleTest {
 
 // ---- Objects of a program ----
 
-TEST_F(SampleObjects, AZoneHasOneObjectThatHoldsOneUse) {
+TEST_F(SampleObjects, AZoneHasOneObjectWithOneUse) {
   EXPECT_EQ(Zone(0, 0), nullptr);
   Fill(0, 0, mono);
   Fill(1, 3, mono);
@@ -101,7 +101,7 @@ TEST_F(SampleObjects, AZoneHasOneObjectThatHoldsOneUse) {
   EXPECT_EQ(Uses(sample), 6);
 }
 
-TEST_F(SampleObjects, ANewZoneSampleEndsTheObjectOfTheOldOne) {
+TEST_F(SampleObjects, ReplacingAZoneSampleDeletesItsObject) {
   Fill(0, 0, mono);
   Fill(0, 1, stereo);
   Fill(1, 1, stereo);
@@ -127,7 +127,7 @@ TEST_F(SampleObjects, ANewZoneSampleEndsTheObjectOfTheOldOne) {
   EXPECT_EQ(Uses(Zone(1, 1)), 3);
 }
 
-TEST_F(SampleObjects, APathWithoutAFileStaysWithItsZone) {
+TEST_F(SampleObjects, AZoneKeepsAPathWithoutAFile) {
   EXPECT_EQ(program("ZoneSamplePath", 0, 2, "later.wav").Text(), "");
   EXPECT_EQ(program("ZoneSamplePath", 0, 2).Text(), "later.wav");
   EXPECT_FALSE(program("Dirty").Bool());
@@ -137,7 +137,7 @@ TEST_F(SampleObjects, APathWithoutAFileStaysWithItsZone) {
   EXPECT_NE(diagnostics.find("missing.wav"), std::string::npos);
 }
 
-TEST_F(SampleObjects, WhatANotifiedScriptDoesCannotUpsetTheEnd) {
+TEST_F(SampleObjects, NotifiedScriptsMayChangeTheProgram) {
   Fill(0, 0, mono);
   Fill(1, 0, stereo);
   Zone(0, 0);
@@ -160,7 +160,7 @@ TEST_F(SampleObjects, WhatANotifiedScriptDoesCannotUpsetTheEnd) {
   EXPECT_LT(told, 10) << "objects that are made meanwhile wait for the next end";
 }
 
-TEST_F(SampleObjects, TheEndOfAProgramIsAnnouncedByPrepareDeleteAlone) {
+TEST_F(SampleObjects, OnlyPrepareDeleteNotifies) {
   Fill(0, 0, mono);
   RIOObject* sample = Zone(0, 0);
   program("Create", NullObject{});
@@ -179,7 +179,7 @@ TEST_F(SampleObjects, TheEndOfAProgramIsAnnouncedByPrepareDeleteAlone) {
 
 // ---- The sample argument ----
 
-TEST_F(SampleObjects, MethodsDropAnObjectWithoutARecord) {
+TEST_F(SampleObjects, ObjectsWithoutARecordAreDropped) {
   for (const char* method : {"SampleGetSize", "SampleLock", "SampleChannel", "SampleGetBuffer"}) {
     SCOPED_TRACE(method);
     Fill(0, 0, mono);
@@ -189,9 +189,6 @@ TEST_F(SampleObjects, MethodsDropAnObjectWithoutARecord) {
     ExpectArgValue(program(method, dead), "Sample", 1);
     EXPECT_TRUE(watch.Gone());
   }
-}
-
-TEST_F(SampleObjects, FileNamesAreReadFromObjectsZonesAndNothing) {
   Fill(1, 2, mono);
   RIOObject* sample = Zone(1, 2);
   EXPECT_EQ(program("SampleFileName", sample).Text(), "mono.wav");
@@ -205,7 +202,7 @@ TEST_F(SampleObjects, FileNamesAreReadFromObjectsZonesAndNothing) {
 
 // ---- Temporary samples ----
 
-TEST_F(SampleObjects, ReadingATemporarySampleAgainCountsTheObjectNotTheRecord) {
+TEST_F(SampleObjects, ReadingATemporarySampleAgainAddsAReference) {
   EXPECT_EQ(program("GetTempSample", mono).Object(), nullptr) << "it is not in memory";
   RIOObject* sample = program("ReadTempSample", mono).Object();
   ASSERT_NE(sample, nullptr);
@@ -267,7 +264,7 @@ TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {
   EXPECT_EQ(program("SampleName", made).Text(), "Kick");
 }
 
-TEST_F(SampleObjects, ALockedTemporarySampleUnlocksItsRecordAtItsEnd) {
+TEST_F(SampleObjects, DeletingATemporarySampleUnlocksIt) {
   Fill(0, 0, mono);
   RIOObject* zone = Zone(0, 0);
   for (int i = 0; i < 2; ++i) EXPECT_EQ(program("GetTempSample", mono, 0, true).Int(), 1);
@@ -300,7 +297,7 @@ TEST_F(SampleObjects, ALockedTemporarySampleUnlocksItsRecordAtItsEnd) {
 
 // ---- Locks, reading anew, properties ----
 
-TEST_F(SampleObjects, AFileReadAnewReachesZonesAndObjects) {
+TEST_F(SampleObjects, ReloadingReachesZonesAndObjects) {
   Fill(0, 0, mono);
   Fill(1, 0, stereo);
   const Program other;
@@ -319,7 +316,7 @@ TEST_F(SampleObjects, AFileReadAnewReachesZonesAndObjects) {
   EXPECT_EQ(program("Samplekey", sample).Int(), 60);
   EXPECT_EQ(Uses(sample), 3);
   EXPECT_EQ(other("SampleSampleRate", other("SampleGet", 0, 0).Object()).Int(), 22050);
-  // Whoever is not rebound keeps the old sound, which has no path any more.
+  // Temporary samples keep the old sound, which has no path any more.
   EXPECT_EQ(RecordOf(temporary), old);
   EXPECT_EQ(Uses(temporary), 1);
   EXPECT_EQ(program("SampleFilePath", temporary).Text(), "");
@@ -339,7 +336,7 @@ TEST_F(SampleObjects, AFileReadAnewReachesZonesAndObjects) {
   EXPECT_TRUE(program("ZoneSampleExists", 0, 0).Bool());
 }
 
-TEST_F(SampleObjects, PropertiesAreStoredAndMarkWhatTheyChange) {
+TEST_F(SampleObjects, PropertiesSetTheirDirtyMarks) {
   Fill(0, 0, stereo);
   RIOObject* sample = Zone(0, 0);
   struct {
@@ -374,7 +371,7 @@ TEST_F(SampleObjects, PropertiesAreStoredAndMarkWhatTheyChange) {
   EXPECT_FALSE(program("SampleDirty", 0, 0).Bool());
 }
 
-TEST_F(SampleObjects, TheTuningForTheHostsRate) {
+TEST_F(SampleObjects, RecalcTuneFollowsTheHostRate) {
   Fill(0, 0, mono);
   RIOObject* sample = Zone(0, 0);
   const auto host = static_cast<int32_t>(UnitAttribute::sampleRate);
