@@ -13,10 +13,11 @@ class Install : public Verbs {
     ASSERT_EQ(run.status, 0) << run.out;
     std::filesystem::rename(Path("first"), Path("moved"));
   }
-  // Runs without the build's folders in the environment.
+  // Runs without the build's folders in the environment, but with the sanitizer's suppressions.
   Finished Installed(const std::string& arguments) const {
-    return Shell("cd " + Quoted("") + " && env -i PATH=/usr/bin:/bin " + Quoted("moved/bin/zyl") +
-                     " " + arguments,
+    return Shell("cd " + Quoted("") +
+                     " && env -i PATH=/usr/bin:/bin TSAN_OPTIONS=\"$TSAN_OPTIONS\" " +
+                     Quoted("moved/bin/zyl") + " " + arguments,
                  true);
   }
 };
