@@ -83,7 +83,7 @@ end
 --   verb, about   name and description
 --   options       list of { name, help }, and, except for flags, kind ("integer", "number", "text"),
 --                 value (its name in the help), low, high, default; optionally short (a letter)
---   answers       exit status 1 is a result of the verb
+--   answers       the verb may return exit status 1 as a result
 --   folders       replace folders with their sound files
 --   repeats       keep duplicates
 --   operands, more, status   texts of the help

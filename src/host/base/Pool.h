@@ -1,6 +1,6 @@
 // Free lists for objects that are created and freed in large numbers: script values, and graphic
 // objects and cells when a list is refilled. Each thread keeps up to a few megabytes of blocks, by
-// size. A block goes to the free list of the thread that frees it.
+// size. A block joins the free list of the thread that frees it.
 #pragma once
 
 #include <cstddef>
