@@ -1,0 +1,55 @@
+-- The output of zyl map: the layout as a table, or as records for JSON.
+local json = require "json"
+local notes = require "notes"
+local rootkeys = require "rootkeys"
+local text = require "text"
+
+local mapreport = {}
+
+local function cents(it) return 100 * (it.note - it.key) end
+
+function mapreport.table(keygroups)
+  local rows = { { "keys", "root", "velocities", "from", "cents", "file" } }
+  for _, group in ipairs(keygroups) do
+    for z, zone in ipairs(group.zones) do
+      rows[#rows + 1] = {
+        z == 1 and ("%3d-%-3d"):format(group.low, group.high) or "",
+        z == 1 and ("%s (%d)"):format(notes.name(group.key), group.key) or "",
+        ("%d-%d"):format(zone.low, zone.high), zone.sample.source,
+        ("%+.1f"):format(cents(zone.sample)), text.printable(zone.sample.path),
+      }
+    end
+  end
+  return text.columns(rows, { true, true, false, true, false, true }, "")
+end
+
+-- The place of each recording: names and values of a record's last fields. `written` is the path of
+-- the written program, or nil.
+local function places(keygroups, written)
+  local place = {}
+  for k, group in ipairs(keygroups) do
+    for z, zone in ipairs(group.zones) do
+      place[zone.sample] = { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
+                             "low_velocity", zone.low, "high_velocity", zone.high,
+                             "written", written or json.null }
+    end
+  end
+  return place
+end
+
+-- Calls each(index, record) for every recording.
+function mapreport.records(list, keygroups, how, written, each)
+  local none = { "keygroup", nil, "zone", nil, "low_key", nil, "high_key", nil, "low_velocity", nil,
+                 "high_velocity", nil, "written", nil }
+  local place = places(keygroups, written)
+  for i, it in ipairs(list) do
+    local pitch = it.pitch and json.object("key", (notes.nearest(it.pitch)), "cents",
+                                           (select(2, notes.nearest(it.pitch))))
+    each(i, json.object("file", it.path, "error", it.failure, "key", it.key,
+      "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
+      "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
+      "left_out", it.leftOut, table.unpack(place[it] or none, 1, 14)))
+  end
+end
+
+return mapreport

@@ -1,0 +1,95 @@
+-- The recordings that zyl map places: reading their formats and measuring their pitch.
+--
+-- A batch has the fields
+--   program   a program object, for the sample methods
+--   list      the recordings, in the order of the files
+--   a4        the frequency of A4 in Hz
+-- and a recording the fields
+--   path, index, name    name as parsed by filenames.read
+--   failure              why the file cannot be used
+--   known, chunk, fileNote, rate, frames, channels
+--                        set once the file was opened: the root key in the file, and the note at
+--                        which the file plays at its original pitch
+--   measured, pitch, noPitch
+--                        set once the pitch was measured: a note, or why there is none
+local cli = require "cli"
+local filenames = require "filenames"
+local notes = require "notes"
+local progress = require "progress"
+local rootpitch = require "rootpitch"
+local samples = require "samples"
+local soundfile = require "soundfile"
+
+local recordings = {}
+
+-- Makes a batch of the files. With `parse` their names are parsed.
+function recordings.batch(paths, parse, a4)
+  local batch = { program = host.new("ZylSProgram"), list = {}, a4 = a4 }
+  local names = parse and filenames.read(paths) or {}
+  for i, path in ipairs(paths) do
+    batch.list[i] = { path = path, name = names[i] or {}, index = i }
+  end
+  return batch
+end
+
+function recordings.fail(it, reason)
+  it.failure = reason
+  cli.failed(it.path, reason)
+end
+
+-- Reads key, tuning and format of an open sample.
+local function take(batch, it, sample, found)
+  if it.known then return end
+  local program = batch.program
+  local key = program:Samplekey(sample)
+  it.fileNote = key + program:Sampletune(sample) / 256
+  it.rate, it.frames = program:SampleSampleRate(sample), program:SampleGetSize(sample)
+  it.channels = program:SampleChannelCount(sample)
+  -- Programs that do not know the root key write 0 with their loops.
+  if soundfile.hasKey(found) and key > 0 and key <= 127 then it.chunk = key end
+  it.known = true
+end
+
+-- Opens all recordings that have not been opened.
+function recordings.open(batch)
+  for i, it in ipairs(batch.list) do
+    if not it.known and not it.failure then
+      progress.show((i - 1) / #batch.list, it.path)
+      local sample, found = cli.try(samples.open, batch.program, it.path)
+      if sample then
+        take(batch, it, sample, found)
+        samples.close(batch.program, sample)
+      else
+        recordings.fail(it, found)
+      end
+    end
+  end
+end
+
+-- Measures the pitch of the recordings in the set `wanted` that have not been measured.
+function recordings.measure(batch, wanted)
+  local program, paths, items = batch.program, {}, {}
+  for _, it in ipairs(batch.list) do
+    if wanted[it] and not it.measured and not it.failure then
+      paths[#paths + 1], items[#items + 1] = it.path, it
+    end
+  end
+  if #paths == 0 then return end
+  samples.tracks(program, paths, function(sample) return rootpitch.settings(program, sample) end, {
+    shown = progress.show,
+    failed = function(index, reason) recordings.fail(items[index], reason) end,
+    done = function(index, sample, track, found)
+      local it = items[index]
+      take(batch, it, sample, found)
+      it.measured = true
+      local result, reason = rootpitch.of(program, sample, track)
+      if not result or not result.sure then
+        it.noPitch = reason or "no steady pitch"
+      else
+        it.pitch = notes.fromHertz(result.hertz, batch.a4)
+      end
+    end,
+  })
+end
+
+return recordings

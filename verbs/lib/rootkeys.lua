@@ -1,0 +1,192 @@
+-- Finds the root keys of a batch of recordings (see recordings.lua) in chunks, names and pitch.
+--
+-- Sets for each recording key, source ("chunk", "name" or "pitch") and note (the assumed pitch of
+-- the file); for one without a root key, failure. `how` has the fields
+--   order     the sources in order of preference, and use, the set of these
+--   octave    the octave of key 60 in the names; automatic if pitches may correct it
+--   from      the sources as given, for messages
+--   check     whether to measure all recordings and report where the sources differ
+local cli = require "cli"
+local notes = require "notes"
+local recordings = require "recordings"
+
+local rootkeys = {}
+
+local PROBES = 12    -- files measured to find the octave of the names
+local UNSAID = 60    -- written by programs that do not know the key
+
+-- Up to PROBES files with a note in their name, evenly spread.
+local function probes(list)
+  local named, chosen = {}, {}
+  for _, it in ipairs(list) do
+    if it.name.key and not it.failure then named[#named + 1] = it end
+  end
+  local count = math.min(#named, PROBES)
+  for i = 1, count do chosen[named[(i - 1) * #named // count + 1]] = true end
+  return chosen
+end
+
+-- Compares names with measured pitches: sets the octave that most of them agree on, and discards
+-- numbers that are not keys.
+local function judgeNames(batch, how, chosen)
+  local counts, all, most = {}, 0, 0
+  for it in pairs(chosen) do
+    if it.pitch then
+      local offset = notes.nearest(it.pitch) - it.name.key
+      counts[offset] = (counts[offset] or 0) + 1
+      all = all + 1
+    end
+  end
+  local agreed
+  for offset, count in pairs(counts) do
+    if count > most or count == most and offset == 0 then agreed, most = offset, count end
+  end
+  if all < 2 or most < 2 then return end
+  local isNumber = false
+  for it in pairs(chosen) do isNumber = isNumber or it.name.how == "number" end
+  if 3 * most < 2 * all or agreed % 12 ~= 0 then
+    if isNumber then
+      cli.note("names", "their numbers do not match the pitches: not used")
+      for _, it in ipairs(batch.list) do it.name.key = nil end
+    else
+      cli.note("names", ("%d of %d pitches differ from the names; see --check, --from pitch")
+               :format(all - (counts[0] or 0), all))
+    end
+  elseif agreed ~= 0 and not isNumber and how.automatic then
+    how.octave = how.octave - agreed // 12
+    cli.note("names", ("%d of %d pitches indicate that C%d is key 60: --octave %d")
+             :format(most, all, how.octave, how.octave))
+  end
+end
+
+-- The key in the recording's name.
+function rootkeys.ofName(it, how)
+  if not it.name.key then return nil end
+  local key = it.name.key + (it.name.how == "note" and 12 * (4 - how.octave) or 0)
+  return key >= 0 and key <= 127 and key or nil
+end
+
+-- The root key in the file's chunk, unless it is in doubt.
+local function chunkKey(it) return not it.doubted and it.chunk or nil end
+
+-- The key that all chunks share although the names differ, and the number of chunks.
+local function commonKey(batch, how)
+  local common, count, name, differ = nil, 0, nil, false
+  for _, it in ipairs(batch.list) do
+    if it.chunk then
+      if common and common ~= it.chunk then return nil end
+      common, count = it.chunk, count + 1
+      differ = differ or it.name.key and name and name ~= it.name.key
+      name = name or it.name.key
+    end
+  end
+  if differ and how.use.name and count >= (common == UNSAID and 2 or 3) then return common, count end
+end
+
+-- Marks chunks as doubtful: a root key common to all, and key 60 if neither name nor pitch confirms
+-- it. Doubtful keys are used only after all other sources.
+local function doubtChunks(batch, how)
+  local common, count = commonKey(batch, how)
+  if common then
+    cli.note("chunks", ("all %d have the root key %s (%d): not used"):format(count,
+             notes.name(common), common))
+    for _, it in ipairs(batch.list) do it.doubted = it.chunk ~= nil end
+    return
+  end
+  local unsure, doubted = {}, 0
+  for _, it in ipairs(batch.list) do
+    if it.chunk == UNSAID and rootkeys.ofName(it, how) ~= UNSAID then unsure[it] = true end
+  end
+  if how.use.pitch then recordings.measure(batch, unsure) end
+  for it in pairs(unsure) do
+    local contradicted = it.pitch and notes.nearest(it.pitch) ~= UNSAID
+    it.doubted = contradicted or not it.pitch and how.use.name and rootkeys.ofName(it, how) ~= nil
+    if it.doubted then doubted = doubted + 1 end
+  end
+  if doubted > 0 then
+    cli.note("chunks", ("the root key C4 (60) of %d file%s differs from name or pitch: not used")
+             :format(doubted, doubted == 1 and "" or "s"))
+  end
+end
+
+local function decide(it, how)
+  for _, source in ipairs(how.order) do
+    if source == "chunk" and chunkKey(it) then
+      it.key, it.note = it.chunk, it.fileNote
+    elseif source == "name" and rootkeys.ofName(it, how) then
+      it.key = rootkeys.ofName(it, how)
+      it.note = it.key + 0.0
+    elseif source == "pitch" and it.pitch then
+      it.key, it.note = notes.nearest(it.pitch), it.pitch
+      if it.key < 0 or it.key > 127 then it.key = nil end
+    end
+    if it.key then
+      it.source = source
+      return
+    end
+  end
+  if it.doubted then
+    it.key, it.note, it.source = it.chunk, it.fileNote, "chunk"
+    return
+  end
+  recordings.fail(it, "no root key: "
+                  .. (it.noPitch and it.noPitch .. " (--drums maps files without pitch)"
+                      or "none of " .. how.from .. " has one"))
+end
+
+-- The recordings whose pitch is needed because no preferred source has a key.
+local function needsPitch(batch, how)
+  local wanted = {}
+  for _, it in ipairs(batch.list) do
+    local before = false
+    for _, source in ipairs(how.order) do
+      if source == "pitch" and not before then wanted[it] = true end
+      before = before or source == "chunk" and chunkKey(it) ~= nil
+               or source == "name" and rootkeys.ofName(it, how) ~= nil
+    end
+  end
+  return wanted
+end
+
+local function collect(batch, how)
+  local everything = {}
+  for _, it in ipairs(batch.list) do everything[it] = true end
+  if how.check or how.order[1] == "pitch" then recordings.measure(batch, everything) end
+  recordings.open(batch)
+  if how.use.chunk then doubtChunks(batch, how) end
+  if how.use.name and how.automatic or how.check then
+    local unsaid = {}
+    for it in pairs(probes(batch.list)) do
+      if not (how.order[1] == "chunk" and chunkKey(it)) then unsaid[it] = true end
+    end
+    recordings.measure(batch, unsaid)
+    judgeNames(batch, how, unsaid)
+  end
+  recordings.measure(batch, needsPitch(batch, how))
+end
+
+-- Prints chunk, name and pitch if they differ by a key or more.
+local function check(it, how)
+  local said, first, differ = {}, nil, false
+  local function add(name, key)
+    if not key then return end
+    said[#said + 1] = ("%s %s (%d)"):format(name, notes.name(key), key)
+    differ = differ or first ~= nil and key ~= first
+    first = first or key
+  end
+  add("chunk", chunkKey(it))
+  add("name", rootkeys.ofName(it, how))
+  add("pitch", it.pitch and notes.nearest(it.pitch))
+  it.differ = differ
+  if differ then cli.note(it.path, table.concat(said, ", ")) end
+end
+
+function rootkeys.find(batch, how)
+  collect(batch, how)
+  for _, it in ipairs(batch.list) do
+    if not it.failure then decide(it, how) end
+    if how.check and not it.failure then check(it, how) end
+  end
+end
+
+return rootkeys
