@@ -351,22 +351,18 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   friend struct ProgramStore;
   akaiProgram();
   ~akaiProgram();
-  // Everything except locks and file name; built completely before Replace swaps it in.
-  struct Contents {
-    akaiProgramHdrImage header{};
-    std::vector<akaiKeyGroup> keygroups;
-    std::vector<vendlKeyGroup> extensions;
-    std::vector<genericSample*> samples;  // Replace adds their uses
-    std::unique_ptr<TolmoChunk> tolmo;
-    std::vector<ListChunk> otherChunks;
-  };
-  void Replace(Contents next) noexcept;
+  // Swaps everything except locks and uses. `unlocked` isn't locked.
+  void SwapContents(akaiProgram& unlocked) noexcept;
+  // Fills this new record.
+  void CopyContents(const akaiProgram& source);
   void ReserveKeyGroup();
   // BindArrays updates the pointers to the arrays; Rebind also sets the keygroup counts.
   void BindArrays() noexcept;
   void Rebind() noexcept;
   void Unlock() noexcept;
   void Lock() noexcept;
+  void LockSamples() noexcept;
+  void UnlockSamples() noexcept;
   bool Reaches(int keygroup, int zone) const;
   // Takes ownership of one use of the sample and releases the previous sample.
   void PutSample(int index, genericSample* sample) noexcept;
@@ -382,6 +378,7 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   int allocated_ = 0;
   std::string fileName_;
   int useCount_ = 1;
+  bool isSnapshot_ = false;
 };
 
 // Returns null if memory runs out.
@@ -394,6 +391,26 @@ ZYLHOST_API void unlockAkaiProgram(akaiProgram* program);
 ZYLHOST_API akaiProgram* readAkaiProgram(int reserved, const char* path, int loadSamples);
 // Finds a program in use by its path, otherwise by its name. Adds a use.
 ZYLHOST_API akaiProgram* findAkaiProgram(int reserved, const char* name);
+namespace zyl {
+// A copy of a program record, with its samples and file name, to roll back changes. Owns one use of
+// the record. A sample that is reloaded or gets another path changes in the copy, too.
+class ZYLHOST_API ProgramSnapshot {
+ public:
+  // Throws std::bad_alloc without memory.
+  explicit ProgramSnapshot(akaiProgram* program);
+  ~ProgramSnapshot();
+  ProgramSnapshot(const ProgramSnapshot&) = delete;
+  ProgramSnapshot& operator=(const ProgramSnapshot&) = delete;
+
+  // Restores the record, except its locks, and returns it with one more use. Call it at most once:
+  // it swaps the record and the copy, so that it allocates nothing.
+  akaiProgram* Restore() noexcept;
+
+ private:
+  akaiProgram* record_;
+  akaiProgram* copy_;
+};
+}  // namespace zyl
 
 // Write modes, a sum of: 2 the changed samples as well, 16 sample paths relative to the program
 // file, 32 absolute sample paths. Other bits have no effect.

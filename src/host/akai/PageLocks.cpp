@@ -22,7 +22,7 @@ std::map<uintptr_t, Range>& Ranges() {
 
 }  // namespace
 
-void HoldResident(const void* address, size_t bytes) noexcept {
+void LockRange(const void* address, size_t bytes) noexcept {
   if (address == nullptr || bytes == 0) return;
   try {
     Range& range = Ranges()[reinterpret_cast<uintptr_t>(address)];
@@ -33,7 +33,7 @@ void HoldResident(const void* address, size_t bytes) noexcept {
   }
 }
 
-void LetGo(const void* address) noexcept {
+void UnlockRange(const void* address) noexcept {
   auto& ranges = Ranges();
   const auto found = ranges.find(reinterpret_cast<uintptr_t>(address));
   if (found == ranges.end() || --found->second.count > 0) return;

@@ -6,8 +6,8 @@
 
 namespace zyl {
 
-// Without memory for its account, a range stays pageable.
-void HoldResident(const void* address, size_t bytes) noexcept;
-void LetGo(const void* address) noexcept;
+// Without memory to count the lock, the range stays pageable.
+void LockRange(const void* address, size_t bytes) noexcept;
+void UnlockRange(const void* address) noexcept;
 
 }  // namespace zyl

@@ -2,8 +2,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <new>
-#include <set>
 #include <string>
 #include <utility>
 
@@ -11,10 +9,6 @@
 #include "../base.h"
 #include "../platform/Platform.h"
 #include "PageLocks.h"
-#include "ProgramStore.h"
-#include "SampleFile.h"
-
-using zyl::SampleFile;
 
 void akaiKeyGroup::setDefault() {
   *this = akaiKeyGroup();
@@ -89,19 +83,19 @@ void akaiProgram::Rebind() noexcept {
 // Call Unlock before the arrays may move, and Lock at their new addresses.
 void akaiProgram::Unlock() noexcept {
   if (lockCount == 0) return;
-  zyl::LetGo(this);
-  zyl::LetGo(tolmoChunk.get());
-  zyl::LetGo(keyGroupArray);
-  zyl::LetGo(keyGroupExtensions);
-  zyl::LetGo(sampleTable);
+  zyl::UnlockRange(this);
+  zyl::UnlockRange(tolmoChunk.get());
+  zyl::UnlockRange(keyGroupArray);
+  zyl::UnlockRange(keyGroupExtensions);
+  zyl::UnlockRange(sampleTable);
 }
 void akaiProgram::Lock() noexcept {
   if (lockCount == 0) return;
-  zyl::HoldResident(this, sizeof(akaiProgram));
-  zyl::HoldResident(tolmoChunk.get(), sizeof(TolmoChunk));
-  zyl::HoldResident(keyGroupArray, keyGroupStore_.size() * sizeof(akaiKeyGroup));
-  zyl::HoldResident(keyGroupExtensions, extensionStore_.size() * sizeof(vendlKeyGroup));
-  zyl::HoldResident(sampleTable, sampleStore_.size() * sizeof(void*));
+  zyl::LockRange(this, sizeof(akaiProgram));
+  zyl::LockRange(tolmoChunk.get(), sizeof(TolmoChunk));
+  zyl::LockRange(keyGroupArray, keyGroupStore_.size() * sizeof(akaiKeyGroup));
+  zyl::LockRange(keyGroupExtensions, extensionStore_.size() * sizeof(vendlKeyGroup));
+  zyl::LockRange(sampleTable, sampleStore_.size() * sizeof(void*));
 }
 
 bool akaiProgram::Reaches(int keygroup, int zone) const {
@@ -140,73 +134,91 @@ std::string akaiProgram::setUniqueTempName() {
   return path;
 }
 
-void akaiProgram::Replace(Contents next) noexcept {
-  Unlock();
-  for (genericSample* sample : next.samples) {
-    if (sample == nullptr) continue;
-    ++sample->useCount;
-    if (lockCount != 0) ::lockSample(sample);
+void akaiProgram::LockSamples() noexcept {
+  for (genericSample* sample : sampleStore_) {
+    if (sample != nullptr) ::lockSample(sample);
   }
-  const uint32_t locks = lockCount;
-  static_cast<akaiProgramHdrImage&>(*this) = next.header;
-  lockCount = locks;
-  keyGroupStore_.swap(next.keygroups);
-  extensionStore_.swap(next.extensions);
-  sampleStore_.swap(next.samples);
-  tolmoChunk.swap(next.tolmo);
-  otherChunks_.swap(next.otherChunks);
-  SetFileName("");
-  Rebind();
-  Lock();
-  // Releasing a sample calls the dispatcher: only when the record is whole again.
-  for (genericSample* sample : next.samples) {
-    if (sample == nullptr) continue;
-    if (lockCount != 0) ::unlockSample(sample);
-    sample->deleteSample();
+}
+void akaiProgram::UnlockSamples() noexcept {
+  for (genericSample* sample : sampleStore_) {
+    if (sample != nullptr) ::unlockSample(sample);
   }
 }
 
+void akaiProgram::SwapContents(akaiProgram& unlocked) noexcept {
+  Unlock();
+  if (lockCount != 0) {
+    unlocked.LockSamples();
+    UnlockSamples();
+  }
+  const uint32_t locks = lockCount;
+  std::swap<akaiProgramHdrImage>(*this, unlocked);
+  lockCount = locks;
+  unlocked.lockCount = 0;
+  keyGroupStore_.swap(unlocked.keyGroupStore_);
+  extensionStore_.swap(unlocked.extensionStore_);
+  sampleStore_.swap(unlocked.sampleStore_);
+  tolmoChunk.swap(unlocked.tolmoChunk);
+  otherChunks_.swap(unlocked.otherChunks_);
+  fileName_.swap(unlocked.fileName_);
+  BindArrays();
+  unlocked.BindArrays();
+  Lock();
+}
+
+void akaiProgram::CopyContents(const akaiProgram& source) {
+  static_cast<akaiProgramHdrImage&>(*this) = source;
+  lockCount = 0;
+  keyGroupStore_ = source.keyGroupStore_;
+  extensionStore_ = source.extensionStore_;
+  otherChunks_ = source.otherChunks_;
+  fileName_ = source.fileName_;
+  if (source.tolmoChunk != nullptr) tolmoChunk = std::make_unique<TolmoChunk>(*source.tolmoChunk);
+  sampleStore_ = source.sampleStore_;
+  for (genericSample* sample : sampleStore_) {
+    if (sample != nullptr) ++sample->useCount;
+  }
+  BindArrays();
+}
+
+// The functions below swap in the contents of a temporary record. Its destructor then releases the
+// previous samples, which calls the dispatcher.
 void akaiProgram::setDefault() {
-  Contents next;
-  next.keygroups.resize(1);
-  next.keygroups[0].setDefault();
-  next.extensions.resize(1);
-  next.samples.assign(kZones, nullptr);
-  akaiProgramHdrImage& header = next.header;
-  std::memcpy(header.name, "New Program", 12);
-  header.poly = 15;
-  header.prority = 1;
-  header.highKey = 127;
-  header.indyOutput = -1;
-  header.stereoLevel = 99;
-  header.loudness = 80;
-  header.loudVel = 20;
-  header.bendRangeUp = 2;
-  header.pitchBendDown = 2;
-  header.LFOspeed = 50;
-  header.LFOdepthWheel = 30;
-  header.LFO2speed = 50;
-  Replace(std::move(next));
+  akaiProgram next;
+  next.keyGroupStore_.resize(1);
+  next.keyGroupStore_[0].setDefault();
+  next.extensionStore_.resize(1);
+  next.sampleStore_.assign(kZones, nullptr);
+  next.Rebind();
+  std::memcpy(next.name, "New Program", 12);
+  next.poly = 15;
+  next.prority = 1;
+  next.highKey = 127;
+  next.indyOutput = -1;
+  next.stereoLevel = 99;
+  next.loudness = 80;
+  next.loudVel = 20;
+  next.bendRangeUp = 2;
+  next.pitchBendDown = 2;
+  next.LFOspeed = 50;
+  next.LFOdepthWheel = 30;
+  next.LFO2speed = 50;
+  SwapContents(next);
 }
 
 // Doesn't copy the file name: the first write of the copy would overwrite the original's file.
 void akaiProgram::copyFrom(const akaiProgram* source, bool copySamples) {
   if (source == this) return;
-  Contents next;
-  next.header = *source;
-  next.keygroups = source->keyGroupStore_;
-  next.extensions = source->extensionStore_;
-  next.otherChunks = source->otherChunks_;
-  if (source->tolmoChunk != nullptr) next.tolmo = std::make_unique<TolmoChunk>(*source->tolmoChunk);
-  if (copySamples) {
-    next.samples = source->sampleStore_;
-  } else {
-    next.samples.assign(source->sampleStore_.size(), nullptr);
-    for (vendlKeyGroup& extension : next.extensions) {
-      for (int z = 0; z < kZones; ++z) extension.TakeSamplePath(z, {}, false);
+  akaiProgram next;
+  next.CopyContents(*source);
+  next.SetFileName("");
+  next.Rebind();
+  if (!copySamples) {
+    for (int k = 0; k < next.allocated_; ++k) {
+      for (int z = 0; z < kZones; ++z) next.PutZone(k, z, nullptr, {}, 0);
     }
   }
-  Replace(std::move(next));
+  SwapContents(next);
 }
 
 namespace {
@@ -375,147 +387,8 @@ void akaiProgram::setUShortResonance(int keygroup, uint16_t value) {
 void akaiProgramHdr::EnableTolmoChunk() {
   if (tolmoChunk != nullptr) return;
   auto chunk = std::make_unique<TolmoChunk>();
-  if (lockCount != 0) zyl::HoldResident(chunk.get(), sizeof(TolmoChunk));
+  if (lockCount != 0) zyl::LockRange(chunk.get(), sizeof(TolmoChunk));
   tolmoChunk = std::move(chunk);
 }
 // There is no copy to update: readers of the record access the chunk directly.
 void akaiProgram::updateLockedTolmo() {}
-
-int64_t akaiProgram::RecordMemory() const {
-  return static_cast<int64_t>(
-      sizeof(akaiProgram) + (tolmoChunk == nullptr ? 0 : sizeof(TolmoChunk)) +
-      keyGroupStore_.size() * (sizeof(akaiKeyGroup) + sizeof(vendlKeyGroup)) +
-      sampleStore_.size() * sizeof(void*));
-}
-
-namespace {
-
-int ClampToInt(int64_t bytes) { return static_cast<int>(std::min<int64_t>(bytes, INT32_MAX)); }
-
-// Sums a measure over the sample files of the programs' zones, each file once.
-template <class Measure>
-int64_t SampleMemory(const std::vector<const akaiProgram*>& programs, Measure measure) {
-  std::set<const SampleFile*> files;
-  for (const akaiProgram* program : programs) {
-    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
-      if (program->sampleTable[i] != nullptr) files.insert(SampleFile::Of(program->sampleTable[i]));
-    }
-  }
-  int64_t sum = 0;
-  for (const SampleFile* file : files) sum += (file->*measure)();
-  return sum;
-}
-
-std::vector<const akaiProgram*> Programs() {
-  return {zyl::AllPrograms().begin(), zyl::AllPrograms().end()};
-}
-
-}  // namespace
-
-int akaiProgram::getTotalMem(bool samples) const {
-  const int64_t sound = samples ? SampleMemory({this}, &SampleFile::Memory) : 0;
-  return ClampToInt(RecordMemory() + sound);
-}
-
-int akaiProgram::getTotalLockedMem(bool samples) const {
-  const int64_t sound = samples ? SampleMemory({this}, &SampleFile::LockedMemory) : 0;
-  return ClampToInt((lockCount != 0 ? RecordMemory() : 0) + sound);
-}
-
-int getTotalMem() {
-  int64_t sum = SampleMemory(Programs(), &SampleFile::Memory);
-  for (const akaiProgram* program : Programs()) sum += program->getTotalMem(false);
-  return ClampToInt(sum);
-}
-
-int getTotalLockedMem() {
-  int64_t sum = SampleMemory(Programs(), &SampleFile::LockedMemory);
-  for (const akaiProgram* program : Programs()) sum += program->getTotalLockedMem(false);
-  return ClampToInt(sum);
-}
-
-// ---- Programs in use ----
-
-namespace {
-
-// Never destroyed: programs may be released during static destruction.
-std::vector<akaiProgram*>& LivePrograms() {
-  static auto& programs = *new std::vector<akaiProgram*>;
-  return programs;
-}
-
-}  // namespace
-
-namespace zyl {
-const std::vector<akaiProgram*>& AllPrograms() { return LivePrograms(); }
-}  // namespace zyl
-
-akaiProgram* ProgramStore::Make() {
-  struct Deleter {
-    void operator()(akaiProgram* program) const { delete program; }
-  };
-  std::unique_ptr<akaiProgram, Deleter> program(new akaiProgram);
-  LivePrograms().push_back(program.get());
-  return program.release();
-}
-void ProgramStore::Destroy(akaiProgram* program) {
-  std::erase(LivePrograms(), program);
-  delete program;
-}
-
-void ProgramStore::Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
-                        std::vector<vendlKeyGroup> extensions, std::vector<ListChunk> otherChunks) {
-  program->sampleStore_.assign(kZones * keygroups.size(), nullptr);
-  program->keyGroupStore_ = std::move(keygroups);
-  program->extensionStore_ = std::move(extensions);
-  program->otherChunks_ = std::move(otherChunks);
-  program->Rebind();
-}
-
-akaiProgram* newAkaiProgram() {
-  try {
-    return ProgramStore::Make();
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-
-void deleteAkaiProgram(akaiProgram* program) {
-  if (program != nullptr && --ProgramStore::Uses(program) == 0) ProgramStore::Destroy(program);
-}
-
-void lockAkaiProgram(akaiProgram* program) {
-  if (++program->lockCount > 1) return;
-  ProgramStore::LockArrays(program);
-  for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
-    if (program->sampleTable[i] != nullptr) lockSample(program->sampleTable[i]);
-  }
-}
-
-void unlockAkaiProgram(akaiProgram* program) {
-  if (program->lockCount == 0) return;
-  if (program->lockCount == 1) {
-    ProgramStore::UnlockArrays(program);
-    for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
-      if (program->sampleTable[i] != nullptr) unlockSample(program->sampleTable[i]);
-    }
-  }
-  --program->lockCount;
-}
-
-akaiProgram* findAkaiProgram(int, const char* name) {
-  if (name == nullptr || *name == '\0') return nullptr;
-  const std::string path = zyl::AbsolutePath(name);
-  akaiProgram* found = nullptr;
-  for (akaiProgram* program : LivePrograms()) {
-    const std::string& own = program->GetFileName();
-    if (found == nullptr && !own.empty() && zyl::AbsolutePath(own) == path) found = program;
-  }
-  for (akaiProgram* program : LivePrograms()) {
-    if (found != nullptr) break;
-    const std::string_view own(program->name, strnlen(program->name, sizeof(program->name)));
-    if (own == name || FileString(program->GetFileName()).BaseName() == name) found = program;
-  }
-  if (found != nullptr) ++ProgramStore::Uses(found);
-  return found;
-}

@@ -11,9 +11,21 @@
 struct ProgramStore {
   static akaiProgram* Make();
   static void Destroy(akaiProgram* program);
+  // A copy of a record that findAkaiProgram ignores.
+  static akaiProgram* MakeSnapshot(const akaiProgram& program);
+  static bool IsSnapshot(const akaiProgram& program) { return program.isSnapshot_; }
+  static void Swap(akaiProgram& program, akaiProgram& unlocked) noexcept {
+    program.SwapContents(unlocked);
+  }
   static int& Uses(akaiProgram* program) { return program->useCount_; }
-  static void LockArrays(akaiProgram* program) { program->Lock(); }
-  static void UnlockArrays(akaiProgram* program) { program->Unlock(); }
+  static void Lock(akaiProgram* program) {
+    program->Lock();
+    program->LockSamples();
+  }
+  static void Unlock(akaiProgram* program) {
+    program->Unlock();
+    program->UnlockSamples();
+  }
   // Sets the contents of an empty record that a program file stores outside the header.
   static void Fill(akaiProgram* program, std::vector<akaiKeyGroup> keygroups,
                    std::vector<vendlKeyGroup> extensions, std::vector<ListChunk> otherChunks);

@@ -71,7 +71,7 @@ SampleFile::~SampleFile() {
   std::erase(Files(), this);
   for (size_t c = 0; c < blocks_.size(); ++c) {
     if (blocks_[c] == nullptr) continue;
-    for (; locks_[c] > 0; --locks_[c]) LetGo(blocks_[c].get());
+    for (; locks_[c] > 0; --locks_[c]) UnlockRange(blocks_[c].get());
     qxWithdrawBuffer(blocks_[c].get());
   }
   if (pitchTrack != nullptr) qxWithdrawBuffer(pitchTrack->data());
@@ -379,10 +379,10 @@ void SampleFile::SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, i
     const SampleBlock& before = blocks[c];
     if (before == blocks_[c]) continue;
     if (before != nullptr) {
-      for (int i = 0; i < locks_[c]; ++i) LetGo(before.get());
+      for (int i = 0; i < locks_[c]; ++i) UnlockRange(before.get());
       qxWithdrawBuffer(before.get());
     }
-    for (int i = 0; i < locks_[c]; ++i) HoldResident(blocks_[c].get(), newBytes);
+    for (int i = 0; i < locks_[c]; ++i) LockRange(blocks_[c].get(), newBytes);
   }
   Link();
 }
@@ -419,8 +419,8 @@ void SampleFile::CountLock(genericSample* record, int step) noexcept {
 void SampleFile::LockChannels(const genericSample& record, int step) noexcept {
   for (size_t c = 0; c < blocks_.size(); ++c) {
     if (record.channel >= 0 && record.channel != static_cast<int>(c)) continue;
-    for (int i = 0; i < step; ++i) HoldResident(blocks_[c].get(), ChannelBytes());
-    for (int i = 0; i > step; --i) LetGo(blocks_[c].get());
+    for (int i = 0; i < step; ++i) LockRange(blocks_[c].get(), ChannelBytes());
+    for (int i = 0; i > step; --i) UnlockRange(blocks_[c].get());
     locks_[c] += step;
   }
 }
