@@ -2456,6 +2456,16 @@ function host.typeof(object) end
 ---@return host.Plain
 function host.object(typeName) end
 
+---Copy the state of a program object, to roll back changes with restoreState.
+---@param object ZylSProgram
+---@return host.Plain
+function host.saveState(object) end
+
+---Restore a saved state. Returns false if the object has been deleted or the state was restored before.
+---@param state host.Plain from saveState
+---@return boolean
+function host.restoreState(state) end
+
 ---Return bytes of a buffer, given its handle from a method such as SampleGetBuffer.
 ---@param handle integer
 ---@param bytes integer

@@ -160,77 +160,30 @@ end
 
 -- ---- Transactions ----
 
--- The MIDI channel of the record, which may differ from that of the object: an object that finds
--- the record gets the record's channel.
-local function recordChannel(program, path, mask)
-  local finder = host.new("ZylSProgram")
-  finder:Find(program:SetUniqueFilePath())
-  local channel = finder:PRGmidiChannel()
-  host.delete(finder)
-  program:FileName(path)
-  program:PRGtmMidiChannel(mask)
-  return channel
-end
-
--- A copy of the program and of the state of its object.
-local function remember(program)
-  local kept = {
-    valid = program:IsValid(), dirty = program:Dirty(), outputs = program:MaxIndyOut(),
-    calls = program:EnableRegisterCall(), copy = host.new("ZylSProgram"),
-  }
-  if not kept.valid then return kept end
-  kept.path, kept.mask = program:FileName(), program:PRGtmMidiChannel()
-  kept.channel = program:PRGmidiChannel()
-  kept.copy:Create(program)
-  kept.copy:PRGmidiChannel(recordChannel(program, kept.path, kept.mask))
-  kept.copy:PRGkeyGroups(program:PRGkeyGroups())
-  return kept
-end
-
-local function putBack(program, kept)
-  if kept.valid then
-    -- Attach the object to the copy's record, which it then owns.
-    program:Find(kept.copy:SetUniqueFilePath(), kept.channel)
-    host.delete(kept.copy)
-    program:FileName(kept.path)
-    program:PRGtmMidiChannel(kept.mask)
-  else
-    program:Find(os.tmpname())  -- no program has this path: none is attached
-    host.delete(kept.copy)
-  end
-  program:MaxIndyOut(kept.outputs)
-  program:EnableRegisterCall(kept.calls)
-  program:Dirty(kept.dirty)
-end
-
--- The running transactions, innermost last.
+-- The saved states of the running transactions, innermost last.
 local open = {}
-
-local function fail(program, kept)
-  -- The function may have deleted the program.
-  if pcall(host.typeof, program) then putBack(program, kept) end
-end
 
 -- Rolls back transactions interrupted by Ctrl-C, for a prompt that continues after it.
 function zyl.afterInterrupt()
-  while #open > 0 do fail(table.unpack(table.remove(open), 1, 2)) end
+  while #open > 0 do host.restoreState(table.remove(open)) end
+end
+
+-- Takes the results of pcall as arguments, so that a rollback needs no memory.
+local function finish(state, done, ...)
+  -- Abandoned coroutines may have left transactions above this one.
+  repeat until table.remove(open) == state
+  if not done then host.restoreState(state) end
+  host.delete(state)
+  if not done then error((...), 0) end
+  return ...
 end
 
 -- Calls body(program) and returns its results. If it fails, restores the program and raises the
 -- error again. Sound and parameters of samples are not restored.
 function zyl.transaction(program, body)
-  local kept = remember(program)
-  local mine = { program, kept }
-  open[#open + 1] = mine
-  local results = table.pack(pcall(body, program))
-  -- Abandoned coroutines may have left transactions above this one.
-  repeat until table.remove(open) == mine
-  if not results[1] then
-    fail(program, kept)
-    error(results[2], 0)
-  end
-  host.delete(kept.copy)
-  return table.unpack(results, 2, results.n)
+  local state = host.saveState(program)
+  open[#open + 1] = state
+  return finish(state, pcall(body, program))
 end
 
 host.extend("ZylSProgram", {

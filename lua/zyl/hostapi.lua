@@ -20,6 +20,13 @@ return {
   { name = "object", result = "host.Plain",
     meaning = "Create a plain object with that type name, for testing wrong arguments.",
     { "typeName", "string" } },
+  { name = "saveState", result = "host.Plain",
+    meaning = "Copy the state of a program object, to roll back changes with restoreState.",
+    { "object", "ZylSProgram" } },
+  { name = "restoreState", result = "boolean",
+    meaning = "Restore a saved state. Returns false if the object has been deleted or the state was "
+              .. "restored before.",
+    { "state", "host.Plain", "from saveState" } },
   { name = "buffer", result = "string",
     meaning = "Return bytes of a buffer, given its handle from a method such as SampleGetBuffer.",
     { "handle", "integer" }, { "bytes", "integer" } },

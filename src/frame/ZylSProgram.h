@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include <wx/string.h>
 
@@ -33,6 +34,7 @@ class ZylSProgram final : public ZylDLLDispatch {
   const char* GetBaseClassName() const override;
   // Deletes the object now, or when its running call returns.
   void Destroy() override;
+  std::unique_ptr<ZylState> SaveState() override;
 
   // The program object of an algorithm object, or null.
   static ZylSProgram* FromObject(RIOObject* object);

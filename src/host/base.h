@@ -231,6 +231,21 @@ struct ZylFuncInfo {
   uint16_t hash;
 };
 
+// A copy of a script object's state, to roll back changes.
+class ZYLHOST_API ZylState : public RIOObject {
+ public:
+  explicit ZylState(RIOObject* object) : object_(object) {}
+  const char* GetTypeName() const override;  // "ZylState"
+  // The object; null after its destruction.
+  RIOObject* Object() const { return object_.Object(); }
+  // Restores the state without allocating memory. Returns false, and does nothing, if the object
+  // has been destroyed or this state was restored before.
+  virtual bool Restore() noexcept = 0;
+
+ private:
+  const ROCParam object_;
+};
+
 // An object's methods as called by scripts.
 class ZYLHOST_API ZylDispatch {
  public:
@@ -250,6 +265,9 @@ class ZYLHOST_API ZylDispatch {
   virtual bool isTemp() const;
   virtual bool isScript() const;
   virtual void NoOp() {}
+  // Copies the state of the object. Null if the class doesn't support this; throws std::bad_alloc
+  // without memory.
+  virtual std::unique_ptr<ZylState> SaveState();
 
   ZylDispatch(const ZylDispatch&) = delete;
   ZylDispatch& operator=(const ZylDispatch&) = delete;

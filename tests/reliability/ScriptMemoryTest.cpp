@@ -8,6 +8,7 @@
 #include "ScriptHost.h"
 #include "host/hostapp.h"
 #include "support/AllocationWatch.h"
+#include "support/Paths.h"
 
 namespace zyl::test {
 namespace {
@@ -72,6 +73,44 @@ TEST(ScriptMemory, AnErrorIsOneShortLineWhicheverAllocationFails) {
   EXPECT_TRUE(std::string(lua_tostring(L, -1)).ends_with(":1: Echo: not enough memory"));
   lua_getglobal(L, "kind");
   EXPECT_STREQ(lua_tostring(L, -1), "Exception");
+}
+
+TEST(ScriptMemory, ATransactionRollsBackWhicheverAllocationFails) {
+  std::string reason;
+  const auto module = ZylModule::Load(ModulePath(), reason);
+  ASSERT_NE(module, nullptr) << reason;
+  ScriptHost host;
+  lua_State* L = host.State();
+  std::pair<lua_Alloc, void*> original;
+  original.first = lua_getallocf(L, &original.second);
+  const auto run = [&](const char* code) {
+    ASSERT_EQ(luaL_dostring(L, code), LUA_OK) << lua_tostring(L, -1);
+  };
+  run("require 'zyl' p = host.new('ZylSProgram') p:Create(host.null) p:KGCreate(1)"
+      " p:FileName(('far/'):rep(50) .. 'a.zprg') p:TolmoPRGreverb(5) p:Dirty(false)"
+      " other = host.new('ZylSProgram') other:Find(p:FileName(), 4)"
+      " function state() return table.concat({ p:FileName(), tostring(p:Dirty()), p:PRGpoly(),"
+      "   p:PRGtmMidiChannel(), other:PRGkeyGroups(), other:TolmoPRGreverb() }, ' ') end"
+      " function change() p:PRGpoly(3) p:KGDelete(0) p:TolmoPRGreverb(6) p:FileName('b')"
+      "   p:Create(host.null) error('undo') end"
+      " before = state()");
+  for (const auto failing : {AllocationWatch::kThisAlone, AllocationWatch::kThisAndAllLater}) {
+    ASSERT_EQ(luaL_loadstring(L, "p:transaction(change)"), LUA_OK);
+    bool failed = true;
+    for (uint64_t n = 1; failed; ++n) {
+      lua_setallocf(L, CountedAllocation, &original);
+      lua_pushvalue(L, -1);
+      AllocationWatch::FailAt(n, failing);
+      EXPECT_NE(lua_pcall(L, 0, 0, 0), LUA_OK);
+      failed = AllocationWatch::HasFailed();
+      AllocationWatch::FailAt(0);
+      lua_pop(L, 1);
+      lua_setallocf(L, original.first, original.second);
+      SCOPED_TRACE(n);
+      run("local now = state() assert(now == before, now)");
+    }
+    lua_pop(L, 1);
+  }
 }
 
 }  // namespace

@@ -144,6 +144,25 @@ prg:Dirty(false)
 check.equal(state(prg), before)
 check.equal(prg:SampleGetRefCount(prg:SampleGet(2, 1)), users, "samples are released")
 
+-- Objects that share the record see the rollback, also when the object has detached it. Zones follow
+-- a sample that is reloaded.
+local other = host.new("ZylSProgram")
+assert(prg:Read(folder .. "/start.zprg") and other:Find(folder .. "/start.zprg", 5))
+before = bytes(prg)
+local sound = prg:SampleFilePath(prg:SampleGet(2, 1))
+check.raises("here", prg.transaction, prg, function(p)
+  other:KGDelete(0)
+  p:SampleReload(sound)
+  p:FileName("elsewhere.zprg")
+  check.equal(host.new("ZylSProgram"):Find(folder .. "/start.zprg"), false, "the copy is not found")
+  p:Create(host.null)
+  error("here")
+end)
+check.equal(bytes(other) == before, true)
+check.equal(prg:SampleFilePath(prg:SampleGet(2, 1)), sound)
+prg:PRGpoly(9)
+check.equal(other:PRGpoly(), 9)
+
 -- The function may delete the program; its error is raised.
 local doomed = host.new("ZylSProgram")
 doomed:Create(host.null)
@@ -153,3 +172,12 @@ check.raises("here", doomed.transaction, doomed, function(p) host.delete(p) erro
 local empty = host.new("ZylSProgram")
 check.raises("here", empty.transaction, empty, function(p) p:Create(host.null) error("here") end)
 check.equal(empty:IsValid(), false)
+
+-- States are restored once.
+local saved = host.saveState(prg)
+prg:PRGpoly(7)
+check.equal(host.restoreState(saved), true)
+check.equal(prg:PRGpoly(), 9)
+check.equal(host.restoreState(saved), false)
+check.raises("a ROCAlgo has no state to save", host.saveState, host.algo {})
+check.raises("expected a state from host.saveState", host.restoreState, prg)

@@ -64,6 +64,33 @@ int TypeOf(lua_State* L) {
   return 1;
 }
 
+int SaveState(lua_State* L) {
+  RIOObject* object = CheckObject(L, 1);
+  ZylDispatch* dispatch = object->GetDispatch(true);
+  std::unique_ptr<ZylState> state = dispatch == nullptr ? nullptr : dispatch->SaveState();
+  if (state == nullptr) {
+    return luaL_error(L, "host.saveState: a %s has no state to save", object->GetTypeName());
+  }
+  PushOwned(L, std::move(state));
+  return 1;
+}
+
+int RestoreState(lua_State* L) {
+  auto* state = dynamic_cast<ZylState*>(CheckObject(L, 1));
+  luaL_argcheck(L, state != nullptr, 1, "expected a state from host.saveState");
+  int deferredError = kNoError;
+  bool restored = false;
+  {
+    // Callbacks may delete the program and the state.
+    const CallFrame frame(ScriptHost::Of(L), L, state->Object(), deferredError);
+    const CallFrame stateFrame(ScriptHost::Of(L), L, state, deferredError);
+    restored = state->Restore();
+  }
+  RaiseDeferred(L, deferredError);
+  lua_pushboolean(L, restored ? 1 : 0);
+  return 1;
+}
+
 int NewPlainObject(lua_State* L) {
   PushOwned(L, std::unique_ptr<RIOObject>(ZylNewPlainObject(luaL_checkstring(L, 1))));
   return 1;
@@ -240,6 +267,8 @@ void OpenHostTable(lua_State* L) {
                                 {"methods", Guarded<Methods>},
                                 {"typeof", Guarded<TypeOf>},
                                 {"object", Guarded<NewPlainObject>},
+                                {"saveState", Guarded<SaveState>},
+                                {"restoreState", Guarded<RestoreState>},
                                 {"buffer", Guarded<Buffer>},
                                 {"floats", Guarded<Floats>},
                                 {"var", Guarded<NewVariable>},

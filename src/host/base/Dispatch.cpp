@@ -23,6 +23,8 @@ constexpr uint16_t kNoEntry = 0xFFFF;
 ZylDispatch::~ZylDispatch() = default;
 bool ZylDispatch::isTemp() const { return false; }
 bool ZylDispatch::isScript() const { return false; }
+std::unique_ptr<ZylState> ZylDispatch::SaveState() { return nullptr; }
+const char* ZylState::GetTypeName() const { return "ZylState"; }
 
 int ZylDispatch::CallFunctionIndirect(const char* name, ROCParams* arguments, ROCParam** result) {
   const hashEntry* table = GetHashTable();
