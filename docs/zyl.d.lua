@@ -2533,7 +2533,7 @@ function host.editor(form) end
 ---Draw graphic objects, lists and headings, one below the other.
 ---@param what host.Graphic|host.Editor|host.List|table one, or a list of them and of texts
 ---@param path string ends in .png or .svg
----@param options? table dark = true, scale = 2
+---@param options? table dark = true, scale = 2, octave = 3 (of key 60)
 function host.render(what, path, options) end
 
 ---Create a white picture to draw on; its method write writes the file.

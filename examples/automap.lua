@@ -44,7 +44,7 @@ for k, it in ipairs(roots) do
   program:KGhighKey(k - 1, above and (it.key + above.key) // 2 or 127)
   program:ZoneSamplePath(k - 1, 0, it.path)
   program:ZonetuneOffset(k - 1, 0, it.tune)
-  print(("%-4s %+5.1f cents  %s"):format(notes.name(it.key), 100 * (it.note - it.key), it.path))
+  print(("%-9s %+5.1f cents  %s"):format(notes.label(it.key), 100 * (it.note - it.key), it.path))
 end
 assert(program:Write(arg[2]), "the program could not be written")
 print(("%d keygroups in %s"):format(#roots, arg[2]))

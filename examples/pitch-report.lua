@@ -34,7 +34,7 @@ end)
 local sum = 0
 for _, it in ipairs(report) do
   sum = sum + math.abs(it.cents)
-  print(("%-4s %8.2f Hz  %+5.1f  %s"):format(notes.name(it.key), it.hertz, it.cents, it.file))
+  print(("%-9s %8.2f Hz  %+5.1f  %s"):format(notes.label(it.key), it.hertz, it.cents, it.file))
 end
 print(("%d notes, %.1f cents off on average"):format(#report, sum / math.max(#report, 1)))
 

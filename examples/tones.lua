@@ -1,5 +1,5 @@
 -- Creates a folder of test recordings: plucked notes in two velocity layers, identical on every
--- machine.
+-- machine. C3 is key 60 in their names.
 --
 --   zyl run examples/tones.lua FOLDER
 
@@ -32,7 +32,7 @@ assert(os.execute("mkdir -p '" .. folder:gsub("'", "'\\''") .. "'"))
 local count = 0
 for key = 36, 72, 3 do
   for _, layer in ipairs(LAYERS) do
-    local name = ("Pluck_%s%d_%s.wav"):format(NAMES[key % 12], key // 12 - 1, layer.name)
+    local name = ("Pluck_%s%d_%s.wav"):format(NAMES[key % 12], key // 12 - 2, layer.name)
     write(folder .. "/" .. name, note(440 * 2 ^ ((key - 69) / 12), layer))
     count = count + 1
   end

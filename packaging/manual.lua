@@ -42,6 +42,7 @@ for _, path in ipairs(lines("ls " .. quoted(verbs) .. "/*.lua")) do
 end
 add(".SH ENVIRONMENT")
 add(".TP\n.B ZYL_PROFILE\nthe profile that the module reads when it is loaded")
+add(".TP\n.B ZYL_MIDDLE_C\nthe octave of key 60 in note names, 2 to 6 (default 3: key 60 is C3)")
 add(".SH EXIT STATUS")
 add("0 success, 1 error in the script, 2 wrong command line, 3 the module could not be loaded,\n"
     .. "4 some files of a batch failed, 130 stopped by Ctrl\\-C.")

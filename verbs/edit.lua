@@ -1,14 +1,13 @@
 -- zyl edit: sets fields of programs.
 local cli = require "cli"
 local fields = require "fields"
-local filenames = require "filenames"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
 local text = require "text"
 
 local options, words = cli.parse {
-  verb = "edit", repeats = true, operands = "PROGRAM… KEY=VALUE…",
+  verb = "edit", notes = true, repeats = true, operands = "PROGRAM… KEY=VALUE…",
   about = "Sets fields of programs and prints the changes. A program is written only if all\n"
        .. "changes are possible.",
   options = {
@@ -24,7 +23,7 @@ local options, words = cli.parse {
   more = "KEY is the method of a field (KGfilterFreq), or its name without the prefix (filterFreq): 'zyl\n"
       .. "methods KG' lists the fields of keygroups, PRG those of the program, Zone those of zones. If\n"
       .. "several fields have the name, --zones or --keygroups decides, or write the prefix. VALUE is\n\n"
-      .. "  KEY=80          the new value; keys may be notes (KGlowKey=C3 or C-1; C4 is 60),\n"
+      .. "  KEY=80          the new value; keys may be notes (KGlowKey=C3 or C-2),\n"
       .. "                  switches on or off\n"
       .. "  KEY=+5, KEY=-5  an increase or decrease\n"
       .. "  KEY:=-5         the new value, also with a sign",
@@ -72,10 +71,10 @@ local function changeOf(key, sign, value)
     number = number < 0 and math.mininteger or math.maxinteger
   end
   if number and sign ~= ":=" and value:match("^[+-]") then return { field = field, by = number } end
-  number = number or fields.isKey(field) and filenames.key(value)
+  number = number or fields.isKey(field) and notes.key(value)
   if not number then
     cli.usage(("%s: '%s' is %s"):format(field.name, value, fields.isKey(field)
-              and "neither a note (C4 = 60) nor a number" or "not a whole number"))
+              and "not " .. notes.accepted() or "not a whole number"))
   end
   return { field = field, value = number, shown = value }
 end
@@ -142,7 +141,10 @@ local function warn(path, program, done)
       seen[where .. kind] = true
       local low = fields.read(program, fields.find(field.family .. "low" .. kind), k, z)
       local high = fields.read(program, fields.find(field.family .. "high" .. kind), k, z)
-      if low > high then places[#places + 1] = ("%s, %d to %d"):format(where, low, high) end
+      if low > high then
+        places[#places + 1] = ("%s, %s to %s"):format(where, fields.shown(field, low),
+                                                      fields.shown(field, high))
+      end
     end
   end
   if #places > 0 then
@@ -170,16 +172,11 @@ local function edit(path)
   return done, writes and target
 end
 
-local function value(v, field)
-  if type(v) == "string" then return '"' .. text.printable(v) .. '"' end
-  return fields.isKey(field) and ("%d (%s)"):format(v, notes.name(v)) or tostring(v)
-end
-
 local function shown(path, done, target)
   local rows = {}
   for i, change in ipairs(done) do
     rows[i] = { field = change.field, keygroup = change.keygroup, zone = change.zone,
-                value(change.old, change.field), "->", value(change.new, change.field) }
+                fields.shown(change.field, change.old), "->", fields.shown(change.field, change.new) }
   end
   local table = #rows > 0 and text.columns(fields.rows(rows), { true, true, false, true, true }) or ""
   local count = ("%d value%s changed"):format(#done, #done == 1 and "" or "s")

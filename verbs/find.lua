@@ -1,16 +1,15 @@
 -- zyl find: lists the keygroups, zones and samples that play a key.
 local cli = require "cli"
 local disk = require "disk"
-local filenames = require "filenames"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
 local text = require "text"
 
 local options, words = cli.parse {
-  verb = "find", operands = "KEY PROGRAM…", repeats = true,
-  about = "Lists the keygroups, zones and samples of programs that play a key: a note (C#3, Bb2, C-1;\n"
-       .. "C4 is 60) or a number from 0 to 127.",
+  verb = "find", notes = true, operands = "KEY PROGRAM…", repeats = true,
+  about = "Lists the keygroups, zones and samples of programs that play a key: a note (C#3, Bb2, C-2;\n"
+       .. "C3 is key 60 unless --octave says otherwise) or a number from 0 to 127.",
   options = {
     { name = "velocity", kind = "integer", value = "V", low = 0, high = 127,
       help = "only zones that play that velocity" },
@@ -18,8 +17,8 @@ local options, words = cli.parse {
   },
   answers = true, status = "0 found, 1 nothing plays the key, 2 wrong command line, 4 some files failed",
 }
-local key = filenames.key(words[1])
-if not key then cli.usage("'" .. words[1] .. "' is neither a note (C4 = 60) nor a number from 0 to 127") end
+local key = notes.key(words[1])
+if not key then cli.usage("'" .. words[1] .. "' is not " .. notes.accepted()) end
 local files = table.move(words, 2, #words, 1, {})
 if #files == 0 then cli.usage("no PROGRAM given") end
 
@@ -53,17 +52,19 @@ local function shown(path, found)
   local rows = { { "program", "keygroup", "zone", "keys", "velocities", "sample" } }
   for i, it in ipairs(found) do
     rows[i + 1] = { text.printable(path), tostring(it.keygroup + 1), tostring(it.zone + 1),
-                    it.lowKey .. "-" .. it.highKey, it.low .. "-" .. it.high,
+                    notes.range(it.lowKey, it.highKey), it.low .. "-" .. it.high,
                     text.printable(it.path) .. (disk.isFile(it.path) and "" or " (missing)") }
   end
-  return text.columns(rows, { true, false, false, false, false, true })
+  return text.columns(rows, { true, false, false, true, false, true })
 end
 
 local function record(path, found, failure)
   local list = {}
   for i, it in ipairs(found or {}) do
     list[i] = json.object("keygroup", it.keygroup + 1, "zone", it.zone + 1, "low_key", it.lowKey,
-                          "high_key", it.highKey, "low_velocity", it.low, "high_velocity", it.high,
+                          "high_key", it.highKey,
+                          "low_note", notes.name(it.lowKey), "high_note", notes.name(it.highKey),
+                          "low_velocity", it.low, "high_velocity", it.high,
                           "sample", it.path, "missing", not disk.isFile(it.path))
   end
   return json.object("file", path, "error", failure, "key", key, "note", notes.name(key),
@@ -83,7 +84,7 @@ for i, path in ipairs(files) do
 end
 printer.close()
 if not any and not cli.anyFailed() then
-  cli.note(notes.name(key) .. " (" .. key .. ")", "nothing plays the key")
+  cli.note(notes.label(key), "nothing plays the key")
 end
 cli.finish()
 if not any then os.exit(1, true) end

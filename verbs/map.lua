@@ -1,9 +1,9 @@
 -- zyl map: builds a multisampled program from recordings.
 local cli = require "cli"
 local fields = require "fields"
-local filenames = require "filenames"
 local keymap = require "keymap"
 local mapreport = require "mapreport"
+local notes = require "notes"
 local programs = require "programs"
 local progress = require "progress"
 local recordings = require "recordings"
@@ -13,7 +13,7 @@ local text = require "text"
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
 
 local options, files = cli.parse {
-  verb = "map", folders = true, operands = "FOLDER|FILE… -o PROGRAM",
+  verb = "map", notes = true, folders = true, operands = "FOLDER|FILE… -o PROGRAM",
   about = "Builds a multisampled program from recordings: one keygroup per root key, with up to four\n"
        .. "velocity layers. Key ranges meet half-way between neighbouring roots.",
   options = {
@@ -21,18 +21,18 @@ local options, files = cli.parse {
       help = "the program file to write" },
     { name = "from", kind = "text", value = "LIST", default = "chunk,name,pitch",
       help = "sources of root keys, in order of preference\n(default chunk,name,pitch)" },
-    { name = "octave", kind = "text", value = "N", default = "auto",
+    { name = "name-octave", kind = "text", value = "N", default = "auto",
       help = "octave of key 60 in file names: 4 if C4 is 60, 3 if C3 is 60\n"
           .. "(default auto: 4, unless the measured pitches differ)" },
     { name = "reach", kind = "integer", value = "N", low = 0, high = 127, default = 127,
       help = "maximum number of keys from the root to the ends of its range\n(default 127)" },
     { name = "drums", kind = "text", value = "KEY",
-      help = "one key per file, from KEY (36 or C2) upwards, at the original\npitch, played to the end" },
+      help = "one key per file, from KEY (36, or a note) upwards, at the original\npitch, played to the end" },
     { name = "name", kind = "text", value = "NAME",
       help = "name of the program, up to 12 bytes (default: name of the file)" },
     { name = "check", help = "measure all files and report where chunk, name and pitch differ" },
     { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
-      help = "frequency of A4 (default 440)" },
+      help = "frequency of key 69, the A above middle C (default 440)" },
     { name = "dry-run", help = "print the layout, but write nothing" },
     { name = "json", help = "print a JSON list, one object per file" },
   },
@@ -48,17 +48,15 @@ for word in (options.from .. ","):gmatch("(.-),") do
   end
   order[#order + 1], use[word] = word, true
 end
-local octave = options.octave == "auto" and 4 or math.tointeger(tonumber(options.octave))
-if not octave or octave < 2 or octave > 6 then
-  cli.usage("--octave N: '" .. options.octave .. "' is not auto or 2 to 6")
-end
+local nameOctave = options["name-octave"]
+local octave = nameOctave == "auto" and rootkeys.OCTAVE or notes.middleOf(nameOctave)
+if not octave then cli.usage("--name-octave N: '" .. nameOctave .. "' is not auto or 2 to 6") end
 if not options.output and not options["dry-run"] and not options.check then
   cli.usage("-o PROGRAM is missing (--dry-run only prints the layout)")
 end
-local firstDrum = options.drums and filenames.key(options.drums)
+local firstDrum = options.drums and notes.key(options.drums)
 if options.drums and not firstDrum then
-  cli.usage("--drums KEY: '" .. options.drums
-            .. "' is neither a note (C4 = 60) nor a number from 0 to 127")
+  cli.usage("--drums KEY: '" .. options.drums .. "' is not " .. notes.accepted())
 end
 if options.name then
   local obstacle = fields.whyNot(fields.find("PRGname"), options.name)
@@ -72,7 +70,7 @@ end
 local batch = recordings.batch(files, not options.drums, options.a4 + 0.0)
 local program = batch.program
 local how = { order = order, use = use, from = options.from, octave = octave,
-              automatic = options.octave == "auto", check = options.check }
+              automatic = nameOctave == "auto", check = options.check }
 
 -- The zone tuning, in 1/256 semitone, at which the file has the pitch of its root key.
 local function tuneOffset(it)

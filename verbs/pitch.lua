@@ -13,7 +13,7 @@ local WINDOW = 4096        -- frames needed for a value
 local REPEATED = 31        -- values at the end of a track that repeat the last computed one
 
 local options, files = cli.parse {
-  verb = "pitch", folders = true,
+  verb = "pitch", notes = true, folders = true,
   about = "Finds the pitch of sample files and prints the root key (the note nearest to the median\n"
        .. "pitch), the deviation in cents, the share of the file that has a pitch, and the spread (half\n"
        .. "the distance between the 16th and the 84th percentile, in cents).",
@@ -37,7 +37,7 @@ local options, files = cli.parse {
     { name = "correct", kind = "integer", value = "N", low = 0, high = 100000, default = 10,
       help = "correct octave errors by comparing N blocks on each side\n(default 10)" },
     { name = "a4", kind = "number", value = "HZ", low = 1, high = 20000, default = 440,
-      help = "frequency of A4 (default 440)" },
+      help = "frequency of key 69, the A above middle C (default 440)" },
   },
 }
 local a4 = options.a4 + 0.0
@@ -166,7 +166,7 @@ local function line(path, it, stored)
   local name, voiced = text.printable(path), ("%.0f%%"):format(100 * it.voiced)
   if not it.note then return columns(name, "-", "-", "-", voiced, "-", stored) end
   local key, cents = notes.nearest(it.note)
-  return columns(name, ("%s (%d)"):format(notes.name(key), key), ("%+.1f"):format(cents),
+  return columns(name, notes.label(key), ("%+.1f"):format(cents),
                  ("%.2f"):format(it.hertz), voiced, ("%.1f"):format(it.spread), stored)
 end
 
@@ -176,7 +176,7 @@ local function trackText(path, it, rate)
     local time = ("%.4f"):format((i - 1) * BLOCK / rate)
     if note then
       local key, cents = notes.nearest(note)
-      rows[#rows + 1] = { time, ("%.2f"):format(a4 * 2 ^ ((note - 69) / 12)), notes.name(key),
+      rows[#rows + 1] = { time, ("%.2f"):format(a4 * 2 ^ ((note - 69) / 12)), notes.label(key),
                           ("%+.1f"):format(cents) }
     else
       rows[#rows + 1] = { time, "-", "-", "-" }

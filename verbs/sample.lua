@@ -6,7 +6,7 @@ local samples = require "samples"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "sample", folders = true,
+  verb = "sample", notes = true, folders = true,
   about = "Shows format, length, key, tuning, loops and chunks of sample files. Positions are frames\n"
        .. "from 0; the end of a loop is its last frame.",
   options = { { name = "json", help = "print a JSON list, one object per file" } },
@@ -36,7 +36,7 @@ local function shown(path, found, it)
     if it.first ~= 0 or it.last ~= it.frames - 1 then
       add("played", it.first .. " to " .. it.last)
     end
-    add("root key", ("%s (%d)"):format(notes.name(it.key), it.key))
+    add("root key", notes.label(it.key))
     add("tuning", ("%+.1f cents"):format(it.tune / 2.56))
     add("playback", PLAYBACK[it.playback] or tostring(it.playback))
     if #it.loops == 0 then add("loops", "none") end

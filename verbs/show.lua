@@ -7,9 +7,8 @@ local programs = require "programs"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "show",
-  about = "Prints programs as tables: keygroups with key ranges, zones with velocities and samples.\n"
-       .. "Notes are named as in the editor's lists: C3 is key 60.",
+  verb = "show", notes = true,
+  about = "Prints programs as tables: keygroups with key ranges, zones with velocities and samples.",
   options = {
     { name = "quiet", help = "omit the zones" },
     { name = "json", help = "print a JSON list, one object per file" },
@@ -54,22 +53,21 @@ local function zoneText(zone)
 end
 
 local function shown(path, it)
-  local head = ("%s: \"%s\", %s, %s, MIDI channel %s   (C3 = key 60)\n"):format(
+  local head = ("%s: \"%s\", %s, %s, MIDI channel %s   (C%d = key 60)\n"):format(
     text.printable(path), text.printable(it.name), counted(#it.keygroups, "keygroup"),
-    counted(it.voices, "voice"), it.channel < 0 and "Omni" or tostring(it.channel + 1))
-  local rows = { { "keygroup", "keys", "", "tune", "filter" } }
+    counted(it.voices, "voice"), it.channel < 0 and "Omni" or tostring(it.channel + 1), notes.middle())
+  local rows = { { "keygroup", "keys", "tune", "filter" } }
   if not options.quiet then
     for _, title in ipairs { "zone", "velocity", "tune", "pan", "sample" } do
       table.insert(rows[1], title)
     end
   end
   for k, keygroup in ipairs(it.keygroups) do
-    local row = { tostring(k), notes.range(keygroup.low, keygroup.high, notes.EDITOR_OCTAVE),
-                  keygroup.low .. "–" .. keygroup.high, ("%+.2f"):format(keygroup.tune),
+    local row = { tostring(k), notes.range(keygroup.low, keygroup.high), ("%+.2f"):format(keygroup.tune),
                   tostring(keygroup.filter) }
     local zones = options.quiet and {} or keygroup.zones
     for i, zone in ipairs(zones) do
-      if i > 1 then row = { "", "", "", "", "" } end
+      if i > 1 then row = { "", "", "", "" } end
       for _, cell in ipairs { tostring(zone.number), zone.low .. "–" .. zone.high,
                               ("%+.2f"):format(zone.tune), ("%+d"):format(zone.pan),
                               zoneText(zone) } do
@@ -79,7 +77,7 @@ local function shown(path, it)
     end
     if #zones == 0 then rows[#rows + 1] = row end
   end
-  return head .. text.columns(rows, { [2] = true, [3] = true, [10] = true }, "  ")
+  return head .. text.columns(rows, { [2] = true, [9] = true }, "  ")
 end
 
 local function record(path, it, failure)
@@ -92,7 +90,7 @@ local function record(path, it, failure)
         "missing", zone.missing)
     end
     keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,
-      "low_note", notes.name(keygroup.low, notes.EDITOR_OCTAVE), "high_note", notes.name(keygroup.high, notes.EDITOR_OCTAVE),
+      "low_note", notes.name(keygroup.low), "high_note", notes.name(keygroup.high),
       "tune", keygroup.tune, "filter", keygroup.filter, "zones", json.list(zones))
   end
   it = it or {}

@@ -8,7 +8,7 @@ local samples = require "samples"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "verify", repeats = true, operands = "A B",
+  verb = "verify", notes = true, repeats = true, operands = "A B",
   about = "Compares two programs, or two samples, field by field, and prints the differences. Sample\n"
        .. "paths are relative to the program's folder, so that a folder can be compared with its copy.",
   options = { { name = "json", help = "print a JSON object with the differences" } },
@@ -27,15 +27,11 @@ end
 local function compare(field, keygroup, zone, a, b)
   compared = compared + 1
   if a == b then return end
-  local function value(v)
-    if v == nil then return "-" end
-    return type(v) == "string" and '"' .. text.printable(v) .. '"' or tostring(v)
-  end
-  differences[#differences + 1] = { field = field, keygroup = keygroup, zone = zone, value(a),
-                                    value(b), a = a, b = b }
+  differences[#differences + 1] = { field = field, keygroup = keygroup, zone = zone,
+                                    fields.shown(field, a), fields.shown(field, b), a = a, b = b }
 end
 
-local function plain(name) return { name = name, family = "PRG" } end
+local function plain(name) return { name = name, short = name, family = "PRG" } end
 
 -- Programs --------------------------------------------------------------------------------------
 
@@ -70,7 +66,7 @@ local function compareOrgan(a, b)
       compare(plain(method), 0, 0, a[method](a), b[method](b))
     elseif method:match("^TolmoKG") then
       for k = 0, math.min(a:PRGkeyGroups(), b:PRGkeyGroups()) - 1 do
-        compare({ name = method, family = "KG" }, k, 0, a[method](a, k), b[method](b, k))
+        compare({ name = method, short = method, family = "KG" }, k, 0, a[method](a, k), b[method](b, k))
       end
     end
   end

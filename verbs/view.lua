@@ -1,23 +1,22 @@
 -- zyl view: draws a program as the editor shows it.
 local cli = require "cli"
 local disk = require "disk"
-local filenames = require "filenames"
 local notes = require "notes"
 local panels = require "panels"
 local programs = require "programs"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "view",
+  verb = "view", notes = true,
   about = "Draws a program as the editor shows it: the keyboard of a keygroup, the list of keygroups,\n"
-       .. "and the zones of the keygroup. Notes are named as in the editor's lists: C3 is key 60.",
+       .. "and the zones of the keygroup.",
   options = {
     { name = "output", short = "o", kind = "text", value = "PICTURE",
       help = "the picture to write, .png or .svg" },
     { name = "keygroup", kind = "integer", value = "N", low = 1, high = 1000000, default = 1,
       help = "keygroup on the keyboard and in the zone list, from 1 (default 1)" },
     { name = "key", kind = "text", value = "K",
-      help = "highlight the keygroups that play a key, 0 to 127 or a note (C3 is 60);\n"
+      help = "highlight the keygroups that play a key, 0 to 127 or a note;\n"
           .. "default: the lowest key of keygroup N" },
     { name = "scale", kind = "number", value = "S", low = 0.25, high = 16, default = 2,
       help = "picture pixels per editor pixel (default 2)" },
@@ -30,9 +29,9 @@ if not options.output then cli.usage("-o PICTURE is missing") end
 if not options.output:lower():match("%.png$") and not options.output:lower():match("%.svg$") then
   cli.usage("-o " .. options.output .. ": the name must end in .png or .svg")
 end
-local marked = options.key and filenames.key(options.key, notes.EDITOR_OCTAVE)
+local marked = options.key and notes.key(options.key)
 if options.key and not marked then
-  cli.usage("--key K: '" .. options.key .. "' is neither a note nor a number from 0 to 127")
+  cli.usage("--key K: '" .. options.key .. "' is not " .. notes.accepted())
 end
 if #files > 1 then cli.usage("one FILE at a time") end
 local path = files[1]
@@ -66,12 +65,13 @@ local function draw()
     if it.keygroup == k then here[#here + 1] = it.path:match("[^/]*$") .. " (missing)" end
   end
   host.render({
-    ("%s – keygroup %d of %d: %s   (C3 = key 60)"):format(program:PRGname(), k + 1, count, notes.range(low, high, notes.EDITOR_OCTAVE)),
+    ("%s – keygroup %d of %d: %s   (C%d = key 60)"):format(program:PRGname(), k + 1, count,
+      notes.range(low, high), notes.middle()),
     panels.keyboard(program, k),
     "Keygroups", panels.keygroups(program, marked or low),
     ("Zones of keygroup %d%s"):format(k + 1, #here > 0 and ": " .. table.concat(here, ", ") or ""),
     panels.zones(program, k),
-  }, options.output, { dark = options.dark, scale = options.scale })
+  }, options.output, { dark = options.dark, scale = options.scale, octave = notes.middle() })
   return true
 end
 

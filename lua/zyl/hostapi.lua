@@ -70,7 +70,7 @@ return {
   { name = "render", meaning = "Draw graphic objects, lists and headings, one below the other.",
     { "what", "host.Graphic|host.Editor|host.List|table", "one, or a list of them and of texts" },
     { "path", "string", "ends in .png or .svg" },
-    { "options?", "table", "dark = true, scale = 2" } },
+    { "options?", "table", "dark = true, scale = 2, octave = 3 (of key 60)" } },
   { name = "picture", result = "host.Picture",
     meaning = "Create a white picture to draw on; its method write writes the file.",
     { "path", "string", "ends in .png or .svg" },

@@ -77,7 +77,7 @@ TEST_F(Examples, PitchReportPrintsAndDraws) {
   Recording("r/x.wav", 61.12);
   const Finished run = RunExample("pitch-report", Quoted("r") + " " + Quoted("r.svg"));
   EXPECT_EQ(run.status, 0) << run.out;
-  EXPECT_TRUE(Has(run.out, "C#4 ") && Has(run.out, "+12.0")) << run.out;
+  EXPECT_TRUE(Has(run.out, "C#3 (61)") && Has(run.out, "+12.0")) << run.out;
   EXPECT_TRUE(Has(FileBytes(Path("r.svg")), ">+25</text>"));
 }
 

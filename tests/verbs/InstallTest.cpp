@@ -30,7 +30,7 @@ TEST_F(Install, RunsExamplesAndVerbs) {
   EXPECT_TRUE(Has(run.out, "read back unchanged")) << run.out;
   EXPECT_EQ(Installed("run moved/share/zyl/examples/automap.lua notes map.zprg").status, 0);
   EXPECT_TRUE(Has(Installed("help KGSort").out, "SortByData"));
-  EXPECT_TRUE(Has(Installed("find A3 map.zprg").out, "Pluck_A3_hard.wav"));
+  EXPECT_TRUE(Has(Installed("find A2 map.zprg").out, "Pluck_A2_hard.wav"));
   const std::string where = Installed("eval 'print(io.open(\"/proc/self/maps\"):read(\"a\"))'").out;
   EXPECT_TRUE(Has(where, "moved/bin/../lib/zyl/ZylSProgram.so") ||
               Has(where, "moved/lib/zyl/ZylSProgram.so"))

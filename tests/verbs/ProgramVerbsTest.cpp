@@ -70,11 +70,13 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
       {"filterFreq=99999999999999999999", 2, "outside 0 to 255"},
       {"KGhighKey=128", 2, "outside 0 to 127, the keys"},
       {"lowVel=-200", 4, "outside 0 to 127, the velocities"},
-      {"KGlowKey=H", 2, "neither a note (C4 = 60) nor a number"},
+      {"KGlowKey=H", 2, "not a note (C3 = 60) or a number"},
       {"poly=9 --zones 1-9", 2, "outside 1 to 4"},
-      {"KGlowKey=G9 --keygroups 5 --dry-run", 0, "keygroup 5  40 (E2)  ->  127 (G9)"},
+      {"KGlowKey=G8 --keygroups 5 --dry-run", 0, "keygroup 5  E1 (40)  ->  G8 (127)"},
+      {"KGlowKey=G9 --keygroups 5 --dry-run --octave 4", 0, "E2 (40)  ->  G9 (127)"},
+      {"KGlowKey=G9 --keygroups 5", 2, "G9' is not a note"},
       {"KGlowKey=50 --keygroups 5 --dry-run", 0, "low is above high"},
-      {"KGlowKey=C-1 --keygroups 1", 0, "0 values changed"},
+      {"KGlowKey=C-2 --keygroups 1", 0, "0 values changed"},
       {"poly=9 --dry-run", 0, "not written"},
       {"poly=15", 0, "0 values changed"},
   };
@@ -140,8 +142,8 @@ TEST_F(ProgramVerbs, FindMatchesKeyVelocityAndPlayRange) {
     std::vector<const char*> hasNot;
   } cases[] = {
       {"45 P", 0, {"\"keygroup\": 5", "s4.wav", "loud.wav"}, {"s5.wav"}},
-      {"A2 --velocity 99 P", 0, {"s4.wav"}, {"loud.wav"}},
-      {"A2 --velocity 100 P", 0, {"loud.wav", "\"zone\": 2"}, {"s4.wav"}},
+      {"A1 --velocity 99 P", 0, {"s4.wav"}, {"loud.wav"}},
+      {"A1 --velocity 100 P", 0, {"loud.wav", "\"zone\": 2"}, {"s4.wav"}},
       {"120 P", 1, {}, {"wav"}},
       {"128 P", 2, {}, {}},
       {"45 P missing.zprg", 4, {"s4.wav"}, {}},

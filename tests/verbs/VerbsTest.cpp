@@ -137,6 +137,35 @@ TEST_F(Verbs, ShowAndViewPrintAndDrawAProgram) {
   EXPECT_FALSE(std::filesystem::exists(Path("q.png")));
 }
 
+TEST_F(Verbs, OneOctaveNamesNotesEverywhere) {
+  const std::string sound = Tone("a.wav", 220);  // key 57
+  ASSERT_EQ(Zyl("pitch --set " + sound).status, 0);
+  ASSERT_EQ(Zyl("map --reach 0 " + sound + " -o " + Quoted("p.zprg")).status, 0);
+  ASSERT_EQ(Zyl("edit " + Quoted("p.zprg") + " KGlowKey=0 -o " + Quoted("q.zprg")).status, 0);
+  const std::string p = Quoted("p.zprg");
+  const std::string q = Quoted("q.zprg");
+  for (const int octave : {3, 4}) {
+    const std::string note = "A" + std::to_string(octave - 1);
+    for (const std::string& line :
+         {"pitch " + sound, "sample " + sound, "map --dry-run " + sound, "show " + p,
+          "find " + note + " " + p, "edit " + q + " --dry-run KGlowKey=" + note,
+          "edit " + q + " --dry-run KGlowKey='" + note + " (57)'", "verify " + p + " " + q}) {
+      EXPECT_TRUE(Has(Zyl(line + " --octave " + std::to_string(octave)).out, note + " (57)"))
+          << line;
+      setenv("ZYL_MIDDLE_C", std::to_string(octave).c_str(), 1);
+      EXPECT_TRUE(Has(Zyl(line).out, note + " (57)")) << line;
+      unsetenv("ZYL_MIDDLE_C");
+    }
+    const Finished view =
+        Zyl("view -o " + Quoted("v.svg") + " --octave " + std::to_string(octave) + " " + p);
+    EXPECT_EQ(view.status, 0) << view.out;
+    EXPECT_EQ(Has(FileBytes(Path("v.svg")), ">C-2<"), octave == 3);
+  }
+  setenv("ZYL_MIDDLE_C", "x", 1);
+  EXPECT_EQ(Zyl("show " + p).status, 2);
+  unsetenv("ZYL_MIDDLE_C");
+}
+
 TEST_F(Verbs, WrongCommandLinesAreReported) {
   for (const char* line : {"pitch", "loops --top none x.wav", "sample --no-such-option x.wav",
                            "view x.zprg", "view -o x.gif x.zprg", "show -o x.png x.zprg"}) {

@@ -178,14 +178,15 @@ void DrawObject(Picture& picture, const Theme& theme, const GOObject& object, do
   }
 }
 
-void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyboard, double x,
-                      double y) {
+void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyboard, int octave,
+                      double x, double y) {
   constexpr double kSize = 0.75;
-  constexpr int kOctaveOfZero = -2;
+  constexpr int kOctavesToMiddleC = 5;  // from key 0 to key 60
   const double top = y + Absolute(keyboard).Height() + 2.5;
   const int keys = WhiteKeysOf(keyboard);
   for (int w = 0; w < keys; w += kWhiteKeysInOctave) {
-    const std::string name = "C" + std::to_string(w / kWhiteKeysInOctave + kOctaveOfZero);
+    const std::string name =
+        "C" + std::to_string(w / kWhiteKeysInOctave + octave - kOctavesToMiddleC);
     picture.Text(x + WhiteLeft(w), top, name, kSize, theme.headerText);
   }
 }

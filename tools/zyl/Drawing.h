@@ -34,10 +34,11 @@ bool IsKeyboard(const GOObject& object);
 // Draws the object and its children with its top left corner at x, y.
 void DrawObject(Picture& picture, const Theme& theme, const GOObject& object, double x, double y);
 
-// Draws the octave names below a keyboard whose top left corner is at x, y. Key 60 is C3.
+// Draws the octave names below a keyboard whose top left corner is at x, y. Key 60 is C of
+// `octave`.
 inline constexpr double kOctaveLabelHeight = 9;
-void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyboard, double x,
-                      double y);
+void DrawOctaveLabels(Picture& picture, const Theme& theme, const GOObject& keyboard, int octave,
+                      double x, double y);
 
 // Returns the first `count` characters of a UTF-8 text.
 std::string Truncate(std::string_view text, int32_t count);

@@ -170,9 +170,10 @@ int NewEditor(lua_State* L) {
 int Render(lua_State* L) {
   const PictureFile file = CheckPictureFile(L, 2, "host.render");
   DefaultToTable(L, 3);
-  const Options given(L, 3, "host.render", {"dark", "scale"});
+  const Options given(L, 3, "host.render", {"dark", "octave", "scale"});
   RenderOptions options;
   options.dark = given.Flag("dark");
+  options.octave = static_cast<int>(given.Integer("octave", options.octave, -100, 100));
   options.scale = given.Number("scale", options.scale, 0.25, 16);
   // A finalizer could destroy an object that is being drawn.
   const CollectionPause pause(L);

@@ -131,8 +131,9 @@ Size SizeOf(const RenderItem& item, bool page) {
           bounds.Height() + (labelled ? kOctaveLabelHeight : 0)};
 }
 
-void DrawItem(Picture& picture, const Theme& theme, const RenderItem& item, bool page, double x,
+void DrawItem(Picture& picture, const RenderOptions& options, const RenderItem& item, double x,
               double y) {
+  const Theme& theme = ThemeOf(options.dark);
   if (item.list != nullptr) {
     DrawList(picture, theme, *item.list, x, y);
   } else if (item.object == nullptr) {
@@ -141,7 +142,9 @@ void DrawItem(Picture& picture, const Theme& theme, const RenderItem& item, bool
     picture.Text(x, y, *text, 1, theme.text);
   } else {
     DrawObject(picture, theme, *item.object, x, y);
-    if (page && IsKeyboard(*item.object)) DrawOctaveLabels(picture, theme, *item.object, x, y);
+    if (options.page && IsKeyboard(*item.object)) {
+      DrawOctaveLabels(picture, theme, *item.object, options.octave, x, y);
+    }
   }
 }
 
@@ -162,7 +165,7 @@ std::string RenderPicture(const std::vector<RenderItem>& items, const RenderOpti
   picture.Rectangle(0, 0, std::ceil(whole.width) + 1, std::ceil(whole.height) + 1, theme.page);
   double y = margin;
   for (const RenderItem& item : items) {
-    DrawItem(picture, theme, item, options.page, margin, y);
+    DrawItem(picture, options, item, margin, y);
     y += SizeOf(item, options.page).height;
     if (item.heading.empty()) y += kItemGap;
   }

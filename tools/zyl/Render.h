@@ -19,6 +19,7 @@ struct RenderItem {
 struct RenderOptions {
   double scale = 2;
   bool dark = false;
+  int octave = 3;  // of key 60, in the labels of keyboards
   // True: stacks the items with margins and labels the octaves of keyboards. False: the picture has
   // one item without margins.
   bool page = false;

@@ -3,6 +3,7 @@
 local disk = require "disk"
 local folders = require "folders"
 local json = require "json"
+local notes = require "notes"
 local progress = require "progress"
 
 local CLOSED_PIPE = 32  -- EPIPE
@@ -86,11 +87,17 @@ end
 --   answers       the verb may return exit status 1 as a result
 --   folders       replace folders with their sound files
 --   repeats       keep duplicates
+--   notes         the verb prints or parses notes: adds the option --octave
 --   operands, more, status   texts of the help
 function cli.parse(form)
   verb, answers = form.verb, form.answers
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
+  if form.notes then
+    table.insert(form.options, { name = "octave", kind = "integer", value = "N",
+      low = notes.LOWEST_MIDDLE, high = notes.HIGHEST_MIDDLE,
+      help = "octave of key 60 in note names: with 4, C4 is key 60\n(default: ZYL_MIDDLE_C, or 3 as in the editor)" })
+  end
   if not byName.quiet then
     table.insert(form.options, { name = "quiet", help = "print only failures and warnings, no notes and no progress" })
   end
@@ -128,6 +135,11 @@ function cli.parse(form)
   if options.help then
     help(form)
     os.exit(0, true)
+  end
+  if form.notes then
+    if options.octave then notes.setMiddle(options.octave) end
+    local _, failure = cli.try(notes.middle)
+    if failure then usage(failure) end
   end
   quiet = options.quiet == true
   if quiet then progress.forbid() end

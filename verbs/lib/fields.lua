@@ -1,6 +1,9 @@
 -- The fields of a program, accessed through script methods: header (PRG), keygroups (KG), zones
 -- (Zone). Types and ranges are found by trying values on a scratch program, so they are not
 -- repeated here.
+local notes = require "notes"
+local text = require "text"
+
 local fields = {}
 
 -- Methods of these families that are not fields: they act, are computed, or duplicate other fields.
@@ -13,7 +16,8 @@ end
 local DETUNES = 13
 -- Fields with a MIDI key or velocity, by name without the family.
 local MIDI = { lowKey = "keys", highKey = "keys", extTriggerNote = "keys", lowVel = "velocities",
-               highVel = "velocities" }
+               highVel = "velocities",
+               key = "keys" }
 local MOST_MIDI = 127
 local LOWEST, HIGHEST = -2147483648, 2147483647  -- range of a method's integer argument
 local LOWS, HIGHS = { LOWEST, -32768, -128, 0 }, { HIGHEST, 65535, 32767, 255, 127 }
@@ -79,6 +83,13 @@ end
 
 -- Whether the value of the field is a key.
 function fields.isKey(field) return MIDI[field.short] == "keys" end
+
+-- A value for display.
+function fields.shown(field, value)
+  if value == nil then return "-" end
+  if type(value) == "string" then return '"' .. text.printable(value) .. '"' end
+  return fields.isKey(field) and notes.label(value) or tostring(value)
+end
 
 -- nil if the value is valid for the field, otherwise the reason. `shown` is the value as it was
 -- typed.

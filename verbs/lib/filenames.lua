@@ -5,10 +5,6 @@ local notes = require "notes"
 
 local filenames = {}
 
-local STEPS = { C = 0, D = 2, E = 4, F = 5, G = 7, A = 9, B = 11 }
--- Longer spellings first.
-local ACCIDENTALS = { { "[Ss]harp", 1 }, { "[Ff]lat", -1 }, { "♯", 1 }, { "♭", -1 }, { "#", 1 },
-                      { "s", 1 }, { "b", -1 }, { "", 0 } }
 -- The velocity of a dynamic mark.
 local DYNAMICS = { ppp = 16, pp = 32, p = 48, mp = 64, mf = 80, f = 96, ff = 112, fff = 127,
                    ghost = 20, quiet = 40, soft = 40, med = 72, medium = 72, hard = 110, loud = 110 }
@@ -36,28 +32,19 @@ function filenames.notes(name)
     local letter, before = name:sub(at, at), at > 1 and name:sub(at - 1, at - 1) or ""
     local apart = before == "" or before:match("^[%w\128-\255]") == nil
                   or letter:match("%u") and before:match("[%l%d]")
-    for _, accidental in ipairs(apart and ACCIDENTALS or {}) do
+    for _, accidental in ipairs(apart and notes.ACCIDENTALS or {}) do
       local minus, octave, rest = name:match("^" .. accidental[1] .. "(%-?)(%d)(.*)$", at + 1)
       if octave and ends(rest) then
         -- The lowest octave is -2: before a greater number the dash is a separator.
         local number = tonumber(octave)
         if minus == "-" and number > 0 and number <= 2 then number = -number end
         found[#found + 1] = { text = name:sub(at, #name - #rest),
-                              step = STEPS[letter:upper()] + accidental[2] + 12 * number }
+                              step = notes.STEPS[letter:upper()] + accidental[2] + 12 * number }
         break
       end
     end
   end
   return found
-end
-
--- Parses a key: a note (C#3) or a number from 0 to 127. Key 60 is C of the octave `middle`, default
--- notes.MIDDLE_OCTAVE.
-function filenames.key(text, middle)
-  local note = filenames.notes(text)[1]
-  local key = note and note.text == text and note.step + 12 * (5 - (middle or notes.MIDDLE_OCTAVE))
-              or math.tointeger(tonumber(text))
-  return key and key >= 0 and key <= 127 and key or nil
 end
 
 -- The numbers in a name with the word before each: { word, value }; and the list of words.

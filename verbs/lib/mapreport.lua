@@ -14,7 +14,7 @@ function mapreport.table(keygroups)
     for z, zone in ipairs(group.zones) do
       rows[#rows + 1] = {
         z == 1 and ("%3d-%-3d"):format(group.low, group.high) or "",
-        z == 1 and ("%s (%d)"):format(notes.name(group.key), group.key) or "",
+        z == 1 and notes.label(group.key) or "",
         ("%d-%d"):format(zone.low, zone.high), zone.sample.source,
         ("%+.1f"):format(cents(zone.sample)), text.printable(zone.sample.path),
       }

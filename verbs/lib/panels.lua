@@ -1,5 +1,7 @@
 -- The editor panels of a program, for host.render: the keyboard of a keygroup, the list of
 -- keygroups, and the list of a keygroup's zones.
+local notes = require "notes"
+
 local panels = {}
 
 local FIXED = 0x10000
@@ -15,7 +17,7 @@ local function columns(rows)
   return list
 end
 
-local KEYGROUPS = columns {
+local KEYGROUPS = {
   { "No", 142, NUMBER, 0, 0, 20 }, { "Low", 100, KEY, 0, 127, 30 }, { "High", 101, KEY, 0, 127, 30 },
   { "Keys", 199, KEYBOARD, 0, 0, 378 }, { "Tune", 102, FRACTION, 0, 0, 42 },
   { "Filter", 103, BAR, 0, 99, 60 }, { "Attack", 108, BAR, 0, 99, 44 },
@@ -41,7 +43,15 @@ end
 
 -- The keygroup list; keyboards whose range contains `key` are highlighted.
 function panels.keygroups(program, key)
-  local editor = host.editor { columns = KEYGROUPS }
+  local rows = KEYGROUPS
+  -- The module names key 60 C3: with another octave the list shows key numbers.
+  if notes.middle() ~= notes.EDITOR_MIDDLE then
+    rows = {}
+    for i, row in ipairs(KEYGROUPS) do
+      rows[i] = row[3] == KEY and { row[1], row[2], NUMBER, table.unpack(row, 4) } or row
+    end
+  end
+  local editor = host.editor { columns = columns(rows) }
   program:ListFillKeygroups(editor)
   program:UpdateKeyboardSelection(key, PLAIN + 0.0, PLAIN_BLACK + 0.0, CHOSEN + 0.0,
                                   CHOSEN_BLACK + 0.0, editor)

@@ -134,7 +134,7 @@ function plot.draw(path, sound)
   local says = "no pitch"
   if sound.note then
     local key, cents = notes.nearest(sound.note)
-    says = ("%s %+.1f cents, spread %.1f"):format(notes.name(key), cents, sound.spread)
+    says = ("%s %+.1f cents, spread %.1f"):format(notes.label(key), cents, sound.spread)
     surface:rect(LEFT, yOf(sound.note) - 0.5, RIGHT - LEFT, 1, MEDIAN)
   end
   surface:text(RIGHT, 28, says, 14, MEDIAN, "end")

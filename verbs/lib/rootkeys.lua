@@ -5,12 +5,14 @@
 --   order     the sources in order of preference, and use, the set of these
 --   octave    the octave of key 60 in the names; automatic if pitches may correct it
 --   from      the sources as given, for messages
+--   evidence  set to the pitches that confirm the octave
 --   check     whether to measure all recordings and report where the sources differ
 local cli = require "cli"
 local notes = require "notes"
 local recordings = require "recordings"
 
-local rootkeys = {}
+-- OCTAVE is the octave of key 60 in names unless the pitches indicate another one.
+local rootkeys = { OCTAVE = 4 }
 
 local PROBES = 12    -- files measured to find the octave of the names
 local UNSAID = 60    -- written by programs that do not know the key
@@ -52,17 +54,28 @@ local function judgeNames(batch, how, chosen)
       cli.note("names", ("%d of %d pitches differ from the names; see --check, --from pitch")
                :format(all - (counts[0] or 0), all))
     end
-  elseif agreed ~= 0 and not isNumber and how.automatic then
+  elseif not isNumber and how.automatic then
     how.octave = how.octave - agreed // 12
-    cli.note("names", ("%d of %d pitches indicate that C%d is key 60: --octave %d")
-             :format(most, all, how.octave, how.octave))
+    how.evidence = ("%d of %d pitches"):format(most, all)
+  end
+end
+
+-- The output names keys by --octave: notes if the file names count octaves differently.
+local function reportOctave(batch, how)
+  if not how.automatic or how.octave == notes.middle() then return end
+  for _, it in ipairs(batch.list) do
+    if it.source == "name" and it.name.how == "note" then
+      local says = how.evidence and how.evidence .. " indicate that C%d is key 60: --name-octave %d"
+                   or "read with C%d as key 60, not measured: --name-octave %d"
+      return cli.note("names", says:format(how.octave, how.octave))
+    end
   end
 end
 
 -- The key in the recording's name.
 function rootkeys.ofName(it, how)
   if not it.name.key then return nil end
-  local key = it.name.key + (it.name.how == "note" and 12 * (4 - how.octave) or 0)
+  local key = it.name.key + (it.name.how == "note" and 12 * (rootkeys.OCTAVE - how.octave) or 0)
   return key >= 0 and key <= 127 and key or nil
 end
 
@@ -88,8 +101,7 @@ end
 local function doubtChunks(batch, how)
   local common, count = commonKey(batch, how)
   if common then
-    cli.note("chunks", ("all %d have the root key %s (%d): not used"):format(count,
-             notes.name(common), common))
+    cli.note("chunks", ("all %d have the root key %s: not used"):format(count, notes.label(common)))
     for _, it in ipairs(batch.list) do it.doubted = it.chunk ~= nil end
     return
   end
@@ -104,8 +116,8 @@ local function doubtChunks(batch, how)
     if it.doubted then doubted = doubted + 1 end
   end
   if doubted > 0 then
-    cli.note("chunks", ("the root key C4 (60) of %d file%s differs from name or pitch: not used")
-             :format(doubted, doubted == 1 and "" or "s"))
+    cli.note("chunks", ("the root key %s of %d file%s differs from name or pitch: not used")
+             :format(notes.label(UNSAID), doubted, doubted == 1 and "" or "s"))
   end
 end
 
@@ -170,7 +182,7 @@ local function check(it, how)
   local said, first, differ = {}, nil, false
   local function add(name, key)
     if not key then return end
-    said[#said + 1] = ("%s %s (%d)"):format(name, notes.name(key), key)
+    said[#said + 1] = name .. " " .. notes.label(key)
     differ = differ or first ~= nil and key ~= first
     first = first or key
   end
@@ -187,6 +199,7 @@ function rootkeys.find(batch, how)
     if not it.failure then decide(it, how) end
     if how.check and not it.failure then check(it, how) end
   end
+  reportOctave(batch, how)
 end
 
 return rootkeys
