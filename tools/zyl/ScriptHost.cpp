@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "AudioCalls.h"
 #include "Errors.h"
 #include "HostTable.h"
 #include "Interruption.h"
@@ -55,6 +56,7 @@ int OpenState(lua_State* L) {
   OpenErrors(L);
   OpenObjects(L);
   OpenHostTable(L);
+  OpenAudio(L);
   OpenLuaFolder(L);
   return 0;
 }

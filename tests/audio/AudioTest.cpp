@@ -1,0 +1,178 @@
+// The signal analysis on signals whose result is known.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "audio/Crossfade.h"
+#include "audio/Levels.h"
+#include "audio/LoopFinder.h"
+#include "audio/RootPitch.h"
+#include "audio/Seam.h"
+
+namespace zyl::audio {
+namespace {
+
+constexpr double kRate = 44100;
+constexpr double kTurn = 2 * std::numbers::pi;
+
+// A note with ten harmonics, vibrato and a little noise, different in each channel.
+Sound Note(double hertz, double seconds, size_t channels, double vibratoCents = 0,
+           double amplitude = 0.3, unsigned seed = 1) {
+  std::mt19937 random(seed);
+  std::normal_distribution<double> noise(0, 1e-4);
+  Sound sound{kRate,
+              std::vector(channels, std::vector<float>(static_cast<size_t>(seconds * kRate)))};
+  double phase = 0;
+  for (size_t i = 0; i < sound.Frames(); ++i) {
+    const double t = static_cast<double>(i) / kRate;
+    phase += hertz * std::exp2(vibratoCents / 1200 * std::sin(kTurn * 5.3 * t)) / kRate;
+    const double envelope = std::min(1.0, t / 0.1);
+    for (size_t c = 0; c < channels; ++c) {
+      double value = noise(random);
+      for (int h = 1; h <= 10; ++h) {
+        value += std::sin(kTurn * h * phase + static_cast<double>(c) * h * h) / (h * h);
+      }
+      sound.channels[c][i] = static_cast<float>(amplitude * envelope * value);
+    }
+  }
+  return sound;
+}
+
+Sound Scaled(const Sound& sound, float factor) {
+  Sound scaled = sound;
+  for (auto& channel : scaled.channels) {
+    for (float& x : channel) x *= factor;
+  }
+  return scaled;
+}
+
+TEST(Levels, LoudnessIsThatOfTheStandardsCalibrationTone) {
+  for (const double rate : {44100.0, 48000.0, 96000.0}) {
+    Sound tone{rate, {std::vector<float>(static_cast<size_t>(rate))}};
+    for (size_t i = 0; i < tone.Frames(); ++i) {
+      tone.channels[0][i] =
+          static_cast<float>(std::sin(kTurn * 997 * static_cast<double>(i) / rate));
+    }
+    EXPECT_NEAR(Loudness(tone), -3.01, 0.02) << rate;
+    tone.channels.push_back(tone.channels[0]);
+    EXPECT_NEAR(Loudness(tone), 0, 0.02) << rate;
+    EXPECT_NEAR(Loudness(Scaled(tone, 0.1F)), -20, 0.02) << rate;
+  }
+  EXPECT_TRUE(std::isinf(Loudness({kRate, {std::vector<float>(100)}})));
+}
+
+TEST(Levels, SoundingFramesSpanAllChannels) {
+  Sound sound{kRate, {std::vector<float>(100), std::vector<float>(100)}};
+  EXPECT_FALSE(SoundingFrames(sound, -60));
+  sound.channels[0][60] = 1;
+  sound.channels[1][20] = -0.01F;
+  sound.channels[1][90] = 0.0005F;  // 66 dB below the peak
+  const auto range = SoundingFrames(sound, -60);
+  ASSERT_TRUE(range);
+  EXPECT_EQ(range->first, 20U);
+  EXPECT_EQ(range->last, 60U);
+}
+
+TEST(Seam, IsTheJumpRelativeToTheSound) {
+  const Sound sound = Note(441, 2, 1);  // a period of 100 frames
+  const Loop whole{30000, 30000 + 440 * 100 - 1};
+  EXPECT_LT(SeamDecibels(sound, whole), 3);
+  const Loop shifted{30000, 30000 + 440 * 100 + 24};  // a quarter of a period off
+  const double click = SeamDecibels(sound, shifted);
+  EXPECT_GT(click, 30);
+  for (const float factor : {0.0625F, 4.0F}) {
+    EXPECT_NEAR(SeamDecibels(Scaled(sound, factor), shifted), click, 0.01);
+  }
+  // The worst channel counts.
+  Sound stereo = sound;
+  stereo.channels.push_back(sound.channels[0]);
+  std::rotate(stereo.channels[1].begin(), stereo.channels[1].begin() + 13,
+              stereo.channels[1].end());
+  stereo.channels[1][whole.last] += 0.1F;
+  EXPECT_GT(SeamDecibels(stereo, whole), 30);
+}
+
+TEST(Seam, StepsAreThoseOfLevelAndSpectrum) {
+  Sound sound = Note(441, 2, 1);
+  for (size_t i = 0; i < 50000; ++i) sound.channels[0][i] *= 0.5F;
+  const Steps steps = StepsOf(sound, {20000, 79999});
+  EXPECT_NEAR(steps.levelDb, -6.02, 0.1);
+  EXPECT_LT(steps.spectrumDb, 0.5);
+}
+
+TEST(LoopFinder, FindsLoopsThatDoNotClick) {
+  for (const double hertz : {55.0, 261.63, 1046.5}) {
+    for (const size_t channels : {1U, 2U}) {
+      const Sound sound = Note(hertz, 3, channels, 15);
+      const LoopWish wish{.periodFrames = kRate / hertz, .most = 5};
+      const auto found = FindLoops(sound, wish);
+      ASSERT_EQ(found.size(), 5U) << hertz;
+      EXPECT_LT(found[0].seamDb, 3) << hertz;
+      EXPECT_GE(found[0].loop.Length(), 0.3 * kRate) << hertz;
+      EXPECT_LT(std::fabs(found[0].steps.levelDb), 1) << hertz;
+      EXPECT_LE(found[0].cost, found[4].cost);
+      // Level does not matter.
+      const auto quiet = FindLoops(Scaled(sound, 0.0625F), wish);
+      EXPECT_EQ(quiet[0].loop.first, found[0].loop.first) << hertz;
+      EXPECT_EQ(quiet[0].loop.last, found[0].loop.last) << hertz;
+    }
+  }
+}
+
+TEST(LoopFinder, ReturnsNothingWhereThereIsNoLoop) {
+  EXPECT_TRUE(FindLoops({kRate, {}}, {}).empty());
+  EXPECT_TRUE(FindLoops({kRate, {std::vector<float>(50000)}}, {}).empty());
+  for (size_t frames = 1; frames < 400; ++frames) {
+    const Sound sound = Note(4410, static_cast<double>(frames) / kRate + 1e-6, 1);
+    for (const FoundLoop& found : FindLoops(sound, {})) {
+      EXPECT_LT(found.loop.last, sound.Frames());
+    }
+  }
+  EXPECT_TRUE(FindLoops(Note(441, 1, 1), {.shortestFrames = 44100}).empty());
+}
+
+TEST(Crossfade, JoinsAnyLoopAndChangesNothingElse) {
+  const Sound before = Note(261.63, 3, 2, 40, 0.3, 7);
+  for (const Loop loop : {Loop{30000, 90000}, Loop{20011, 40123}, Loop{500, 131000}}) {
+    Sound sound = before;
+    ASSERT_GT(SeamDecibels(sound, loop), 20);
+    const size_t frames = std::min<size_t>(882, LongestCrossfade(loop));
+    const size_t changed = CrossfadeLoop(sound, loop, frames);
+    EXPECT_LT(SeamDecibels(sound, loop), 3) << loop.first;
+    const size_t start = loop.last + 1 - frames;
+    for (size_t c = 0; c < 2; ++c) {
+      for (size_t i = 0; i < sound.Frames(); ++i) {
+        if (i >= start && i < start + changed) continue;
+        ASSERT_EQ(sound.channels[c][i], before.channels[c][i]);
+      }
+    }
+    // Where the file continues after the loop, playing on does not click.
+    if (loop.last + frames < sound.Frames()) {
+      const auto& x = sound.channels[0];
+      EXPECT_LT(std::fabs(x[loop.last + 1] - x[loop.last]), 0.05F);
+    }
+  }
+}
+
+TEST(RootPitch, CorrectsTracksThatAreOctavesOff) {
+  for (const double hertz : {41.2, 110.0, 440.0, 1760.0}) {
+    const Sound sound = Note(hertz, 1, 2);
+    for (const double factor : {0.5, 1.0, 2.0, 3.0}) {
+      const std::vector<float> track(sound.Frames() / kTrackBlock,
+                                     static_cast<float>(factor * kRate / hertz));
+      std::string reason;
+      const auto root = FindRootPitch(sound, track, reason);
+      ASSERT_TRUE(root) << reason;
+      EXPECT_NEAR(1200 * std::log2(root->hertz / hertz), 0, 2) << hertz << " * " << factor;
+      EXPECT_TRUE(root->sure);
+    }
+  }
+  std::string reason;
+  EXPECT_FALSE(FindRootPitch(Note(440, 0.05, 1), {}, reason));
+  EXPECT_EQ(reason, "2205 frames are too few for a pitch");
+}
+
+}  // namespace
+}  // namespace zyl::audio

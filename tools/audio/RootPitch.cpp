@@ -1,0 +1,279 @@
+#include "audio/RootPitch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "audio/Percentile.h"
+
+namespace zyl::audio {
+
+namespace {
+
+constexpr size_t kTail = 32;  // values at the end of a track that repeat one
+constexpr std::array kFactors = {1. / 8, 1. / 6, 1. / 5, 1. / 4, 1. / 3, 1. / 2, 1., 2., 3., 4.};
+constexpr std::array kPlaces = {0.15, 0.35, 0.55};
+constexpr std::array kPlacesWithoutTrack = {0.1, 0.2, 0.4};
+constexpr double kShortPeriod = 200;   // frames; longer periods are at most four true ones
+constexpr double kPeriodValues = 100;  // values that a period is reduced to by averaging
+constexpr double kLowestHz = 16;
+constexpr double kHighestHz = 4700;
+constexpr double kSureLikeness = 0.6;
+constexpr double kCertainLikeness = 0.95;
+constexpr double kSureShare = 0.3;
+constexpr double kSteadyCents = 8;
+constexpr int kSmoothings = 3;         // passes of (1, 2, 1) / 4
+constexpr int kLongestUntracked = 48;  // frames; longest period searched if the track has none
+
+const double kSemitone = std::exp2(1.0 / 12);
+
+double Cents(double ratio) { return 1200 * std::log2(ratio); }
+
+// `count` values from frame `first` on, each the mean of `step` frames, without their mean. With a
+// step of 1 the values are smoothed instead, so that lags between two frames are found.
+std::vector<double> Excerpt(Channel channel, size_t first, size_t count, size_t step) {
+  std::vector<double> values(count);
+  for (size_t i = 0; i < count; ++i) {
+    for (size_t k = 0; k < step; ++k) {
+      values[i] += static_cast<double>(channel[first + i * step + k]);
+    }
+    values[i] /= static_cast<double>(step);
+  }
+  for (int pass = 0; step == 1 && pass < kSmoothings; ++pass) {
+    double before = values.front();
+    for (size_t i = 1; i + 1 < count; ++i) {
+      const double value = values[i];
+      values[i] = 0.25 * (before + values[i + 1]) + 0.5 * value;
+      before = value;
+    }
+  }
+  double mean = 0;
+  for (const double value : values) mean += value;
+  mean /= static_cast<double>(std::max<size_t>(count, 1));
+  for (double& value : values) value -= mean;
+  return values;
+}
+
+// An excerpt whose likeness to itself is computed over its first `length` values.
+class Look {
+ public:
+  Look(Channel channel, size_t first, size_t count, size_t step, int length)
+      : x_(Excerpt(channel, first, count, step)), step_(step), length_(length) {
+    energies_.reserve(x_.size() + 1);
+    energies_.push_back(0);
+    for (const double value : x_) energies_.push_back(energies_.back() + value * value);
+  }
+
+  double Likeness(int lag) const {
+    double cross = 0;
+    for (int j = 0; j < length_; ++j) cross += x_[Index(j)] * x_[Index(j + lag)];
+    const double energy =
+        energies_[Index(length_)] + energies_[Index(length_ + lag)] - energies_[Index(lag)];
+    return energy > 0 ? 2 * cross / energy : 0;
+  }
+
+  struct Lag {
+    double values;
+    double likeness;
+  };
+
+  // The lag with the highest likeness at most `reach` from `lag`; nothing if the excerpt is too
+  // short.
+  std::optional<Lag> Near(double lag, double reach) const {
+    const int from = std::max(static_cast<int>(std::floor(lag - reach)), 2);
+    const int to = static_cast<int>(std::ceil(lag + reach));
+    if (to + 1 + length_ > static_cast<int>(x_.size())) return std::nullopt;
+    int at = from;
+    double best = -1;
+    for (int l = from; l <= to; ++l) {
+      const double likeness = Likeness(l);
+      if (likeness > best) {
+        at = l;
+        best = likeness;
+      }
+    }
+    const double below = Likeness(at - 1);
+    const double above = Likeness(at + 1);
+    const double bend = 2 * best - below - above;
+    const double shift = bend > 0 ? std::clamp((above - below) / (2 * bend), -1.0, 1.0) : 0;
+    return Lag{at + shift, best + (above - below) * shift / 4};
+  }
+
+  // The period in frames, measured over up to eight periods from the lag of one.
+  double Refined(double lag) const {
+    double refined = lag;
+    for (int times = 2; times <= 8; times *= 2) {
+      const auto further = Near(times * refined, 1.5);
+      if (!further || std::fabs(further->values / (times * lag) - 1) > 0.02) break;
+      refined = further->values / times;
+    }
+    return refined * static_cast<double>(step_);
+  }
+
+  std::array<std::optional<Lag>, kFactors.size()> lags;  // of each factor
+
+ private:
+  static size_t Index(int i) { return static_cast<size_t>(i); }
+
+  std::vector<double> x_;
+  std::vector<double> energies_;  // element i is the energy before value i
+  size_t step_;
+  int length_;
+};
+
+std::optional<Look> LookAt(Channel channel, double rateHz, size_t frame, double period) {
+  const double step = std::ceil(period / kPeriodValues);
+  const double lag = period / step;
+  double length = std::max(std::ceil(2.2 * lag), 200.0);
+  const double left = std::floor(static_cast<double>(channel.size() - frame) / step);
+  const double count = std::min(length + std::ceil(4.3 * lag) + 8, left);
+  length = std::min(length, count - std::ceil(1.3 * lag) - 8);
+  if (length < lag) return std::nullopt;
+  Look look(channel, frame, static_cast<size_t>(count), static_cast<size_t>(step),
+            static_cast<int>(length));
+  for (size_t i = 0; i < kFactors.size(); ++i) {
+    const double wanted = lag * kFactors[i];
+    const double hertz = rateHz / (wanted * step);
+    const bool likely = kFactors[i] >= 0.25 || period < kShortPeriod;
+    if (likely && wanted >= 2.5 && hertz >= kLowestHz && hertz <= kHighestHz) {
+      look.lags[i] = look.Near(wanted, std::max(1.5, 0.012 * wanted));
+    }
+  }
+  return look;
+}
+
+// The shortest period up to kLongestUntracked with which the sound repeats itself; 0 if none. Used
+// if the track has no period: the pitch may be above the tracker's range.
+double ShortPeriod(Channel channel, double rateHz, size_t frame) {
+  const size_t count = std::min<size_t>(kLongestUntracked * 12, channel.size() - frame);
+  const int length = static_cast<int>(count) - kLongestUntracked - 2;
+  if (length <= 0) return 0;
+  const Look look(channel, frame, count, 1, length);
+  double best = 0.9;
+  int at = 0;
+  const int shortest = std::max(static_cast<int>(rateHz / kHighestHz), 4);
+  for (int lag = shortest; lag <= kLongestUntracked; ++lag) {
+    const double likeness = look.Likeness(lag);
+    if (likeness > best + 0.02) {
+      best = likeness;
+      at = lag;
+    } else if (at != 0 && likeness < best - 0.2) {
+      break;
+    }
+  }
+  return at;
+}
+
+double Median(std::vector<double>& values) {
+  std::sort(values.begin(), values.end());
+  return Percentile(std::span<const double>(values), 0.5);
+}
+
+struct Repetition {
+  double factor;
+  double likeness;
+  double period;  // frames
+};
+
+// The shortest period that the places agree on.
+std::optional<Repetition> Choose(const std::vector<Look>& looks) {
+  std::array<double, kFactors.size()> means{};
+  double best = 0;
+  for (size_t i = 0; i < kFactors.size(); ++i) {
+    for (const Look& look : looks) means[i] += look.lags[i] ? look.lags[i]->likeness : -1;
+    means[i] /= static_cast<double>(looks.size());
+    best = std::max(best, means[i]);
+  }
+  for (size_t i = 0; i < kFactors.size(); ++i) {
+    if (means[i] <= 0 || 1 - means[i] > 0.02 + 1.3 * (1 - best)) continue;
+    std::vector<double> periods;
+    for (const Look& look : looks) {
+      if (look.lags[i]) periods.push_back(look.Refined(look.lags[i]->values));
+    }
+    return Repetition{kFactors[i], means[i], Median(periods)};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float> track,
+                                       std::string& reason) {
+  const size_t frames = sound.Frames();
+  if (!(sound.rateHz > 0)) {
+    reason = "the file has no sample rate";
+    return std::nullopt;
+  }
+  if (frames < kFewestPitchFrames) {
+    reason = std::to_string(frames) + " frames are too few for a pitch";
+    return std::nullopt;
+  }
+  const size_t blocks = std::min(track.size(), frames / kTrackBlock);
+  const size_t end = blocks > 2 * kTail ? blocks - kTail : std::max<size_t>(blocks, 2) - 1;
+  std::vector<double> periods;
+  for (size_t i = std::min<size_t>(1, end - 1); i < std::min(end, blocks); ++i) {
+    if (track[i] > 0) periods.push_back(static_cast<double>(track[i]));
+  }
+
+  double period = 0;
+  double spread = 0;
+  std::vector<size_t> places;  // blocks
+  size_t agreeing = 0;
+  if (!periods.empty()) {
+    const size_t count = periods.size();
+    period = Median(periods);
+    const std::span<const double> sorted(periods.data(), count);
+    spread = 0.5 * Cents(Percentile(sorted, 0.84) / Percentile(sorted, 0.16));
+    std::vector<size_t> near;
+    for (size_t i = 1; i < std::min(end, blocks); ++i) {
+      const auto value = static_cast<double>(track[i]);
+      if (value < period * kSemitone && value > period / kSemitone) near.push_back(i);
+    }
+    for (const double part : kPlaces) {
+      if (near.empty()) break;
+      const auto at = near[static_cast<size_t>(part * static_cast<double>(near.size() - 1))];
+      if (places.empty() || places.back() != at) places.push_back(at);
+    }
+    agreeing = near.size();
+  } else {
+    for (const double part : kPlacesWithoutTrack) {
+      const auto place = static_cast<size_t>(std::ceil(part * static_cast<double>(end)));
+      places.push_back(std::max<size_t>(place, 1) - 1);
+    }
+    period = ShortPeriod(sound.channels[0], sound.rateHz, places[0] * kTrackBlock);
+    if (period == 0) {
+      reason = "no pitch";
+      return std::nullopt;
+    }
+  }
+
+  std::vector<Look> looks;
+  for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
+    for (const size_t block : places) {
+      if (auto look = LookAt(sound.channels[c], sound.rateHz, block * kTrackBlock, period)) {
+        looks.push_back(std::move(*look));
+      }
+    }
+  }
+  std::optional<Repetition> repetition;
+  if (!looks.empty()) repetition = Choose(looks);
+  const double likeness = repetition ? repetition->likeness : 0;
+  double chosen = period * (repetition ? repetition->factor : 1);
+  if (repetition && (spread < kSteadyCents || std::fabs(Cents(repetition->period / chosen)) > 40)) {
+    chosen = repetition->period;
+  }
+  const auto tracked = static_cast<double>(periods.size());
+  const bool often = tracked >= 0.1 * static_cast<double>(end);
+  return RootPitch{
+      .hertz = sound.rateHz / chosen,
+      .voiced = tracked / static_cast<double>(end),
+      .spreadCents = spread,
+      .likeness = likeness,
+      .sure =
+          likeness >= kCertainLikeness || (likeness >= kSureLikeness && often &&
+                                           static_cast<double>(agreeing) >= kSureShare * tracked),
+  };
+}
+
+}  // namespace zyl::audio

@@ -1,0 +1,255 @@
+#include "AudioCalls.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Errors.h"
+#include "Options.h"
+#include "audio/Crossfade.h"
+#include "audio/Levels.h"
+#include "audio/LoopFinder.h"
+#include "audio/RootPitch.h"
+#include "host/qx.h"
+
+namespace zyl {
+
+namespace {
+
+using audio::Sound;
+
+constexpr const char* kMetatable = "zyl.audio.Sound";
+
+Sound& CheckSound(lua_State* L) { return *static_cast<Sound*>(luaL_checkudata(L, 1, kMetatable)); }
+
+// A frame of the sound.
+size_t CheckFrame(lua_State* L, int index, const Sound& sound) {
+  const lua_Integer frame = luaL_checkinteger(L, index);
+  luaL_argcheck(L, frame >= 0 && static_cast<lua_Unsigned>(frame) < sound.Frames(), index,
+                "not a frame of the sound");
+  return static_cast<size_t>(frame);
+}
+
+// Arguments 2 and 3: the first and last frame of a loop.
+audio::Loop CheckLoop(lua_State* L, const Sound& sound) {
+  const audio::Loop loop{CheckFrame(L, 2, sound), CheckFrame(L, 3, sound)};
+  luaL_argcheck(L, loop.last >= loop.first && loop.Length() >= 2 * audio::kSeamFrames, 3,
+                "a loop has at least 66 frames");
+  return loop;
+}
+
+void PushNumber(lua_State* L, const char* field, double value) {
+  lua_pushnumber(L, value);
+  lua_setfield(L, -2, field);
+}
+
+void PushInteger(lua_State* L, const char* field, size_t value) {
+  lua_pushinteger(L, static_cast<lua_Integer>(value));
+  lua_setfield(L, -2, field);
+}
+
+int NewSound(lua_State* L) {
+  const double rateHz = luaL_checknumber(L, 1);
+  luaL_argcheck(L, rateHz >= 1 && rateHz <= 1e9, 1, "not a sample rate");
+  new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{rateHz, {}};
+  luaL_setmetatable(L, kMetatable);
+  return 1;
+}
+
+int CollectSound(lua_State* L) {
+  CheckSound(L).~Sound();
+  return 0;
+}
+
+// addChannel(handle, frames, width): adds a channel of `frames` little-endian signed values of
+// `width` bytes from the buffer.
+int AddChannel(lua_State* L) {
+  Sound& sound = CheckSound(L);
+  const auto handle = static_cast<uint32_t>(luaL_checkinteger(L, 2));
+  const lua_Integer frames = luaL_checkinteger(L, 3);
+  const lua_Integer width = luaL_checkinteger(L, 4);
+  luaL_argcheck(L, frames >= 0 && frames <= std::numeric_limits<int32_t>::max(), 3,
+                "not a number of frames");
+  luaL_argcheck(L, width >= 1 && width <= 4, 4, "values have 1 to 4 bytes");
+  const auto count = static_cast<size_t>(frames);
+  luaL_argcheck(L, sound.channels.empty() || count == sound.Frames(), 3,
+                "all channels have the same length");
+  std::string bytes;
+  std::string reason;
+  if (count > 0 && !qxBufferBytes(handle, count * static_cast<size_t>(width), bytes, reason)) {
+    RaiseText(L, "addChannel: " + reason);
+  }
+  std::vector<float> values(count);
+  const auto* byte = reinterpret_cast<const uint8_t*>(bytes.data());
+  constexpr float kScale = 1.0F / 2147483648.0F;
+  for (float& value : values) {
+    uint32_t bits = 0;  // the value in the upper bytes
+    for (lua_Integer k = 0; k < width; ++k) bits = bits >> 8 | uint32_t{*byte++} << 24;
+    value = static_cast<float>(static_cast<int32_t>(bits)) * kScale;
+  }
+  sound.channels.push_back(std::move(values));
+  return 0;
+}
+
+int Frames(lua_State* L) {
+  lua_pushinteger(L, static_cast<lua_Integer>(CheckSound(L).Frames()));
+  return 1;
+}
+
+int Channels(lua_State* L) {
+  lua_pushinteger(L, static_cast<lua_Integer>(CheckSound(L).channels.size()));
+  return 1;
+}
+
+int Peak(lua_State* L) {
+  lua_pushnumber(L, audio::Decibels(audio::Peak(CheckSound(L))));
+  return 1;
+}
+
+int Loudness(lua_State* L) {
+  lua_pushnumber(L, audio::Loudness(CheckSound(L)));
+  return 1;
+}
+
+int Sounding(lua_State* L) {
+  const auto range = audio::SoundingFrames(CheckSound(L), luaL_optnumber(L, 2, -60));
+  if (!range) return 0;
+  lua_pushinteger(L, static_cast<lua_Integer>(range->first));
+  lua_pushinteger(L, static_cast<lua_Integer>(range->last));
+  return 2;
+}
+
+int Root(lua_State* L) {
+  const Sound& sound = CheckSound(L);
+  luaL_checktype(L, 2, LUA_TTABLE);
+  std::vector<float> track(lua_rawlen(L, 2));
+  for (size_t i = 0; i < track.size(); ++i) {
+    lua_rawgeti(L, 2, static_cast<lua_Integer>(i + 1));
+    track[i] = static_cast<float>(lua_tonumber(L, -1));
+    lua_pop(L, 1);
+  }
+  std::string reason;
+  const auto root = audio::FindRootPitch(sound, track, reason);
+  if (!root) {
+    lua_pushnil(L);
+    lua_pushlstring(L, reason.data(), reason.size());
+    return 2;
+  }
+  lua_createtable(L, 0, 5);
+  PushNumber(L, "hertz", root->hertz);
+  PushNumber(L, "voiced", root->voiced);
+  PushNumber(L, "spread", root->spreadCents);
+  PushNumber(L, "likeness", root->likeness);
+  lua_pushboolean(L, root->sure);
+  lua_setfield(L, -2, "sure");
+  return 1;
+}
+
+int Loops(lua_State* L) {
+  const Sound& sound = CheckSound(L);
+  DefaultToTable(L, 2);
+  const Options options(L, 2, "loops", {"shortest", "period", "crossfade", "most"});
+  constexpr lua_Integer kFrames = std::numeric_limits<int32_t>::max();
+  audio::LoopWish wish;
+  wish.shortestFrames = static_cast<size_t>(options.Integer("shortest", 0, 0, kFrames));
+  wish.periodFrames = options.Number("period", 0, 0, static_cast<double>(kFrames));
+  wish.crossfadeFrames = static_cast<size_t>(options.Integer("crossfade", 0, 0, kFrames));
+  wish.most = static_cast<size_t>(options.Integer("most", 1, 1, 1000));
+  const auto found = audio::FindLoops(sound, wish);
+  lua_createtable(L, static_cast<int>(found.size()), 0);
+  lua_Integer index = 0;
+  for (const auto& it : found) {
+    lua_createtable(L, 0, 6);
+    PushInteger(L, "first", it.loop.first);
+    PushInteger(L, "last", it.loop.last);
+    PushNumber(L, "seam", it.seamDb);
+    PushNumber(L, "level", it.steps.levelDb);
+    PushNumber(L, "spectrum", it.steps.spectrumDb);
+    PushNumber(L, "likeness", it.likeness);
+    lua_rawseti(L, -2, ++index);
+  }
+  return 1;
+}
+
+int Seam(lua_State* L) {
+  const Sound& sound = CheckSound(L);
+  const audio::Loop loop = CheckLoop(L, sound);
+  lua_createtable(L, static_cast<int>(sound.channels.size()), 0);
+  lua_Integer index = 0;
+  for (const auto& channel : sound.channels) {
+    lua_pushnumber(L, audio::SeamDecibels(channel, sound.rateHz, loop));
+    lua_rawseti(L, -2, ++index);
+  }
+  return 1;
+}
+
+int Crossfade(lua_State* L) {
+  Sound& sound = CheckSound(L);
+  const audio::Loop loop = CheckLoop(L, sound);
+  const lua_Integer wanted = luaL_checkinteger(L, 4);
+  luaL_argcheck(L, wanted > 0, 4, "a crossfade has at least one frame");
+  const size_t frames = std::min(static_cast<size_t>(wanted), audio::LongestCrossfade(loop));
+  lua_pushinteger(L, static_cast<lua_Integer>(loop.last + 1 - frames));
+  const size_t changed = frames == 0 ? 0 : audio::CrossfadeLoop(sound, loop, frames);
+  lua_pushinteger(L, static_cast<lua_Integer>(changed));
+  return 2;
+}
+
+int Values(lua_State* L) {
+  const Sound& sound = CheckSound(L);
+  const lua_Integer channel = luaL_checkinteger(L, 2);
+  luaL_argcheck(L, channel >= 0 && static_cast<lua_Unsigned>(channel) < sound.channels.size(), 2,
+                "not a channel of the sound");
+  const auto& values = sound.channels[static_cast<size_t>(channel)];
+  const lua_Integer first = luaL_optinteger(L, 3, 0);
+  const auto size = static_cast<lua_Integer>(values.size());
+  luaL_argcheck(L, first >= 0 && first <= size, 3, "not a frame of the sound");
+  const lua_Integer count = luaL_optinteger(L, 4, size - first);
+  luaL_argcheck(L, count >= 0 && count <= size - first, 4, "beyond the end of the sound");
+  lua_createtable(L, static_cast<int>(count), 0);
+  for (lua_Integer i = 0; i < count; ++i) {
+    lua_pushnumber(L, static_cast<lua_Number>(values[static_cast<size_t>(first + i)]));
+    lua_rawseti(L, -2, i + 1);
+  }
+  return 1;
+}
+
+int OpenCore(lua_State* L) {
+  const luaL_Reg methods[] = {{"addChannel", Guarded<AddChannel>},
+                              {"frames", Guarded<Frames>},
+                              {"channels", Guarded<Channels>},
+                              {"peak", Guarded<Peak>},
+                              {"loudness", Guarded<Loudness>},
+                              {"sounding", Guarded<Sounding>},
+                              {"root", Guarded<Root>},
+                              {"loops", Guarded<Loops>},
+                              {"seam", Guarded<Seam>},
+                              {"crossfade", Guarded<Crossfade>},
+                              {"values", Guarded<Values>},
+                              {nullptr, nullptr}};
+  luaL_newmetatable(L, kMetatable);
+  lua_pushcfunction(L, Guarded<CollectSound>);
+  lua_setfield(L, -2, "__gc");
+  luaL_newlib(L, methods);
+  lua_setfield(L, -2, "__index");
+  lua_pop(L, 1);
+  lua_createtable(L, 0, 1);
+  lua_pushcfunction(L, Guarded<NewSound>);
+  lua_setfield(L, -2, "new");
+  return 1;
+}
+
+}  // namespace
+
+void OpenAudio(lua_State* L) {
+  luaL_getsubtable(L, LUA_REGISTRYINDEX, LUA_PRELOAD_TABLE);
+  lua_pushcfunction(L, Guarded<OpenCore>);
+  lua_setfield(L, -2, "zyl.audio.core");
+  lua_pop(L, 1);
+}
+
+}  // namespace zyl
