@@ -4,6 +4,7 @@ local disk = require "disk"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local stereo = require "stereo"
 local text = require "text"
 
 local options, words = cli.parse {
@@ -22,7 +23,8 @@ if not key then cli.usage("'" .. words[1] .. "' is not " .. notes.accepted()) en
 local files = table.move(words, 2, #words, 1, {})
 if #files == 0 then cli.usage("no PROGRAM given") end
 
--- The zones that play the key: { keygroup and zone from 0, low and high key and velocity, path }.
+-- The zones that play the key: { keygroup and zone from 0, low and high key and velocity, path, pan,
+-- channel }, with the pairs of stereo.lua.
 local function find(path)
   local program, reason = programs.open(path)
   if not program then error(reason, 0) end
@@ -32,30 +34,40 @@ local function find(path)
              program:PRGlowKey(), program:PRGhighKey()))
     return found
   end
-  local k = program:KGFindByKey(key)
+  local channels, k = programs.channels(path), program:KGFindByKey(key)
   while k >= 0 do
-    for z = 0, 3 do
+    local zones = {}
+    for z = 0, programs.ZONES - 1 do
       local low, high = program:ZonelowVel(k, z), program:ZonehighVel(k, z)
       local sounds = not options.velocity or options.velocity >= low and options.velocity <= high
       if sounds and program:ZoneSamplePath(k, z) ~= "" then
-        found[#found + 1] = { keygroup = k, zone = z, lowKey = program:KGlowKey(k),
+        zones[#zones + 1] = { keygroup = k, zone = z, lowKey = program:KGlowKey(k),
                               highKey = program:KGhighKey(k), low = low, high = high,
-                              path = program:ZoneSamplePath(k, z) }
+                              path = program:ZoneSamplePath(k, z), pan = program:ZonepanOffset(k, z),
+                              tune = program:ZonetuneOffset(k, z),
+                              channel = channels[k * programs.ZONES + z] }
       end
     end
+    stereo.pair(zones)
+    table.move(zones, 1, #zones, #found + 1, found)
     k = k + 1 < program:PRGkeyGroups() and program:KGFindByKey(key, k + 1) or -1
   end
   return found
 end
 
 local function shown(path, found)
-  local rows = { { "program", "keygroup", "zone", "keys", "velocities", "sample" } }
-  for i, it in ipairs(found) do
-    rows[i + 1] = { text.printable(path), tostring(it.keygroup + 1), tostring(it.zone + 1),
-                    notes.range(it.lowKey, it.highKey), it.low .. "-" .. it.high,
-                    text.printable(it.path) .. (disk.isFile(it.path) and "" or " (missing)") }
+  local rows = { { "program", "keygroup", "zone", "keys", "velocities", "channel", "sample" } }
+  for _, it in ipairs(found) do
+    if not it.isRight then
+      rows[#rows + 1] = {
+        text.printable(path), tostring(it.keygroup + 1),
+        it.zone + 1 .. (it.pair and "+" .. it.pair.zone + 1 or ""), notes.range(it.lowKey, it.highKey),
+        it.low .. "-" .. it.high, stereo.name(it),
+        text.printable(it.path) .. (disk.isFile(it.path) and "" or " (missing)"),
+      }
+    end
   end
-  return text.columns(rows, { true, false, false, true, false, true })
+  return text.columns(rows, { true, false, false, true, false, true, true })
 end
 
 local function record(path, found, failure)
@@ -65,7 +77,9 @@ local function record(path, found, failure)
                           "high_key", it.highKey,
                           "low_note", notes.name(it.lowKey), "high_note", notes.name(it.highKey),
                           "low_velocity", it.low, "high_velocity", it.high,
-                          "sample", it.path, "missing", not disk.isFile(it.path))
+                          "sample", it.path, "missing", not disk.isFile(it.path),
+                          "channel", it.channel >= 0 and it.channel + 1 or json.null,
+                          "stereo_with", it.pair and it.pair.zone + 1 or json.null)
   end
   return json.object("file", path, "error", failure, "key", key, "note", notes.name(key),
                      "sounds", json.list(list))

@@ -8,14 +8,16 @@ local programs = require "programs"
 local progress = require "progress"
 local recordings = require "recordings"
 local rootkeys = require "rootkeys"
+local stereo = require "stereo"
 local text = require "text"
 
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
 
 local options, files = cli.parse {
   verb = "map", notes = true, folders = true, operands = "FOLDER|FILE… -o PROGRAM",
-  about = "Builds a multisampled program from recordings: one keygroup per root key, with up to four\n"
-       .. "velocity layers. Key ranges meet half-way between neighbouring roots.",
+  about = "Builds a multisampled program from recordings: one keygroup per root key, with its\n"
+       .. "velocity layers, or several if four zones are too few. Key ranges meet half-way between\n"
+       .. "neighbouring roots. A stereo file becomes two zones, left and right.",
   options = {
     { name = "output", short = "o", kind = "text", value = "PROGRAM",
       help = "the program file to write" },
@@ -28,6 +30,10 @@ local options, files = cli.parse {
       help = "maximum number of keys from the root to the ends of its range\n(default 127)" },
     { name = "drums", kind = "text", value = "KEY",
       help = "one key per file, from KEY (36, or a note) upwards, at the original\npitch, played to the end" },
+    { name = "mono", kind = "text", value = "HOW",
+      help = "play stereo files in the centre: left, right or mix (both channels);\ndefault: as a pair of zones, left and right" },
+    { name = "layers", kind = "integer", value = "N", low = 1, high = keymap.MOST_LAYERS,
+      default = keymap.MOST_LAYERS, help = "maximum number of velocity layers of a key (default 127)" },
     { name = "name", kind = "text", value = "NAME",
       help = "name of the program, up to 12 bytes (default: name of the file)" },
     { name = "check", help = "measure all files and report where chunk, name and pitch differ" },
@@ -58,6 +64,9 @@ local firstDrum = options.drums and notes.key(options.drums)
 if options.drums and not firstDrum then
   cli.usage("--drums KEY: '" .. options.drums .. "' is not " .. notes.accepted())
 end
+if options.mono and not stereo.isMono(options.mono) then
+  cli.usage("--mono HOW: '" .. options.mono .. "' is not left, right or mix")
+end
 if options.name then
   local obstacle = fields.whyNot(fields.find("PRGname"), options.name)
   if obstacle then cli.usage(obstacle) end
@@ -77,38 +86,50 @@ local function tuneOffset(it)
   return math.min(math.max(math.floor((it.fileNote - it.note) * 256 + 0.5), -32768), 32767)
 end
 
-local function drums()
-  local keygroups, key = {}, firstDrum
+local function leaveOut(it, reason)
+  it.leftOut = reason
+  cli.note(it.path, "left out: " .. reason)
+end
+
+-- Gives each file a key.
+local function placeDrums()
   recordings.open(batch)
+  local key = firstDrum
   for _, it in ipairs(batch.list) do
     if not it.failure and key > 127 then
-      it.leftOut = "no key is left"
-      cli.note(it.path, it.leftOut)
+      leaveOut(it, "no key is left")
     elseif not it.failure then
       it.key, it.note, it.source = key, it.fileNote, "drums"
-      keygroups[#keygroups + 1] = { key = key, low = key, high = key,
-                                    zones = { { sample = it, low = 0, high = 127 } } }
       key = key + 1
     end
   end
-  return keygroups
 end
 
 local function layout()
-  rootkeys.find(batch, how)
+  if options.drums then placeDrums() else rootkeys.find(batch, how) end
   local placed = {}
   for _, it in ipairs(batch.list) do
     if it.key then
+      local said
+      it.parts, said = stereo.parts(it.channels, options.mono)
+      if said then cli.note(it.path, ("%d channels: %s"):format(it.channels, said)) end
       it.layer = it.name.layer
       placed[#placed + 1] = it
     end
   end
-  local keygroups = keymap.layers(placed, function(it, reason)
-    it.leftOut = reason
-    cli.note(it.path, "left out: " .. reason)
-  end)
-  keymap.ranges(keygroups, options.reach)
-  return keygroups
+  local roots = keymap.layers(placed, options.layers, leaveOut)
+  keymap.ranges(roots, options.drums and 0 or options.reach)
+  return keymap.keygroups(roots)
+end
+
+-- Puts a channel of a file into a zone without loading the sound.
+local function setZone(k, z, path, channel)
+  -- A zone without a sample keeps channel 0. An empty sample can have the others.
+  if channel > 0 then
+    program:SampleCreate(k, z, "wav", channel + 1)
+    program:SampleChannel(k, z, channel)
+  end
+  program:ZoneSamplePath(k, z, path)
 end
 
 local function fill(keygroups)
@@ -119,10 +140,10 @@ local function fill(keygroups)
     program:KGlowKey(k - 1, group.low)
     program:KGhighKey(k - 1, group.high)
     for z, zone in ipairs(group.zones) do
-      -- Sets only the path, which does not load the sound.
-      program:ZoneSamplePath(k - 1, z - 1, zone.sample.path)
+      setZone(k - 1, z - 1, zone.sample.path, zone.channel)
       program:ZonelowVel(k - 1, z - 1, zone.low)
       program:ZonehighVel(k - 1, z - 1, zone.high)
+      program:ZonepanOffset(k - 1, z - 1, zone.pan)
       program:ZonetuneOffset(k - 1, z - 1, tuneOffset(zone.sample))
       if options.drums then
         program:ZoneconstantPitch(k - 1, z - 1, CONSTANT)
@@ -132,12 +153,12 @@ local function fill(keygroups)
   end
 end
 
-local keygroups = options.drums and drums() or layout()
+local keygroups = layout()
 local written = false
 if #keygroups > 0 and options.output and not options["dry-run"] then
   fill(keygroups)
   progress.hide()
-  written = program:Write(options.output)
+  written = programs.write(program, options.output)
   if not written then cli.failed(options.output, "could not be written") end
 elseif #keygroups == 0 and options.output then
   cli.failed(options.output, "not written: no file was placed")
@@ -153,10 +174,12 @@ if options.json then
   mapreport.records(batch.list, keygroups, how, written and options.output, printer.result)
   printer.close()
 elseif #keygroups > 0 then
-  local zones = 0
-  for _, group in ipairs(keygroups) do zones = zones + #group.zones end
+  local used = 0
+  for _, group in ipairs(keygroups) do
+    for _, zone in ipairs(group.zones) do used = used + (zone.first and 1 or 0) end
+  end
   io.write(mapreport.table(keygroups), ("%d keygroup%s, %d sample%s%s\n"):format(
-           #keygroups, #keygroups == 1 and "" or "s", zones, zones == 1 and "" or "s",
+           #keygroups, #keygroups == 1 and "" or "s", used, used == 1 and "" or "s",
            written and " in " .. text.printable(options.output) or ": nothing was written"))
 end
 cli.finish()

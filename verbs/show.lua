@@ -4,6 +4,7 @@ local disk = require "disk"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local stereo = require "stereo"
 local text = require "text"
 
 local options, files = cli.parse {
@@ -17,7 +18,7 @@ local options, files = cli.parse {
       .. "a sample are omitted.",
 }
 
-local function zonesOf(object, k)
+local function zonesOf(object, k, channels)
   local zones = {}
   for z = 0, programs.ZONES - 1 do
     local path = object:ZoneSamplePath(k, z)
@@ -25,21 +26,22 @@ local function zonesOf(object, k)
       zones[#zones + 1] = {
         number = z + 1, low = object:ZonelowVel(k, z), high = object:ZonehighVel(k, z),
         tune = object:ZonetuneOffset(k, z) / 256, pan = object:ZonepanOffset(k, z),
-        path = path, missing = not disk.isFile(path),
+        path = path, missing = not disk.isFile(path), channel = channels[k * programs.ZONES + z],
       }
     end
   end
+  stereo.pair(zones)
   return zones
 end
 
 local function facts(path)
-  local object = programs.read(path, false)
+  local object, channels = programs.read(path, false), programs.channels(path)
   local it = { name = object:PRGname(), channel = object:PRGmidiChannel(),
                voices = object:PRGpoly() + 1, keygroups = {} }
   for k = 0, object:PRGkeyGroups() - 1 do
     it.keygroups[k + 1] = {
       low = object:KGlowKey(k), high = object:KGhighKey(k), tune = object:KGtune(k) / 256,
-      filter = object:KGfilterFreq(k), zones = zonesOf(object, k),
+      filter = object:KGfilterFreq(k), zones = zonesOf(object, k, channels),
     }
   end
   host.delete(object)
@@ -48,8 +50,13 @@ end
 
 local function counted(count, one) return ("%d %s%s"):format(count, one, count == 1 and "" or "s") end
 
-local function zoneText(zone)
-  return ("%s%s"):format(text.printable(zone.path), zone.missing and "  (missing)" or "")
+-- The cells of a zone. A stereo sample is one row, that of its left zone.
+local function cellsOf(zone)
+  local pair = zone.pair
+  return { pair and zone.number .. "+" .. pair.number or tostring(zone.number),
+           zone.low .. "–" .. zone.high, ("%+.2f"):format(zone.tune),
+           pair and ("±%d"):format(-zone.pan) or ("%+d"):format(zone.pan),
+           stereo.name(zone), text.printable(zone.path) .. (zone.missing and "  (missing)" or "") }
 end
 
 local function shown(path, it)
@@ -58,26 +65,25 @@ local function shown(path, it)
     counted(it.voices, "voice"), it.channel < 0 and "Omni" or tostring(it.channel + 1), notes.middle())
   local rows = { { "keygroup", "keys", "tune", "filter" } }
   if not options.quiet then
-    for _, title in ipairs { "zone", "velocity", "tune", "pan", "sample" } do
+    for _, title in ipairs { "zone", "velocity", "tune", "pan", "channel", "sample" } do
       table.insert(rows[1], title)
     end
   end
   for k, keygroup in ipairs(it.keygroups) do
     local row = { tostring(k), notes.range(keygroup.low, keygroup.high), ("%+.2f"):format(keygroup.tune),
                   tostring(keygroup.filter) }
-    local zones = options.quiet and {} or keygroup.zones
+    local zones = {}
+    for _, zone in ipairs(options.quiet and {} or keygroup.zones) do
+      if not zone.isRight then zones[#zones + 1] = zone end
+    end
     for i, zone in ipairs(zones) do
       if i > 1 then row = { "", "", "", "" } end
-      for _, cell in ipairs { tostring(zone.number), zone.low .. "–" .. zone.high,
-                              ("%+.2f"):format(zone.tune), ("%+d"):format(zone.pan),
-                              zoneText(zone) } do
-        row[#row + 1] = cell
-      end
+      for _, cell in ipairs(cellsOf(zone)) do row[#row + 1] = cell end
       rows[#rows + 1] = row
     end
     if #zones == 0 then rows[#rows + 1] = row end
   end
-  return head .. text.columns(rows, { [2] = true, [9] = true }, "  ")
+  return head .. text.columns(rows, { [2] = true, [9] = true, [10] = true }, "  ")
 end
 
 local function record(path, it, failure)
@@ -87,7 +93,8 @@ local function record(path, it, failure)
     for i, zone in ipairs(keygroup.zones) do
       zones[i] = json.object("zone", zone.number, "low_velocity", zone.low,
         "high_velocity", zone.high, "tune", zone.tune, "pan", zone.pan, "sample", zone.path,
-        "missing", zone.missing)
+        "missing", zone.missing, "channel", zone.channel >= 0 and zone.channel + 1 or json.null,
+        "stereo_with", zone.pair and zone.pair.number or json.null)
     end
     keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,
       "low_note", notes.name(keygroup.low), "high_note", notes.name(keygroup.high),

@@ -1,6 +1,5 @@
 -- zyl verify: compares two programs or two samples field by field.
 local cli = require "cli"
-local disk = require "disk"
 local fields = require "fields"
 local json = require "json"
 local programs = require "programs"
@@ -45,16 +44,11 @@ end
 
 -- Whether the program file has an organ extension. Methods that read its fields would create one.
 local function hasOrgan(path)
-  local file = assert(disk.open(path))
-  local found, size = false, file:seek("end")
-  local place = 8
-  while not found and place + 8 <= size do
-    file:seek("set", place)
-    local head = file:read(8)
-    found = head:sub(1, 4) == ORGAN
-    place = place + 8 + string.unpack("<I4", head, 5)
-  end
-  file:close()
+  local found = false
+  programs.chunks(path, function(id)
+    found = id == ORGAN
+    return found
+  end)
   return found
 end
 
@@ -88,6 +82,15 @@ local function comparePrograms()
     end
     compare(field, k, z, mine, other)
   end)
+  local channels = { programs.channels(files[1]), programs.channels(files[2]) }
+  for k = 0, math.min(a:PRGkeyGroups(), b:PRGkeyGroups()) - 1 do
+    for z = 0, programs.ZONES - 1 do
+      local place = k * programs.ZONES + z
+      if channels[1][place] and channels[2][place] then
+        compare({ name = "SampleChannel", family = "Zone" }, k, z, channels[1][place], channels[2][place])
+      end
+    end
+  end
   compareOrgan(a, b)
 end
 

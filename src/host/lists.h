@@ -117,6 +117,8 @@ class ZYLHOST_API List : public RIOObject {
   ListItem* Row(int index) const;
   // Appends the row and takes ownership of it.
   void AddTail(ListItem* row);
+  // Deletes a row; the rows below it move up. Does nothing for an index out of range.
+  void Remove(int index);
   void Clear();
   // Moves the cell's object to the position of its row and of `column`.
   void AddListElementToViewTree(ListElement* cell, int column);

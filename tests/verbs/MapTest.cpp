@@ -147,25 +147,78 @@ TEST_F(Map, WritesRangesLayersAndTuning) {
   Recording("p/odd.wav", 59.3);
   const Finished run = Zyl("map " + Quoted("p") + " -o " + Quoted("p.zprg"), true);
   EXPECT_EQ(run.status, 0) << run.out;
-  EXPECT_TRUE(Has(run.out, "v2.wav: left out: more than four layers")) << run.out;
+  EXPECT_TRUE(Has(run.out, "4 keygroups, 8 samples")) << run.out;
   const Program program;
   ASSERT_TRUE(program("Read", Path("p.zprg")).Bool());
-  ASSERT_EQ(program("PRGkeyGroups").Int(), 3);
-  const int ranges[][2] = {{0, 42}, {43, 53}, {54, 127}};
-  for (int k = 0; k < 3; ++k) {
+  const int ranges[][2] = {{0, 42}, {43, 53}, {43, 53}, {54, 127}};
+  for (int k = 0; k < 4; ++k) {
     EXPECT_EQ(program("KGlowKey", k).Int(), ranges[k][0]);
     EXPECT_EQ(program("KGhighKey", k).Int(), ranges[k][1]);
     EXPECT_TRUE(program("ZoneSampleExists", k, 0).Bool());
   }
-  const char* layers[] = {"x C3_v1", "x C3_v3", "x C3_v4", "x C3_v6"};
-  for (int z = 0; z < 4; ++z) {
-    EXPECT_EQ(program("Zonename", 1, z).Text(), layers[z]);
-    EXPECT_EQ(program("ZonelowVel", 1, z).Int(), 32 * z);
-    EXPECT_EQ(program("ZonehighVel", 1, z).Int(), 32 * z + 31);
+  for (int layer = 0; layer < 6; ++layer) {
+    const int k = 1 + layer / 4;
+    EXPECT_EQ(program("Zonename", k, layer % 4).Text(), "x C3_v" + std::to_string(layer + 1));
+    EXPECT_EQ(program("ZonelowVel", k, layer % 4).Int(), 128 * layer / 6);
+    EXPECT_EQ(program("ZonehighVel", k, layer % 4).Int(), 128 * (layer + 1) / 6 - 1);
   }
+  const Finished four = Zyl("map --layers 4 --dry-run " + Quoted("p"), true);
+  EXPECT_TRUE(Has(four.out, "v2.wav: left out: more than 4 layers")) << four.out;
+  EXPECT_TRUE(Has(four.out, "v5.wav: left out: more than 4 layers")) << four.out;
+  EXPECT_TRUE(Has(four.out, "3 keygroups, 6 samples")) << four.out;
   // A file without a root key has key 60; the zone corrects it.
   EXPECT_EQ(program("ZonetuneOffset", 0, 0).Int(), (60 - 36) * 256);
-  EXPECT_NEAR(program("ZonetuneOffset", 2, 0).Int(), (60 - 59.3) * 256, 3);
+  EXPECT_NEAR(program("ZonetuneOffset", 3, 0).Int(), (60 - 59.3) * 256, 3);
+}
+
+TEST_F(Map, StereoFilesBecomePairsOfZones) {
+  std::string files;
+  for (int16_t layer = 1; layer <= 3; ++layer) {
+    const std::string name = "C3 v" + std::to_string(layer) + ".wav";
+    WriteWave(Path(name), {std::vector<int16_t>(50, layer), std::vector<int16_t>(50, -layer)});
+    files += " " + Quoted(name);
+  }
+  WriteWave(Path("C5.wav"), {std::vector<int16_t>(50, 5), std::vector<int16_t>(50, 6),
+                             std::vector<int16_t>(50, 7)});
+  files += " " + Quoted("C5.wav");
+  const Finished run = Zyl("map --name-octave 4 -o " + Quoted("st.zprg") + files, true);
+  EXPECT_TRUE(Has(run.out, "C5.wav: 3 channels: channels 1 and 2 are taken")) << run.out;
+  EXPECT_TRUE(Has(run.out, "3 keygroups, 4 samples")) << run.out;
+  const struct {
+    int keygroup, zone, value, pan, lowVelocity;
+  } zones[] = {{0, 0, 1, -50, 0},  {0, 1, -1, 50, 0},  {0, 2, 2, -50, 42}, {0, 3, -2, 50, 42},
+               {1, 0, 3, -50, 85}, {1, 1, -3, 50, 85}, {2, 0, 5, -50, 0},  {2, 1, 6, 50, 0}};
+  const Program program;
+  ASSERT_TRUE(program("Read", Path("st.zprg")).Bool());
+  for (const auto& it : zones) {
+    RIOObject* sample = program("SampleGet", it.keygroup, it.zone).Object();
+    EXPECT_EQ(program("SampleValue", sample, 20).Int(), it.value) << it.keygroup << it.zone;
+    EXPECT_EQ(program("ZonepanOffset", it.keygroup, it.zone).Int(), it.pan);
+    EXPECT_EQ(program("ZonelowVel", it.keygroup, it.zone).Int(), it.lowVelocity);
+    EXPECT_EQ(program("KGhighKey", it.keygroup).Int(), it.keygroup < 2 ? 60 : 127);
+  }
+  // The verbs show a pair as one sample.
+  const std::string program1 = Quoted("st.zprg");
+  EXPECT_TRUE(Has(Zyl("show " + program1).out, "3+4     42–84  +12.00  ±50  stereo"));
+  EXPECT_TRUE(
+      Has(Zyl("find 50 --velocity 99 " + program1).out, "2   1+2  C-2–C3 (0–60)      85-127  stereo"));
+  EXPECT_EQ(Zyl("view " + program1 + " -o " + Quoted("st.svg")).status, 0);
+  const std::string picture = FileBytes(Path("st.svg"));
+  EXPECT_TRUE(Has(picture, ">3+4<") && Has(picture, ">Stereo<") && !Has(picture, ">Right<"));
+
+  const struct {
+    const char* mono;
+    int zones;
+    int channel;
+  } modes[] = {{"left", 1, 0}, {"right", 1, 1}, {"mix", 2, 0}};
+  for (const auto& it : modes) {
+    EXPECT_EQ(Zyl("map -o " + Quoted("m.zprg") + " --mono " + it.mono + files).status, 0);
+    ASSERT_TRUE(program("Read", Path("m.zprg")).Bool());
+    EXPECT_EQ(program("SampleChannel", 0, 0).Int(), it.channel) << it.mono;
+    EXPECT_EQ(program("ZonepanOffset", 0, 0).Int(), 0) << it.mono;
+    EXPECT_EQ(program("SampleChannel", 0, 1).Int(), it.channel + it.zones - 1) << it.mono;
+  }
+  EXPECT_EQ(Zyl("map -o " + Quoted("m.zprg") + " --mono both" + files).status, 2);
 }
 
 TEST_F(Map, DrumsGetOneKeyEach) {

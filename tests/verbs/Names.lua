@@ -1,5 +1,5 @@
 -- Random file names: reading them raises no error, every sample is mapped or left out, and keys and
--- velocities are covered without gaps.
+-- velocities are covered without gaps, and the zones of a sample share a keygroup.
 package.path = arg[1] .. "/verbs/lib/?.lua;" .. package.path
 local filenames, keymap = require "filenames", require "keymap"
 
@@ -19,22 +19,30 @@ for _ = 1, 3000 do
   for i = 1, math.random(0, 6) do names[i] = name() end
   for i, read in ipairs(filenames.read(names)) do
     if read.key and read.key >= 0 and read.key <= 127 then
-      samples[#samples + 1] = { key = read.key, layer = read.layer, path = names[i] }
+      samples[#samples + 1] = { key = read.key, layer = read.layer, path = names[i],
+                                parts = ({ { {} }, { {}, {} } })[math.random(2)] }
     end
   end
-  local keygroups = keymap.layers(samples, function() left = left + 1 end)
-  keymap.ranges(keygroups, 127)
+  local most = math.random(1, 9)
+  local roots = keymap.layers(samples, most, function() left = left + 1 end)
+  keymap.ranges(roots, 127)
   local key = -1
-  for _, group in ipairs(keygroups) do
-    assert(group.low == key + 1 and group.low <= group.key and group.key <= group.high, group.key)
-    key = group.high
+  for _, root in ipairs(roots) do
+    assert(root.low == key + 1 and root.low <= root.key and root.key <= root.high, root.key)
+    key = root.high
     local velocity = -1
-    for _, zone in ipairs(group.zones) do
-      assert(zone.low == velocity + 1 and zone.high >= zone.low, zone.low)
-      velocity = zone.high
+    for _, layer in ipairs(root.layers) do
+      assert(layer.low == velocity + 1 and layer.high >= layer.low, layer.low)
+      velocity = layer.high
     end
-    assert(velocity == 127 and #group.zones <= 4)
-    zones = zones + #group.zones
+    assert(velocity == 127 and #root.layers <= most)
+  end
+  for _, group in ipairs(keymap.keygroups(roots)) do
+    assert(#group.zones <= 4)
+    for z, zone in ipairs(group.zones) do
+      zones = zones + (zone.first and 1 or 0)
+      assert(zone.first or group.zones[z - 1].sample == zone.sample)
+    end
   end
   assert(zones + left == #samples and (#samples == 0 or key == 127))
 end

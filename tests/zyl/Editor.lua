@@ -49,6 +49,16 @@ program:UpdateKeyboardSelection(64, 1.0, 2.0, 3.0, 4.0, editor)
 local drawn = editor.list:cell(0, 3).go
 check.equal(drawn:child("KBSelector").fill, 3)
 check.equal(drawn:child("KBBKSel").fillChanges, 1)
+-- A row can be removed, a text replaced.
+editor.list:cell(1, 0).go.text = "second"
+editor.list:remove(0)
+editor.list:remove(-1)
+editor.list:remove(editor.list:rowCount())
+check.equal(editor.list:cell(0, 0).go.text, "second")
+check.equal(select(2, editor.list:cell(0, 0).go:bounds()), 0)
+check.raises("not a text", function() editor.list:cell(0, 3).go.text = "x" end)
+check.raises("deleted", function() return cell.value end)
+program:ListFillKeygroups(editor)
 -- Cells of a cleared list are deleted objects.
 local go = cell.go
 editor.list:clear()

@@ -229,6 +229,8 @@ function List:rowCount() end
 ---@param column integer
 ---@return host.Cell?
 function List:cell(row, column) end
+---@param row integer
+function List:remove(row) end
 function List:clear() end
 
 ---@class host.Editor: ROCAlgo

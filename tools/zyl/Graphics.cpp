@@ -126,11 +126,22 @@ int GraphicIndex(lua_State* L) {
   return 1;
 }
 
-// Only the fill can be set: to a colour, or to nil for no fill.
+void SetText(lua_State* L, GOObject& object) {
+  if (object.Text() == nullptr) luaL_error(L, "the graphic object is not a text");
+  size_t length = 0;
+  const char* text = luaL_checklstring(L, 3, &length);
+  object.SetText({text, length}, -1, -1);
+}
+
+// The fill can be set to a colour, or to nil for no fill; a text to another one.
 int GraphicNewIndex(lua_State* L) {
   GOObject& object = CheckGraphic(L);
+  if (Key(L) == "text") {
+    SetText(L, object);
+    return 0;
+  }
   if (Key(L) != "fill") {
-    RaiseUnknownName(L, "a graphic object has no field to set", Key(L), {"fill"});
+    RaiseUnknownName(L, "a graphic object has no field to set", Key(L), {"fill", "text"});
   }
   if (lua_isnil(L, 3)) {
     object.SetFill(nullptr);
@@ -150,6 +161,14 @@ int GraphicNewIndex(lua_State* L) {
 int RowCount(lua_State* L) {
   lua_pushinteger(L, CheckList(L).RowCount());
   return 1;
+}
+
+// list:remove(row): does nothing if there is no such row.
+int RemoveRow(lua_State* L) {
+  List& list = CheckList(L);
+  const lua_Integer row = luaL_checkinteger(L, 2);
+  if (row >= 0 && row < list.RowCount()) list.Remove(static_cast<int>(row));
+  return 0;
 }
 
 int ClearList(lua_State* L) {
@@ -223,6 +242,7 @@ void OpenGraphics(lua_State* L) {
   lua_newtable(L);
   const luaL_Reg listMethods[] = {{"rowCount", Guarded<RowCount>},
                                   {"cell", Guarded<Cell>},
+                                  {"remove", Guarded<RemoveRow>},
                                   {"clear", Guarded<ClearList>},
                                   {nullptr, nullptr}};
   luaL_setfuncs(L, listMethods, 0);

@@ -1,8 +1,12 @@
--- Maps samples to keys and velocities. A sample has a key (its root) and may have a layer,
--- { velocity } or { rank }; the samples of one root become the zones of one keygroup.
-local keymap = {}
+-- Maps samples to keys and velocities. A sample has
+--   key        its root key
+--   layer      { velocity } or { rank }; optional
+--   parts      its zones: a list of { channel, pan }
+-- The samples of one root are its velocity layers. They share keygroups over the same keys: as many
+-- as their zones need.
+local keymap = { MOST_ZONES = 4, MOST_LAYERS = 127 }
 
-local MOST_LAYERS = 4
+local RANKS = 16    -- highest number of a layer that is not a velocity
 
 local function level(sample, ranksAreVelocities)
   local layer = sample.layer
@@ -12,71 +16,101 @@ end
 
 -- Divides velocities 0 to 127 between layers in rising order: half-way between the layers if their
 -- velocities are known, otherwise equally.
-local function spread(zones)
+local function spread(layers)
   local known = true
-  for _, zone in ipairs(zones) do known = known and zone.isVelocity end
+  for _, layer in ipairs(layers) do known = known and layer.isVelocity end
   local from = 0
-  for i, zone in ipairs(zones) do
-    zone.low = from
-    if i == #zones then
-      zone.high = 127
+  for i, layer in ipairs(layers) do
+    layer.low = from
+    if i == #layers then
+      layer.high = 127
     elseif known then
-      zone.high = math.min(math.max((zone.level + zones[i + 1].level) // 2, from), 126)
+      -- Later layers keep at least one velocity each.
+      layer.high = math.min(math.max((layer.level + layers[i + 1].level) // 2, from),
+                            127 - (#layers - i))
     else
-      zone.high = 128 * i // #zones - 1
+      layer.high = 128 * i // #layers - 1
     end
-    from = zone.high + 1
+    from = layer.high + 1
   end
 end
 
--- Returns the keygroups sorted by root: { key, zones = { { sample, low, high } } }, with up to four
--- zones. Calls leftOut(sample, reason) for each sample that is not used.
-function keymap.layers(list, leftOut)
-  local byKey, keygroups, highestRank = {}, {}, 0
+-- Of more than `most` layers, keeps the outer ones and others evenly between them.
+local function thin(layers, most, leftOut)
+  local count, kept = #layers, {}
+  for i, layer in ipairs(layers) do
+    local place = i - 1
+    if count > most then place = most == 1 and count - 1 or #kept * (count - 1) / (most - 1) end
+    if math.floor(place + 0.5) == i - 1 then
+      kept[#kept + 1] = layer
+    else
+      leftOut(layer.sample, most == 1 and "more than one layer"
+                            or ("more than %d layers"):format(most))
+    end
+  end
+  return kept
+end
+
+-- Returns the roots in rising order: { key, layers = { { sample, low, high } } }, with up to `most`
+-- layers. Calls leftOut(sample, reason) for each sample that is not used.
+function keymap.layers(list, most, leftOut)
+  local byKey, roots, highestRank = {}, {}, 0
   for _, sample in ipairs(list) do
     highestRank = math.max(highestRank, sample.layer and sample.layer.rank or 0)
   end
   for _, sample in ipairs(list) do
-    local group = byKey[sample.key]
-    if not group then
-      group = { key = sample.key, zones = {}, taken = {} }
-      byKey[sample.key], keygroups[#keygroups + 1] = group, group
+    local root = byKey[sample.key]
+    if not root then
+      root = { key = sample.key, layers = {}, taken = {} }
+      byKey[sample.key], roots[#roots + 1] = root, root
     end
-    local value, isVelocity = level(sample, highestRank > 16)
-    if group.taken[value] then
-      leftOut(sample, "same key and layer as " .. group.taken[value])
+    local value, isVelocity = level(sample, highestRank > RANKS)
+    if root.taken[value] then
+      leftOut(sample, "same key and layer as " .. root.taken[value])
     else
-      group.taken[value] = sample.path
-      group.zones[#group.zones + 1] = { sample = sample, level = value, isVelocity = isVelocity }
+      root.taken[value] = sample.path
+      root.layers[#root.layers + 1] = { sample = sample, level = value, isVelocity = isVelocity }
     end
   end
-  table.sort(keygroups, function(a, b) return a.key < b.key end)
-  for _, group in ipairs(keygroups) do
-    table.sort(group.zones, function(a, b) return a.level < b.level end)
-    local count, kept = #group.zones, {}
-    for i, zone in ipairs(group.zones) do
-      -- Of more than four layers, keep the outer ones and two evenly between them.
-      local place = count > MOST_LAYERS and #kept * (count - 1) / (MOST_LAYERS - 1) or i - 1
-      if math.floor(place + 0.5) == i - 1 then
-        kept[#kept + 1] = zone
-      else
-        leftOut(zone.sample, "more than four layers")
-      end
-    end
-    group.zones, group.taken = kept, nil
-    spread(kept)
+  table.sort(roots, function(a, b) return a.key < b.key end)
+  for _, root in ipairs(roots) do
+    table.sort(root.layers, function(a, b) return a.level < b.level end)
+    root.layers, root.taken = thin(root.layers, most, leftOut), nil
+    spread(root.layers)
   end
-  return keygroups
+  return roots
 end
 
--- Sets the key range of each keygroup. Ranges meet half-way between neighbouring roots and end at
--- most `reach` keys from the root.
-function keymap.ranges(keygroups, reach)
-  for i, group in ipairs(keygroups) do
-    local below, above = keygroups[i - 1], keygroups[i + 1]
-    group.low = math.max(below and (below.key + group.key) // 2 + 1 or 0, group.key - reach)
-    group.high = math.min(above and (group.key + above.key) // 2 or 127, group.key + reach)
+-- Sets the key range of each root. Ranges meet half-way between neighbouring roots and end at most
+-- `reach` keys from the root.
+function keymap.ranges(roots, reach)
+  for i, root in ipairs(roots) do
+    local below, above = roots[i - 1], roots[i + 1]
+    root.low = math.max(below and (below.key + root.key) // 2 + 1 or 0, root.key - reach)
+    root.high = math.min(above and (root.key + above.key) // 2 or 127, root.key + reach)
   end
+end
+
+-- Returns the keygroups of the roots: { key, low, high, zones = { { sample, low, high, channel, pan,
+-- first } } }, where `first` marks the first zone of a sample. The zones of a sample share a
+-- keygroup.
+function keymap.keygroups(roots)
+  local keygroups = {}
+  for _, root in ipairs(roots) do
+    local group
+    for _, layer in ipairs(root.layers) do
+      local parts = layer.sample.parts
+      if not group or #group.zones + #parts > keymap.MOST_ZONES then
+        group = { key = root.key, low = root.low, high = root.high, zones = {} }
+        keygroups[#keygroups + 1] = group
+      end
+      for p, part in ipairs(parts) do
+        group.zones[#group.zones + 1] = { sample = layer.sample, low = layer.low, high = layer.high,
+                                          channel = part.channel, pan = part.pan, first = p == 1 }
+      end
+    end
+  end
+  return keygroups
 end
 
 return keymap

@@ -8,28 +8,38 @@ local mapreport = {}
 
 local function cents(it) return 100 * (it.note - it.key) end
 
-function mapreport.table(keygroups)
-  local rows = { { "keys", "root", "velocities", "from", "cents", "file" } }
-  for _, group in ipairs(keygroups) do
-    for z, zone in ipairs(group.zones) do
-      rows[#rows + 1] = {
-        z == 1 and ("%3d-%-3d"):format(group.low, group.high) or "",
-        z == 1 and notes.label(group.key) or "",
-        ("%d-%d"):format(zone.low, zone.high), zone.sample.source,
-        ("%+.1f"):format(cents(zone.sample)), text.printable(zone.sample.path),
-      }
-    end
-  end
-  return text.columns(rows, { true, true, false, true, false, true }, "")
+-- "stereo", "mono", or the channel of a file with several that is played.
+local function channelsOf(it)
+  if #it.parts > 1 then return it.parts[1].pan == it.parts[2].pan and "mix" or "stereo" end
+  return it.channels == 1 and "mono" or it.parts[1].channel == 0 and "left" or "right"
 end
 
--- The place of each recording: names and values of a record's last fields. `written` is the path of
--- the written program, or nil.
+function mapreport.table(keygroups)
+  local rows, key = { { "keys", "root", "velocities", "channels", "from", "cents", "file" } }, nil
+  for _, group in ipairs(keygroups) do
+    for _, zone in ipairs(group.zones) do
+      local it = zone.sample
+      if zone.first then
+        rows[#rows + 1] = {
+          group.key ~= key and ("%3d-%-3d"):format(group.low, group.high) or "",
+          group.key ~= key and notes.label(group.key) or "",
+          ("%d-%d"):format(zone.low, zone.high), channelsOf(it), it.source,
+          ("%+.1f"):format(cents(it)), text.printable(it.path),
+        }
+      end
+      key = group.key
+    end
+  end
+  return text.columns(rows, { true, true, false, true, true, false, true }, "")
+end
+
+-- The place of each recording, with its first zone: names and values of a record's last fields.
+-- `written` is the path of the written program, or nil.
 local function places(keygroups, written)
   local place = {}
   for k, group in ipairs(keygroups) do
     for z, zone in ipairs(group.zones) do
-      place[zone.sample] = { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
+      place[zone.sample] = place[zone.sample] or { "keygroup", k, "zone", z, "low_key", group.low, "high_key", group.high,
                              "low_velocity", zone.low, "high_velocity", zone.high,
                              "written", written or json.null }
     end
@@ -47,7 +57,7 @@ function mapreport.records(list, keygroups, how, written, each)
                                            (select(2, notes.nearest(it.pitch))))
     each(i, json.object("file", it.path, "error", it.failure, "key", it.key,
       "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
-      "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
+      "channels", it.channels, "zones", it.parts and #it.parts, "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
       "left_out", it.leftOut, table.unpack(place[it] or none, 1, 14)))
   end
 end

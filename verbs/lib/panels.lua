@@ -1,6 +1,8 @@
 -- The editor panels of a program, for host.render: the keyboard of a keygroup, the list of
 -- keygroups, and the list of a keygroup's zones.
 local notes = require "notes"
+local programs = require "programs"
+local stereo = require "stereo"
 
 local panels = {}
 
@@ -30,6 +32,7 @@ local ZONES = columns {
   { "Tune", 206, FRACTION, 0, 0, 42 }, { "Level", 207, MARKER, -50, 50, 60 },
   { "Pan", 209, MARKER, -50, 50, 60 }, { "Playback", 210, TEXT },
 }
+local NUMBER_COLUMN, CHANNEL_COLUMN = 0, 4    -- of ZONES
 -- Colours of marked keys: for other keygroups, and for those that contain the selected key.
 local PLAIN, PLAIN_BLACK = 0x8DB8F0, 0x2B67BD
 local CHOSEN, CHOSEN_BLACK = 0xF5B04D, 0xB8700F
@@ -58,9 +61,31 @@ function panels.keygroups(program, key)
   return editor
 end
 
+-- A stereo sample is one row, panned to the centre. Its samples must be loaded.
 function panels.zones(program, keygroup)
+  local zones = {}
+  for z = 0, programs.ZONES - 1 do
+    zones[z + 1] = { path = program:ZoneSamplePath(keygroup, z), low = program:ZonelowVel(keygroup, z),
+                     high = program:ZonehighVel(keygroup, z), pan = program:ZonepanOffset(keygroup, z),
+                     tune = program:ZonetuneOffset(keygroup, z),
+                     channel = program:SampleChannel(keygroup, z), number = z + 1 }
+  end
+  stereo.pair(zones)
   local editor = host.editor { columns = ZONES }
+  for z, zone in ipairs(zones) do
+    if zone.pair then program:ZonepanOffset(keygroup, z - 1, stereo.CENTRE) end
+  end
   program:ListFillZones(keygroup, editor)
+  for z, zone in ipairs(zones) do program:ZonepanOffset(keygroup, z - 1, zone.pan) end
+  for z = #zones, 1, -1 do
+    local zone = zones[z]
+    if zone.isRight then
+      editor.list:remove(z - 1)
+    elseif zone.pair then
+      editor.list:cell(z - 1, NUMBER_COLUMN).go.text = z .. "+" .. zone.pair.number
+      editor.list:cell(z - 1, CHANNEL_COLUMN).go.text = "Stereo"
+    end
+  end
   return editor
 end
 

@@ -4,7 +4,8 @@ local disk = require "disk"
 local programs = {}
 
 local MAGIC = "ZYLP"
-programs.ZONES = 4  -- of a keygroup
+local START, CHUNK_HEAD = 8, 8    -- bytes before the first chunk, and before the data of one
+programs.ZONES = 4    -- of a keygroup
 
 -- Whether a file starts like a program file; nil and the reason if it cannot be read.
 function programs.isProgram(path)
@@ -23,6 +24,38 @@ function programs.whyNotReplaceable(path)
   local is, reason = programs.isProgram(path)
   if is then return nil end
   return reason or "exists and is not a program: not replaced"
+end
+
+-- Calls each(id, size, read) for the chunks of a program file until it returns true; read() returns
+-- the chunk's data.
+function programs.chunks(path, each)
+  local file = assert(disk.open(path))
+  local size, place = file:seek("end"), START
+  while place + CHUNK_HEAD <= size do
+    file:seek("set", place)
+    local head = file:read(CHUNK_HEAD)
+    local length = string.unpack("<I4", head, 5)
+    if each(head:sub(1, 4), function() return file:read(length) or "" end) then break end
+    place = place + CHUNK_HEAD + length
+  end
+  file:close()
+end
+
+-- The channels of the zones in a program file: by keygroup * 4 + zone, all counted from 0, the
+-- channel, or -1 for the whole file. The methods return them only for samples that are loaded.
+function programs.channels(path)
+  local channels = {}
+  programs.chunks(path, function(id, read)
+    if id ~= "PATH" then return false end
+    local data, at = read(), 1
+    while at <= #data do
+      local zone, channel, _
+      zone, channel, _, _, _, at = string.unpack("<I4i4s4s4s4", data, at)
+      channels[zone] = channel
+    end
+    return true
+  end)
+  return channels
 end
 
 -- Reads a program file into a new object, with or without its samples. Returns nil and the reason

@@ -70,6 +70,21 @@ void List::AddTail(ListItem* row) {
   last_ = row;
 }
 
+void List::Remove(int index) {
+  ListItem* row = Row(index);
+  if (row == nullptr) return;
+  ListItem* above = index == 0 ? nullptr : Row(index - 1);
+  ListItem* below = row->next_;
+  (above == nullptr ? first_ : above->next_) = below;
+  if (last_ == row) last_ = above;
+  --rowCount_;
+  delete row;
+  for (; below != nullptr; below = below->next_) {
+    --below->index_;
+    for (int j = 0; j < below->CellCount(); ++j) AddListElementToViewTree(below->Cell(j), j);
+  }
+}
+
 void List::Clear() {
   ListItem* row = std::exchange(first_, nullptr);
   last_ = nullptr;
