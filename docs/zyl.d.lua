@@ -2517,6 +2517,34 @@ function host.fileType(path) end
 ---@return boolean|nil
 function host.writeFile(path, bytes) end
 
+---Return type (as fileType), size in bytes, mode (permission bits) and modified (nanoseconds since 1970) of a path, or nil and the reason.
+---@param path string
+---@return table|nil
+function host.fileInfo(path) end
+
+---Return the path from the root, with symbolic links resolved; the file need not exist. Returns nil and the reason on failure.
+---@param path string
+---@return string|nil
+function host.absolutePath(path) end
+
+---Append to a file, or create it, and flush it to disk. Returns true, or nil and the reason.
+---@param path string
+---@param bytes string
+---@return boolean|nil
+function host.appendFile(path, bytes) end
+
+---Copy a file with its mode and modification time. The destination is replaced atomically. Returns true, or nil and the reason.
+---@param from string
+---@param to string
+---@param link? boolean true creates a hard link if possible: the file must have no other link
+---@return boolean|nil
+function host.copyFile(from, to, link) end
+
+---Return a 64-bit checksum of a file's content in hexadecimal, or nil and the reason. It detects changes, but not forgeries.
+---@param path string
+---@return string|nil
+function host.digest(path) end
+
 ---List the presets of a SoundFont bank in file order, each with name, bank and program. Returns nil and the reason if the file is not a complete bank.
 ---@param path string
 ---@return table[]|nil

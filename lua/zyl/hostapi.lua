@@ -57,6 +57,27 @@ return {
     meaning = "Replace the content of a file atomically; on any failure it is unchanged. Returns "
               .. "true, or nil and the reason.",
     { "path", "string" }, { "bytes", "string" } },
+  { name = "fileInfo", result = "table|nil",
+    meaning = "Return type (as fileType), size in bytes, mode (permission bits) and modified "
+              .. "(nanoseconds since 1970) of a path, or nil and the reason.",
+    { "path", "string" } },
+  { name = "absolutePath", result = "string|nil",
+    meaning = "Return the path from the root, with symbolic links resolved; the file need not exist. "
+              .. "Returns nil and the reason on failure.",
+    { "path", "string" } },
+  { name = "appendFile", result = "boolean|nil",
+    meaning = "Append to a file, or create it, and flush it to disk. Returns true, or nil and the "
+              .. "reason.",
+    { "path", "string" }, { "bytes", "string" } },
+  { name = "copyFile", result = "boolean|nil",
+    meaning = "Copy a file with its mode and modification time. The destination is replaced "
+              .. "atomically. Returns true, or nil and the reason.",
+    { "from", "string" }, { "to", "string" },
+    { "link?", "boolean", "true creates a hard link if possible: the file must have no other link" } },
+  { name = "digest", result = "string|nil",
+    meaning = "Return a 64-bit checksum of a file's content in hexadecimal, or nil and the reason. "
+              .. "It detects changes, but not forgeries.",
+    { "path", "string" } },
   { name = "presets", result = "table[]|nil",
     meaning = "List the presets of a SoundFont bank in file order, each with name, bank and "
               .. "program. Returns nil and the reason if the file is not a complete bank.",

@@ -32,6 +32,12 @@ TEST(Api, EveryScriptPasses) {
   ExpectPasses({"Editor"});
 }
 
+TEST(Api, FilesAreCopiedAndCompared) {
+  const TempFolder folder;
+  const Outcome outcome = Zyl({"run", ZYL_TEST_SCRIPTS "/Files.lua", folder.Path()});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
 TEST(Api, ReportsAMisspelledHandlerOnce) {
   const Outcome outcome = Zyl(
       OverProbe({"eval",

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
@@ -13,6 +12,7 @@
 #include "Calls.h"
 #include "EditorCalls.h"
 #include "Errors.h"
+#include "FileCalls.h"
 #include "Interruption.h"
 #include "Objects.h"
 #include "PictureCalls.h"
@@ -171,43 +171,6 @@ int NearestNames(lua_State* L) {
   return 1;
 }
 
-// Returns the path at `argument`. Raises a Lua error for a zero byte, at which the system would cut
-// the path.
-const char* CheckPath(lua_State* L, int argument) {
-  size_t length = 0;
-  const char* path = luaL_checklstring(L, argument, &length);
-  luaL_argcheck(L, std::strlen(path) == length, argument, "a path cannot hold a zero byte");
-  return path;
-}
-
-int FileType(lua_State* L) {
-  std::error_code failure;
-  const std::filesystem::file_status status = std::filesystem::status(CheckPath(L, 1), failure);
-  if (std::filesystem::status_known(status) && std::filesystem::exists(status)) {
-    lua_pushstring(L, std::filesystem::is_regular_file(status) ? "file"
-                      : std::filesystem::is_directory(status)  ? "folder"
-                                                               : "other");
-    return 1;
-  }
-  if (!failure) failure = std::make_error_code(std::errc::no_such_file_or_directory);
-  lua_pushnil(L);
-  PushText(L, failure.message());
-  return 2;
-}
-
-int WriteFile(lua_State* L) {
-  size_t length = 0;
-  const char* bytes = luaL_checklstring(L, 2, &length);
-  std::string reason;
-  if (ZylWriteFile(CheckPath(L, 1), {bytes, length}, reason)) {
-    lua_pushboolean(L, 1);
-    return 1;
-  }
-  lua_pushnil(L);
-  PushText(L, reason);
-  return 2;
-}
-
 int Presets(lua_State* L) {
   std::vector<ZylPreset> presets;
   if (!ZylReadPresets(CheckPath(L, 1), presets)) {
@@ -280,11 +243,10 @@ void OpenHostTable(lua_State* L) {
                                 {"picture", Guarded<NewPicture>},
                                 {"pump", Guarded<Pump>},
                                 {"suggestion", Guarded<NearestNames>},
-                                {"fileType", Guarded<FileType>},
-                                {"writeFile", Guarded<WriteFile>},
                                 {"presets", Guarded<Presets>},
                                 {nullptr, nullptr}};
   luaL_newlib(L, functions);
+  AddFileCalls(L);
   OpenPictures(L);
   PushNull(L);
   lua_setfield(L, -2, "null");
