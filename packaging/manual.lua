@@ -41,6 +41,7 @@ for _, path in ipairs(lines("ls " .. quoted(verbs) .. "/*.lua")) do
   block(lines(quoted(zyl) .. " " .. verb .. " --help"))
 end
 add(".SH ENVIRONMENT")
+add(".TP\n.B ZYL_UNDO_LIMIT\nthe maximum size of the undo journal, such as 500M (default 1G); 0 turns it off")
 add(".TP\n.B ZYL_PROFILE\nthe profile that the module reads when it is loaded")
 add(".TP\n.B ZYL_MIDDLE_C\nthe octave of key 60 in note names, 2 to 6 (default 3: key 60 is C3)")
 add(".SH EXIT STATUS")

@@ -1,6 +1,7 @@
 -- zyl edit: sets fields of programs.
 local cli = require "cli"
 local fields = require "fields"
+local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
@@ -196,6 +197,7 @@ local function record(path, done, target, failure)
                      "written", done and target or nil)
 end
 
+if not options.output and not options["dry-run"] then journal.expect(paths) end
 local printer = cli.printer(options.json)
 for i, path in ipairs(paths) do
   local done, target = cli.try(edit, path)

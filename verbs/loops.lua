@@ -1,5 +1,6 @@
 -- zyl loops: finds and rates loops in sample files, and stores the best one.
 local cli = require "cli"
+local journal = require "journal"
 local json = require "json"
 local loopsearch = require "loopsearch"
 local progress = require "progress"
@@ -29,6 +30,7 @@ local options, files = cli.parse {
 
 local NO_LOOP, LOOP = 2, 0  -- playback types
 
+if options.write and not options["dry-run"] then journal.expect(files) end
 local program = host.new("ZylSProgram")
 local printer = cli.printer(options.json)
 local nameWidth = math.max(text.widest(files), #"file")
@@ -77,7 +79,7 @@ local function store(path, sample, found, loop)
   if program:SampleplaybackType(sample) == NO_LOOP then
     program:SampleplaybackType(sample, LOOP)
   end
-  if not program:SampleWrite(sample) then error("could not be written", 0) end
+  if not samples.write(program, sample) then error("could not be written", 0) end
   return true
 end
 

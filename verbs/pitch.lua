@@ -1,5 +1,6 @@
 -- zyl pitch: finds, draws and stores the pitch of sample files.
 local cli = require "cli"
+local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local progress = require "progress"
@@ -51,6 +52,7 @@ if options.plot then
   end
 end
 
+if options.set and not options["dry-run"] then journal.expect(files) end
 local program = host.new("ZylSProgram")
 local printer = cli.printer(options.json)
 local nameWidth = math.max(text.widest(files), #"file")
@@ -103,7 +105,7 @@ local function store(path, sample, found, it, track)
   local sameKey = program:Samplekey(sample, key) == key
   if program:Sampletune(sample, tune) == tune and sameKey then return "unchanged" end
   if options["dry-run"] then return "would be set" end
-  if not program:SampleWrite(sample) then error("could not be written", 0) end
+  if not samples.write(program, sample) then error("could not be written", 0) end
   return "set"
 end
 
@@ -127,7 +129,7 @@ local function draw(path, sample, it, rate)
   if options["dry-run"] then return cli.note(picture, "would be drawn") end
   local plot = require "pitchplot"
   local bytes, format, width = samples.values(program, sample, 0)
-  plot.draw(picture, {
+  journal.save(picture, plot.draw, picture, {
     title = path:match("[^/]*$"), rate = rate, block = BLOCK, values = it.values, note = it.note,
     spread = it.spread, bytes = bytes, format = format, width = width,
     frames = program:SampleGetSize(sample),

@@ -1,6 +1,7 @@
 -- zyl view: draws a program as the editor shows it.
 local cli = require "cli"
 local disk = require "disk"
+local journal = require "journal"
 local notes = require "notes"
 local panels = require "panels"
 local programs = require "programs"
@@ -64,7 +65,7 @@ local function draw()
   for _, it in ipairs(missing) do
     if it.keygroup == k then here[#here + 1] = it.path:match("[^/]*$") .. " (missing)" end
   end
-  host.render({
+  journal.save(options.output, host.render, {
     ("%s – keygroup %d of %d: %s   (C%d = key 60)"):format(program:PRGname(), k + 1, count,
       notes.range(low, high), notes.middle()),
     panels.keyboard(program, k),

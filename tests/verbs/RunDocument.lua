@@ -3,7 +3,7 @@
 --   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH
 --
 -- In every fenced block that begins with "$ ", the lines after a command are what it prints, on both
--- outputs; a line of "..." matches any number of lines, and "..." at a line's end for its rest. A
+-- outputs; a line of "..." matches any number of lines, and "..." in a line any text. A
 -- Lua block whose first line is "-- NAME.lua" becomes that file first. The commands run in order in the
 -- folder SCRATCH, with the build's programs in the PATH and below build/bin, and examples/ at hand. A
 -- command that needs GNU parallel ends the run with status 77 where that is missing.
@@ -58,9 +58,8 @@ local function fits(lines, a, expected, e)
     return false
   end
   if a > #lines then return false end
-  local wanted, line = trimmed(expected[e]), trimmed(lines[a])
-  local start = wanted:match("^(.+)%.%.%.$")
-  return (line == wanted or start ~= nil and line:sub(1, #start) == start)
+  local pattern = trimmed(expected[e]):gsub("[%^%$%(%)%%%.%[%]%*%+%-%?]", "%%%0"):gsub("%%%.%%%.%%%.", ".*")
+  return trimmed(lines[a]):match("^" .. pattern .. "$") ~= nil
          and fits(lines, a + 1, expected, e + 1)
 end
 
@@ -83,8 +82,8 @@ for _, it in ipairs(read(document)) do
     os.exit(77, true)
   else
     ran = ran + 1
-    local pipe = io.popen(("cd %s && export PATH=%s:\"$PATH\" LC_ALL=C.UTF-8 && { %s\n} 2>&1 </dev/null")
-                          :format(quoted(scratch), quoted(bin), it.command))
+    local pipe = io.popen(("cd %s && export PATH=%s:\"$PATH\" LC_ALL=C.UTF-8 XDG_STATE_HOME=$PWD/state && { %s\n} 2>&1 "
+                           .. "</dev/null"):format(quoted(scratch), quoted(bin), it.command))
     local lines = {}
     for line in pipe:lines() do lines[#lines + 1] = line end
     pipe:close()

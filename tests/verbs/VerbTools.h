@@ -56,6 +56,10 @@ inline std::string FileBytes(const std::string& path) {
 
 class Verbs : public ModuleTest {
  protected:
+  void SetUp() override {
+    ModuleTest::SetUp();
+    setenv("XDG_STATE_HOME", Path("state").c_str(), 1);
+  }
   // Writes a tone of one second with two partials; returns the quoted path.
   std::string Tone(const std::string& name, double hertz) const {
     std::vector<int16_t> values(44100);

@@ -2,6 +2,7 @@
 -- file.
 local disk = require "disk"
 local folders = require "folders"
+local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local progress = require "progress"
@@ -88,6 +89,7 @@ end
 --   folders       replace folders with their sound files
 --   repeats       keep duplicates
 --   notes         the verb prints or parses notes: adds the option --octave
+--   optional      operands may be missing
 --   operands, more, status   texts of the help
 function cli.parse(form)
   verb, answers = form.verb, form.answers
@@ -143,7 +145,7 @@ function cli.parse(form)
   end
   quiet = options.quiet == true
   if quiet then progress.forbid() end
-  if #files == 0 then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
+  if #files == 0 and not form.optional then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
   return options, form.folders and withoutFolders(files) or files
 end
 
@@ -206,6 +208,7 @@ end
 
 -- Exits with the status of the batch.
 function cli.finish()
+  journal.close()
   progress.hide()
   local flushed, _, code = io.stdout:flush()
   -- zyl itself reports lost output and changes status 0 to 1.

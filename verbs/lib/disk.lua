@@ -1,4 +1,6 @@
 -- Files on disk. Only regular files are opened: opening a named pipe could block.
+local journal = require "journal"
+
 local disk = {}
 
 -- Opens a file for reading bytes (or in another mode). Returns nil and the reason on failure.
@@ -19,5 +21,9 @@ function disk.isFile(path)
 end
 
 function disk.isFolder(path) return host.fileType(path) == "folder" end
+
+-- Replaces the content of a file atomically and keeps the old one for `zyl undo`. Returns true, or
+-- nil and the reason.
+function disk.write(path, bytes) return journal.save(path, host.writeFile, path, bytes) end
 
 return disk

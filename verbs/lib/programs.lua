@@ -1,5 +1,6 @@
 -- Program files through the script methods.
 local disk = require "disk"
+local journal = require "journal"
 
 local programs = {}
 
@@ -75,7 +76,10 @@ function programs.read(path, withSounds)
   return program
 end
 
--- Writes the program, with relative and absolute paths, without its samples.
-function programs.write(program, path) return program:Write(path, 1 + 16 + 32) end
+-- Writes the program, with relative and absolute paths, without its samples, and keeps the old file
+-- for `zyl undo`.
+function programs.write(program, path)
+  return journal.save(path, program.Write, program, path, 1 + 16 + 32)
+end
 
 return programs

@@ -1,6 +1,7 @@
 -- Sample files through the script methods: opening, parallel pitch tracking, raw values.
 local cli = require "cli"
 local disk = require "disk"
+local journal = require "journal"
 local soundfile = require "soundfile"
 
 local samples = { FULL = 2147483647 }
@@ -16,6 +17,11 @@ function samples.open(program, path)
 end
 
 function samples.close(program, sample) program:DeleteTempSample(sample) end
+
+-- Writes a sample to its own file or to `path`, and keeps the old file for `zyl undo`.
+function samples.write(program, sample, path)
+  return journal.save(path or program:SampleFilePath(sample), program.SampleWrite, program, sample, path)
+end
 
 -- The values of a channel as bytes, and the format for string.unpack and the width of one value.
 function samples.values(program, sample, channel)

@@ -1,0 +1,222 @@
+-- zyl undo: lists what verbs have written, and restores the files that they replaced.
+local cli = require "cli"
+local folders = require "folders"
+local journal = require "journal"
+local json = require "json"
+local progress = require "progress"
+local text = require "text"
+
+local options, words = cli.parse {
+  verb = "undo", optional = true, operands = "[N]",
+  about = "Restores the files that batch N replaced, renamed or created: byte for byte, with mode and\n"
+       .. "time. Without N lists the batches: each verb that has written files is one. Restoring is a\n"
+       .. "batch too, so it can be undone.",
+  options = {
+    { name = "last", help = "restore the newest batch" },
+    { name = "show", kind = "integer", value = "N", low = 1, high = 2147483647,
+      help = "list the files of batch N" },
+    { name = "force", help = "restore also files that have changed since" },
+    { name = "keep-changed", help = "restore the others if some files have changed since" },
+    { name = "dry-run", help = "print what would be restored, but write nothing" },
+    { name = "json", help = "print a JSON list, one object per batch or file" },
+  },
+  more = "If a file has changed since, nothing is restored unless --force or --keep-changed is given.\n"
+      .. "The journal is in $XDG_STATE_HOME/zyl/undo or ~/.local/state/zyl/undo. Its limit, 1 GB, is set\n"
+      .. "by the environment variable ZYL_UNDO_LIMIT (such as 500M; 0 keeps nothing): the oldest\n"
+      .. "batches are removed first.",
+}
+if #words > 1 or #words == 1 and not words[1]:match("^[1-9]%d*$") then cli.usage("give one number N") end
+if #words + (options.last and 1 or 0) + (options.show and 1 or 0) > 1 then
+  cli.usage("give N, --last or --show N")
+end
+if not journal.root() then cli.usage("neither XDG_STATE_HOME nor HOME is set: there is no journal") end
+
+local WIDTH = 60  -- of a command in the list
+
+local function command(found)
+  local parts = {}
+  for i, word in ipairs(found.command) do
+    parts[i] = word:match("^[%w_./=,:+@%%-]+$") and word or folders.quoted(word)
+  end
+  return text.printable(table.concat(parts, " "))
+end
+
+-- Cuts a text at its end.
+local function cut(s)
+  if text.width(s) <= WIDTH then return s end
+  local stop = utf8.len(s) and utf8.offset(s, WIDTH) or WIDTH
+  return s:sub(1, stop - 1) .. "…"
+end
+
+local function state(found)
+  return found.running and "running" or not found.ended and "interrupted" or nil
+end
+
+local function changedFiles(found)
+  local count = 0
+  for _, entry in ipairs(found.entries) do count = count + (entry.same and 0 or 1) end
+  return count
+end
+
+local function list()
+  local rows, printer = { { "N", "files", "size", "command", "time" } }, cli.printer(options.json)
+  for i, found in ipairs(journal.list()) do
+    local time = os.date("%Y-%m-%d %H:%M:%S", found.time)
+    if options.json then
+      local words_ = {}
+      for k, word in ipairs(found.command) do words_[k] = word end
+      printer.result(i, json.object("batch", found.number, "time", time, "command", json.list(words_),
+        "folder", found.cwd, "files", changedFiles(found), "bytes", found.bytes, "state", state(found)))
+    end
+    rows[i + 1] = { tostring(found.number), tostring(changedFiles(found)), journal.bytes(found.bytes),
+                    cut(command(found)), time .. (state(found) and "  " .. state(found) or "") }
+  end
+  if options.json then
+    printer.close()
+  elseif #rows > 1 then
+    io.write(text.columns(rows, { [4] = true, [5] = true }))
+  else
+    cli.note("journal", "there is nothing to undo")
+  end
+end
+
+-- What to do for a batch, in reverse order of its entries: a list of { entry, does } with, if a
+-- file is not in the state in which the batch left it, why. Nothing is changed: `now` holds the
+-- states after the steps before.
+local function plan(found)
+  local steps, now = {}, {}
+  local function current(path)
+    if not now[path] then now[path] = host.fileType(path) and (host.digest(path) or "?") or "-" end
+    return now[path]
+  end
+  local function before(entry)
+    if not entry.size then return "-" end
+    local old = found.folder .. "/" .. entry.id .. ".old"
+    local info = host.fileInfo(old)
+    -- Another program may have written to a hard link of the kept file.
+    if not info or info.size ~= entry.size or info.modified ~= entry.modified then return nil end
+    return host.digest(old)
+  end
+  for i = #found.entries, 1, -1 do
+    local entry = found.entries[i]
+    local step = { entry = entry }
+    if entry.from then
+      local there, free = current(entry.to) ~= "-", current(entry.from) == "-"
+      step.does = "rename"
+      if not there and not free then
+        step.does = nil
+      elseif not there then
+        step.lost = entry.to .. " is missing"
+      elseif not free then
+        step.lost = entry.from .. " exists again"
+      else
+        now[entry.from], now[entry.to] = now[entry.to], "-"
+      end
+    elseif not entry.same then
+      local was = before(entry)
+      if not was then
+        step.does, step.lost = "replace", "the kept file is missing or damaged"
+      elseif was ~= current(entry.path) then
+        step.does = was == "-" and "remove" or current(entry.path) == "-" and "create" or "replace"
+        if not entry.after then
+          step.changed = "was being written when the batch was interrupted"
+        elseif entry.after ~= current(entry.path) then
+          step.changed = "has changed since"
+        end
+        if not step.changed or not options["keep-changed"] then now[entry.path] = was end
+      end
+    end
+    if step.does then steps[#steps + 1] = step end
+  end
+  return steps
+end
+
+local function restore(found, step)
+  local entry = step.entry
+  if step.does == "rename" then
+    local done, reason = journal.move(entry.to, entry.from)
+    return done or error(reason, 0)
+  end
+  journal.keep(entry.path)
+  local done, reason
+  if step.does == "remove" then
+    done, reason = os.remove(entry.path)
+  else
+    done, reason = host.copyFile(found.folder .. "/" .. entry.id .. ".old", entry.path)
+  end
+  return done or error(reason, 0)
+end
+
+local DONE = { rename = "renamed back", remove = "removed", create = "restored", replace = "restored" }
+
+local function shown(step)
+  local entry = step.entry
+  local path = text.printable(entry.from and entry.to .. " -> " .. entry.from or entry.path)
+  return path .. ": " .. (step.failure or step.restored and DONE[step.does]
+         or step.lost or step.changed or "would be " .. DONE[step.does]) .. "\n"
+end
+
+local function printSteps(steps)
+  local printer = cli.printer(options.json)
+  for i, step in ipairs(steps) do
+    local entry = step.entry
+    printer.result(i, options.json and json.object("file", entry.from and entry.to or entry.path,
+      "error", step.failure or step.lost or step.changed, "action", step.does, "to", entry.from,
+      "restored", step.restored == true) or not options.json and shown(step) or nil)
+  end
+  printer.close()
+end
+
+local function read(number)
+  local found = journal.read(number)
+  if not found then cli.usage("there is no batch " .. number .. ": 'zyl undo' lists them") end
+  return found
+end
+
+local function undo(found)
+  if found.running then cli.usage("batch " .. found.number .. " is still running") end
+  journal.hold(found)
+  local steps, refused, files = plan(found), 0, {}
+  for _, step in ipairs(steps) do
+    local obstacle = step.lost or not options.force and step.changed
+    if obstacle then
+      cli.failed(step.entry.path, obstacle)
+      refused = refused + 1
+    end
+    files[#files + 1] = not step.entry.from and step.entry.path or nil
+  end
+  local restores = not options["dry-run"] and (refused == 0 or options["keep-changed"])
+  if restores then journal.expect(files) end
+  local count = 0
+  for i, step in ipairs(steps) do
+    if restores and not step.lost and (options.force or not step.changed) then
+      progress.show((i - 1) / #steps, step.entry.path)
+      local reason
+      step.restored, reason = cli.try(restore, found, step)
+      step.failure = reason
+      if reason then cli.failed(step.entry.path, reason) end
+      count = count + (step.restored and 1 or 0)
+    end
+  end
+  progress.hide()
+  if options.json or options["dry-run"] then printSteps(steps) end
+  if not options.json and not options["dry-run"] then
+    io.write(("%d of %d files restored%s\n"):format(count, #steps,
+             refused > 0 and not restores and (": %d cannot be; see --force and --keep-changed"):format(refused)
+             or ""))
+  end
+end
+
+local function newest()
+  local all = journal.list()
+  return #all > 0 and all[#all].number or cli.usage("there is nothing to undo")
+end
+
+if options.show then
+  printSteps(plan(read(options.show)))
+elseif options.last or words[1] then
+  undo(read(options.last and newest() or words[1]))
+else
+  list()
+end
+cli.finish()
