@@ -1,10 +1,9 @@
-// fuzz-allocations [METHOD | --without-threads]: fails every allocation of every script method, one
-// at a time. The suite leaves out the methods that start a worker: they crash or leak when an
-// allocation fails while wxThread makes the thread. That fault is open.
+// fuzz-allocations [METHOD]: fails every allocation of every script method, one at a time.
 //
 // For each call of MethodCalls.h and for n = 1, 2, 3... the call runs in a new world and its n-th
 // allocation fails, until the call makes fewer than n. Then the same is done with all later
-// allocations failing too. After each call:
+// allocations failing too, and both are done with the allocations of the workers that the call
+// starts. After each call, when its workers have ended:
 //
 // - If the call reports an error, nothing in the world has changed.
 // - If it reports none although an allocation failed, the world is either unchanged (which the
@@ -13,7 +12,8 @@
 //
 // "The world" is every program and sample record, the program objects with their settings, the
 // lists of sample objects and registered modules, the use and lock counts, the data pads and the
-// values of the arguments. What the methods' contracts allow beyond that:
+// values of the arguments; the pitch tracks only for calls that report an error. What the methods'
+// contracts allow beyond that:
 //
 // - Create, Read and Find detach the old record before they make the new one: a failed call may
 //   leave the object without a program. Other objects and records are unchanged.
@@ -85,6 +85,7 @@ class AllocationWorld {
     own_("ZoneSampleSet", 0, 1, "both.wav");
     own_("SampleChannel", 0, 1, 1);
     own_("ZoneSampleSet", 1, 3, "both.aif");
+    findSampleFN("both.aif", 0, 0)->setPitchData(std::vector<float>(2, 5.0F));
     own_("KGSelect", 1, true);
     own_("Register", static_cast<RIOObject*>(&listener_));
     mono_ = own_("SampleGet", 0, 0).result;
@@ -98,6 +99,8 @@ class AllocationWorld {
     own_("WriteSampleToPad", static_cast<RIOObject*>(&image_), whole_->Object());
     listener_.AddPad("progressUpdate", newROCParam(0));
     listener_.AddPad("pitchDataFinished", newROCParam(""));
+    own_("PitchDataProgressCB", static_cast<RIOObject*>(&listener_));
+    own_("PitchDataProgressCBFinish", static_cast<RIOObject*>(&listener_));
     for (const char* name : {"OnProgramParameterChanged", "OnDeletingSmpl", "OnDeletingPrg"}) {
       listener_[name] = [](ROCParams&, ROCParam**) {};
     }
@@ -106,11 +109,7 @@ class AllocationWorld {
     own_("SampleDirty", 0, 0, false);
   }
   ~AllocationWorld() {
-    own_("PitchDataCalcCancel");
-    while (own_("PitchDataCalculating").Int() > 0) {
-      own_("PitchDataTimeLeft");
-      std::this_thread::yield();
-    }
+    EndWorkers();
     own_("PitchDataProgressCB", NullObject{});
     own_("PitchDataProgressCBFinish", NullObject{});
     ZylPump(0);
@@ -121,12 +120,17 @@ class AllocationWorld {
 
   ROCParam* Value(const std::string& token);
   const Program& Own() const { return own_; }
+  // Starts a worker and waits until it has parked.
+  void StartWorker();
+  // Waits until all workers have parked and are deleted.
+  void EndWorkers();
 
   // Checksums of what the file comment calls the world. Part 0 is the calling object.
   struct State {
     ProgramSnapshot own;
     ProgramSnapshot other;
     std::string rest;
+    std::string tracks;
   };
   State Snapshot(const ROCParams& arguments) const;
 
@@ -145,6 +149,19 @@ class AllocationWorld {
   std::shared_ptr<ROCParam> whole_;
   std::shared_ptr<ROCParam> single_;
 };
+
+void AllocationWorld::StartWorker() {
+  own_("CalcKeygroupPitch", 2);
+  ZylPump(10);  // its last progress
+  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
+void AllocationWorld::EndWorkers() {
+  while (own_("PitchDataCalculating").Int() > 0) {
+    own_("PitchDataTimeLeft");
+    std::this_thread::yield();
+  }
+}
 
 RIOObject* AllocationWorld::ObjectOf(char letter) {
   switch (letter) {
@@ -188,6 +205,7 @@ ROCParam* AllocationWorld::Value(const std::string& token) {
 
 AllocationWorld::State AllocationWorld::Snapshot(const ROCParams& arguments) const {
   std::ostringstream rest;
+  std::ostringstream tracks;
   for (const char* path : kPaths) {
     for (int channel = -1; channel < 2; ++channel) {
       const genericSample* sample = findSampleFN(path, 0, channel);
@@ -199,6 +217,7 @@ AllocationWorld::State AllocationWorld::Snapshot(const ROCParams& arguments) con
       const SampleParameters& p = sample->shared();
       rest << sample->useCount << ' ' << sample->lockValue << ' ' << sample->getChannelCount()
            << ' ' << p.frameCount << ' ' << p.bits << ' ' << p.dirty << ' ' << sample->name << '\n';
+      tracks << path << (sample->hasPitchData() ? " has a track\n" : " has no track\n");
     }
   }
   for (const auto* pad : {&slots_, &image_}) {
@@ -216,20 +235,25 @@ AllocationWorld::State AllocationWorld::Snapshot(const ROCParams& arguments) con
     if (value->Type() == kTypeObject) rest << (value->Object() != nullptr);
   }
   return {ProgramSnapshot(*ObjectBehind(own_), ProgramSnapshot::kCounts),
-          ProgramSnapshot(*ObjectBehind(other_), ProgramSnapshot::kCounts), rest.str()};
+          ProgramSnapshot(*ObjectBehind(other_), ProgramSnapshot::kCounts), rest.str(),
+          tracks.str()};
 }
 
-std::string Difference(const AllocationWorld::State& one, const AllocationWorld::State& two) {
-  std::string difference = one.own.DifferenceFrom(two.own);
-  if (difference.empty()) difference = one.other.DifferenceFrom(two.other);
-  if (!difference.empty() || one.rest == two.rest) return difference;
-  std::istringstream before(one.rest);
-  std::istringstream after(two.rest);
+std::string LineThatDiffers(const std::string& one, const std::string& two) {
+  if (one == two) return {};
+  std::istringstream before(one);
+  std::istringstream after(two);
   std::string line;
   std::string other;
   while (std::getline(before, line) && std::getline(after, other) && line == other) {
   }
   return "\"" + line.substr(0, 60) + "\" to \"" + other.substr(0, 60) + "\"";
+}
+
+std::string Difference(const AllocationWorld::State& one, const AllocationWorld::State& two) {
+  std::string difference = one.own.DifferenceFrom(two.own);
+  if (difference.empty()) difference = one.other.DifferenceFrom(two.other);
+  return difference.empty() ? LineThatDiffers(one.rest, two.rest) : difference;
 }
 
 // ---- The pass ----
@@ -255,6 +279,7 @@ class AllocationPass {
   bool Try(const ZylFuncInfo& method, const std::string& call);
 
  private:
+  enum Side { kCall, kWorkers };  // whose allocation fails
   // One call in a new world, whose n-th allocation fails. `more`: the call made n or more.
   struct Outcome {
     bool more = false;
@@ -266,14 +291,17 @@ class AllocationPass {
     ptrdiff_t leakedBytes = 0;
   };
   Outcome CallOnce(const ZylFuncInfo& method, const std::string& call, uint64_t n,
-                   AllocationWatch::Failing failing);
+                   AllocationWatch::Failing failing, Side side = kCall);
+  bool FailEach(const ZylFuncInfo& method, const std::string& call,
+                AllocationWatch::Failing failing, Side side);
   std::string FaultOf(const std::string& method, const Outcome& outcome) const;
 
   std::unique_ptr<AllocationWorld::State> done_;  // after the undisturbed call
 };
 
 AllocationPass::Outcome AllocationPass::CallOnce(const ZylFuncInfo& method, const std::string& call,
-                                                 uint64_t n, AllocationWatch::Failing failing) {
+                                                 uint64_t n, AllocationWatch::Failing failing,
+                                                 Side side) {
   Outcome outcome;
   const size_t before = AllocationWatch::LiveBytes();
   {
@@ -282,16 +310,23 @@ AllocationPass::Outcome AllocationPass::CallOnce(const ZylFuncInfo& method, cons
     for (const std::string& token : TokensOf(call)) arguments.AddTail(world.Value(token));
     const AllocationWorld::State start = world.Snapshot(arguments);
     ROCParam* made = nullptr;
-    AllocationWatch::FailAt(n, failing);
+    // The queries delete workers that have parked.
+    if (std::string_view(method.name).starts_with("PitchData")) world.StartWorker();
+    const auto fail = side == kCall ? AllocationWatch::FailAt : AllocationWatch::FailOthersAt;
+    fail(n, failing);
     outcome.status =
         world.Own().Algo()->GetDispatch(true)->CallFunctionDirect(method, &arguments, &made);
+    if (side == kWorkers) world.EndWorkers();  // such a call reports no error
     outcome.more = AllocationWatch::HasFailed();
-    AllocationWatch::FailAt(0);
+    fail(0, failing);
     deleteROCParam(made);
     ZylScriptError error;
     if (ZylTakeError(error)) Copy(error.Readable(), outcome.error);
+    world.EndWorkers();
     AllocationWorld::State end = world.Snapshot(arguments);
     Copy(Difference(start, end), outcome.changed);
+    if (outcome.status != 0 && *outcome.changed == '\0')
+      Copy(LineThatDiffers(start.tracks, end.tracks), outcome.changed);
     outcome.detached = ObjectBehind(world.Own())->program == nullptr &&
                        start.other.DifferenceFrom(end.other).empty();
     if (n == 0) {
@@ -319,32 +354,39 @@ std::string AllocationPass::FaultOf(const std::string& method, const Outcome& ou
 }
 
 bool AllocationPass::Try(const ZylFuncInfo& method, const std::string& call) {
-  const std::string name = std::string(method.name) + "(" + call + ")";
   const Outcome whole = CallOnce(method, call, 0, AllocationWatch::kThisAlone);
   if (whole.status != 0) {
-    std::printf("%s is no valid call: %s\n", name.c_str(), whole.error);
+    std::printf("%s(%s) is no valid call: %s\n", method.name, call.c_str(), whole.error);
     return false;
   }
-  for (const auto failing : {AllocationWatch::kThisAlone, AllocationWatch::kThisAndAllLater}) {
-    for (uint64_t n = 1;; ++n) {
-      const Outcome outcome = CallOnce(method, call, n, failing);
-      std::string fault = FaultOf(method.name, outcome);
-      // A cache that has grown does not grow again.
-      if (fault.empty() && outcome.leakedBytes > 0 &&
-          CallOnce(method, call, n, failing).leakedBytes == outcome.leakedBytes) {
-        fault = "leaked " + std::to_string(outcome.leakedBytes) + " bytes";
-      }
-      if (n > kMostAllocations) fault = "too many allocations";
-      if (!fault.empty()) {
-        std::printf("%s, allocation %d%s failed (%s): %s\n", name.c_str(), static_cast<int>(n),
-                    failing == AllocationWatch::kThisAlone ? "" : " and all later",
-                    outcome.status == 0 ? "no error" : outcome.error, fault.c_str());
-        return false;
-      }
-      if (!outcome.more) break;
+  for (const Side side : {kCall, kWorkers}) {
+    for (const auto failing : {AllocationWatch::kThisAlone, AllocationWatch::kThisAndAllLater}) {
+      if (!FailEach(method, call, failing, side)) return false;
     }
   }
   return true;
+}
+
+bool AllocationPass::FailEach(const ZylFuncInfo& method, const std::string& call,
+                              AllocationWatch::Failing failing, Side side) {
+  for (uint64_t n = 1;; ++n) {
+    const Outcome outcome = CallOnce(method, call, n, failing, side);
+    std::string fault = FaultOf(method.name, outcome);
+    // A cache that has grown does not grow again.
+    if (fault.empty() && outcome.leakedBytes > 0 &&
+        CallOnce(method, call, n, failing, side).leakedBytes == outcome.leakedBytes) {
+      fault = "leaked " + std::to_string(outcome.leakedBytes) + " bytes";
+    }
+    if (n > kMostAllocations) fault = "too many allocations";
+    if (!fault.empty()) {
+      std::printf("%s(%s), allocation %d%s%s failed (%s): %s\n", method.name, call.c_str(),
+                  static_cast<int>(n), side == kCall ? "" : " of the workers",
+                  failing == AllocationWatch::kThisAlone ? "" : " and all later",
+                  outcome.status == 0 ? "no error" : outcome.error, fault.c_str());
+      return false;
+    }
+    if (!outcome.more) return true;
+  }
 }
 
 std::string_view CallsOf(std::string_view method, bool isField) {
@@ -387,15 +429,7 @@ int TryMethod(const ZylFuncInfo& method, const std::string& calls) {
 }
 
 // Runs the methods that `wanted` names, or all if it is empty. Returns the number of faults.
-// A method that starts a worker thread.
-bool StartsThread(std::string_view method) {
-  return method == "CalcSamplePitch" || method == "CalcKeygroupPitch" ||
-         method == "CalcProgramPitch";
-}
-
 int TryMethods(std::string_view wanted) {
-  const bool withoutThreads = wanted == "--without-threads";
-  if (withoutThreads) wanted = {};
   constexpr bool kIsField[] = {
 #define ZYL_METHOD(...) false,
 #define ZYL_FIELD(...) true,
@@ -409,7 +443,6 @@ int TryMethods(std::string_view wanted) {
   int tried = 0;
   for (size_t m = 0; methods[m].name != nullptr; ++m) {
     if (!wanted.empty() && wanted != methods[m].name) continue;
-    if (withoutThreads && StartsThread(methods[m].name)) continue;
     ++tried;
     faults += TryMethod(methods[m], std::string(CallsOf(methods[m].name, kIsField[m])));
   }

@@ -102,8 +102,10 @@ void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
   const ScreenCursor busy(9);
   const HeldSample held(sample);
   zone.NotifyDeleting(sample);
-  sample.clearPitchData();
-  if (value == 0) return;
+  if (value == 0) {
+    sample.clearPitchData();
+    return;
+  }
   const ZylSProgram& object = zone.object;
   PitchJobs().StartSampleJob(&sample, {object.minPeriod, object.maxPeriod, object.smoothLength,
                                        object.findPitchLen, object.rmsThres});

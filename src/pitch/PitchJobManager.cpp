@@ -29,31 +29,39 @@ void PitchJobManager::QueueKeygroup(PitchJobThread& thread, const akaiProgram& p
   }
 }
 
+std::unique_ptr<PitchJobThread> PitchJobManager::MakeThread(const zyl::PitchSettings& settings) {
+  const ZylReserveDraw draw(true);
+  return std::make_unique<PitchJobThread>(*this, settings);
+}
+
+// Nothing is thrown after the thread is listed.
 void PitchJobManager::Start(std::unique_ptr<PitchJobThread> thread) {
   threads_.AddTail(thread.get());
+  thread->ClearTracks();
+  const ZylReserveDraw draw(true);
   if (thread->Create() == wxTHREAD_NO_ERROR && thread->Run() == wxTHREAD_NO_ERROR) {
     static_cast<void>(thread.release());
   } else {
-    threads_.Remove(threads_.Tail());  // the system has no thread: the request is dropped
+    threads_.Remove(threads_.Tail());  // the system cannot start a thread: drop the request
   }
 }
 
 void PitchJobManager::StartSampleJob(genericSample* sample, const zyl::PitchSettings& settings) {
-  auto thread = std::make_unique<PitchJobThread>(*this, settings);
+  auto thread = MakeThread(settings);
   thread->Queue(sample);
   Start(std::move(thread));
 }
 
 void PitchJobManager::StartKeygroupJob(const akaiProgram& program, int keygroup,
                                        const zyl::PitchSettings& settings) {
-  auto thread = std::make_unique<PitchJobThread>(*this, settings);
+  auto thread = MakeThread(settings);
   QueueKeygroup(*thread, program, keygroup);
   Start(std::move(thread));
 }
 
 void PitchJobManager::StartProgramJob(const akaiProgram& program,
                                       const zyl::PitchSettings& settings) {
-  auto thread = std::make_unique<PitchJobThread>(*this, settings);
+  auto thread = MakeThread(settings);
   for (int k = 0; k < program.KeyGroupCount(); ++k) QueueKeygroup(*thread, program, k);
   Start(std::move(thread));
 }
@@ -77,6 +85,7 @@ void PitchJobManager::ReapFinished() {
 }
 
 void PitchJobManager::Reap(PlexList<PitchJobThread*>::Node* node) {
+  const ZylReserveDraw draw(true);
   const std::unique_ptr<PitchJobThread> thread(node->item);
   threads_.Remove(node);
   thread->Wait();

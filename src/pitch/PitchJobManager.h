@@ -60,6 +60,7 @@ class PitchJobManager final : public AkaiInfoDispatcher {
  private:
   int32_t SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done));
   void QueueKeygroup(PitchJobThread& thread, const akaiProgram& program, int keygroup);
+  std::unique_ptr<PitchJobThread> MakeThread(const zyl::PitchSettings& settings);
   void Start(std::unique_ptr<PitchJobThread> thread);
   void Reap(PlexList<PitchJobThread*>::Node* node);
   ROCParam PadOf(const ROCParam& pad) const;

@@ -16,12 +16,18 @@ PitchJobThread::PitchJobThread(PitchJobManager& manager, const zyl::PitchSetting
 
 void PitchJobThread::Queue(genericSample* sample) {
   jobs_.AddTail(sample);
-  sample->clearPitchData();
   totalFrames_ += static_cast<uint32_t>(sample->shared().frameCount);
 }
 
-// Nothing may be thrown from here: wxWidgets would end the thread without parking it.
+void PitchJobThread::ClearTracks() {
+  for (const Jobs::Node* job = jobs_.Head(); job != nullptr; job = job->next) {
+    job->item->clearPitchData();
+  }
+}
+
+// Must not throw: wxWidgets would end the thread without parking it.
 wxThread::ExitCode PitchJobThread::Entry() {
+  const ZylReserveDraw draw(false);
   startTime_ = wxGetUTCTime();  // seconds of any zone; the local one costs a look at it
   for (const Jobs::Node* job = jobs_.Head(); job != nullptr; job = job->next) {
     {

@@ -4,6 +4,10 @@
 //
 // A sample's sound and name are pinned when its turn comes. The worker uses a record only while it
 // is the current sample; removing that one waits until the worker has dropped it.
+//
+// Failed allocations of wxThread draw from the reserve, which exists before the wxThread does and
+// until after it is destroyed. So the script thread constructs, runs and joins with a
+// ZylReserveDraw(true).
 #pragma once
 
 #include <wx/thread.h>
@@ -15,17 +19,20 @@
 
 #include "host/akai.h"
 #include "host/base.h"
+#include "host/memoryReserve.h"
 #include "pitch/SamplePitchTracker.h"
 #include "util/PlexList.h"
 
 class PitchJobManager;
 
-class PitchJobThread final : public wxThread, private zyl::PitchProgress {
+class PitchJobThread final : private ZylMemoryReserve, public wxThread, private zyl::PitchProgress {
  public:
   PitchJobThread(PitchJobManager& manager, const zyl::PitchSettings& settings);
 
-  // Clears the sample's pitch track and appends it; before the thread runs.
+  // Appends a sample; before the thread runs.
   void Queue(genericSample* sample);
+  // Clears the pitch tracks of all queued samples; before the thread runs.
+  void ClearTracks();
 
   // From the script thread:
   void StopNow();

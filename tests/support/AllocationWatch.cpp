@@ -15,12 +15,26 @@ thread_local uint64_t failIn = 0;
 thread_local bool failed = false;
 thread_local bool failLater = false;
 
-void* Allocate(size_t size) noexcept {
+constexpr int64_t kNever = INT64_MAX;
+std::atomic<int64_t> othersFailIn{kNever};
+std::atomic<bool> othersFailed{false};
+std::atomic<bool> othersFailLater{false};
+thread_local bool isOther = true;
+
+bool MustFail() noexcept {
   if (failIn > 0 && --failIn == 0) {
     failed = true;
     if (failLater) failIn = 1;
-    return nullptr;
+    return true;
   }
+  if (!isOther || othersFailIn == kNever) return false;
+  const int64_t left = othersFailIn.fetch_sub(1);
+  if (left > 1 || (left < 1 && !othersFailLater)) return false;
+  othersFailed = true;
+  return true;
+}
+
+void* Take(size_t size) noexcept {
   if (size > largestBytes.load(std::memory_order_relaxed)) return nullptr;
   void* memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) return nullptr;
@@ -33,9 +47,22 @@ void* Allocate(size_t size) noexcept {
 }
 
 void* AllocateOrThrow(size_t size) {
-  void* memory = Allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
+  void* memory = MustFail() ? nullptr : Take(size);
+  while (memory == nullptr) {
+    const std::new_handler handler = std::get_new_handler();
+    if (handler == nullptr) throw std::bad_alloc();
+    handler();
+    memory = Take(size);
+  }
   return memory;
+}
+
+void* Allocate(size_t size) noexcept {
+  try {
+    return AllocateOrThrow(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void Free(void* memory) noexcept {
@@ -67,7 +94,15 @@ void AllocationWatch::FailAt(uint64_t n, Failing failing) {
   failIn = n;
   failLater = failing == kThisAndAllLater;
   failed = false;
+  othersFailed = false;
 }
-bool AllocationWatch::HasFailed() { return failed; }
+void AllocationWatch::FailOthersAt(uint64_t n, Failing failing) {
+  isOther = false;
+  failed = false;
+  othersFailed = false;
+  othersFailLater = failing == kThisAndAllLater;
+  othersFailIn = n == 0 ? kNever : static_cast<int64_t>(n);
+}
+bool AllocationWatch::HasFailed() { return failed || othersFailed; }
 
 }  // namespace zyl::test

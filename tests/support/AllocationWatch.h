@@ -16,10 +16,13 @@ class AllocationWatch {
   // No single allocation may pass `bytes`: it fails with std::bad_alloc as on a small machine.
   static void SetLargest(size_t bytes);
   // The n-th allocation of this thread from now on (1 is the next) fails; 0 turns that off. With
-  // kThisAndAllLater every later one fails too.
+  // kThisAndAllLater every later one fails too. As usual, a failed allocation calls the new handler
+  // and is repeated if that returns; what the handler freed is used for the repetition only.
   enum Failing { kThisAlone, kThisAndAllLater };
   static void FailAt(uint64_t n, Failing failing = kThisAlone);
-  // Whether an allocation was made to fail since FailAt.
+  // The same for the allocations of all other threads, counted together.
+  static void FailOthersAt(uint64_t n, Failing failing = kThisAlone);
+  // Whether an allocation was made to fail since FailAt or FailOthersAt.
   static bool HasFailed();
 };
 

@@ -1,0 +1,42 @@
+// Memory for library code that cannot cope with a failed allocation.
+//
+// wxThread is such code: if an allocation fails in its constructor, the list of all threads keeps a
+// dangling entry, and if one fails while a thread starts or ends, the process is terminated. All
+// these allocations are small; most of them format trace messages.
+//
+// The reserves that exist together form one pool of blocks. When `operator new` fails on a thread
+// that draws, the new handler frees one block, and the allocation is repeated. A thread other than
+// the script thread draws, and the script thread does not, unless a ZylReserveDraw says otherwise.
+// So code that handles failed allocations cannot use up the memory of code that does not.
+#pragma once
+
+#include <cstddef>
+
+#include "export.h"
+
+class ZYLHOST_API ZylMemoryReserve {
+ public:
+  // A thread's life takes about 50 allocations of at most 128 bytes in wxWidgets 3.2. One block
+  // each is enough even if other code takes the rest of every freed block. Blocks are larger than
+  // those that the allocator caches for requests of the same size only.
+  static constexpr size_t kBlocks = 64;
+  static constexpr size_t kBlockBytes = 2048;
+
+  // Adds kBlocks blocks to the pool and replaces those that were drawn. Throws std::bad_alloc.
+  ZylMemoryReserve();
+  ~ZylMemoryReserve();
+  ZylMemoryReserve(const ZylMemoryReserve&) = delete;
+  ZylMemoryReserve& operator=(const ZylMemoryReserve&) = delete;
+};
+
+// While one exists, the thread that created it draws or does not draw. May be nested.
+class ZYLHOST_API ZylReserveDraw {
+ public:
+  explicit ZylReserveDraw(bool draws) noexcept;
+  ~ZylReserveDraw();
+  ZylReserveDraw(const ZylReserveDraw&) = delete;
+  ZylReserveDraw& operator=(const ZylReserveDraw&) = delete;
+
+ private:
+  const int before_;
+};
