@@ -60,7 +60,8 @@ int Settle(RIOObject* object, const char* method) {
 
 const char* CallFuzz::NameOf(State state) {
   constexpr const char* kNames[] = {"no program",   "empty program", "full program",
-                                    "dead samples", "jobs running",  "changing arguments"};
+                                    "dead samples", "jobs running",  "changing arguments",
+                                    "short memory"};
   return kNames[state];
 }
 
@@ -164,6 +165,7 @@ void CallFuzz::EndWorld() {
 
 void CallFuzz::MakeWorld() {
   EndWorld();
+  AllocationWatch::FailOthersAt(0);
   RenewFolder();
   state_ = static_cast<State>(world_++ % kStates);
   listener_ = std::make_unique<Listener>();
@@ -259,6 +261,10 @@ void CallFuzz::ChangeArguments() {
 
 // Callbacks occasionally call methods.
 void CallFuzz::Interfere() {
+  if (state_ == kShortMemory) {
+    if (Once(2)) return;
+    AllocationWatch::FailAt(0);  // the calls below and their preparation need memory
+  }
   if (state_ == kChangingArguments) {
     interfered_ = true;
     ChangeArguments();
@@ -423,10 +429,32 @@ bool CallFuzz::Break(size_t method, const ROCParams& arguments, const std::strin
 
 int CallFuzz::Call(size_t method, Program& program, ROCParams& arguments, ROCParam** result) {
   arguments_.push_back(&arguments);
+  if (state_ == kShortMemory && arguments_.size() == 1 && Once(2)) {
+    const auto fail = Once(8) ? AllocationWatch::FailOthersAt : AllocationWatch::FailAt;
+    fail(1 + Any(Once(4) ? 100 : 8),
+         Once(2) ? AllocationWatch::kThisAlone : AllocationWatch::kThisAndAllLater);
+  }
   const int status =
       program.Algo()->GetDispatch(true)->CallFunctionDirect(methods_[method], &arguments, result);
+  AllocationWatch::FailAt(0);
   arguments_.pop_back();
   return status;
+}
+
+// Whether a call with this error may have changed something.
+bool CallFuzz::MayChange(size_t method, const ROCParams& arguments, const ZylScriptError& error,
+                         const ZylSProgram& object) const {
+  // "UpdateKG" is checked after the value was stored.
+  if (error.argument == "UpdateKG") return true;
+  if (state_ != kShortMemory) return false;
+  // The report of a wrong "UpdateKG" needs memory.
+  const ROCParam* updated = arguments.count > 4 ? arguments.Entry(4) : nullptr;
+  if (std::string_view(methods_[method].name) == "ZoneIntValue" && updated != nullptr &&
+      updated->Type() != kTypeInteger) {
+    return true;
+  }
+  // Create, Read and Find detach the old record before they need memory.
+  return object.program == nullptr;
 }
 
 bool CallFuzz::CallOnce(size_t method, Program& program) {
@@ -455,8 +483,7 @@ bool CallFuzz::CallOnce(size_t method, Program& program) {
   if (reported && error.Readable().empty())
     return Break(method, arguments, "an error without text");
   if (reported) Learn(method, error);
-  // "UpdateKG" is checked after the value was stored.
-  if (!interfered_ && error.argument != "UpdateKG") {
+  if (!interfered_ && !MayChange(method, arguments, error, *object)) {
     const std::string difference = ProgramSnapshot(*object).DifferenceFrom(before);
     if (!difference.empty()) {
       return Break(method, arguments,

@@ -18,6 +18,8 @@
 
 #include "support/ScriptSurface.h"
 
+class ZylSProgram;
+
 namespace zyl::test {
 
 class CallFuzz : private ROCPadListener {
@@ -29,6 +31,7 @@ class CallFuzz : private ROCPadListener {
     kDeadSamples,
     kJobsRunning,
     kChangingArguments,  // callbacks change the values and types of the running calls' arguments
+    kShortMemory,        // in many calls one allocation fails, or all from one on
     kStates
   };
   static const char* NameOf(State state);
@@ -88,6 +91,8 @@ class CallFuzz : private ROCPadListener {
   void Learn(size_t method, const ZylScriptError& error);
   int Call(size_t method, Program& program, ROCParams& arguments, ROCParam** result);
   bool CallOnce(size_t method, Program& program);
+  bool MayChange(size_t method, const ROCParams& arguments, const ZylScriptError& error,
+                 const ZylSProgram& object) const;
   bool Break(size_t method, const ROCParams& arguments, const std::string& what);
   void ChangeArguments();
   void Interfere();
