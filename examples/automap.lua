@@ -4,7 +4,7 @@
 --   zyl run examples/automap.lua FOLDER PROGRAM
 
 local folders, notes = require "folders", require "notes"
-local rootpitch, samples = require "rootpitch", require "samples"
+local samples = require "samples"
 
 if not arg[2] then error("usage: zyl run automap.lua FOLDER PROGRAM", 0) end
 local files = folders.sounds(arg[1])
@@ -12,11 +12,11 @@ local program = host.new("ZylSProgram")
 
 -- The tracks are computed in parallel, one file per core; `done` is called as each one is finished.
 local heard = {}
-samples.tracks(program, files, function(sample) return rootpitch.settings(program, sample) end, {
+samples.tracks(program, files, nil, {
   shown = function() end,
   failed = function(index, reason) print(files[index] .. ": " .. reason) end,
-  done = function(index, sample, track)
-    local pitch = rootpitch.of(program, sample, track)
+  done = function(index, sample, track, _, sound)
+    local pitch = sound:root(track)
     if not pitch or not pitch.sure then return print(files[index] .. ": no steady pitch") end
     local note = notes.fromHertz(pitch.hertz, 440)
     local fileNote = program:Samplekey(sample) + program:Sampletune(sample) / 256

@@ -3,24 +3,20 @@
 --
 --   zyl run examples/loop-cleanup.lua FILE...
 
-local loopsearch, samples, soundfile = require "loopsearch", require "samples", require "soundfile"
+local looping, samples, soundfile = require "looping", require "samples", require "soundfile"
 
-local GOOD = 0.9                      -- minimum quality; 1 is a perfect join
+local GOOD = -6                       -- minimum quality in dB; 0 is inaudible
 local LOOP, NO_LOOP = 0, 2            -- playback types
 local program = host.new("ZylSProgram")
 if #arg == 0 then error("usage: zyl run loop-cleanup.lua FILE...", 0) end
 
 -- The good loops (first and last frame), and the number of others.
-local function goodLoops(sample)
+local function goodLoops(sample, sound)
   local kept, dropped = {}, 0
   for i = 0, program:SampleLoopCount(sample) - 1 do
-    -- The rating compares the start with the frame at the end, but the loop closes one frame later.
-    local last = program:SampleLoopEnd(sample, i)
-    program:SampleLoopEnd(sample, i, math.min(last + 1, program:SampleGetSize(sample) - 1))
-    local quality = program:SampleLoopQual(sample, i) / samples.FULL
-    program:SampleLoopEnd(sample, i, last)
-    if quality >= GOOD then
-      kept[#kept + 1] = { first = program:SampleLoopStart(sample, i), last = last }
+    local first, last = program:SampleLoopStart(sample, i), program:SampleLoopEnd(sample, i)
+    if -math.max(table.unpack(sound:seam(first, last))) >= GOOD then
+      kept[#kept + 1] = { first = first, last = last }
     else
       dropped = dropped + 1
     end
@@ -28,17 +24,16 @@ local function goodLoops(sample)
   return kept, dropped
 end
 
-local function tidy(index, sample, track, found)
+local function tidy(index, sample, _, found, sound)
   local path = arg[index]
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
-  local loops, dropped = goodLoops(sample)
+  local loops, dropped = goodLoops(sample, sound)
   if dropped == 0 and #loops > 0 then return print(path .. ": unchanged") end
   local made = 0
   if #loops == 0 then
-    loops = loopsearch.find(program, path, sample, track, {
-      most = 1, accepts = function(quality) return quality >= GOOD end,
-    })
+    local loop = looping.find(sound, { most = 1 })[1]
+    if loop and loop.quality >= GOOD then loops = { loop } end
     made = #loops
   end
   program:SampleLoopCount(sample, #loops)
@@ -51,7 +46,7 @@ local function tidy(index, sample, track, found)
   print(("%s: %d dropped, %d found, %d loops now"):format(path, dropped, made, #loops))
 end
 
-samples.tracks(program, arg, {}, {
+samples.tracks(program, arg, nil, {
   shown = function() end, done = tidy,
   failed = function(index, reason) io.stderr:write(arg[index], ": ", reason, "\n") end,
 })

@@ -4,7 +4,7 @@
 --   zyl run examples/pitch-report.lua FOLDER PICTURE.svg
 
 local folders, notes = require "folders", require "notes"
-local rootpitch, samples = require "rootpitch", require "samples"
+local samples = require "samples"
 
 if not arg[2] then error("usage: zyl run pitch-report.lua FOLDER PICTURE.svg", 0) end
 -- The picture: x is the key, y the deviation in cents, one dot per note.
@@ -16,11 +16,11 @@ local files = folders.sounds(arg[1])
 local program = host.new("ZylSProgram")
 
 local report = {}
-samples.tracks(program, files, function(sample) return rootpitch.settings(program, sample) end, {
+samples.tracks(program, files, nil, {
   shown = function() end,
   failed = function(index, reason) print(files[index] .. ": " .. reason) end,
-  done = function(index, sample, track)
-    local pitch, reason = rootpitch.of(program, sample, track)
+  done = function(index, _, track, _, sound)
+    local pitch, reason = sound:root(track)
     if not pitch then return print(files[index] .. ": " .. reason) end
     local key, cents = notes.nearest(notes.fromHertz(pitch.hertz, 440))
     report[#report + 1] = { file = files[index]:match("[^/]*$"), key = key, cents = cents,

@@ -4,14 +4,12 @@ local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local progress = require "progress"
-local rootpitch = require "rootpitch"
 local samples = require "samples"
 local soundfile = require "soundfile"
 local text = require "text"
 
 local BLOCK = 128          -- frames per value of a track
 local WINDOW = 4096        -- frames needed for a value
-local REPEATED = 31        -- values at the end of a track that repeat the last computed one
 
 local options, files = cli.parse {
   verb = "pitch", notes = true, folders = true,
@@ -29,10 +27,10 @@ local options, files = cli.parse {
     { name = "json", help = "print a JSON list, one object per file" },
     { name = "highest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 2000,
       help = "highest expected pitch (default 2000)" },
-    { name = "lowest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 50,
-      help = "lowest expected pitch (default 50)" },
-    { name = "threshold", kind = "number", value = "X", low = 0, high = 4, default = 1e-5,
-      help = "mean square below which a block is silent (default 1e-5, -50 dB)" },
+    { name = "lowest", kind = "integer", value = "HZ", low = 1, high = 2147483647, default = 25,
+      help = "lowest expected pitch (default 25)" },
+    { name = "threshold", kind = "number", value = "X", low = 0, high = 4,
+      help = "mean square below which a block is silent (default 40 dB below\nthe sound, at most 1e-5)" },
     { name = "smooth", kind = "integer", value = "N", low = 0, high = 100000, default = 0,
       help = "smooth over N blocks of 128 frames on each side (default 0: off)" },
     { name = "correct", kind = "integer", value = "N", low = 0, high = 100000, default = 10,
@@ -57,47 +55,32 @@ local program = host.new("ZylSProgram")
 local printer = cli.printer(options.json)
 local nameWidth = math.max(text.widest(files), #"file")
 
--- The percentile of a sorted list; `part` is 0 to 1.
-local function percentile(sorted, part)
-  local place = 1 + part * (#sorted - 1)
-  local below = math.floor(place)
-  local low, high = sorted[below], sorted[math.min(below + 1, #sorted)]
-  return low + (high - low) * (place - below)
-end
-
--- Summarises a track: values (note numbers, false without a pitch), voiced (0 to 1), and, if there
--- is a pitch, note, hertz and spread.
-local function summary(track, rate)
-  local values, sorted = {}, {}
+-- The pitch of a sample: the notes of its track (values, false without a pitch), voiced (0 to 1),
+-- and if there is a pitch note, hertz, spread and sure.
+local function measured(track, sound, rate)
+  local values, voiced = {}, 0
   local count = math.max(#track - 1, 1)  -- the last value has no frames
-  local own = count > 2 * REPEATED and count - REPEATED or count
-  local voiced = 0
   for i = 1, count do
     local period = track[i] or 0
     values[i] = period > 0 and notes.fromHertz(rate / period, a4)
-    if values[i] then
-      voiced = voiced + 1
-      if i <= own then sorted[#sorted + 1] = values[i] end
-    end
+    if values[i] then voiced = voiced + 1 end
   end
-  local result = { values = values, voiced = voiced / count }
-  if #sorted > 0 then
-    table.sort(sorted)
-    result.note = percentile(sorted, 0.5)
-    result.hertz = a4 * 2 ^ ((result.note - 69) / 12)
-    result.spread = 50 * (percentile(sorted, 0.84) - percentile(sorted, 0.16))
+  local it = { values = values, voiced = voiced / count }
+  local root, reason = sound:root(track)
+  if not root then
+    it.reason = reason
+  else
+    it.note, it.hertz = notes.fromHertz(root.hertz, a4), root.hertz
+    it.spread, it.sure = root.spread, root.sure
   end
-  return result
+  return it
 end
 
 -- Stores the pitch as key and tune. Returns "set", or "unchanged" if the file already has them.
-local function store(path, sample, found, it, track)
-  if not it.note then error("no pitch found: key and tuning not changed", 0) end
-  if not options.force then
-    local root, reason = rootpitch.of(program, sample, track)
-    if not root or not root.sure then
-      error((reason or "no steady pitch") .. ": key and tuning not changed (see --force)", 0)
-    end
+local function store(path, sample, found, it)
+  if not it.note then error(it.reason .. ": key and tuning not changed", 0) end
+  if not it.sure and not options.force then
+    error("no steady pitch: key and tuning not changed (see --force)", 0)
   end
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
@@ -155,7 +138,8 @@ local function record(path, it, rate, stored, failure)
   local key, cents
   if it.note then key, cents = notes.nearest(it.note) end
   return json.object("file", path, "error", failure, "key", key, "note", key and notes.name(key), "cents", cents,
-    "hz", it.hertz, "voiced", it.voiced, "spread", it.spread, "rate", rate,
+    "hz", it.hertz, "sure", it.sure,
+    "voiced", it.voiced, "spread", it.spread, "rate", rate,
     "set", stored, "track", options.track and it.values and trackRecord(it, rate) or nil)
 end
 
@@ -169,7 +153,7 @@ local function line(path, it, stored)
   if not it.note then return columns(name, "-", "-", "-", voiced, "-", stored) end
   local key, cents = notes.nearest(it.note)
   return columns(name, notes.label(key), ("%+.1f"):format(cents),
-                 ("%.2f"):format(it.hertz), voiced, ("%.1f"):format(it.spread), stored)
+                 ("%.2f"):format(it.hertz), voiced, ("%.1f"):format(it.spread), stored or not it.sure and "uncertain" or nil)
 end
 
 local function trackText(path, it, rate)
@@ -192,17 +176,17 @@ local function fail(index, reason)
   printer.result(index, options.json and record(files[index], {}, nil, nil, reason) or nil)
 end
 
-local function done(index, sample, track, found)
+local function done(index, sample, track, found, sound)
   local path, rate = files[index], program:SampleSampleRate(sample)
   local frames = program:SampleGetSize(sample)
   if frames < WINDOW then
     error(("%d frames are too few, %d are needed"):format(frames, WINDOW), 0)
   end
   if rate <= 0 then error("the file has no sample rate", 0) end
-  local it = summary(track, rate)
+  local it = measured(track, sound, rate)
   -- Print the result even if storing or drawing fails.
   local stored, failure
-  if options.set then stored, failure = cli.try(store, path, sample, found, it, track) end
+  if options.set then stored, failure = cli.try(store, path, sample, found, it) end
   if options.plot then
     local _, undrawn = cli.try(draw, path, sample, it, rate)
     failure = failure or undrawn
@@ -220,8 +204,7 @@ end
 if not options.json and not options.track then
   io.write(columns("file", "note", "cents", "Hz", "voiced", "spread"))
 end
-samples.tracks(program, files,
-  { options.highest, options.lowest, options.smooth, options.correct, options.threshold + 0.0 },
+samples.tracks(program, files, options,
   { done = done, failed = fail, shown = progress.show })
 printer.close()
 cli.finish()

@@ -11,7 +11,7 @@ local audio = {}
 
 -- A copy of all channels of a sample for analysis. `sample` is the object of the whole sample.
 function audio.sound(program, sample)
-  local sound = core.new(math.max(program:SampleSampleRate(sample), 1))
+  local sound = core.new(math.max(program:SampleSampleRate(sample), 0))
   local width = (program:SampleBits(sample) + 7) // 8
   local handle = host.var(0)
   for channel = 0, program:SampleChannelCount(sample) - 1 do
@@ -19,6 +19,15 @@ function audio.sound(program, sample)
     sound:addChannel(handle.value, frames, width)
   end
   return sound
+end
+
+-- The arguments of CalcSamplePitch after the sample, for a note of any pitch and level: the gate is
+-- 40 dB below the sound. `given` may set highest and lowest (Hz), smooth, correct and threshold.
+function audio.trackSettings(sound, given)
+  given = given or {}
+  local gate = math.min(math.max(1e-4 * sound:power(), 1e-9), 1e-5)
+  return { given.highest or 2000, given.lowest or 25, given.smooth or 0, given.correct or 10,
+           given.threshold or gate }
 end
 
 return audio

@@ -69,6 +69,15 @@ double Peak(const Sound& sound) {
   return static_cast<double>(peak);
 }
 
+double Power(const Sound& sound) {
+  double sum = 0;
+  for (const auto& channel : sound.channels) {
+    for (const float x : channel) sum += static_cast<double>(x) * static_cast<double>(x);
+  }
+  const size_t count = sound.Frames() * sound.channels.size();
+  return count == 0 ? 0 : sum / static_cast<double>(count);
+}
+
 double Loudness(const Sound& sound) {
   const auto step =
       std::max<size_t>(1, static_cast<size_t>(kLoudnessSeconds / kLoudnessSteps * sound.rateHz));

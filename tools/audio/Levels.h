@@ -14,6 +14,9 @@ double Decibels(double amplitude);
 // The largest magnitude of all channels; 0 for an empty sound.
 double Peak(const Sound& sound);
 
+// The mean square of all channels; 0 for an empty sound.
+double Power(const Sound& sound);
+
 // The loudest 400 ms in LUFS: K-weighted mean square, summed over the channels (ITU-R BS.1770-4,
 // momentary loudness, without gating and channel weights). Shorter sounds count as if silence
 // followed. Requires a rate above 0.

@@ -26,6 +26,13 @@ constexpr const char* kMetatable = "zyl.audio.Sound";
 
 Sound& CheckSound(lua_State* L) { return *static_cast<Sound*>(luaL_checkudata(L, 1, kMetatable)); }
 
+// The sound, for methods whose results depend on time.
+Sound& CheckTimedSound(lua_State* L) {
+  Sound& sound = CheckSound(L);
+  luaL_argcheck(L, sound.rateHz > 0, 1, "the sound has no sample rate");
+  return sound;
+}
+
 // A frame of the sound.
 size_t CheckFrame(lua_State* L, int index, const Sound& sound) {
   const lua_Integer frame = luaL_checkinteger(L, index);
@@ -54,7 +61,7 @@ void PushInteger(lua_State* L, const char* field, size_t value) {
 
 int NewSound(lua_State* L) {
   const double rateHz = luaL_checknumber(L, 1);
-  luaL_argcheck(L, rateHz >= 1 && rateHz <= 1e9, 1, "not a sample rate");
+  luaL_argcheck(L, rateHz >= 0 && rateHz <= 1e9, 1, "not a sample rate");
   new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{rateHz, {}};
   luaL_setmetatable(L, kMetatable);
   return 1;
@@ -110,8 +117,13 @@ int Peak(lua_State* L) {
   return 1;
 }
 
+int Power(lua_State* L) {
+  lua_pushnumber(L, audio::Power(CheckSound(L)));
+  return 1;
+}
+
 int Loudness(lua_State* L) {
-  lua_pushnumber(L, audio::Loudness(CheckSound(L)));
+  lua_pushnumber(L, audio::Loudness(CheckTimedSound(L)));
   return 1;
 }
 
@@ -150,7 +162,7 @@ int Root(lua_State* L) {
 }
 
 int Loops(lua_State* L) {
-  const Sound& sound = CheckSound(L);
+  const Sound& sound = CheckTimedSound(L);
   DefaultToTable(L, 2);
   const Options options(L, 2, "loops", {"shortest", "period", "crossfade", "most"});
   constexpr lua_Integer kFrames = std::numeric_limits<int32_t>::max();
@@ -176,7 +188,7 @@ int Loops(lua_State* L) {
 }
 
 int Seam(lua_State* L) {
-  const Sound& sound = CheckSound(L);
+  const Sound& sound = CheckTimedSound(L);
   const audio::Loop loop = CheckLoop(L, sound);
   lua_createtable(L, static_cast<int>(sound.channels.size()), 0);
   lua_Integer index = 0;
@@ -197,6 +209,22 @@ int Crossfade(lua_State* L) {
   const size_t changed = frames == 0 ? 0 : audio::CrossfadeLoop(sound, loop, frames);
   lua_pushinteger(L, static_cast<lua_Integer>(changed));
   return 2;
+}
+
+// copy([first], [last]): a sound with the frames first to last, as far as they exist.
+int Copy(lua_State* L) {
+  const Sound& sound = CheckSound(L);
+  const auto frames = static_cast<lua_Integer>(sound.Frames());
+  const lua_Integer first = std::max(luaL_optinteger(L, 2, 0), lua_Integer{0});
+  const lua_Integer last = std::min(luaL_optinteger(L, 3, frames), frames - 1);
+  Sound copy{sound.rateHz, {}};
+  for (const auto& values : sound.channels) {
+    copy.channels.emplace_back(values.begin() + std::min(first, last + 1), values.begin() + last + 1);
+  }
+  new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{sound.rateHz, {}};
+  luaL_setmetatable(L, kMetatable);
+  *static_cast<Sound*>(lua_touserdata(L, -1)) = std::move(copy);
+  return 1;
 }
 
 int Values(lua_State* L) {
@@ -223,12 +251,14 @@ int OpenCore(lua_State* L) {
                               {"frames", Guarded<Frames>},
                               {"channels", Guarded<Channels>},
                               {"peak", Guarded<Peak>},
+                              {"power", Guarded<Power>},
                               {"loudness", Guarded<Loudness>},
                               {"sounding", Guarded<Sounding>},
                               {"root", Guarded<Root>},
                               {"loops", Guarded<Loops>},
                               {"seam", Guarded<Seam>},
                               {"crossfade", Guarded<Crossfade>},
+                              {"copy", Guarded<Copy>},
                               {"values", Guarded<Values>},
                               {nullptr, nullptr}};
   luaL_newmetatable(L, kMetatable);

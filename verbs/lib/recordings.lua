@@ -16,7 +16,6 @@ local cli = require "cli"
 local filenames = require "filenames"
 local notes = require "notes"
 local progress = require "progress"
-local rootpitch = require "rootpitch"
 local samples = require "samples"
 local soundfile = require "soundfile"
 
@@ -75,14 +74,14 @@ function recordings.measure(batch, wanted)
     end
   end
   if #paths == 0 then return end
-  samples.tracks(program, paths, function(sample) return rootpitch.settings(program, sample) end, {
+  samples.tracks(program, paths, nil, {
     shown = progress.show,
     failed = function(index, reason) recordings.fail(items[index], reason) end,
-    done = function(index, sample, track, found)
+    done = function(index, sample, track, found, sound)
       local it = items[index]
       take(batch, it, sample, found)
       it.measured = true
-      local result, reason = rootpitch.of(program, sample, track)
+      local result, reason = sound:root(track)
       if not result or not result.sure then
         it.noPitch = reason or "no steady pitch"
       else

@@ -1,4 +1,5 @@
 -- Sample files through the script methods: opening, parallel pitch tracking, raw values.
+local audio = require "zyl.audio"
 local cli = require "cli"
 local disk = require "disk"
 local journal = require "journal"
@@ -90,19 +91,18 @@ end
 local function start(program, index, path, settings)
   local sample, found = samples.open(program, path)
   if not sample then error(found, 0) end
-  if type(settings) == "function" then settings = settings(sample) end
-  if not program:CalcSamplePitch(sample, table.unpack(settings)) then
+  local sound = audio.sound(program, sample)
+  if not program:CalcSamplePitch(sample, table.unpack(audio.trackSettings(sound, settings))) then
     samples.close(program, sample)
     error("the analysis could not be started", 0)
   end
-  return { index = index, path = path, sample = sample, found = found }
+  return { index = index, path = path, sample = sample, found = found, sound = sound }
 end
 
 -- Tracks the pitch of all files, one file per processor core at a time (each request runs in its
--- own thread). `settings` are the arguments of CalcSamplePitch after the sample, or a function that
--- returns them for a sample. For each file calls handlers.done(index, sample, track, found), in
--- order of completion, or handlers.failed(index, reason); calls handlers.shown(fraction, path)
--- periodically.
+-- own thread). `settings` are those that audio.trackSettings is to use. For each file calls
+-- handlers.done(index, sample, track, found, sound), in order of completion, or
+-- handlers.failed(index, reason); calls handlers.shown(fraction, path) periodically.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
   local listening = listener(program)
@@ -134,7 +134,8 @@ function samples.tracks(program, paths, settings, handlers)
         finished = finished + sizes[job.index]
         local _, reason
         if track then
-          _, reason = cli.try(handlers.done, job.index, job.sample, track, job.found)
+          _, reason = cli.try(handlers.done, job.index, job.sample, track, job.found,
+                              job.sound)
         else
           reason = "the analysis returned no track"
         end
