@@ -59,6 +59,7 @@ check.equal(select(2, editor.list:cell(0, 0).go:bounds()), 0)
 check.raises("not a text", function() editor.list:cell(0, 3).go.text = "x" end)
 check.raises("deleted", function() return cell.value end)
 program:ListFillKeygroups(editor)
+cell = editor.list:cell(0, 1)
 -- Cells of a cleared list are deleted objects.
 local go = cell.go
 editor.list:clear()
