@@ -2,7 +2,9 @@
 local cli = require "cli"
 local fields = require "fields"
 local keymap = require "keymap"
+local layering = require "layering"
 local mapreport = require "mapreport"
+local namemarks = require "namemarks"
 local notes = require "notes"
 local programs = require "programs"
 local progress = require "progress"
@@ -29,7 +31,8 @@ local options, files = cli.parse {
     { name = "reach", kind = "integer", value = "N", low = 0, high = 127, default = 127,
       help = "maximum number of keys from the root to the ends of its range\n(default 127)" },
     { name = "drums", kind = "text", value = "KEY",
-      help = "one key per file, from KEY (36, or a note) upwards, at the original\npitch, played to the end" },
+      help = "one key per drum, from KEY (36, or a note) upwards, at the original\npitch, played to the end; numbered takes of a drum share its key" },
+    { name = "unstacked", help = "with --drums: one key per file, also for numbered takes" },
     { name = "mono", kind = "text", value = "HOW",
       help = "play stereo files in the centre: left, right or mix (both channels);\ndefault: as a pair of zones, left and right" },
     { name = "layers", kind = "integer", value = "N", low = 1, high = keymap.MOST_LAYERS,
@@ -43,8 +46,9 @@ local options, files = cli.parse {
     { name = "json", help = "print a JSON list, one object per file" },
   },
   more = "Names: a letter with an octave (C#3, Bb2, Cs4, F-1), or plain MIDI numbers if all names have\n"
-      .. "one. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard. Sample files are not changed: the\n"
-      .. "tuning is stored in the program.",
+      .. "one. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard; without them the files of a key are\n"
+      .. "ordered by loudness. Of round robins (rr1, rr2; the same loudness) one is used. Sample files\n"
+      .. "are not changed: the tuning is stored in the program.",
 }
 
 local order, use = {}, {}
@@ -76,7 +80,7 @@ if options.output then
   if obstacle then cli.usage(options.output .. ": " .. obstacle) end
 end
 
-local batch = recordings.batch(files, not options.drums, options.a4 + 0.0)
+local batch = recordings.batch(files, options.a4 + 0.0)
 local program = batch.program
 local how = { order = order, use = use, from = options.from, octave = octave,
               automatic = nameOctave == "auto", check = options.check }
@@ -91,16 +95,17 @@ local function leaveOut(it, reason)
   cli.note(it.path, "left out: " .. reason)
 end
 
--- Gives each file a key.
+-- Gives each drum a key: the takes of a drum share one.
 local function placeDrums()
   recordings.open(batch)
-  local key = firstDrum
+  local keys, free = {}, firstDrum
   for _, it in ipairs(batch.list) do
-    if not it.failure and key > 127 then
+    local drum = options.unstacked and it.path or namemarks.drum(it.name.name)
+    if not it.failure and not keys[drum] then keys[drum], free = free, free + 1 end
+    if not it.failure and keys[drum] > 127 then
       leaveOut(it, "no key is left")
     elseif not it.failure then
-      it.key, it.note, it.source = key, it.fileNote, "drums"
-      key = key + 1
+      it.key, it.note, it.source = keys[drum], it.fileNote, "drums"
     end
   end
 end
@@ -113,9 +118,14 @@ local function layout()
       local said
       it.parts, said = stereo.parts(it.channels, options.mono)
       if said then cli.note(it.path, ("%d channels: %s"):format(it.channels, said)) end
-      it.layer = it.name.layer
       placed[#placed + 1] = it
     end
+  end
+  local ordered
+  placed, ordered = layering.find(batch, placed, leaveOut)
+  if ordered > 0 then
+    cli.note("layers", ("those of %d key%s are in order of loudness"):format(ordered,
+             ordered == 1 and "" or "s"))
   end
   local roots = keymap.layers(placed, options.layers, leaveOut)
   keymap.ranges(roots, options.drums and 0 or options.reach)

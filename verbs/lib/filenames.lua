@@ -1,15 +1,12 @@
 -- Parses names of recordings: the note, as a letter with an octave (C#3, Bb2, F-1) or as a plain
--- MIDI number, and the velocity layer (v2, vel96, pp, hard). The names of a batch are parsed
--- together, because parts that all names share do not distinguish the files.
+-- MIDI number, the velocity layer and the take. The names of a batch are parsed together, because
+-- parts that all names share do not distinguish the files.
+local namemarks = require "namemarks"
 local notes = require "notes"
+local numbercolumns = require "numbercolumns"
 
 local filenames = {}
 
--- The velocity of a dynamic mark.
-local DYNAMICS = { ppp = 16, pp = 32, p = 48, mp = 64, mf = 80, f = 96, ff = 112, fff = 127,
-                   ghost = 20, quiet = 40, soft = 40, med = 72, medium = 72, hard = 110, loud = 110 }
-local VELOCITY_WORDS = { vel = true, velocity = true }
-local LAYER_WORDS = { v = true, layer = true, lay = true, dyn = true }
 local KEY_WORDS = { midi = true, note = true, key = true }
 
 local function stem(path)
@@ -21,8 +18,7 @@ end
 local function ends(rest)
   if rest == "" or rest:match("^[^%w]") then return true end
   local word = rest:match("^%a+")
-  return word ~= nil and (word:match("^%u%l") ~= nil or DYNAMICS[word] ~= nil
-         or LAYER_WORDS[word:lower()] or VELOCITY_WORDS[word:lower()]) and true or false
+  return word ~= nil and (word:match("^%u%l") ~= nil or namemarks.isLayer(word))
 end
 
 -- The notes in a name: { text, step }; step is in semitones from the C of octave 0.
@@ -47,127 +43,73 @@ function filenames.notes(name)
   return found
 end
 
--- The numbers in a name with the word before each: { word, value }; and the list of words.
-local function parts(name)
-  local numbers, words = {}, {}
-  for word, number in name:gmatch("(%a*)[_%- ]?(%d+)") do
-    local digits = #number <= 3 and tonumber(number) or -1
-    numbers[#numbers + 1] = { word = word:lower(), value = digits }
-  end
-  for word in name:gmatch("%a+") do words[#words + 1] = word end
-  return numbers, words
-end
-
--- The layer in a name: { velocity } or { rank }; nil if there is none.
-local function layerOf(numbers, words)
-  for _, number in ipairs(numbers) do
-    if VELOCITY_WORDS[number.word] and number.value >= 0 and number.value <= 127 then
-      return { velocity = number.value }
-    end
-    if LAYER_WORDS[number.word] and number.value >= 0 and number.value <= 127 then
-      return { rank = number.value }
-    end
-  end
-  for i = #words, 1, -1 do
-    local velocity = DYNAMICS[words[i]] or #words[i] > 1 and DYNAMICS[words[i]:lower()]
-    if velocity then return { velocity = velocity } end
-  end
-end
-
--- The numbers in a name that are not adjacent to letters.
-local function plainNumbers(name)
-  local list = {}
-  for before, number, after in ("_" .. name .. "_"):gmatch("()%f[%d](%d+)()") do
-    local left = ("_" .. name .. "_"):sub(before - 1, before - 1)
-    local right = ("_" .. name .. "_"):sub(after, after)
-    if not left:match("%a") and not right:match("%a") then
-      list[#list + 1] = #number <= 3 and tonumber(number) or -1
-    end
-  end
-  return list
-end
-
--- Column c of the lists and its distinct values; nil unless all values exist and are within low to
--- high.
-local function column(lists, c, low, high)
-  local values, seen, distinct = {}, {}, {}
-  for i, list in ipairs(lists) do
-    local value = list[c]
-    if not value or value < low or value > high then return nil end
-    values[i] = value
-    if not seen[value] then distinct[#distinct + 1] = value end
-    seen[value] = true
-  end
-  table.sort(distinct)
-  return values, distinct
-end
-
--- The MIDI numbers of the names: the first column of numbers that every name has, that is not below
--- 12 and does not just count the files from below the piano's lowest key. A column after it with
--- numbers from 1 to 127 that repeat for other keys contains velocities.
-local function midiNumbers(names, layers)
-  if #names == 0 then return nil end
-  local lists = {}
-  for i, name in ipairs(names) do lists[i] = plainNumbers(name) end
-  for c = 1, 8 do
-    local keys, distinct = column(lists, c, 0, 127)
-    if not keys then return nil end
-    local counting = distinct[#distinct] - distinct[1] == #distinct - 1 and distinct[1] < 21
-    if #distinct > 1 and not counting and distinct[1] >= 12 then
-      local velocities, steps = column(lists, c + 1, 1, 127)
-      if velocities and #steps > 1 and #steps < #names then
-        for i, velocity in ipairs(velocities) do layers[i] = layers[i] or { velocity = velocity } end
-      end
-      return keys
-    end
-  end
-end
-
--- Returns for each path: key (C4 is 60) or nil, how ("note" or "number"), text (as in the name),
--- and layer ({ velocity }, { rank } or nil).
-function filenames.read(paths)
-  local names, candidates, everywhere, layers = {}, {}, {}, {}
-  local read, anyNote = {}, false
-  for i, path in ipairs(paths) do
-    names[i] = stem(path)
-    candidates[i] = filenames.notes(names[i])
-    layers[i] = layerOf(parts(names[i]))
+-- How many of the names contain each note.
+local function frequencies(candidates)
+  local everywhere = {}
+  for _, list in ipairs(candidates) do
     local seen = {}
-    for _, note in ipairs(candidates[i]) do
+    for _, note in ipairs(list) do
       if not seen[note.text] then everywhere[note.text] = (everywhere[note.text] or 0) + 1 end
       seen[note.text] = true
     end
   end
-  for i in ipairs(paths) do
-    -- The last note that is not in all names, otherwise the last one.
-    local note
-    for _, candidate in ipairs(candidates[i]) do
-      local common = #paths > 1 and everywhere[candidate.text] == #paths
-      if not note or not common or note.common then
-        note = { text = candidate.text, step = candidate.step, common = common }
-      end
-    end
-    read[i] = { layer = layers[i] }
+  return everywhere
+end
+
+-- The last note that is not in all names, otherwise the last one.
+local function distinctNote(candidates, everywhere, names)
+  local note, noteIsCommon
+  for _, candidate in ipairs(candidates) do
+    local common = names > 1 and everywhere[candidate.text] == names
+    if not note or not common or noteIsCommon then note, noteIsCommon = candidate, common end
+  end
+  return note
+end
+
+local function numberedKey(name)
+  local key
+  for _, number in ipairs(namemarks.numbers(name)) do
+    if KEY_WORDS[number.word] and number.value >= 0 and number.value <= 127 then key = number.value end
+  end
+  return key
+end
+
+-- Applies one of the ways of numbercolumns.read to the parsed names.
+function filenames.apply(read, way)
+  for i, it in ipairs(read) do
+    it.key, it.text, it.how = way.keys[i], tostring(way.keys[i]), "number"
+    it.layer = it.markedLayer or way.velocities and { velocity = way.velocities[i] } or nil
+  end
+end
+
+-- Returns for each path: name (without folder and extension), key (C4 is 60) or nil, how ("note" or
+-- "number"), text (as in the name), layer and take (see namemarks.lua). Also returns the ways to
+-- read columns of numbers as keys, of which the first is applied.
+function filenames.read(paths)
+  local candidates, read, anyKey = {}, {}, false
+  for i, path in ipairs(paths) do
+    local name = stem(path)
+    local layer = namemarks.layer(name)
+    candidates[i] = filenames.notes(name)
+    read[i] = { name = name, layer = layer, markedLayer = layer, take = namemarks.take(name) }
+  end
+  local everywhere = frequencies(candidates)
+  for i, it in ipairs(read) do
+    local note = distinctNote(candidates[i], everywhere, #paths)
     if note then
-      read[i].key, read[i].text, read[i].how = note.step + 12, note.text, "note"
-      anyNote = true
+      it.key, it.text, it.how = note.step + 12, note.text, "note"
+    else
+      it.key, it.how = numberedKey(it.name), "number"
+      it.text = it.key and tostring(it.key)
     end
+    anyKey = anyKey or it.key ~= nil
   end
-  for i, name in ipairs(names) do
-    if not read[i].key then
-      for _, number in ipairs((parts(name))) do
-        if KEY_WORDS[number.word] and number.value >= 0 and number.value <= 127 then
-          read[i].key, read[i].text, read[i].how = number.value, tostring(number.value), "number"
-          anyNote = true
-        end
-      end
-    end
-  end
-  local keys = not anyNote and midiNumbers(names, layers)
-  for i, key in ipairs(keys or {}) do
-    read[i] = { key = key, text = tostring(key), how = "number", layer = layers[i] }
-  end
-  return read
+  if anyKey then return read, {} end
+  local names = {}
+  for i, it in ipairs(read) do names[i] = it.name end
+  local ways = numbercolumns.read(names)
+  if ways[1] then filenames.apply(read, ways[1]) end
+  return read, ways
 end
 
 return filenames

@@ -1,6 +1,6 @@
 -- Maps samples to keys and velocities. A sample has
 --   key        its root key
---   layer      { velocity } or { rank }; optional
+--   layer      { velocity }, { rank } (a number in the name) or { order }; optional
 --   parts      its zones: a list of { channel, pan }
 -- The samples of one root are its velocity layers. They share keygroups over the same keys: as many
 -- as their zones need.
@@ -11,7 +11,8 @@ local RANKS = 16    -- highest number of a layer that is not a velocity
 local function level(sample, ranksAreVelocities)
   local layer = sample.layer
   if not layer then return 0, false end
-  return layer.velocity or layer.rank, layer.velocity ~= nil or ranksAreVelocities
+  return layer.velocity or layer.rank or layer.order,
+         layer.velocity ~= nil or layer.rank ~= nil and ranksAreVelocities
 end
 
 -- Divides velocities 0 to 127 between layers in rising order: half-way between the layers if their

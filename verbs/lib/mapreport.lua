@@ -58,6 +58,7 @@ function mapreport.records(list, keygroups, how, written, each)
     each(i, json.object("file", it.path, "error", it.failure, "key", it.key,
       "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
       "channels", it.channels, "zones", it.parts and #it.parts, "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
+      "loudness", it.loudness, "layer_from", it.layerFrom,
       "left_out", it.leftOut, table.unpack(place[it] or none, 1, 14)))
   end
 end

@@ -3,6 +3,7 @@
 -- A batch has the fields
 --   program   a program object, for the sample methods
 --   list      the recordings, in the order of the files
+--   ways      the ways to read columns of numbers in the names (see numbercolumns.lua)
 --   a4        the frequency of A4 in Hz
 -- and a recording the fields
 --   path, index, name    name as parsed by filenames.read
@@ -10,8 +11,10 @@
 --   known, chunk, fileNote, rate, frames, channels
 --                        set once the file was opened: the root key in the file, and the note at
 --                        which the file plays at its original pitch
+--   loudness             in LUFS, set once it was measured
 --   measured, pitch, noPitch
 --                        set once the pitch was measured: a note, or why there is none
+local audio = require "zyl.audio"
 local cli = require "cli"
 local filenames = require "filenames"
 local notes = require "notes"
@@ -21,12 +24,12 @@ local soundfile = require "soundfile"
 
 local recordings = {}
 
--- Makes a batch of the files. With `parse` their names are parsed.
-function recordings.batch(paths, parse, a4)
+function recordings.batch(paths, a4)
   local batch = { program = host.new("ZylSProgram"), list = {}, a4 = a4 }
-  local names = parse and filenames.read(paths) or {}
+  local names
+  names, batch.ways = filenames.read(paths)
   for i, path in ipairs(paths) do
-    batch.list[i] = { path = path, name = names[i] or {}, index = i }
+    batch.list[i] = { path = path, name = names[i], index = i }
   end
   return batch
 end
@@ -49,20 +52,34 @@ local function take(batch, it, sample, found)
   it.known = true
 end
 
--- Opens all recordings that have not been opened.
-function recordings.open(batch)
+-- Opens the recordings for which isWanted(recording) is true; calls use(recording, sample).
+local function visit(batch, isWanted, use)
   for i, it in ipairs(batch.list) do
-    if not it.known and not it.failure then
+    if isWanted(it) and not it.failure then
       progress.show((i - 1) / #batch.list, it.path)
       local sample, found = cli.try(samples.open, batch.program, it.path)
       if sample then
         take(batch, it, sample, found)
+        local _, reason = cli.try(use, it, sample)
         samples.close(batch.program, sample)
+        if reason then recordings.fail(it, reason) end
       else
         recordings.fail(it, found)
       end
     end
   end
+end
+
+-- Opens all recordings that have not been opened.
+function recordings.open(batch)
+  visit(batch, function(it) return not it.known end, function() end)
+end
+
+-- Measures the loudness of the recordings in the set `wanted` that have not been measured.
+function recordings.measureLoudness(batch, wanted)
+  visit(batch, function(it) return wanted[it] and not it.loudness end, function(it, sample)
+    it.loudness = audio.sound(batch.program, sample):loudness()
+  end)
 end
 
 -- Measures the pitch of the recordings in the set `wanted` that have not been measured.

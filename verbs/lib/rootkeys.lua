@@ -8,6 +8,7 @@
 --   evidence  set to the pitches that confirm the octave
 --   check     whether to measure all recordings and report where the sources differ
 local cli = require "cli"
+local filenames = require "filenames"
 local notes = require "notes"
 local recordings = require "recordings"
 
@@ -26,6 +27,31 @@ local function probes(list)
   local count = math.min(#named, PROBES)
   for i = 1, count do chosen[named[(i - 1) * #named // count + 1]] = true end
   return chosen
+end
+
+-- Decides by measured pitches which of several columns of numbers in the names holds the keys.
+local function judgeColumns(batch)
+  local chosen, measured, best = probes(batch.list), 0, { score = 0 }
+  recordings.measure(batch, chosen)
+  for it in pairs(chosen) do measured = measured + (it.pitch and 1 or 0) end
+  for _, way in ipairs(batch.ways) do
+    -- A measured pitch may be octaves off.
+    local score, matches = 0, 0
+    for it in pairs(chosen) do
+      local apart = it.pitch and notes.nearest(it.pitch) - way.keys[it.index]
+      if apart == 0 then matches = matches + 1 end
+      score = score + (apart == 0 and 2 or apart and apart % 12 == 0 and 1 or 0)
+    end
+    if score > best.score then best = { score = score, way = way, matches = matches } end
+  end
+  local way = best.way or batch.ways[1]
+  local names = {}
+  for i, it in ipairs(batch.list) do names[i] = it.name end
+  filenames.apply(names, way)
+  cli.note("names", ("column %d of their numbers has the keys%s (%s)"):format(way.column,
+           way.velocityColumn and (", column %d the velocities"):format(way.velocityColumn) or "",
+           best.way and ("%d of %d pitches"):format(best.matches, measured)
+           or "the first that fits, not confirmed by pitch"))
 end
 
 -- Compares names with measured pitches: sets the octave that most of them agree on, and discards
@@ -49,7 +75,7 @@ local function judgeNames(batch, how, chosen)
   if 3 * most < 2 * all or agreed % 12 ~= 0 then
     if isNumber then
       cli.note("names", "their numbers do not match the pitches: not used")
-      for _, it in ipairs(batch.list) do it.name.key = nil end
+      for _, it in ipairs(batch.list) do it.name.key, it.name.layer = nil, it.name.markedLayer end
     else
       cli.note("names", ("%d of %d pitches differ from the names; see --check, --from pitch")
                :format(all - (counts[0] or 0), all))
@@ -165,6 +191,7 @@ local function collect(batch, how)
   for _, it in ipairs(batch.list) do everything[it] = true end
   if how.check or how.order[1] == "pitch" then recordings.measure(batch, everything) end
   recordings.open(batch)
+  if how.use.name and #batch.ways > 1 then judgeColumns(batch) end
   if how.use.chunk then doubtChunks(batch, how) end
   if how.use.name and how.automatic or how.check then
     local unsaid = {}
