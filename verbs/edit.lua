@@ -3,9 +3,9 @@ local cli = require "cli"
 local fields = require "fields"
 local journal = require "journal"
 local json = require "json"
-local notes = require "notes"
 local programs = require "programs"
 local text = require "text"
+local values = require "values"
 
 local options, words = cli.parse {
   verb = "edit", notes = true, repeats = true, operands = "PROGRAM… KEY=VALUE…",
@@ -18,16 +18,20 @@ local options, words = cli.parse {
       help = "velocity zones to edit, numbers from 1 to 4 (default all)" },
     { name = "output", short = "o", kind = "text", value = "FILE",
       help = "write to FILE instead of PROGRAM" },
+    { name = "raw", help = "values are the numbers that the program stores, without names,\nunits and usual ranges" },
     { name = "dry-run", help = "print the changes, but write nothing" },
     { name = "json", help = "print a JSON list, one object per program" },
   },
   more = "KEY is the method of a field (KGfilterFreq), or its name without the prefix (filterFreq): 'zyl\n"
       .. "methods KG' lists the fields of keygroups, PRG those of the program, Zone those of zones. If\n"
       .. "several fields have the name, --zones or --keygroups decides, or write the prefix. VALUE is\n\n"
-      .. "  KEY=80          the new value; keys may be notes (KGlowKey=C3 or C-2),\n"
-      .. "                  switches on or off\n"
-      .. "  KEY=+5, KEY=-5  an increase or decrease\n"
-      .. "  KEY:=-5         the new value, also with a sign",
+      .. "  KEY=80          the new value\n"
+      .. "  KEY=+5, KEY=-5  an increase or decrease; keys end at 0 and 127\n"
+      .. "  KEY:=-5         the new value, also with a sign\n\n"
+      .. "and is typed as it is printed: a note (C3), a name (LP4, Velocity, Omni), on or off, or a\n"
+      .. "number, which must be in the range that 'zyl help KEY' names. Tunings take st (semitones) and\n"
+      .. "ct (cents), intervals also oct, fixedRateDetune Hz, poly voices. Without a unit a tuning is in\n"
+      .. "semitones: KGtune=+5ct, KGtune=-0.5st and KGtune=-0.5 are changes of 5 and 50 cents.",
 }
 
 -- Parses "1-8,12" to a list of indexes from 0; `most` is the highest number.
@@ -55,29 +59,22 @@ local zones = options.zones and options.zones ~= "all" and numbers("zones", opti
               or { 0, 1, 2, 3 }
 local family = options.zones and "Zone" or options.keygroups and "KG" or nil
 
+local raw = options.raw
+local MOST_KEY = 127
+
+-- The place of a value, for messages.
+local function placeOf(field, k, z)
+  if field.family == "PRG" then return "the program" end
+  return "keygroup " .. k + 1 .. (field.family == "Zone" and " zone " .. z + 1 or "")
+end
+
 -- A change: field, and either `value` or the increase `by`.
-local function changeOf(key, sign, value)
+local function changeOf(key, sign, typed)
   local field, reason = fields.find(key, family)
   if not field then cli.usage(reason) end
-  local kind = fields.kind(field)
-  if kind == "string" then return { field = field, value = value } end
-  if kind == "boolean" then
-    local switch = ({ on = true, off = false, ["true"] = true, ["false"] = false, ["1"] = true,
-                      ["0"] = false })[value:lower()]
-    if switch == nil then cli.usage(("%s: '%s' is neither on nor off"):format(field.name, value)) end
-    return { field = field, value = switch }
-  end
-  local number = value:match("^[+-]?%d+$") and tonumber(value)
-  if math.type(number) == "float" then  -- exceeds Lua's integers
-    number = number < 0 and math.mininteger or math.maxinteger
-  end
-  if number and sign ~= ":=" and value:match("^[+-]") then return { field = field, by = number } end
-  number = number or fields.isKey(field) and notes.key(value)
-  if not number then
-    cli.usage(("%s: '%s' is %s"):format(field.name, value, fields.isKey(field)
-              and "not " .. notes.accepted() or "not a whole number"))
-  end
-  return { field = field, value = number, shown = value }
+  local value, by, obstacle = values.parse(field, typed, sign ~= ":=", raw)
+  if obstacle then cli.usage(obstacle) end
+  return { field = field, value = value, by = by }
 end
 
 local paths, changes = {}, {}
@@ -85,10 +82,7 @@ for _, word in ipairs(words) do
   local key, sign, value = word:match("^(%a[%w_]*)(:?=)(.*)$")
   if not key then key, sign, value = word:match("^(%a[%w_]*%[%d+%])(:?=)(.*)$") end
   if key then
-    local change = changeOf(key, sign, value)
-    local obstacle = change.by == nil and fields.whyNot(change.field, change.value, change.shown)
-    if obstacle then cli.usage(obstacle) end
-    changes[#changes + 1] = change
+    changes[#changes + 1] = changeOf(key, sign, value)
   else
     paths[#paths + 1] = word
   end
@@ -119,12 +113,17 @@ local function addressed(program)
 end
 
 -- Applies a change to one keygroup or zone and returns the difference, or nil if there is none.
-local function apply(program, change, k, z)
+-- Increased and decreased keys stay in 0 to 127; those that reach an end are added to `clamped`.
+local function apply(program, change, k, z, clamped)
   local field, old = change.field, fields.read(program, change.field, k, z)
   local new = change.by and old + change.by or change.value
+  if change.by and values.isKey(field) and (new < 0 or new > MOST_KEY) then
+    new = new < 0 and 0 or MOST_KEY
+    clamped[#clamped + 1] = { field = field, keygroup = k, zone = z, values.text(field, new, raw) }
+  end
   if new == old then return nil end
-  local obstacle = fields.whyNot(field, new)
-  if obstacle then error(obstacle, 0) end
+  local obstacle = values.whyNot(field, new, nil, raw)
+  if obstacle then error(placeOf(field, k, z) .. ": " .. obstacle, 0) end
   fields.write(program, field, new, k, z)
   return { field = field, keygroup = k, zone = z, old = old, new = new }
 end
@@ -136,15 +135,14 @@ local function warn(path, program, done)
     local field, kind = change.field, change.field.short:match("^low(.+)$")
                                       or change.field.short:match("^high(.+)$")
     local k, z = change.keygroup, change.zone
-    local where = field.family == "PRG" and "the program" or "keygroup " .. k + 1
-                  .. (field.family == "Zone" and " zone " .. z + 1 or "")
+    local where = placeOf(field, k, z)
     if (kind == "Key" or kind == "Vel") and not seen[where .. kind] then
       seen[where .. kind] = true
       local low = fields.read(program, fields.find(field.family .. "low" .. kind), k, z)
       local high = fields.read(program, fields.find(field.family .. "high" .. kind), k, z)
       if low > high then
-        places[#places + 1] = ("%s, %s to %s"):format(where, fields.shown(field, low),
-                                                      fields.shown(field, high))
+        places[#places + 1] = ("%s, %s to %s"):format(where, values.text(field, low, raw),
+                                                      values.text(field, high, raw))
       end
     end
   end
@@ -157,14 +155,17 @@ end
 local function edit(path)
   local program, reason = programs.open(path)
   if not program then error(reason, 0) end
-  local done, keygroups = {}, addressed(program)
+  local done, clamped, keygroups = {}, {}, addressed(program)
   for _, change in ipairs(changes) do
     local one = change.field.family == "PRG"
     for _, k in ipairs(one and { 0 } or keygroups) do
       for _, z in ipairs(change.field.family == "Zone" and zones or { 0 }) do
-        done[#done + 1] = apply(program, change, k, z)
+        done[#done + 1] = apply(program, change, k, z, clamped)
       end
     end
+  end
+  for _, row in ipairs(fields.rows(clamped)) do
+    cli.note(path, ("%s%s clamped to %s"):format(row[1], row[2] == "" and "" or " of " .. row[2], row[3]))
   end
   warn(path, program, done)
   local target = options.output or path
@@ -177,7 +178,8 @@ local function shown(path, done, target)
   local rows = {}
   for i, change in ipairs(done) do
     rows[i] = { field = change.field, keygroup = change.keygroup, zone = change.zone,
-                fields.shown(change.field, change.old), "->", fields.shown(change.field, change.new) }
+                values.text(change.field, change.old, raw), "->",
+                values.text(change.field, change.new, raw) }
   end
   local table = #rows > 0 and text.columns(fields.rows(rows), { true, true, false, true, true }) or ""
   local count = ("%d value%s changed"):format(#done, #done == 1 and "" or "s")
@@ -191,7 +193,8 @@ local function record(path, done, target, failure)
     list[i] = json.object("field", change.field.name,
       "keygroup", change.field.family ~= "PRG" and change.keygroup + 1 or nil,
       "zone", change.field.family == "Zone" and change.zone + 1 or nil,
-      "old", change.old, "new", change.new)
+      "old", change.old, "new", change.new,
+      "old_text", values.text(change.field, change.old), "new_text", values.text(change.field, change.new))
   end
   return json.object("file", path, "error", failure, "changes", json.list(list),
                      "written", done and target or nil)

@@ -12,6 +12,7 @@ local recordings = require "recordings"
 local rootkeys = require "rootkeys"
 local stereo = require "stereo"
 local text = require "text"
+local values = require "values"
 
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
 
@@ -72,7 +73,7 @@ if options.mono and not stereo.isMono(options.mono) then
   cli.usage("--mono HOW: '" .. options.mono .. "' is not left, right or mix")
 end
 if options.name then
-  local obstacle = fields.whyNot(fields.find("PRGname"), options.name)
+  local obstacle = values.whyNot(fields.find("PRGname"), options.name)
   if obstacle then cli.usage(obstacle) end
 end
 if options.output then

@@ -1,11 +1,13 @@
 -- zyl show: prints programs as tables.
 local cli = require "cli"
 local disk = require "disk"
+local fields = require "fields"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
 local stereo = require "stereo"
 local text = require "text"
+local values = require "values"
 
 local options, files = cli.parse {
   verb = "show", notes = true,
@@ -25,7 +27,7 @@ local function zonesOf(object, k, channels)
     if path ~= "" then
       zones[#zones + 1] = {
         number = z + 1, low = object:ZonelowVel(k, z), high = object:ZonehighVel(k, z),
-        tune = object:ZonetuneOffset(k, z) / 256, pan = object:ZonepanOffset(k, z),
+        tune = object:ZonetuneOffset(k, z), pan = object:ZonepanOffset(k, z),
         path = path, missing = not disk.isFile(path), channel = channels[k * programs.ZONES + z],
       }
     end
@@ -37,10 +39,10 @@ end
 local function facts(path)
   local object, channels = programs.read(path, false), programs.channels(path)
   local it = { name = object:PRGname(), channel = object:PRGmidiChannel(),
-               voices = object:PRGpoly() + 1, keygroups = {} }
+               poly = object:PRGpoly(), keygroups = {} }
   for k = 0, object:PRGkeyGroups() - 1 do
     it.keygroups[k + 1] = {
-      low = object:KGlowKey(k), high = object:KGhighKey(k), tune = object:KGtune(k) / 256,
+      low = object:KGlowKey(k), high = object:KGhighKey(k), tune = object:KGtune(k),
       filter = object:KGfilterFreq(k), zones = zonesOf(object, k, channels),
     }
   end
@@ -50,19 +52,22 @@ end
 
 local function counted(count, one) return ("%d %s%s"):format(count, one, count == 1 and "" or "s") end
 
+-- As edit prints it.
+local function value(method, stored) return values.text(fields.find(method), stored) end
+
 -- The cells of a zone. A stereo sample is one row, that of its left zone.
 local function cellsOf(zone)
   local pair = zone.pair
   return { pair and zone.number .. "+" .. pair.number or tostring(zone.number),
-           zone.low .. "–" .. zone.high, ("%+.2f"):format(zone.tune),
-           pair and ("±%d"):format(-zone.pan) or ("%+d"):format(zone.pan),
+           zone.low .. "–" .. zone.high, value("ZonetuneOffset", zone.tune),
+           pair and ("±%d"):format(-zone.pan) or value("ZonepanOffset", zone.pan),
            stereo.name(zone), text.printable(zone.path) .. (zone.missing and "  (missing)" or "") }
 end
 
 local function shown(path, it)
   local head = ("%s: \"%s\", %s, %s, MIDI channel %s   (C%d = key 60)\n"):format(
     text.printable(path), text.printable(it.name), counted(#it.keygroups, "keygroup"),
-    counted(it.voices, "voice"), it.channel < 0 and "Omni" or tostring(it.channel + 1), notes.middle())
+    value("PRGpoly", it.poly), value("PRGmidiChannel", it.channel), notes.middle())
   local rows = { { "keygroup", "keys", "tune", "filter" } }
   if not options.quiet then
     for _, title in ipairs { "zone", "velocity", "tune", "pan", "channel", "sample" } do
@@ -70,8 +75,8 @@ local function shown(path, it)
     end
   end
   for k, keygroup in ipairs(it.keygroups) do
-    local row = { tostring(k), notes.range(keygroup.low, keygroup.high), ("%+.2f"):format(keygroup.tune),
-                  tostring(keygroup.filter) }
+    local row = { tostring(k), notes.range(keygroup.low, keygroup.high),
+                  value("KGtune", keygroup.tune), value("KGfilterFreq", keygroup.filter) }
     local zones = {}
     for _, zone in ipairs(options.quiet and {} or keygroup.zones) do
       if not zone.isRight then zones[#zones + 1] = zone end
@@ -92,16 +97,16 @@ local function record(path, it, failure)
     local zones = {}
     for i, zone in ipairs(keygroup.zones) do
       zones[i] = json.object("zone", zone.number, "low_velocity", zone.low,
-        "high_velocity", zone.high, "tune", zone.tune, "pan", zone.pan, "sample", zone.path,
+        "high_velocity", zone.high, "tune", zone.tune / 256, "pan", zone.pan, "sample", zone.path,
         "missing", zone.missing, "channel", zone.channel >= 0 and zone.channel + 1 or json.null,
         "stereo_with", zone.pair and zone.pair.number or json.null)
     end
     keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,
       "low_note", notes.name(keygroup.low), "high_note", notes.name(keygroup.high),
-      "tune", keygroup.tune, "filter", keygroup.filter, "zones", json.list(zones))
+      "tune", keygroup.tune / 256, "filter", keygroup.filter, "zones", json.list(zones))
   end
   it = it or {}
-  return json.object("file", path, "error", failure, "name", it.name, "voices", it.voices,
+  return json.object("file", path, "error", failure, "name", it.name, "voices", it.poly and it.poly + 1,
     "midi_channel", it.channel and it.channel >= 0 and it.channel + 1 or json.null,
     "keygroups", json.list(keygroups))
 end

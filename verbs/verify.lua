@@ -5,6 +5,7 @@ local json = require "json"
 local programs = require "programs"
 local samples = require "samples"
 local text = require "text"
+local values = require "values"
 
 local options, files = cli.parse {
   verb = "verify", notes = true, repeats = true, operands = "A B",
@@ -27,10 +28,10 @@ local function compare(field, keygroup, zone, a, b)
   compared = compared + 1
   if a == b then return end
   differences[#differences + 1] = { field = field, keygroup = keygroup, zone = zone,
-                                    fields.shown(field, a), fields.shown(field, b), a = a, b = b }
+                                    values.text(field, a), values.text(field, b), a = a, b = b }
 end
 
-local function plain(name) return { name = name, short = name, family = "PRG" } end
+local function plain(name, method) return { name = name, method = method, family = "PRG" } end
 
 -- Programs --------------------------------------------------------------------------------------
 
@@ -60,7 +61,7 @@ local function compareOrgan(a, b)
       compare(plain(method), 0, 0, a[method](a), b[method](b))
     elseif method:match("^TolmoKG") then
       for k = 0, math.min(a:PRGkeyGroups(), b:PRGkeyGroups()) - 1 do
-        compare({ name = method, short = method, family = "KG" }, k, 0, a[method](a, k), b[method](b, k))
+        compare({ name = method, family = "KG" }, k, 0, a[method](a, k), b[method](b, k))
       end
     end
   end
@@ -130,7 +131,7 @@ local function compareSamples()
   end
   for _, name in ipairs { "channels", "bits", "rate", "frames", "name", "key", "tune", "playback",
                           "first", "last" } do
-    compare(plain(name), 0, 0, facts[1][name], facts[2][name])
+    compare(plain(name, "Sample" .. name), 0, 0, facts[1][name], facts[2][name])
   end
   compare(plain("loops"), 0, 0, #facts[1].loops, #facts[2].loops)
   for i = 1, math.min(#facts[1].loops, #facts[2].loops) do

@@ -199,7 +199,7 @@ TEST_F(Map, StereoFilesBecomePairsOfZones) {
   }
   // The verbs show a pair as one sample.
   const std::string program1 = Quoted("st.zprg");
-  EXPECT_TRUE(Has(Zyl("show " + program1).out, "3+4     42–84  +12.00  ±50  stereo"));
+  EXPECT_TRUE(Has(Zyl("show " + program1).out, "3+4     42–84   12 st  ±50  stereo"));
   EXPECT_TRUE(Has(Zyl("find 50 --velocity 99 " + program1).out,
                   "2   1+2  C-2–C3 (0–60)      85-127  stereo"));
   EXPECT_EQ(Zyl("view " + program1 + " -o " + Quoted("st.svg")).status, 0);

@@ -39,7 +39,7 @@ class ProgramVerbs : public Verbs {
 TEST_F(ProgramVerbs, EditChangesTheGivenKeygroupsAndZones) {
   EXPECT_EQ(Edit("filterFreq=50 --keygroups 1-3,12").status, 0);
   EXPECT_EQ(Edit("filterFreq=-7 --keygroups selected").status, 0);
-  EXPECT_EQ(Edit("KGtune:=-300").status, 0);
+  EXPECT_EQ(Edit("KGtune:=-117.1875ct").status, 0);
   EXPECT_EQ(Edit("panOffset:=-5 --zones 2,4 --keygroups 2").status, 0);
   EXPECT_EQ(Read("KGfilterFreq"),
             (std::vector<int>{50, 43, 50, 99, 92, 99, 99, 99, 99, 99, 99, 50}));
@@ -57,19 +57,26 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
     const char* says;
   } cases[] = {
       {"lowKey=2", 2, "is ambiguous: PRGlowKey or KGlowKey"},
-      {"poly=256", 2, "outside 0 to 255"},
-      {"loudVel=128", 2, "outside -128 to 127"},
+      {"poly=257", 2, "outside 1 voice to 256 voices"},
+      {"filterFreq=150", 2, "outside 0 to 99"},
+      {"filterFreq=300 --raw", 2, "outside 0 to 255"},
+      {"loudVel=128", 2, "outside -50 to 50"},
       {"KGfilterResonance=65536", 2, "outside 0 to 65535"},
       {"name=MoreThanTwelve", 2, "12 bytes"},
-      {"poly=many", 2, "not a whole number"},
+      {"poly=many", 2, "not a number"},
+      {"poly=9.5", 2, "not a whole number of voices"},
+      {"filterFreq=5ct", 2, "not a number without a unit"},
+      {"KGtune=5Hz", 2, "not in st or ct"},
+      {"KGtune=128", 2, "outside -128 st to 127.996 st"},
+      {"KGfilterType=LP", 2, "is not LP2, LP2 R"},
       {"KGSelect=perhaps", 2, "neither on nor off"},
       {"PRGkeyGroups=3", 2, "no field"},
       {"poly=9 highVel=+200", 4, "299 is outside"},
       {"poly=9 filterFreq=2 --keygroups 13", 4, "keygroup 13 is outside 1 to 12"},
       {"poly=9 --keygroups 0", 2, "neither a number from 1"},
-      {"filterFreq=99999999999999999999", 2, "outside 0 to 255"},
-      {"KGhighKey=128", 2, "outside 0 to 127, the keys"},
-      {"lowVel=-200", 4, "outside 0 to 127, the velocities"},
+      {"filterFreq=99999999999999999999", 2, "outside 0 to 99"},
+      {"KGhighKey=128", 2, "outside C-2 (0) to G8 (127)"},
+      {"lowVel=-200", 4, "outside 0 to 127, the range of ZonelowVel"},
       {"KGlowKey=H", 2, "not a note (C3 = 60) or a number"},
       {"poly=9 --zones 1-9", 2, "outside 1 to 4"},
       {"KGlowKey=G8 --keygroups 5 --dry-run", 0, "keygroup 5  E1 (40)  ->  G8 (127)"},
@@ -78,7 +85,7 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
       {"KGlowKey=50 --keygroups 5 --dry-run", 0, "low is above high"},
       {"KGlowKey=C-2 --keygroups 1", 0, "0 values changed"},
       {"poly=9 --dry-run", 0, "not written"},
-      {"poly=15", 0, "0 values changed"},
+      {"poly=16", 0, "0 values changed"},
   };
   for (const auto& it : cases) {
     const Finished run = Edit(it.arguments);
@@ -90,7 +97,45 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
   EXPECT_TRUE(FileBytes(Path("p.zprg")) == before);
   const Program written;
   ASSERT_TRUE(written("Read", Path("q.zprg"), 0).Bool());
-  EXPECT_EQ(written("PRGpoly").Int(), 9);
+  EXPECT_EQ(written("PRGpoly").Int(), 8);
+}
+
+TEST_F(ProgramVerbs, EditReadsAndPrintsUnitsAndNames) {
+  const struct {
+    const char* change;
+    const char* prints;
+    const char* method;
+    int stored;
+  } cases[] = {{"KGtune=+5ct", "0 st  ->  5.1 ct", "KGtune", 13},
+               {"KGtune=-0.5st", "5.1 ct  ->  -44.9 ct", "KGtune", -115},
+               {"KGtune=-1", "-44.9 ct  ->  -1.449 st", "KGtune", -371},
+               {"'KGtune=2 st'", "->  2 st", "KGtune", 512},
+               {"KGtune=7 --raw", "512  ->  7", "KGtune", 7},
+               {"KGfixedRateDetune=3hz", "0 Hz  ->  3 Hz", "KGfixedRateDetune", 3},
+               {"KGfilterType='lp4 r'", "LP2  ->  LP4 R", "KGfilterType", 3},
+               {"KGmuteGroup=4", "Off  ->  4", "KGmuteGroup", 4},
+               {"KGfilterFreq=150 --raw", "99  ->  150", "KGfilterFreq", 150}};
+  for (const auto& it : cases) {
+    const Finished run = Edit(it.change);
+    EXPECT_TRUE(run.status == 0 && Has(run.out, it.prints)) << it.change << run.out;
+    EXPECT_EQ(Read(it.method), std::vector<int>(12, it.stored)) << it.change;
+  }
+  EXPECT_EQ(Edit("poly=20 midiChannel=Omni PRGbendRangeUp=1oct").status, 0);
+  const std::string shown = Zyl("show " + Quoted("p.zprg")).out;
+  EXPECT_TRUE(Has(shown, "20 voices, MIDI channel Omni")) << shown;
+  const Finished texts = Zyl("run " ZYL_SOURCE "/tests/verbs/Units.lua " ZYL_SOURCE, true);
+  EXPECT_EQ(texts.status, 0) << texts.out;
+}
+
+TEST_F(ProgramVerbs, EditKeepsKeysOnTheKeyboard) {
+  const Finished run = Edit("KGlowKey=+50 KGhighKey=+30");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_TRUE(Has(run.out, "KGlowKey of keygroup 9-12 clamped to G8 (127)")) << run.out;
+  EXPECT_TRUE(Has(run.out, "KGhighKey of keygroup 10-12 clamped to G8 (127)")) << run.out;
+  EXPECT_EQ(Read("KGlowKey"),
+            (std::vector<int>{50, 60, 70, 80, 90, 100, 110, 120, 127, 127, 127, 127}));
+  EXPECT_TRUE(Has(Edit("KGlowKey=-1oct PRGlowKey=-1").out, "not a number")) << run.out;
+  EXPECT_TRUE(Has(Edit("KGlowKey=-99").out, "keygroup 1-5 clamped to C-2 (0)")) << run.out;
 }
 
 TEST_F(ProgramVerbs, VerifySeesEachField) {

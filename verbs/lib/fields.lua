@@ -1,9 +1,5 @@
 -- The fields of a program, accessed through script methods: header (PRG), keygroups (KG), zones
--- (Zone). Types and ranges are found by trying values on a scratch program, so they are not
--- repeated here.
-local notes = require "notes"
-local text = require "text"
-
+-- (Zone). Their values are described by values.lua.
 local fields = {}
 
 -- Methods of these families that are not fields: they act, are computed, or duplicate other fields.
@@ -14,15 +10,8 @@ for name in ([[PRGkeyGroups PRGIntValue PRGStringValue PRGtmMidiChannel KGCreate
   NO_FIELDS[name] = true
 end
 local DETUNES = 13
--- Fields with a MIDI key or velocity, by name without the family.
-local MIDI = { lowKey = "keys", highKey = "keys", extTriggerNote = "keys", lowVel = "velocities",
-               highVel = "velocities",
-               key = "keys" }
-local MOST_MIDI = 127
-local LOWEST, HIGHEST = -2147483648, 2147483647  -- range of a method's integer argument
-local LOWS, HIGHS = { LOWEST, -32768, -128, 0 }, { HIGHEST, 65535, 32767, 255, 127 }
 
-local all, scratch
+local all
 
 -- All fields in method table order: method, name (as shown), short (without the family), family,
 -- and for an element of a list its index.
@@ -61,57 +50,6 @@ function fields.write(program, field, value, keygroup, zone)
   else
     call(program, value)
   end
-end
-
--- Whether the field can store the value: a scratch program must return it unchanged.
-local function holds(field, value)
-  if math.type(value) == "integer" and (value < LOWEST or value > HIGHEST) then return false end
-  if not scratch then
-    scratch = host.new("ZylSProgram")
-    scratch:Create(host.null)
-  end
-  fields.write(scratch, field, value, 0, 0)
-  return fields.read(scratch, field, 0, 0) == value
-end
-
--- "integer", "boolean" or "string".
-function fields.kind(field)
-  holds(field, nil)
-  local value = fields.read(scratch, field, 0, 0)
-  return math.type(value) or type(value)
-end
-
--- Whether the value of the field is a key.
-function fields.isKey(field) return MIDI[field.short] == "keys" end
-
--- A value for display.
-function fields.shown(field, value)
-  if value == nil then return "-" end
-  if type(value) == "string" then return '"' .. text.printable(value) .. '"' end
-  return fields.isKey(field) and notes.label(value) or tostring(value)
-end
-
--- nil if the value is valid for the field, otherwise the reason. `shown` is the value as it was
--- typed.
-function fields.whyNot(field, value, shown)
-  local midi = MIDI[field.short]
-  if midi and (value < 0 or value > MOST_MIDI) then
-    return ("%s is outside 0 to %d, the %s that %s takes"):format(shown or value, MOST_MIDI, midi,
-                                                                   field.name)
-  end
-  if holds(field, value) then return nil end
-  if type(value) == "string" then return field.name .. " takes at most 12 bytes" end
-  local low, high
-  for _, limit in ipairs(LOWS) do
-    if not low and holds(field, limit) then low = limit end
-  end
-  for _, limit in ipairs(HIGHS) do
-    if not high and holds(field, limit) then high = limit end
-  end
-  if not low or not high or value >= low and value <= high then
-    return ("%s does not take %s"):format(field.name, value)
-  end
-  return ("%s is outside %d to %d, the range of %s"):format(shown or value, low, high, field.name)
 end
 
 -- Finds a field by name, with or without its family, ignoring case; `family` decides between
