@@ -7,7 +7,7 @@ local folders, notes = require "folders", require "notes"
 local samples = require "samples"
 
 if not arg[2] then error("usage: zyl run automap.lua FOLDER PROGRAM", 0) end
-local files = folders.sounds(arg[1])
+local files = folders.files(arg[1], "sounds")
 local program = host.new("ZylSProgram")
 
 -- The tracks are computed in parallel, one file per core; `done` is called as each one is finished.

@@ -12,7 +12,7 @@ local WIDTH, HEIGHT, LEFT, MIDDLE, REACH = 900, 300, 50, 150, 50
 local INK, RULE, DOT = 0x24292F, 0xE3E7EB, 0xC2410C
 local surface = host.picture(arg[2], { width = WIDTH, height = HEIGHT })
 
-local files = folders.sounds(arg[1])
+local files = folders.files(arg[1], "sounds")
 local program = host.new("ZylSProgram")
 
 local report = {}

@@ -4,11 +4,13 @@ local fields = require "fields"
 local journal = require "journal"
 local json = require "json"
 local programs = require "programs"
+local selection = require "selection"
 local text = require "text"
 local values = require "values"
 
 local options, words = cli.parse {
-  verb = "edit", notes = true, repeats = true, operands = "PROGRAM… KEY=VALUE…",
+  verb = "edit", notes = true, repeats = true, folders = "programs", mixed = true,
+  operands = "PROGRAM|FOLDER… KEY=VALUE…",
   about = "Sets fields of programs and prints the changes. A program is written only if all\n"
        .. "changes are possible.",
   options = {
@@ -34,28 +36,8 @@ local options, words = cli.parse {
       .. "semitones: KGtune=+5ct, KGtune=-0.5st and KGtune=-0.5 are changes of 5 and 50 cents.",
 }
 
--- Parses "1-8,12" to a list of indexes from 0; `most` is the highest number.
-local function numbers(option, list, most)
-  local chosen = {}
-  for part in (list .. ","):gmatch("(.-),") do
-    local first, last = part:match("^(%d+)%-(%d+)$")
-    first = tonumber(first or part:match("^%d+$"))
-    last = tonumber(last) or first
-    if not first or first < 1 or last < first then
-      cli.usage(("--%s: '%s' is neither a number from 1 nor a range"):format(option, part))
-    elseif last > most then
-      cli.usage(("--%s: '%s' is outside 1 to %d"):format(option, part, most))
-    end
-    for i = first, last do chosen[#chosen + 1] = i - 1 end
-  end
-  return chosen
-end
-
-local MOST_KEYGROUPS = 65536
-local which = options.keygroups or "all"
-local listed = which ~= "all" and which ~= "selected" and numbers("keygroups", which, MOST_KEYGROUPS)
-               or nil
-local zones = options.zones and options.zones ~= "all" and numbers("zones", options.zones, 4)
+local chosen = selection.keygroups("--keygroups", options.keygroups or "all")
+local zones = options.zones and options.zones ~= "all" and selection.numbers("--zones", options.zones, programs.ZONES)
               or { 0, 1, 2, 3 }
 local family = options.zones and "Zone" or options.keygroups and "KG" or nil
 
@@ -88,28 +70,12 @@ for _, word in ipairs(words) do
   end
 end
 if #paths == 0 then cli.usage("no PROGRAM given") end
+paths = cli.withoutFolders(paths)
 if #changes == 0 then cli.usage("no KEY=VALUE given") end
 if options.output then
   if #paths > 1 then cli.usage("-o FILE takes one PROGRAM") end
   local obstacle = programs.whyNotReplaceable(options.output)
   if obstacle then cli.usage(options.output .. ": " .. obstacle) end
-end
-
-local function addressed(program)
-  local count, chosen = program:PRGkeyGroups(), {}
-  if listed then
-    for _, k in ipairs(listed) do
-      if k >= count then
-        error(("--keygroups %s: keygroup %d is outside 1 to %d"):format(which, k + 1, count), 0)
-      end
-    end
-    return listed
-  end
-  for k = 0, count - 1 do
-    if which == "all" or program:KGSelect(k) then chosen[#chosen + 1] = k end
-  end
-  if which == "selected" and #chosen == 0 then error("no keygroup is selected", 0) end
-  return chosen
 end
 
 -- Applies a change to one keygroup or zone and returns the difference, or nil if there is none.
@@ -155,7 +121,7 @@ end
 local function edit(path)
   local program, reason = programs.open(path)
   if not program then error(reason, 0) end
-  local done, clamped, keygroups = {}, {}, addressed(program)
+  local done, clamped, keygroups = {}, {}, chosen(program)
   for _, change in ipairs(changes) do
     local one = change.field.family == "PRG"
     for _, k in ipairs(one and { 0 } or keygroups) do

@@ -8,7 +8,7 @@ local stereo = require "stereo"
 local text = require "text"
 
 local options, words = cli.parse {
-  verb = "find", notes = true, operands = "KEY PROGRAM…", repeats = true,
+  verb = "find", notes = true, folders = "programs", mixed = true, operands = "KEY PROGRAM|FOLDER…", repeats = true,
   about = "Lists the keygroups, zones and samples of programs that play a key: a note (C#3, Bb2, C-2;\n"
        .. "C3 is key 60 unless --octave says otherwise) or a number from 0 to 127.",
   options = {
@@ -20,8 +20,8 @@ local options, words = cli.parse {
 }
 local key = notes.key(words[1])
 if not key then cli.usage("'" .. words[1] .. "' is not " .. notes.accepted()) end
-local files = table.move(words, 2, #words, 1, {})
-if #files == 0 then cli.usage("no PROGRAM given") end
+if #words < 2 then cli.usage("no PROGRAM given") end
+local files = cli.withoutFolders(table.move(words, 2, #words, 1, {}))
 
 -- The zones that play the key: { keygroup and zone from 0, low and high key and velocity, path, pan,
 -- channel }, with the pairs of stereo.lua.

@@ -9,7 +9,7 @@ local soundfile = require "soundfile"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "loops", folders = true,
+  verb = "loops", folders = "sounds",
   about = "Finds loops in sample files and ranks them by how well they join, by how steady level and\n"
        .. "timbre are, and by length.",
   options = {

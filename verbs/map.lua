@@ -17,7 +17,7 @@ local values = require "values"
 local CONSTANT, TO_THE_END = 1, 4    -- constantPitch and playbacktype of a drum
 
 local options, files = cli.parse {
-  verb = "map", notes = true, folders = true, operands = "FOLDER|FILE… -o PROGRAM",
+  verb = "map", notes = true, folders = "sounds", operands = "FOLDER|FILE… -o PROGRAM",
   about = "Builds a multisampled program from recordings: one keygroup per root key, with its\n"
        .. "velocity layers, or several if four zones are too few. Key ranges meet half-way between\n"
        .. "neighbouring roots. A stereo file becomes two zones, left and right.",

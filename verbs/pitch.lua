@@ -12,7 +12,7 @@ local BLOCK = 128          -- frames per value of a track
 local WINDOW = 4096        -- frames needed for a value
 
 local options, files = cli.parse {
-  verb = "pitch", notes = true, folders = true,
+  verb = "pitch", notes = true, folders = "sounds",
   about = "Finds the pitch of sample files and prints the root key (the note nearest to the median\n"
        .. "pitch), the deviation in cents, the share of the file that has a pitch, and the spread (half\n"
        .. "the distance between the 16th and the 84th percentile, in cents).",

@@ -6,7 +6,7 @@ local samples = require "samples"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "sample", notes = true, folders = true,
+  verb = "sample", notes = true, folders = "sounds",
   about = "Shows format, length, key, tuning, loops and chunks of sample files. Positions are frames\n"
        .. "from 0; the end of a loop is its last frame.",
   options = { { name = "json", help = "print a JSON list, one object per file" } },

@@ -10,7 +10,7 @@ local text = require "text"
 local values = require "values"
 
 local options, files = cli.parse {
-  verb = "show", notes = true,
+  verb = "show", notes = true, folders = "programs",
   about = "Prints programs as tables: keygroups with key ranges, zones with velocities and samples.",
   options = {
     { name = "quiet", help = "omit the zones" },

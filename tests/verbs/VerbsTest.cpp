@@ -47,6 +47,17 @@ TEST_F(Verbs, FoldersExpandToTheirSoundFiles) {
   EXPECT_LT(run.out.find("a.WAV"), run.out.find("b.wav"));
   EXPECT_EQ(run.out.find("b.wav"), run.out.rfind("b.wav")) << run.out;
   EXPECT_FALSE(Has(run.out, "txt") || Has(run.out, "c.wav")) << run.out;
+  EXPECT_TRUE(Has(Zyl("sample -r " + Quoted("in a folder")).out, "deeper/c.wav"));
+  const Program program;
+  program.Make(1);
+  for (const char* name : {"in a folder/x.zprg", "in a folder/deeper/any name"}) {
+    ASSERT_TRUE(program("Write", Path(name)).Bool());
+  }
+  EXPECT_EQ(Zyl("edit poly=3 " + Quoted("in a folder")).status, 0);
+  const std::string found = Zyl("find -r 60 " + Quoted("in a folder") + " --json").out;
+  EXPECT_TRUE(Has(found, "x.zprg") && Has(found, "any name") && !Has(found, "wav")) << found;
+  EXPECT_TRUE(Has(Zyl("show -r " + Quoted("in a folder") + " --quiet").out, "4 voices"));
+  EXPECT_EQ(Zyl("show " + Quoted("in a folder/deeper/none")).status, 4);
 }
 
 TEST_F(Verbs, LoopsFindsAPerfectJoinAndStoresIt) {

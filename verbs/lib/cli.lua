@@ -10,6 +10,7 @@ local progress = require "progress"
 local CLOSED_PIPE = 32  -- EPIPE
 local cli = { FAILED = 4, USAGE = 2 }
 local verb, anyFailed, quiet, answers = "zyl", false, false, false
+local searched = {}         -- what folders stand for: kind and recursive
 
 local function say(text)
   progress.hide()
@@ -30,7 +31,7 @@ local function shown(option)
 end
 
 local function help(form)
-  local operands = form.operands or form.folders and "FILE|FOLDER…" or "FILE…"
+  local operands = form.operands or form.folders == "programs" and "PROGRAM|FOLDER…" or form.folders and "FILE|FOLDER…" or "FILE…"
   io.write("zyl ", form.verb, " [OPTION…] ", operands, "\n\n", form.about, "\n\n")
   local rows, width = {}, 0
   for _, option in ipairs(form.options) do width = math.max(width, #shown(option)) end
@@ -61,7 +62,7 @@ local function valueOf(option, text)
   return number
 end
 
--- Replaces folders with their sound files and removes duplicates.
+-- Replaces folders with the files of the kind in them, and removes duplicates.
 local function withoutFolders(words)
   local files, seen = {}, {}
   local function add(file)
@@ -70,15 +71,18 @@ local function withoutFolders(words)
   end
   for _, word in ipairs(words) do
     if disk.isFolder(word) then
-      local inside = folders.sounds(word)
+      local inside = folders.files(word, searched.kind, searched.recursive)
       for _, file in ipairs(inside) do add(file) end
-      if #inside == 0 then cli.failed(word, "no sound file in this folder") end
+      if #inside == 0 then
+        cli.failed(word, ("no %s in this folder"):format(searched.kind == "sounds" and "sound file" or "program"))
+      end
     else
       add(word)
     end
   end
   return files
 end
+cli.withoutFolders = withoutFolders
 
 -- Parses the global `arg` and returns the options by name and the list of files without duplicates.
 -- Exits after --help and on a wrong command line. Fields of `form`:
@@ -86,7 +90,8 @@ end
 --   options       list of { name, help }, and, except for flags, kind ("integer", "number", "text"),
 --                 value (its name in the help), low, high, default; optionally short (a letter)
 --   answers       the verb may return exit status 1 as a result
---   folders       replace folders with their sound files
+--   folders       "sounds" or "programs": replace folders with these files; adds the option --recursive
+--   mixed         not all words are files: the verb calls cli.withoutFolders
 --   repeats       keep duplicates
 --   notes         the verb prints or parses notes: adds the option --octave
 --   optional      operands may be missing
@@ -99,6 +104,9 @@ function cli.parse(form)
     table.insert(form.options, { name = "octave", kind = "integer", value = "N",
       low = notes.LOWEST_MIDDLE, high = notes.HIGHEST_MIDDLE,
       help = "octave of key 60 in note names: with 4, C4 is key 60\n(default: ZYL_MIDDLE_C, or 3 as in the editor)" })
+  end
+  if form.folders then
+    table.insert(form.options, { name = "recursive", short = "r", help = "search the subfolders of folders too" })
   end
   if not byName.quiet then
     table.insert(form.options, { name = "quiet", help = "print only failures and warnings, no notes and no progress" })
@@ -114,7 +122,7 @@ function cli.parse(form)
     local word = arg[i]
     if not onlyFiles and word == "--" then
       onlyFiles = true
-    elseif not onlyFiles and word:sub(1, 1) == "-" and word ~= "-" then
+    elseif not onlyFiles and word:match("^%-.") and not word:match("^%-%d+$") then
       local name, joined = word:match("^%-%-([%w-]+)=(.*)$")
       name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
       local option = byName[name or word]
@@ -146,7 +154,8 @@ function cli.parse(form)
   quiet = options.quiet == true
   if quiet then progress.forbid() end
   if #files == 0 and not form.optional then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
-  return options, form.folders and withoutFolders(files) or files
+  searched = { kind = form.folders == "programs" and "programs" or "sounds", recursive = options.recursive }
+  return options, form.folders and not form.mixed and withoutFolders(files) or files
 end
 
 -- Reports why a file failed; the batch continues and ends with status 4.

@@ -1,4 +1,4 @@
--- The sound files of folders.
+-- Sound files and programs in folders.
 local folders = {}
 
 -- Extensions of the formats that the module reads.
@@ -9,17 +9,26 @@ end
 
 function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
 
--- The sound files of a folder without its subfolders, sorted by name.
-function folders.sounds(folder)
+local function isSound(path) return SOUNDS[path:lower():match("%.([^./]+)$") or ""] == true end
+
+-- A program file may have any name, so its content decides.
+local function isProgram(path)
+  return not isSound(path) and require "programs".isProgram(path) == true
+end
+
+local KINDS = { sounds = isSound, programs = isProgram }
+
+-- The "sounds" or "programs" in a folder, sorted by name, without hidden ones. `recursive` includes
+-- its subfolders.
+function folders.files(folder, kind, recursive)
   local start = folder:gsub("/+$", "")
   if start == "" then start = "/" end
   local shown = start:sub(1, 1) == "-" and "./" .. start or start
-  local list = io.popen("find -L " .. folders.quoted(shown)
-                        .. " -maxdepth 1 -type f ! -name '.*' -print0 2>/dev/null")
+  local list = io.popen(("find -L %s -mindepth 1 %s -name '.*' -prune -o -type f -print0 2>/dev/null"):format(
+                        folders.quoted(shown), recursive and "" or "-maxdepth 1"))
   local found = {}
   for path in (list and list:read("a") or ""):gmatch("[^\0]+") do
-    local extension = path:lower():match("%.([^./]+)$")
-    if SOUNDS[extension] then found[#found + 1] = path end
+    if KINDS[kind](path) then found[#found + 1] = path end
   end
   if list then list:close() end
   table.sort(found)
