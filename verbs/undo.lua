@@ -74,7 +74,7 @@ local function list()
   if options.json then
     printer.close()
   elseif #rows > 1 then
-    io.write(text.columns(rows, { [4] = true, [5] = true }))
+    io.write(text.columns(rows, { true, false, false, true, true }))
   else
     cli.note("journal", "there is nothing to undo")
   end

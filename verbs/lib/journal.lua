@@ -5,7 +5,8 @@
 -- write(...) and returns its results; or journal.keep(path) directly before the file is written,
 -- created or removed. journal.move(from, to) renames a file. A verb that replaces the files of its
 -- command line calls journal.expect(files) before the first one, so that the user learns in time if
--- they do not fit. cli.finish ends the batch. Nothing is stored unless a file is kept.
+-- they do not fit. journal.all(body) takes back what body has written if it raises an error. cli.finish
+-- ends the batch. Nothing is stored unless a file is kept.
 --
 -- Each batch is a folder, numbered from 1, below ROOT:
 --   head    format, time, process, folder, verb and arguments
@@ -29,6 +30,7 @@ local MOST_TRIES = 1000       -- to find a free number
 
 local batch                   -- the open batch, nil before the first file
 local off = false             -- whether nothing more is kept
+local within                  -- in journal.all: the root to use; the limit does not apply
 
 local function cli() return require "cli" end  -- cli requires this module
 
@@ -203,7 +205,7 @@ end
 
 -- Creates the folder of the batch. Its head is complete before it gets its number.
 local function begin()
-  local root = journal.root()
+  local root = within or journal.root()
   if not root then
     off = true
     cli().note("undo", "neither XDG_STATE_HOME nor HOME is set: this cannot be undone")
@@ -222,7 +224,7 @@ local function begin()
     for number = first, first + MOST_TRIES do
       if os.rename(folder, root .. "/" .. number) then
         batch = { number = number, root = root, folder = root .. "/" .. number, count = 0, bytes = 0,
-                  roomFor = 0, byPath = {} }
+                  roomFor = 0, byPath = {}, entries = {} }
         return true
       end
     end
@@ -241,6 +243,10 @@ end
 
 -- Whether `bytes` more may be kept.
 local function fits(bytes)
+  if within then
+    batch.bytes = batch.bytes + bytes
+    return true
+  end
   if batch.bytes + bytes > limit() then return false end
   if batch.bytes + bytes > batch.roomFor then
     -- Look ahead, so that the folder is not listed for every file.
@@ -272,7 +278,7 @@ end
 -- Keeps a file that is about to be written, created or removed.
 function journal.keep(path)
   settle()
-  if off or limit() == 0 then return end
+  if off or not within and limit() == 0 then return end
   local real = host.absolutePath(path) or path
   local info = host.fileInfo(real)
   if info and info.type ~= "file" or not batch and not begin() then return end
@@ -294,6 +300,7 @@ function journal.keep(path)
       return disable(("%s cannot be kept (%s): from here on the batch cannot be undone"):format(path, reason))
     end
     batch.byPath[real] = entry
+    batch.entries[#batch.entries + 1] = entry
   end
   batch.pending = entry
 end
@@ -310,16 +317,77 @@ end
 function journal.move(from, to)
   if host.fileType(to) then return nil, to .. " exists" end
   from, to = host.absolutePath(from) or from, host.absolutePath(to) or to
-  if not off and limit() > 0 then
-    settle()
-    if batch or begin() then
-      batch.count = batch.count + 1
-      batch.byPath[from], batch.byPath[to], batch.changed = nil, nil, true
-      record(true, "move", batch.count, from, to)
-    end
+  settle()
+  local kept = not off and (within or limit() > 0) and (batch or begin())
+  if kept then
+    batch.count = batch.count + 1
+    record(true, "move", batch.count, from, to)
   end
   local moved, reason = os.rename(from, to)
+  if kept and moved then
+    batch.byPath[from], batch.byPath[to], batch.changed = nil, nil, true
+    batch.entries[#batch.entries + 1] = { id = batch.count, from = from, to = to }
+  elseif kept then
+    record(false, "same", batch.count)
+  end
   return moved, reason and reason:gsub("^.*: ", "")
+end
+
+local function revert(first)
+  settle()
+  for _ = first, #batch.entries do
+    local entry = table.remove(batch.entries)
+    local done
+    if entry.from then
+      done = os.rename(entry.to, entry.from)
+    elseif not entry.done then
+      done = true
+    elseif entry.info then
+      done = host.copyFile(entry.old, entry.path)
+    else
+      done = os.remove(entry.path)
+    end
+    if done then
+      record(false, "same", entry.id)
+      batch.byPath[entry.path or ""] = nil
+    else
+      cli().warn(entry.path or entry.to, "could not be restored after the failure")
+    end
+  end
+  batch.changed = #batch.entries > 0
+end
+
+local function remove(folder) os.execute("rm -rf " .. folders.quoted(folder)) end
+
+-- Calls body(...). If it raises an error, restores all files that it has written, and raises the error
+-- again. Works without a journal too, with copies in the temporary folder.
+function journal.all(body, ...)
+  settle()
+  local outer, wasOff = batch, off
+  local temporary = off or limit() == 0 or not journal.root()
+  if temporary then
+    batch, off = nil, false
+    within = ("%s/zyl-%s"):format(os.getenv("TMPDIR") or "/tmp", process("self"))
+  else
+    within = journal.root()
+  end
+  local first = 1
+  if batch then first, batch.byPath = #batch.entries + 1, {} end
+  local results = table.pack(pcall(body, ...))
+  if not results[1] and batch then revert(first) end
+  settle()
+  if temporary then
+    remove(within)
+    batch, off = outer, wasOff
+  elseif batch and batch.bytes > limit() then
+    remove(batch.folder)
+    batch = nil
+    disable(("the batch exceeds the journal's limit of %s (ZYL_UNDO_LIMIT): it cannot be undone"):format(
+            journal.bytes(limit())))
+  end
+  within = nil
+  if not results[1] then error(results[2], 0) end
+  return table.unpack(results, 2, results.n)
 end
 
 -- Tells the user now if the files together exceed the limit; nothing is kept then.
@@ -338,7 +406,7 @@ function journal.close()
   if batch and batch.changed then
     record(false, "end")
   elseif batch then
-    os.execute("rm -rf " .. folders.quoted(batch.folder))
+    remove(batch.folder)
   end
   batch, off = nil, true
 end

@@ -76,6 +76,18 @@ function programs.read(path, withSounds)
   return program
 end
 
+-- Inserts a copy of a keygroup of another program, with its zones, at an index from 0.
+function programs.insert(program, index, other, keygroup)
+  local before = program:PRGkeyGroups()
+  program:KGCreate(index, other, keygroup)
+  if program:PRGkeyGroups() ~= before + 1 then error(("a program has at most %d keygroups"):format(before), 0) end
+end
+
+-- Appends copies of the keygroups first to last of another program.
+function programs.append(program, other, first, last)
+  for k = first, last do programs.insert(program, program:PRGkeyGroups(), other, k) end
+end
+
 -- Writes the program, with relative and absolute paths, without its samples, and keeps the old file
 -- for `zyl undo`.
 function programs.write(program, path)
