@@ -1,18 +1,46 @@
 -- zyl sample: shows format, key, loops and chunks of sample files.
 local cli = require "cli"
+local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local samples = require "samples"
+local settings = require "samplesettings"
+local soundfile = require "soundfile"
 local text = require "text"
 
 local options, files = cli.parse {
   verb = "sample", notes = true, folders = "sounds",
   about = "Shows format, length, key, tuning, loops and chunks of sample files. Positions are frames\n"
-       .. "from 0; the end of a loop is its last frame.",
-  options = { { name = "json", help = "print a JSON list, one object per file" } },
+       .. "from 0; the end of a loop is its last frame. With --set changes key, tuning, loops, name and\n"
+       .. "the range that is played.",
+  options = {
+    { name = "set", kind = "text", value = "FIELD=VALUE...", many = true,
+      help = "change fields of the files: name, key, tune, playback, start,\nend, loops" },
+    { name = "dry-run", help = "with --set: print the changes, but write nothing" },
+    { name = "json", help = "print a JSON list, one object per file" },
+  },
+  -- FIELD=VALUE after --set, unless there is a file of that name.
+  takes = function(word, options)
+    if not options.set or not settings.isSetting(word) or host.fileType(word) then return false end
+    table.insert(options.set, word)
+    return true
+  end,
+  more = "VALUE is typed as it is printed:\n\n"
+      .. "  key=C3, key=+12            a note or key number\n"
+      .. "  tune=5.1ct, tune=-0.5st    cents or semitones, in which a number without a unit is\n"
+      .. "  playback=\"No loops\"        or Loop Rel, Loop >Rel, To end\n"
+      .. "  start=100, end=1.5s        frames, s or ms\n"
+      .. "  loops=1000-2000x3,3s-4s    START-END of each loop, and how often it is repeated; or none\n"
+      .. "  name=TEXT\n\n"
+      .. "FIELD=+5 and FIELD=-5 increase and decrease a number, FIELD:=-5 sets a negative one.",
 }
-
-local PLAYBACK = { [0] = "loop through release", "loop until release", "no loop", "to the end" }
+local given = {}
+for i, word in ipairs(options.set or {}) do
+  local reason
+  given[i], reason = settings.parse(word)
+  if not given[i] then cli.usage(reason) end
+end
+if options["dry-run"] and not options.set then cli.usage("--dry-run needs --set") end
 
 local function seconds(frames, rate) return rate > 0 and frames / rate or 0 end
 
@@ -37,8 +65,8 @@ local function shown(path, found, it)
       add("played", it.first .. " to " .. it.last)
     end
     add("root key", notes.label(it.key))
-    add("tuning", ("%+.1f cents"):format(it.tune / 2.56))
-    add("playback", PLAYBACK[it.playback] or tostring(it.playback))
+    add("tuning", settings.tune(it.tune))
+    add("playback", settings.playback(it.playback))
     if #it.loops == 0 then add("loops", "none") end
     for i, loop in ipairs(it.loops) do
       local length = loop.last - loop.first + 1
@@ -53,15 +81,19 @@ local function shown(path, found, it)
   return text.printable(path) .. "\n" .. text.columns(rows, { true, true }, "  ")
 end
 
+local function loopList(loops)
+  local list = {}
+  for i, loop in ipairs(loops) do
+    list[i] = json.object("start", loop.first, "end", loop.last, "length", loop.last - loop.first + 1,
+                          "fraction", loop.fraction, "times", loop.times)
+  end
+  return json.list(list)
+end
+
 local function record(path, found, it, failure)
-  local chunks, loops = {}, {}
+  local chunks = {}
   for i, chunk in ipairs(found and found.chunks or {}) do
     chunks[i] = json.object("id", chunk.id, "size", chunk.size, "declared", chunk.declared)
-  end
-  for i, loop in ipairs(it and it.loops or {}) do
-    loops[i] = json.object("start", loop.first, "end", loop.last,
-                           "length", loop.last - loop.first + 1, "fraction", loop.fraction,
-                           "times", loop.times)
   end
   local outside = { "format", found and found.form, "encoding", found and found.encoding,
                     "problem", found and found.problem, "chunks", json.list(chunks) }
@@ -70,28 +102,74 @@ local function record(path, found, it, failure)
     "bits", it.bits, "frames", it.frames, "seconds", it.rate and seconds(it.frames, it.rate),
     "start", it.first, "end", it.last, "key", it.key, "note", it.key and notes.name(it.key),
     "cents", it.tune and it.tune / 2.56, "tune", it.tune, "playback", it.playback,
-    "loops", json.list(loops), table.unpack(outside, 1, 8))
+    "loops", loopList(it.loops or {}), table.unpack(outside, 1, 8))
 end
 
 local program = host.new("ZylSProgram")
-local printer = cli.printer(options.json)
-for i, path in ipairs(files) do
-  local sample, found, outside = cli.try(samples.open, program, path)
-  local it, failure
-  if sample then
-    it, failure = cli.try(samples.facts, program, sample)
-    samples.close(program, sample)
-  else
-    failure, found = found, outside
+
+-- Changes an open sample and writes its file. Returns the differences and whether it was written.
+local function change(path, sample, found)
+  local it = samples.facts(program, sample)
+  local new, clamped = settings.applied(given, it)
+  local differences = settings.differences(it, new)
+  local obstacle = soundfile.whyNotWritable(path, found)
+  if obstacle then error(obstacle, 0) end
+  for _, name in ipairs(clamped) do
+    cli.note(path, ("%s clamped to %s"):format(name, settings.text(name, new[name])))
   end
-  if failure then cli.failed(path, failure) end
-  if options.json then
-    printer.result(i, record(path, found, it, failure))
-  else
-    -- For files that are not sound files, only the message is printed.
-    local something = it or found and #found.chunks > 0
-    printer.result(i, something and shown(path, found, it) or nil)
-  end
+  settings.store(program, sample, differences)
+  local writes = not options["dry-run"] and #differences > 0
+  if writes and not samples.write(program, sample) then error("could not be written", 0) end
+  return differences, writes
 end
+
+local function changesText(path, differences, written)
+  local rows = {}
+  for i, it in ipairs(differences) do rows[i] = { it.name, it.oldText, "->", it.newText } end
+  return (#rows > 0 and text.columns(rows, { true, false, true, true }) or "")
+         .. ("%s: %d value%s changed%s\n"):format(text.printable(path), #rows, #rows == 1 and "" or "s",
+                                                 written and "" or ", not written")
+end
+
+local function changesRecord(path, differences, written, failure)
+  local list = {}
+  for i, it in ipairs(differences or {}) do
+    local isLoops = it.name == "loops"
+    list[i] = json.object("field", it.name, "old", isLoops and loopList(it.old) or it.old,
+      "new", isLoops and loopList(it.new) or it.new, "old_text", it.oldText, "new_text", it.newText)
+  end
+  return json.object("file", path, "error", failure, "changes", json.list(list), "written", written == true)
+end
+
+-- Opens a file and returns the results of use(path, sample, found), and what soundfile.inspect found;
+-- on failure nil, the reason and that.
+local function with(path, use)
+  local sample, found, outside = cli.try(samples.open, program, path)
+  if not sample then return nil, found, outside end
+  local result, second = cli.try(use, path, sample, found)
+  samples.close(program, sample)
+  return result, second, found
+end
+
+local function show(path)
+  local it, failure, found = with(path, function(_, sample) return samples.facts(program, sample) end)
+  if failure then cli.failed(path, failure) end
+  if options.json then return record(path, found, it, failure) end
+  -- For files that are not sound files, only the message is printed.
+  local something = it or found and #found.chunks > 0
+  return something and shown(path, found, it) or nil
+end
+
+local function set(path)
+  local differences, written = with(path, change)
+  local failure = not differences and written or nil
+  if failure then cli.failed(path, failure .. ": not changed") end
+  if options.json then return changesRecord(path, differences, not failure and written, failure) end
+  return differences and changesText(path, differences, written) or nil
+end
+
+if options.set and not options["dry-run"] then journal.expect(files) end
+local printer = cli.printer(options.json)
+for i, path in ipairs(files) do printer.result(i, (options.set and set or show)(path)) end
 printer.close()
 cli.finish()

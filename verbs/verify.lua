@@ -2,8 +2,10 @@
 local cli = require "cli"
 local fields = require "fields"
 local json = require "json"
+local notes = require "notes"
 local programs = require "programs"
 local samples = require "samples"
+local settings = require "samplesettings"
 local text = require "text"
 local values = require "values"
 
@@ -27,11 +29,13 @@ end
 local function compare(field, keygroup, zone, a, b)
   compared = compared + 1
   if a == b then return end
+  local function shown(v) return v ~= nil and field.text and field.text(v) or values.text(field, v) end
   differences[#differences + 1] = { field = field, keygroup = keygroup, zone = zone,
-                                    values.text(field, a), values.text(field, b), a = a, b = b }
+                                    shown(a), shown(b), a = a, b = b }
 end
 
-local function plain(name, method) return { name = name, method = method, family = "PRG" } end
+-- A value that is not a field of programs; `text` formats it.
+local function plain(name, text_) return { name = name, text = text_, family = "PRG" } end
 
 -- Programs --------------------------------------------------------------------------------------
 
@@ -122,6 +126,8 @@ local function compareSound(program, open, facts)
   end
 end
 
+local SAMPLE_TEXTS = { key = notes.label, tune = settings.tune, playback = settings.playback }
+
 local function compareSamples()
   local program, open, facts = host.new("ZylSProgram"), {}, {}
   for i, path in ipairs(files) do
@@ -131,7 +137,7 @@ local function compareSamples()
   end
   for _, name in ipairs { "channels", "bits", "rate", "frames", "name", "key", "tune", "playback",
                           "first", "last" } do
-    compare(plain(name, "Sample" .. name), 0, 0, facts[1][name], facts[2][name])
+    compare(plain(name, SAMPLE_TEXTS[name]), 0, 0, facts[1][name], facts[2][name])
   end
   compare(plain("loops"), 0, 0, #facts[1].loops, #facts[2].loops)
   for i = 1, math.min(#facts[1].loops, #facts[2].loops) do

@@ -185,6 +185,59 @@ TEST_F(Verbs, ShowAndViewPrintAndDrawAProgram) {
   EXPECT_FALSE(std::filesystem::exists(Path("q.png")));
 }
 
+TEST_F(Verbs, SampleSetsFieldsOfFiles) {
+  const std::string wave = Tone("a.wav", 220);
+  const std::string aiff = Quoted("b.aiff");
+  Zyl("eval 'local p = host.new(\"ZylSProgram\"); local s = p:ReadTempSample(arg[1], -1); "
+      "p:SampleWrite(s, arg[2])' " +
+      wave + " " + aiff);
+  const std::string before = FileBytes(Path("a.wav"));
+  const struct {
+    const char* settings;
+    int status;
+    const char* says;
+  } cases[] = {{"key=H9", 2, "is not a note (C3 = 60)"},
+               {"tune=5Hz", 2, "not in st or ct"},
+               {"tune=200", 2, "outside -127.996 st"},
+               {"playback=loud", 2, "is not Loop Rel"},
+               {"loops=100", 2, "is not START-END"},
+               {"kee=60", 2, "did you mean \"key\""},
+               {"name=$'a\tb'", 2, "control character"},
+               {"key=60 loops=0-44100", 4, "loop 1 end: frame 44100 is outside 0 to 44099"},
+               {"loops=9-8", 4, "loop 1 start: frame 9 is outside 0 to 8"},
+               {"start=1.1s", 4, "start: frame 48510 is outside"},
+               {"loops=1-2,1-2,1-2,1-2,1-2,1-2,1-2,1-2,1-2x3", 4, "only the first 8"},
+               {"key=+70", 0, "key clamped to G8 (127)"},
+               {"key=A2 --dry-run", 0, "C3 (60)  ->  A2 (57)"},
+               {"playback='no loops'", 0, "0 values changed"}};
+  for (const auto& it : cases) {
+    const std::string line =
+        std::string("sample --set ") + it.settings + (it.status == 0 ? " --dry-run " : " ") + wave;
+    std::ofstream(Path("line.sh")) << ZYL_PROGRAM " " << line;
+    const Finished run = Shell("bash " + Quoted("line.sh"), true);
+    EXPECT_EQ(run.status, it.status) << it.settings << run.out;
+    EXPECT_TRUE(Has(run.out, it.says)) << it.settings << run.out;
+    EXPECT_TRUE(FileBytes(Path("a.wav")) == before) << it.settings;
+  }
+  const std::string all =
+      "sample --json --set key=A2 tune=-0.5st name=Tone 'loops=1000-2000+.25x3,0.5s-900ms' "
+      "start=100 "
+      "end:=0.95s ";
+  for (const std::string& file : {wave, aiff}) {
+    const Finished set = Zyl(all + file, true);
+    EXPECT_EQ(set.status, 0) << set.out;
+    EXPECT_TRUE(Has(set.out, "\"new_text\": \"-50 ct\"")) << set.out;
+    const Finished shown = Zyl("sample " + file);
+    for (const char* part :
+         {"Tone", "100 to 41895", "A2 (57)", "-50 ct", "Loop Rel",
+          "1000 to 2000, 1001 frames, 0.0227 s, 0.2500 frame longer, 3 times", "22050 to 39690"}) {
+      EXPECT_TRUE(Has(shown.out, part)) << part << shown.out;
+    }
+  }
+  EXPECT_EQ(Zyl("sample --set loops=none " + wave).status, 0);
+  EXPECT_TRUE(Has(Zyl("sample " + wave).out, "No loops"));
+}
+
 TEST_F(Verbs, OneOctaveNamesNotesEverywhere) {
   const std::string sound = Tone("a.wav", 220);  // key 57
   ASSERT_EQ(Zyl("pitch --set " + sound).status, 0);

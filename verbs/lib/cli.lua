@@ -88,11 +88,13 @@ cli.withoutFolders = withoutFolders
 -- Exits after --help and on a wrong command line. Fields of `form`:
 --   verb, about   name and description
 --   options       list of { name, help }, and, except for flags, kind ("integer", "number", "text"),
---                 value (its name in the help), low, high, default; optionally short (a letter)
+--                 value (its name in the help), low, high, default; optionally short (a letter) and many
+--                 (the option can be repeated, and its value is a list)
 --   answers       the verb may return exit status 1 as a result
 --   folders       "sounds" or "programs": replace folders with these files; adds the option --recursive
 --   mixed         not all words are files: the verb calls cli.withoutFolders
 --   repeats       keep duplicates
+--   takes         function(word, options) that returns whether it takes an operand that is no file
 --   notes         the verb prints or parses notes: adds the option --octave
 --   optional      operands may be missing
 --   operands, more, status   texts of the help
@@ -134,9 +136,16 @@ function cli.parse(form)
         if not joined then i = i + 1 end
         local text = joined or arg[i]
         if not text then usage(shown(option) .. ": the value is missing") end
-        options[option.name] = valueOf(option, text)
+        local value = valueOf(option, text)
+        if option.many then
+          options[option.name] = options[option.name] or {}
+          table.insert(options[option.name], value)
+        else
+          options[option.name] = value
+        end
       end
-    elseif form.repeats or not seen[word] then
+    elseif (onlyFiles or not form.takes or not form.takes(word, options))
+           and (form.repeats or not seen[word]) then
       seen[word] = true
       files[#files + 1] = word
     end

@@ -25,7 +25,7 @@ local QUANTITIES = {
 local FIELDS = {
   PRGtune = "tuning", KGtune = "tuning", ZonetuneOffset = "tuning", PRGbendRangeUp = "semitones",
   PRGpitchBendDown = "semitones", PRGpressurePitchBend = "semitones", PRGplayOctave = "octaves",
-  KGfixedRateDetune = "hertz", PRGpoly = "voices", Sampletune = "tuning",
+  KGfixedRateDetune = "hertz", PRGpoly = "voices",
 }
 
 units.tuning, units.number = QUANTITIES.tuning, QUANTITIES.number
