@@ -23,6 +23,12 @@ inline constexpr int32_t kOutOffset = 201;
 inline constexpr int32_t kZoneOutput = 230;
 inline constexpr int32_t kZoneNumber = 299;  // from 1, read only
 
+// Whether the value is computed from several fields or from none. No row can have such a number.
+constexpr bool IsComputed(int32_t number) {
+  return (number >= kLockedMemory && number <= kLastMemory) || number == kKeygroupNumber ||
+         number == kKeygroupIndex || number == kZoneOutput || number == kZoneNumber;
+}
+
 inline constexpr int32_t kLoopStart = 302;
 inline constexpr int32_t kLoopEnd = 303;
 inline constexpr int32_t kLoopFineLen = 308;

@@ -338,7 +338,7 @@ inline constexpr Parameter kRows[] = {
 #undef ZYL_FIELD_ROW
 #undef ZYL_NO_ROW
 
-// A zone's field reached by a program's number would be read from the wrong record.
+// A zone's field with a program's number would be read from the wrong record.
 consteval bool NumbersFitTheirLevels() {
   for (const Parameter& row : kRows) {
     int first = 1;
@@ -351,6 +351,7 @@ consteval bool NumbersFitTheirLevels() {
       end = number::kFirstSample;
     }
     if (row.number != 0 && (row.number < first || row.number >= end)) return false;
+    if (number::IsComputed(row.number)) return false;
   }
   return true;
 }
