@@ -81,7 +81,7 @@ double ProcessBytes(const std::string& name) {
 
 void BenchMemory(const Edit& edit, double bar) {
   edit.prepare();
-  malloc_trim(0);  // what is free counts as taken again
+  malloc_trim(0);  // so that reused free memory counts, too
   std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
   const double before = ProcessBytes("VmRSS");
   edit.run();

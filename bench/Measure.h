@@ -39,8 +39,8 @@ inline double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-// The median over the rounds of first's time by second's. Both run once in each round, so that a
-// machine that gets slower slows both.
+// The median ratio of the times of `first` and `second`. Each round runs both once, so that a
+// machine that becomes slower affects both.
 template <class First, class Second>
 double Ratio(int rounds, First first, Second second) {
   std::vector<double> ratios;

@@ -202,7 +202,7 @@ void PrintNoise() {
               100.0 * static_cast<double>(voiced) / static_cast<double>(pitches.size()));
 }
 
-// The tables would drown the figures that `./dev bench` collects: there, our tracker's alone.
+// Reports only this tracker's totals, for `./dev bench`.
 void ReportOwn() {
   for (const Kind& kind : kKinds) {
     std::vector<Sound> sounds;

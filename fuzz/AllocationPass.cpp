@@ -50,7 +50,7 @@ constexpr unsigned kMostSeconds = 60;  // for one method
 constexpr const char* kPaths[] = {"left.wav",  "both.wav",  "both.aif", "tone.wav",
                                   "other.wav", "other.aif", "new.wav",  "made-by-the-fuzzer.wav"};
 
-const ZylSProgram* ObjectBehind(const Program& program) {
+const ZylSProgram* ProgramObject(const Program& program) {
   return reinterpret_cast<const ZylSProgram*>(program.Algo()->GetDispatch(true));
 }
 
@@ -234,8 +234,8 @@ AllocationWorld::State AllocationWorld::Snapshot(const ROCParams& arguments) con
     if (value->Type() == kTypeArray) rest << value->ElementCount();
     if (value->Type() == kTypeObject) rest << (value->Object() != nullptr);
   }
-  return {ProgramSnapshot(*ObjectBehind(own_), ProgramSnapshot::kCounts),
-          ProgramSnapshot(*ObjectBehind(other_), ProgramSnapshot::kCounts), rest.str(),
+  return {ProgramSnapshot(*ProgramObject(own_), ProgramSnapshot::kCounts),
+          ProgramSnapshot(*ProgramObject(other_), ProgramSnapshot::kCounts), rest.str(),
           tracks.str()};
 }
 
@@ -284,7 +284,7 @@ class AllocationPass {
   struct Outcome {
     bool more = false;
     int status = 0;
-    char error[200] = "";  // arrays: the outcome itself must not change the balance
+    char error[200] = "";  // arrays, so that the outcome itself allocates nothing
     char changed[200] = "";
     char changedFromDone[200] = "";
     bool detached = false;
@@ -327,7 +327,7 @@ AllocationPass::Outcome AllocationPass::CallOnce(const ZylFuncInfo& method, cons
     Copy(Difference(start, end), outcome.changed);
     if (outcome.status != 0 && *outcome.changed == '\0')
       Copy(LineThatDiffers(start.tracks, end.tracks), outcome.changed);
-    outcome.detached = ObjectBehind(world.Own())->program == nullptr &&
+    outcome.detached = ProgramObject(world.Own())->program == nullptr &&
                        start.other.DifferenceFrom(end.other).empty();
     if (n == 0) {
       done_ = std::make_unique<AllocationWorld::State>(std::move(end));

@@ -41,7 +41,7 @@ const char* const kWords[] = {
     "%s%n%d"};
 
 // The module exports no types, so this cannot check the type.
-const ZylSProgram* ObjectBehind(const Program& program) {
+const ZylSProgram* ProgramObject(const Program& program) {
   return reinterpret_cast<const ZylSProgram*>(program.Algo()->GetDispatch(true));
 }
 
@@ -216,7 +216,7 @@ void CallFuzz::FillProgram(Program& program) {
   program("CalcProgramPitch");
 }
 
-// Half of the sample objects lose their record, the other half are destroyed.
+// Clears the record of half of the sample objects and destroys the other half.
 void CallFuzz::KillSamples(Program& program) {
   for (size_t i = 0; i < samples_.size(); i += 2) {
     auto* object = reinterpret_cast<CSample*>(samples_[i]->Object());
@@ -230,7 +230,7 @@ void CallFuzz::KillSamples(Program& program) {
 
 // Replaces a program that has grown by a small one, so that calls stay fast.
 void CallFuzz::KeepWithinBounds(Program& program) {
-  const auto* object = ObjectBehind(program);
+  const auto* object = ProgramObject(program);
   if (object->program != nullptr && object->program->AllocatedKeyGroups() > kMostKeygroups) {
     program("Create", NullObject{});
   }
@@ -247,8 +247,7 @@ void CallFuzz::KeepObject(const std::shared_ptr<ROCParam>& value) {
   }
 }
 
-// Gives arguments of running calls other values, of any type, as a script can that holds them in
-// variables.
+// Assigns values of any type to the arguments of running calls, as scripts can with host.var.
 void CallFuzz::ChangeArguments() {
   for (ROCParams* arguments : arguments_) {
     for (int i = 0; i < arguments->count; ++i) {
@@ -460,7 +459,7 @@ bool CallFuzz::MayChange(size_t method, const ROCParams& arguments, const ZylScr
 bool CallFuzz::CallOnce(size_t method, Program& program) {
   ROCParams arguments;
   FillArguments(method, arguments);
-  const auto* object = ObjectBehind(program);
+  const auto* object = ProgramObject(program);
   const ProgramSnapshot before(*object);
   if (arguments_.empty()) interfered_ = false;
   ++calls_;
@@ -471,7 +470,7 @@ bool CallFuzz::CallOnce(size_t method, Program& program) {
   ZylScriptError error;
   const bool reported = ZylTakeError(error);
   if (status == 0) {
-    // A call made by a callback may have left its report.
+    // A call from a callback may have left a pending error.
     if (reported && !interfered_) return Break(method, arguments, "an error without a status");
     ++counts_[method].done[state_];
     KeepObject(result);

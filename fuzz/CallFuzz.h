@@ -60,7 +60,7 @@ class CallFuzz : private ROCPadListener {
   uint64_t FailedCount() const { return failed_; }
 
  private:
-  // What is known about an argument so far.
+  // What earlier calls revealed about an argument.
   struct Wanted {
     int type = 0;
     std::string className;

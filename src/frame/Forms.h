@@ -7,7 +7,7 @@
 #include "frame/Arguments.h"
 
 // A method with several argument lists. A call runs the first body whose first argument has the
-// given type, else the last body.
+// given type, otherwise the last body.
 template <auto... Bodies>
 struct Forms {};
 

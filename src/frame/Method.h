@@ -108,7 +108,7 @@ void RunBody(Call& call, R (*body)(Self&, P...)) {
   }
 }
 
-// Runs the first body whose first argument has the given type, else the last body.
+// Runs the first body whose first argument has the given type, otherwise the last body.
 template <auto Body, auto... Others>
 void RunFirstFitting(Call& call) {
   if constexpr (sizeof...(Others) != 0) {

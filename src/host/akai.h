@@ -1,8 +1,9 @@
 // The program library: program and sample records, their files and their memory.
 //
-// Records are counted. Whoever gets one from a function here has one use of it and gives it back
-// with deleteAkaiProgram or genericSample::deleteSample; a record goes with its last use. All
-// records belong to the script thread, but for Pin and the pitch data, which workers use too.
+// Records are reference-counted: a function here that returns a record adds a use, unless noted
+// otherwise. Release it with deleteAkaiProgram or genericSample::deleteSample; the last release
+// destroys the record. Only Pin and the pitch data are thread-safe; all other functions must be
+// called on the script thread.
 #pragma once
 
 #include <cstddef>
@@ -67,8 +68,7 @@ struct SampleParameters {
 using SampleBlock = std::shared_ptr<std::byte[]>;
 ZYLHOST_API SampleBlock NewSampleBlock(size_t bytes);  // uninitialised
 
-// What an analysis needs of a sample, as it is at one moment. The blocks do not change while they
-// are held.
+// A snapshot of a sample for analysis. The blocks are immutable while referenced from here.
 struct PinnedSound {
   std::vector<SampleBlock> channels;  // in channel order; null pointers when there is no sound
   int bytesPerValue = 0;
@@ -77,14 +77,14 @@ struct PinnedSound {
   std::string name;  // empty for none
 };
 
-// The values of some channels for an edit in place. Pin waits until this object is destroyed.
+// The values of some channels, to be edited in place. Pin blocks until this object is destroyed.
 struct WritableSound {
   std::vector<std::byte*> channels;
   std::unique_lock<std::mutex> unpinned;
 };
 
 // A sample or one channel of it. The records of one file are linked (channel order) and share
-// parameters and sound; a file goes when none of its records is used any more.
+// parameters and sound. A file is destroyed when none of its records is in use.
 class ZYLHOST_API genericSample {
  public:
   genericSample();  // one use, one empty channel, no file
@@ -117,7 +117,7 @@ class ZYLHOST_API genericSample {
   genericSample* createChannelRef(int channelIndex);
   void setFilePath(std::string_view path);
   void setName(std::string_view text);
-  // Makes what was changed in the shared parameters known to all records of the file and to Pin.
+  // Publishes changes of the shared parameters to Pin.
   void updateChannels();
 
   int getChannelCount() const;
@@ -131,14 +131,14 @@ class ZYLHOST_API genericSample {
   int getChannelSize(int channelIndex) const;
   // Null if the channel doesn't exist or has no sound data.
   std::byte* getChannelBuffer(int channelIndex) const;
-  // A script handle for the sound data of a channel (-1: the record's own); 0 if there is none.
+  // A script handle for the sound data of a channel (-1: the record's own); 0 without data.
   int32_t getBufferAdr(int channelIndex) const;
   // The channels that edits through this record change: its own, or all for a whole sample.
   std::vector<int> EditedChannels() const;
-  // These channels' sound for an edit in place: blocks that a worker holds are copied first. Only
-  // one such object may exist for a file.
+  // The sound of these channels, for an edit in place. Copies blocks that a worker references. At
+  // most one such object may exist per file.
   WritableSound WritableChannels(const std::vector<int>& channelIndexes);
-  // The sound of this moment; from any thread.
+  // The current sound. Thread-safe.
   PinnedSound Pin() const;
 
   // Replaces the sound data of this record's channel (channel 0 for a whole sample) by `positions`
@@ -198,25 +198,25 @@ struct ReleaseSampleUse {
 using SampleUse = std::unique_ptr<genericSample, ReleaseSampleUse>;
 }  // namespace zyl
 
-// A record of a sample file: the one already loaded (one more use), else from disk. Channel -1 is
-// the whole sample. `data` false reads only what a header says, and keeps such a record apart from
-// the loaded ones. Null, with a diagnostic, when the file or the channel is not to be had.
-// Null, with a diagnostic, also without memory.
+// Returns a record of a sample file, which is loaded from disk if it isn't in memory; channel -1 is
+// the whole sample. With `data` 0 reads only the header, and the record isn't found by later calls.
+// Returns null, with a diagnostic, if the file can't be read, if it has no such channel, or if
+// memory runs out.
 ZYLHOST_API genericSample* loadSample(const char* path, int data, int reserved, int channel);
 namespace zyl {
-// The same, but throws std::bad_alloc without memory.
+// The same, but throws std::bad_alloc if memory runs out.
 ZYLHOST_API SampleUse LoadSampleOrThrow(const char* path, bool data, int channel);
 }  // namespace zyl
-// A loaded record by file and channel (-1: the whole sample); no use is added.
+// Finds a loaded record by file and channel (-1: the whole sample). Doesn't add a use.
 ZYLHOST_API genericSample* findSampleFN(const char* path, int reserved, int channel);
 // Finds a sample of a program's zones by path, file name or base name; channel -1 matches any.
 // Doesn't add a use.
 ZYLHOST_API genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program,
                                              int channel);
 namespace zyl {
-// A new reading of a loaded sample file. Making it and asking it for records may throw and change
-// nothing; Commit puts it in place and does not throw. A reading of which no record is used in the
-// end is deleted.
+// Reloads a loaded sample file in two steps. The constructor and Record may throw and have no
+// visible effect; Commit replaces the file and doesn't throw. If no record of the new file is in
+// use at the end, it is deleted.
 class ZYLHOST_API FileReload {
  public:
   // Reads the file that is loaded from `path`.
@@ -227,10 +227,10 @@ class ZYLHOST_API FileReload {
   // Whether Commit replaces the record's file.
   bool Replaces(const genericSample& sample) const;
   // The record of a channel (-1: the whole sample) that findSampleFN finds after Commit, with one
-  // more use; null when there is none.
+  // more use. Null if the channel doesn't exist.
   SampleUse Record(int channel) const;
-  // Zones get the new records; replaced records lose their filePath. Without a new reading nothing
-  // changes.
+  // Assigns the new records to the zones and clears filePath in the old ones. No effect if the file
+  // couldn't be read.
   void Commit() noexcept;
 
  private:
@@ -239,8 +239,8 @@ class ZYLHOST_API FileReload {
     genericSample** place;
     SampleUse record;
   };
-  SampleUse loaded_;  // a record of the file that is loaded; null without one
-  SampleUse fresh_;   // a record of the new reading; null without one
+  SampleUse loaded_;  // a record of the loaded file; null if none is loaded
+  SampleUse fresh_;   // a record of the new file; null if it couldn't be read
   std::vector<Zone> zones_;
 };
 }  // namespace zyl
@@ -271,8 +271,8 @@ class ZYLHOST_API vendlKeyGroup : public vendlKeyGroupImage {
 
   // The channel for each path, used while the zone has no sample.
   int32_t pathChannel[kZones] = {0, 0, 0, 0};
-  // For a missing sample: its relative path resolved against the program file's current folder,
-  // which the next write stores, too. Empty for other zones.
+  // For a missing sample: its relative path, resolved against the program file's current folder.
+  // The next write stores it again. Empty for other zones.
   std::string movedPath[kZones];
 
  private:
@@ -325,10 +325,10 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   // Loads the file and assigns its channel to the zone. If the file can't be loaded, returns false
   // and assigns only the path.
   bool setSample(const char* path, int keygroup, int zone, int channel, int reserved);
-  // The same with a loaded record or null.
+  // Assigns a loaded record or null.
   void setSample(zyl::SampleUse sample, std::string path, int keygroup, int zone,
                  int channel) noexcept;
-  // Puts a record (one use of it is taken over) or nothing into the zone, and its path with it.
+  // Assigns a record, or null, and its path to the zone. Takes ownership of one use.
   void setSample(genericSample* sample, int keygroup, int zone);
   // Assigns another channel of the zone's loaded sample file to the zone. Keeps the path. Returns
   // false if the file has no such channel.
@@ -343,7 +343,7 @@ class ZYLHOST_API akaiProgram : public akaiProgramHdr {
   void updateLockedTolmo();
 
   // Bytes used by this record and, if `samples` is true, by the sample files of its zones, each
-  // once.
+  // counted once.
   int getTotalMem(bool samples) const;
   int getTotalLockedMem(bool samples) const;
 
@@ -417,11 +417,11 @@ class ZYLHOST_API ProgramSnapshot {
 inline constexpr int kWriteSamples = 2;
 inline constexpr int kWriteRelativePaths = 16;
 inline constexpr int kWriteAbsolutePaths = 32;
-// Stores the program at `path`. Returns 0, with a diagnostic, when something could not be stored,
-// and writes nothing when `path` is the file of one of the program's samples.
+// Writes the program to `path`. Returns 0, with a diagnostic, if anything couldn't be written.
+// Writes nothing if `path` is the file of one of the program's samples.
 ZYLHOST_API int writeAkaiProgram(akaiProgram* program, int reserved, const char* path, int mode);
 
-// Bytes used by all programs and their sample files, each once; and the locked part of these.
+// Bytes used by all programs and their sample files, each counted once; and the locked part.
 ZYLHOST_API int getTotalMem();
 ZYLHOST_API int getTotalLockedMem();
 

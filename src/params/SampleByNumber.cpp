@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "frame/ChangeNotice.h"
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 #include "params/ByNumber.h"
 #include "params/ParameterNumbers.h"
 #include "params/ParameterTable.h"
@@ -35,7 +35,7 @@ class SampleZone {
     if (CSample* listed = object.sampleObjects.FindBySample(&sample)) listed->NotifyDeleting();
   }
   void SetBits(genericSample& sample, int32_t bits) {
-    const HeldSample held(sample);
+    const SampleKeepAlive keepAlive(sample);
     NotifyDeleting(sample);
     sample.setBitsPerSample(bits);
   }
@@ -100,7 +100,7 @@ void WriteBytesPerValue(SampleZone& zone, genericSample& sample, int32_t value) 
 
 void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
   const ScreenCursor busy(9);
-  const HeldSample held(sample);
+  const SampleKeepAlive keepAlive(sample);
   zone.NotifyDeleting(sample);
   if (value == 0) {
     sample.clearPitchData();
@@ -187,7 +187,7 @@ std::string FileNameText(const genericSample& sample) {
 
 // The width in bits and the width in bytes are both shown and typed in bits.
 std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, TypedText typed) {
-  const HeldSample held(sample);
+  const SampleKeepAlive keepAlive(sample);
   std::string text = std::to_string(sample.shared().bits);
   if (typed == nullptr) return text;
   int32_t bits = DecimalValue(typed->Str());

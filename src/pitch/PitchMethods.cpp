@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 #include "frame/ZylSProgram.h"
 #include "pitch/PitchJobManager.h"
 
@@ -68,7 +68,7 @@ bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
   genericSample* record = sample.Record();
   if (record == nullptr) return false;
   // A notified module may discard the object and its record.
-  const HeldSample held(*record);
+  const SampleKeepAlive keepAlive(*record);
   sample.object->NotifyDeleting();
   record->clearPitchData();
   PitchJobs().NotifyCleared(record->name);

@@ -7,7 +7,7 @@
 // exact, independent of the order of additions and removals: the values of band b are multiples of
 // 2^(b-24) below 1.42 * 2^b, and a double represents all sums of fewer than 2^27 of them. This
 // applies to values from 1 to 2^18 and to zeros; for a track with other values every histogram is
-// built anew.
+// rebuilt.
 
 #include "TrackCorrection.h"
 

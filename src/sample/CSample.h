@@ -28,7 +28,7 @@ class CSample final : public RIOObject {
   void NotifyDeleting();
 
   int32_t refCount = 1;
-  genericSample* sample;  // null once the record is gone
+  genericSample* sample;  // null after the record was destroyed
   ZylSProgram* parentProgram;
   bool locked = false;  // this object locked the record and must unlock it
 

@@ -1,6 +1,6 @@
 #include "sample/EditMethods.h"
 
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 #include "host/qx.h"
 #include "sample/SampleAccess.h"
 #include "sample/SampleEdit.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "frame/ChangeNotice.h"
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 #include "params/ParameterNumbers.h"
 #include "sample/LoopSearch.h"
 #include "sample/SampleAccess.h"

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 
 namespace {
 

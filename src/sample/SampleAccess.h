@@ -1,4 +1,4 @@
-// A record's values for the operations that work on plain buffers.
+// Adapts sample records to operations on plain buffers.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,13 @@
 #include "host/riff.h"
 #include "sample/ValueRanges.h"
 
-// The record's own channel, channel 0 of a whole sample.
+// The values of the record's channel; of channel 0 for a whole sample.
 inline zyl::ValueView ReadableValues(const genericSample& sample) {
   return {sample.buffer, sample.shared().frameCount, sample.getChannelBytesPS(-1)};
 }
 
-// The values of all channels that an edit through the record changes, to be changed in place while
-// this object exists. What needs a copy for that is copied here, so that the edit itself cannot run
-// out of memory.
+// The values of all channels that an edit of the record changes. They may be changed in place while
+// this object exists. The constructor makes all copies, so that the edit itself needs no memory.
 class WritableChannels {
  public:
   explicit WritableChannels(genericSample& sample)
@@ -33,7 +32,7 @@ class WritableChannels {
   std::vector<zyl::ValueBuffer> buffers_;
 };
 
-// A length that the sample can have: not negative, and its channels not beyond the machine's
+// Whether the sample can have this length: not negative, and its channels fit into the machine's
 // memory.
 inline bool IsPossibleSize(const genericSample& sample, int32_t positions) {
   const int64_t bytes =
@@ -41,10 +40,11 @@ inline bool IsPossibleSize(const genericSample& sample, int32_t positions) {
   return positions >= 0 && bytes <= qxGetPhysicalMemoryBytes();
 }
 
-// Lends a channel to a file object as its channel `place`; no sound where there is no such channel.
+// Lends a channel to a file object as its channel `place`. Lends no sound if the channel doesn't
+// exist.
 inline void LendChannel(const genericSample& sample, int channel, BasicSample& file,
                         unsigned place) {
-  static std::byte empty[1];  // the sound of a channel without any
+  static std::byte empty[1];  // for channels without sound
   const bool known = channel < sample.getChannelCount();
   const int positions = sample.getChannelSize(channel);
   file.SetLinBuffer(known && positions == 0 ? empty : sample.getChannelBuffer(channel),

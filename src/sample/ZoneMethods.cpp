@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "frame/HeldSample.h"
+#include "frame/SampleRecords.h"
 
 void ZoneSampleSet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
                    OptPath<"NewSample"> newSample) {

@@ -33,11 +33,11 @@ void AlgorithmLinks::Add() {
 // Adds the algorithm on top of the stack to the table of links. The value false marks a new link,
 // which RemoveUnheld confirms (true) or removes.
 void AlgorithmLinks::AddTop() {
-  if (lua_getiuservalue(L_, 1, kHeldSlot) != LUA_TTABLE) {
+  if (lua_getiuservalue(L_, 1, kLinksSlot) != LUA_TTABLE) {
     lua_pop(L_, 1);
     lua_newtable(L_);
     lua_pushvalue(L_, -1);
-    lua_setiuservalue(L_, 1, kHeldSlot);
+    lua_setiuservalue(L_, 1, kLinksSlot);
   }
   lua_pushvalue(L_, -2);
   const bool known = lua_rawget(L_, -2) != LUA_TNIL;
@@ -63,7 +63,7 @@ void AlgorithmLinks::RemoveDeleted() {
 }
 
 void AlgorithmLinks::RemoveUnheld() {
-  const bool linked = lua_getiuservalue(L_, 1, kHeldSlot) == LUA_TTABLE;
+  const bool linked = lua_getiuservalue(L_, 1, kLinksSlot) == LUA_TTABLE;
   for (int i = 0; linked && i < list_.count; ++i) {
     const ROCParam* value = list_.Entry(i);
     if (!PushOwnAlgo(L_, value)) continue;

@@ -23,7 +23,7 @@ void OpenErrors(lua_State* L);
 // OpenErrors allocated in advance.
 [[noreturn]] void RaiseOutOfMemory(lua_State* L, const char* method);
 // Wraps a C function for Lua so that std::bad_alloc and std::length_error become Lua errors. Lua
-// would treat a foreign exception as an error whose value is whatever is on top of the stack.
+// would treat a foreign exception as an error and use the top of the stack as its value.
 template <lua_CFunction function>
 int Guarded(lua_State* L) {
   try {

@@ -21,7 +21,8 @@ enum ObjectSlot : int {
   kFieldsSlot = 1,  // algorithm: the table of its fields, including its script methods
   kPadsSlot = 2,    // algorithm: tables of its pads' callbacks, by the pad's address
   kOwnerSlot = 1,   // part of another object: the userdata of that object
-  kHeldSlot = 1,    // object of a registered class: table whose keys are the algorithms it keeps
+  kLinksSlot =
+      1,  // object of a registered class: table whose keys are the algorithms it keeps alive
   kObjectSlots = 2,
 };
 

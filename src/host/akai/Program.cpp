@@ -56,8 +56,8 @@ void vendlKeyGroup::TakeSamplePath(int zone, std::string path, bool keepChannel)
   if (!keepChannel) pathChannel[zone] = 0;
 }
 
-// The image includes the keygroup's organ bytes, so nothing is allocated; the library byte after
-// them marks them as used.
+// The organ bytes are part of the image, so nothing is allocated. The following library byte marks
+// them as used.
 void vendlKeyGroup::EnableTolmoChunk() { library110[0] = 1; }
 
 akaiProgram::akaiProgram() = default;
@@ -239,8 +239,8 @@ void Insert(std::vector<T>& store, size_t at, T value) noexcept {
 
 }  // namespace
 
-// Reserves all memory before the arrays change. If a reservation fails, an earlier one may have
-// moved its array, so the record's pointers are updated in any case.
+// Reserves all memory before the arrays change. A failed reservation may follow one that moved its
+// array, so the pointers are updated either way.
 void akaiProgram::ReserveKeyGroup() {
   Unlock();
   const auto renew = [this] {
@@ -313,7 +313,7 @@ void akaiProgram::deleteKeyGroup(int index) {
   extensionStore_.erase(extensionStore_.begin() + index);
   Rebind();
   Lock();
-  // Releasing a sample calls the dispatcher: only when the record is whole again.
+  // Releasing a sample calls the dispatcher, so the record must be consistent.
   for (genericSample* sample : samples) {
     if (sample == nullptr) continue;
     if (lockCount != 0) ::unlockSample(sample);
@@ -390,5 +390,5 @@ void akaiProgramHdr::EnableTolmoChunk() {
   if (lockCount != 0) zyl::LockRange(chunk.get(), sizeof(TolmoChunk));
   tolmoChunk = std::move(chunk);
 }
-// There is no copy to update: readers of the record access the chunk directly.
+// Nothing to do: readers of the record access the chunk directly.
 void akaiProgram::updateLockedTolmo() {}

@@ -87,9 +87,8 @@ SampleFile::OwnedRecord SampleFile::NewRecord(int channel) {
   return record;
 }
 
-void SampleFile::Create(genericSample* first, int type, int channels) {
+void SampleFile::Create(genericSample* first, int channels) {
   const int count = std::clamp(channels, 1, kMaxChannels);
-  type_ = type;
   SetChannelCount(count);
   if (count > 1 && first->channel == 0) {
     // The record represents the whole sample; the first channel gets a new record.
@@ -233,7 +232,7 @@ int SampleFile::FreeCopyNumber(const std::string& fileName, const std::string& a
   if (fileName.empty()) return 1;
   std::vector<int> taken;
   for (const SampleFile* file : Files()) {
-    // A newer reading of the same file reuses its number.
+    // A reload of the same file keeps its number.
     const bool other = file != this && !file->hidden && file->absolutePath_ != absolutePath;
     if (other && file->fileName_ == fileName) taken.push_back(file->copyNumber_);
   }
@@ -242,7 +241,7 @@ int SampleFile::FreeCopyNumber(const std::string& fileName, const std::string& a
   return number;
 }
 
-void SampleFile::ForgetPath() noexcept {
+void SampleFile::ClearPath() noexcept {
   path_.clear();
   absolutePath_.clear();
   fileName_.clear();

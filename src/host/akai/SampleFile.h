@@ -2,8 +2,8 @@
 // and the file object whose unknown chunks a later write preserves.
 //
 // Owns its records: one main record per channel, linked in channel order, the record of the whole
-// sample, and additional records that were assigned to a channel. Unused records are kept until the
-// file is destroyed, which happens when none of its records is used any more.
+// sample, and additional records that were assigned to a channel. The file destroys itself, with
+// all records, when none of them is in use.
 #pragma once
 
 #include <memory>
@@ -34,7 +34,7 @@ class SampleFile {
   // All files, oldest first.
   static const std::vector<SampleFile*>& All();
 
-  void Create(genericSample* first, int type, int channels);
+  void Create(genericSample* first, int channels);
   void Adopt(std::unique_ptr<BasicSample> file);
 
   // The record of a channel, -1 for the whole sample; null if the channel doesn't exist.
@@ -42,7 +42,7 @@ class SampleFile {
   int ChannelCount() const { return static_cast<int>(mains_.size()); }
   bool SetChannelCount(int count);
   void AssignChannel(genericSample* record, int channel);
-  // Gives one use back; the file and the record may be gone afterwards.
+  // Releases one use. May destroy the record and this file.
   void DropUse(genericSample* record);
   bool IsUsed() const;
 
@@ -51,10 +51,9 @@ class SampleFile {
   void SetPath(std::string path);
   void SetName(std::string name);
   const std::string& Name() const { return name_; }
-  bool HasTitle() const { return titled_; }
-  // Clears the path of all records because a newer reading of the file replaces this one.
-  void ForgetPath() noexcept;
-  // Find ignores the file: only its header was read, or its reading isn't complete.
+  // Clears the path of all records after a reload has replaced this file.
+  void ClearPath() noexcept;
+  // Find ignores the file: only its header was read, or a reload isn't committed.
   bool hidden = false;
 
   int BytesPerValue() const { return (parameters.bits + 7) / 8; }
@@ -65,7 +64,7 @@ class SampleFile {
   WritableSound Writable(const std::vector<int>& channels);
   PinnedSound Pin() const;
   void PublishRate();
-  // An empty entry keeps that channel's sound, cut or filled and converted to fit.
+  // A null entry keeps that channel's sound, resized and converted.
   void SetBlocks(std::vector<SampleBlock> blocks, int bytesPerValue, int positions);
   void SetBits(int bits);
 
@@ -74,9 +73,9 @@ class SampleFile {
   int64_t Memory() const;
   int64_t LockedMemory() const;
 
-  // Writes the file to `path`, through the file object that was read if it has the format of
-  // `path`, so that unknown chunks are preserved. On failure returns false and sets `reason` to one
-  // line with the path.
+  // Writes the file to `path`. If the file object that was read has the same format, writes through
+  // it to preserve unknown chunks. On failure returns false and sets `reason` to one line with the
+  // path.
   bool WriteTo(const std::string& path, int channelMask, std::string& reason);
   void CopyParametersTo(BasicSample& file) const;
 
@@ -114,7 +113,6 @@ class SampleFile {
   int32_t rateHz_ = SampleParameters().sampleRate;  // as published for workers
   uint32_t sourceId_ = 0;
   int copyNumber_ = 1;
-  int type_ = 0;
 };
 
 }  // namespace zyl

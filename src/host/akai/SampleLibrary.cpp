@@ -39,7 +39,7 @@ genericSample* loadSample(const char* path, int data, int, int channel) {
 zyl::SampleUse zyl::LoadSampleOrThrow(const char* path, bool data, int channel) {
   if (path == nullptr || *path == '\0') return nullptr;
   SampleFile* file = SampleFile::Find(path);
-  std::unique_ptr<SampleFile> read;  // released once a record is used
+  std::unique_ptr<SampleFile> read;  // released once a record is in use
   if (file == nullptr) {
     read.reset(ReadFromDisk(path, data));
     if (read == nullptr) return nullptr;
@@ -126,7 +126,7 @@ SampleUse FileReload::Record(int channel) const {
 
 void FileReload::Commit() noexcept {
   if (fresh_ == nullptr) return;
-  SampleFile::Of(loaded_.get())->ForgetPath();
+  SampleFile::Of(loaded_.get())->ClearPath();
   SampleFile::Of(fresh_.get())->hidden = false;
   for (Zone& zone : zones_) {
     if (zone.program->lockCount != 0) {

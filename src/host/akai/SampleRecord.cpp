@@ -23,7 +23,7 @@ int32_t genericSample::NextRecordId() {
 }
 
 SampleParameters& genericSample::shared() const { return file_->parameters; }
-void genericSample::create(int type, int channels) { file_->Create(this, type, channels); }
+void genericSample::create(int, int channels) { file_->Create(this, channels); }
 void genericSample::deleteSample() { file_->DropUse(this); }
 
 genericSample* genericSample::createChannelRef(int channelIndex) {

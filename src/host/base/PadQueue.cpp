@@ -34,7 +34,7 @@ std::atomic<std::thread::id> scriptThread;
 std::mutex sinkMutex;
 std::function<void(std::string_view)> diagnosticSink;
 
-// Appends the one call of the list, which needs no memory.
+// Appends the list's only call without allocating.
 void Append(std::list<QueuedCall>& call) noexcept {
   {
     const std::lock_guard<std::mutex> hold(queueMutex);
@@ -50,9 +50,9 @@ void Post(const ROCParam& pad, std::function<void()> call) {
   Append(added);
 }
 
-// Makes the waiting calls up to `number`, in order, and returns how many. Each call leaves the
-// queue before it is made, so that a call that delivers in turn continues where this one is.
-int DeliverUpTo(uint64_t number) {
+// Runs the queued calls up to `number` in order and returns how many it ran. Removes each call
+// before running it, so that a nested pump continues with the next one.
+int RunQueuedCalls(uint64_t number) {
   for (int made = 0;; ++made) {
     std::list<QueuedCall> taken;
     {
@@ -64,7 +64,7 @@ int DeliverUpTo(uint64_t number) {
   }
 }
 
-// The number of the pad's last queued send; 0 if there is none.
+// The number of the pad's last queued send, or 0.
 uint64_t LastNumberOf(const ROCPad* pad) {
   const std::lock_guard<std::mutex> hold(queueMutex);
   const auto own = std::find_if(queue.rbegin(), queue.rend(), [&](const QueuedCall& queued) {
@@ -166,10 +166,10 @@ void ZylSendStateThroughPad(const ROCParam& pad, const ROCParam& value) {
 
 void ROCPad::UpdateOwner() {
   if (const uint64_t last = LastNumberOf(this); last != 0) {
-    // Delivered sends change the pad's value, and their callbacks may delete the pad.
+    // Queued sends change the pad's value, and their callbacks may delete the pad.
     const ROCParam self(self_);
     const ROCParam updated(*value_);
-    DeliverUpTo(last);
+    RunQueuedCalls(last);
     if (self.Object() == nullptr) return;
     *value_ = updated;
   }
@@ -192,7 +192,7 @@ int ZylPump(double seconds) {
     }
     last = lastNumber;
   }
-  return DeliverUpTo(last);
+  return RunQueuedCalls(last);
 }
 
 void ZylSetDiagnosticSink(std::function<void(std::string_view)> sink) {

@@ -40,13 +40,13 @@ const ZylDllRegisterClass* FindClass(std::string_view className) {
 
 void BeginModule(const void* module) { loadingModule = module; }
 
-void EndModule(const void* module) {
+void RunBeforeUnload(const void* module) {
   for (const Registered& entry : All()) {
     if (entry.module == module && entry.beforeUnload) entry.beforeUnload();
   }
 }
 
-void ForgetModule(const void* module) {
+void UnregisterModule(const void* module) {
   std::erase_if(All(), [&](const Registered& entry) { return entry.module == module; });
 }
 
@@ -91,8 +91,8 @@ std::unique_ptr<ZylModule> ZylModule::Load(const std::string& path, std::string&
 }
 
 ZylModule::~ZylModule() {
-  zyl::EndModule(this);
-  zyl::ForgetModule(this);
+  zyl::RunBeforeUnload(this);
+  zyl::UnregisterModule(this);
   if (library_ != nullptr) zyl::UnloadLibraryFile(library_);
 }
 

@@ -9,10 +9,11 @@ namespace zyl {
 
 const ZylDllRegisterClass* FindClass(std::string_view className);
 
-// Attributes registrations to `module` until the next call; null ends this.
+// Attributes the following registrations to `module`; null for none.
 void BeginModule(const void* module);
-// Runs what the module asked for with ZylBeforeUnload.
-void EndModule(const void* module);
-void ForgetModule(const void* module);
+// Runs the calls that the module registered with ZylBeforeUnload.
+void RunBeforeUnload(const void* module);
+// Removes everything that the module registered.
+void UnregisterModule(const void* module);
 
 }  // namespace zyl

@@ -1,16 +1,16 @@
-// Access to the sample records of zones, a guard that keeps one alive, and their dirty flag.
+// Helpers for sample records: keeping one alive, setting its dirty flag, finding that of a zone.
 #pragma once
 
 #include "frame/Arguments.h"
 #include "host/akai.h"
 
-// Holds a use of a record while scripts run that may release all others.
-class HeldSample {
+// Keeps a record alive while callbacks run that may release all other uses.
+class SampleKeepAlive {
  public:
-  explicit HeldSample(genericSample& sample) : sample_(sample) { ++sample_.useCount; }
-  ~HeldSample() { sample_.deleteSample(); }
-  HeldSample(const HeldSample&) = delete;
-  HeldSample& operator=(const HeldSample&) = delete;
+  explicit SampleKeepAlive(genericSample& sample) : sample_(sample) { ++sample_.useCount; }
+  ~SampleKeepAlive() { sample_.deleteSample(); }
+  SampleKeepAlive(const SampleKeepAlive&) = delete;
+  SampleKeepAlive& operator=(const SampleKeepAlive&) = delete;
 
  private:
   genericSample& sample_;
