@@ -33,7 +33,7 @@ local options, words = cli.parse {
       .. "and is typed as it is printed: a note (C3), a name (LP4, Velocity, Omni), on or off, or a\n"
       .. "number, which must be in the range that 'zyl help KEY' names. Tunings take st (semitones) and\n"
       .. "ct (cents), intervals also oct, fixedRateDetune Hz, poly voices. Without a unit a tuning is in\n"
-      .. "semitones: KGtune=+5ct, KGtune=-0.5st and KGtune=-0.5 are changes of 5 and 50 cents.",
+      .. "semitones: KGtune=+5ct adds 5 cents, KGtune=-0.5st and KGtune=-0.5 subtract 50.",
 }
 
 local chosen = selection.keygroups("--keygroups", options.keygroups or "all")

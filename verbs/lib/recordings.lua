@@ -4,7 +4,7 @@
 --   program   a program object, for the sample methods
 --   list      the recordings, in the order of the files
 --   ways      the ways to read columns of numbers in the names (see numbercolumns.lua)
---   a4        the frequency of A4 in Hz
+--   a4        the frequency of key 69 in Hz
 -- and a recording the fields
 --   path, index, name    name as parsed by filenames.read
 --   failure              why the file cannot be used
