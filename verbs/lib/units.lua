@@ -30,9 +30,10 @@ local FIELDS = {
 
 units.tuning, units.number = QUANTITIES.tuning, QUANTITIES.number
 
--- Positions in a sound: frames, or times at that rate.
+-- Positions in a sound: frames, or times at that rate if it is not 0.
 function units.frames(rate)
-  return { unit({ "frames", "frame", "" }, 1), unit({ "s" }, rate), unit({ "ms" }, rate / 1000) }
+  local frames = unit({ "frames", "frame" }, 1)
+  return rate > 0 and { frames, unit({ "s" }, rate), unit({ "ms" }, rate / 1000) } or { frames }
 end
 
 -- The quantity of a method.
