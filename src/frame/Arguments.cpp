@@ -2,13 +2,6 @@
 
 namespace argument {
 
-bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param) {
-  const int position = call.position++;
-  param = call.Argument(position);
-  if (param == nullptr) return !required || call.TypeError(name, type, position);
-  return param->Type() == type || call.TypeError(name, type, position);
-}
-
 bool CheckPath(Call& call, const std::string& path, int position) {
   return path.find('\0') == std::string::npos ||
          call.UserError("a path cannot hold a zero byte", position);

@@ -70,7 +70,12 @@ decltype(auto) ValueOf(const ROCParam& param) {
 }
 
 // Reads an argument of a plain type; false if an error was reported.
-bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param);
+inline bool ReadTyped(Call& call, const char* name, int type, bool required, ROCParam*& param) {
+  const int position = call.position++;
+  param = call.Argument(position);
+  const bool valid = param == nullptr ? !required : param->Type() == type;
+  return valid || call.TypeError(name, type, position);
+}
 // Also copies its value.
 template <class T>
 bool ReadValue(Call& call, const char* name, bool required, ROCParam*& param, T& value) {

@@ -109,7 +109,10 @@ class ZYLHOST_API ROCParam {
   double Double() const { return value_.real; }
   const std::string& Str() const { return *value_.text; }
   // The object, or null if it has been destroyed.
-  RIOObject* Object() const;
+  RIOObject* Object() const {
+    return type_ != kTypeObject || value_.anchor == nullptr ? nullptr
+                                                            : value_.anchor->object.load();
+  }
 
   // SetInt, SetBool and SetDouble have no effect on values of other types; SetStr and SetRIOPtr
   // change the type.

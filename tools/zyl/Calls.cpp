@@ -82,10 +82,11 @@ const ObjectRef* SelfOfClass(lua_State* L, const void* classTag) {
   if (object == nullptr) return luaL_error(L, "%s: the object has been deleted", method.name);
 
   ScriptHost& host = ScriptHost::Of(L);
-  if (lua_gettop(L) == 1) {
+  const int top = lua_gettop(L);
+  if (top == 1) {
     return Call(L, host, method, object, host.NoArguments(), nullptr, nullptr);
   }
-  ArgumentList arguments(L, 2, method.name);
+  ArgumentList arguments(L, 2, top, method.name);
   AlgorithmLinks links(L, *arguments.List());
   if (arguments.HasUserdata()) {
     links.Add();

@@ -32,11 +32,13 @@ struct Variable {
   RaiseText(L, text + ": " + what);
 }
 
-int32_t ToInt32(lua_State* L, int index, const ValueUse& use) {
+[[noreturn, gnu::cold]] void RaiseTooLong(lua_State* L, const ValueUse& use, lua_Integer value) {
+  RaiseBadValue(L, use, "the integer " + std::to_string(value) + " does not fit 32 bits");
+}
+
+inline int32_t ToInt32(lua_State* L, int index, const ValueUse& use) {
   const lua_Integer value = lua_tointeger(L, index);
-  if (value < std::numeric_limits<int32_t>::min() || value > std::numeric_limits<int32_t>::max()) {
-    RaiseBadValue(L, use, "the integer " + std::to_string(value) + " does not fit 32 bits");
-  }
+  if (value != static_cast<int32_t>(value)) RaiseTooLong(L, use, value);
   return static_cast<int32_t>(value);
 }
 
@@ -378,15 +380,16 @@ std::string DescribeValue(lua_State* L, int index) {
   return DescribeType(L, index);
 }
 
-ArgumentList::ArgumentList(lua_State* L, int first, const char* method) : L_(L), first_(first) {
-  const int top = lua_gettop(L);
+ArgumentList::ArgumentList(lua_State* L, int first, int top, const char* method)
+    : L_(L), first_(first) {
   for (int index = first; index <= top; ++index) {
     list_.AddTail(Make(index, {method, index - first + 1}));
   }
 }
 
 ROCParam* ArgumentList::Make(int index, const ValueUse& use) {
-  if (lua_isinteger(L_, index) != 0) return newROCParam(ToInt32(L_, index, use));
+  if (lua_isinteger(L_, index) != 0) [[likely]]
+    return newROCParam(ToInt32(L_, index, use));
   switch (lua_type(L_, index)) {
     case LUA_TNUMBER:
       return newROCParam(lua_tonumber(L_, index));

@@ -44,11 +44,11 @@ std::string DescribeType(lua_State* L, int index);
 std::string DescribeType(int typeCode);
 std::string DescribeValue(lua_State* L, int index);
 
-// Converts the Lua values from stack index `first` to the top into the argument list of a call. A
+// Converts the Lua values from stack index `first` to `top` into the argument list of a call. A
 // host.var is passed by reference, tables are copied.
 class ArgumentList {
  public:
-  ArgumentList(lua_State* L, int first, const char* method);
+  ArgumentList(lua_State* L, int first, int top, const char* method);
   ArgumentList(const ArgumentList&) = delete;
   ArgumentList& operator=(const ArgumentList&) = delete;
 

@@ -152,11 +152,6 @@ bool ROCParam::operator==(const ROCParam& other) const {
   }
 }
 
-RIOObject* ROCParam::Object() const {
-  if (type_ != kTypeObject || value_.anchor == nullptr) return nullptr;
-  return value_.anchor->object;
-}
-
 void ROCParam::SetStr(std::string_view text) {
   if (type_ == kTypeString) {
     value_.text->assign(text);
@@ -237,7 +232,9 @@ void deleteROCParam(ROCParam* value) {
 }
 
 void ROCParams::Clear() {
-  for (int i = 0; i < count; ++i) deleteROCParam(Entry(i));
+  for (int i = 0; i < count && i < kInside; ++i) deleteROCParam(entries[i]);
+  if (overflow == nullptr) return;
+  for (ROCParam* value : *overflow) deleteROCParam(value);
   delete overflow;
 }
 
