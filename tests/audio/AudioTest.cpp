@@ -174,5 +174,34 @@ TEST(RootPitch, CorrectsTracksThatAreOctavesOff) {
   EXPECT_EQ(reason, "2205 frames are too few for a pitch");
 }
 
+// Above the tracker's range: the track has other multiples of the period and gaps.
+TEST(RootPitch, FindsHighNotesThatFadeSoon) {
+  std::mt19937 random(3);
+  std::normal_distribution<double> noise;
+  std::string reason;
+  for (const double hertz : {2700.0, 3580.0, 4256.0}) {
+    Sound sound{kRate, {std::vector<float>(2 * 44100), std::vector<float>(2 * 44100)}};
+    std::vector<float> track(sound.Frames() / kTrackBlock);
+    for (size_t i = 0; i < sound.Frames(); ++i) {
+      const double t = static_cast<double>(i) / kRate;
+      const double knock = 0.2 * std::exp(-50 * t) * noise(random);
+      const double rumble = 0.06 * std::exp(-2 * t) * std::sin(kTurn * 100 * t);
+      const double note = std::exp(-12 * t) * std::sin(kTurn * hertz * t);
+      sound.channels[0][i] = static_cast<float>(0.01 * (note + knock + rumble));
+    }
+    for (size_t b = 0; b < track.size() / 12; ++b) {
+      track[b] = static_cast<float>(static_cast<double>(2 + b % 3) * kRate / hertz);
+    }
+    for (const auto& given : {track, std::vector<float>(track.size())}) {
+      const auto root = FindRootPitch(sound, given, reason);
+      ASSERT_TRUE(root) << reason;
+      EXPECT_NEAR(1200 * std::log2(root->hertz / hertz), 0, 3) << hertz;
+      EXPECT_TRUE(root->sure) << hertz;
+    }
+  }
+  const Sound low = Note(100, 1, 1);
+  EXPECT_FALSE(FindRootPitch(low, std::vector<float>(low.Frames() / kTrackBlock), reason));
+}
+
 }  // namespace
 }  // namespace zyl::audio

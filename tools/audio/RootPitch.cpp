@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 #include <vector>
 
+#include "audio/Levels.h"
 #include "audio/Percentile.h"
 
 namespace zyl::audio {
@@ -14,7 +16,8 @@ namespace {
 constexpr size_t kTail = 32;  // values at the end of a track that repeat one
 constexpr std::array kFactors = {1. / 8, 1. / 6, 1. / 5, 1. / 4, 1. / 3, 1. / 2, 1., 2., 3., 4.};
 constexpr std::array kPlaces = {0.15, 0.35, 0.55};
-constexpr std::array kPlacesWithoutTrack = {0.1, 0.2, 0.4};
+constexpr std::array kHighPlaces = {0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8};
+constexpr float kFaded = 0.05F;  // level of the quietest of these places relative to the loudest
 constexpr double kShortPeriod = 200;   // frames; longer periods are at most four true ones
 constexpr double kPeriodValues = 100;  // values that a period is reduced to by averaging
 constexpr double kLowestHz = 16;
@@ -23,8 +26,12 @@ constexpr double kSureLikeness = 0.6;
 constexpr double kCertainLikeness = 0.95;
 constexpr double kSureShare = 0.3;
 constexpr double kSteadyCents = 8;
-constexpr int kSmoothings = 3;         // passes of (1, 2, 1) / 4
-constexpr int kLongestUntracked = 48;  // frames; longest period searched if the track has none
+constexpr double kRefinedFrames = 300;
+constexpr int kSmoothings = 3;          // passes of (1, 2, 1) / 4
+constexpr double kTrackedHz = 2000;     // highest pitch in the track
+constexpr double kLowestHighHz = 1000;  // lowest high note
+constexpr int kHighPeriods = 24;        // length of an excerpt in periods of the lowest high note
+constexpr double kHighLikeness = 0.9;
 
 const double kSemitone = std::exp2(1.0 / 12);
 
@@ -100,10 +107,11 @@ class Look {
     return Lag{at + shift, best + (above - below) * shift / 4};
   }
 
-  // The period in frames, measured over up to eight periods from the lag of one.
+  // The period in frames, measured over several periods, at least kRefinedFrames, from the lag of
+  // one.
   double Refined(double lag) const {
     double refined = lag;
-    for (int times = 2; times <= 8; times *= 2) {
+    for (int times = 2; times <= 8 || times * lag <= kRefinedFrames; times *= 2) {
       const auto further = Near(times * refined, 1.5);
       if (!further || std::fabs(further->values / (times * lag) - 1) > 0.02) break;
       refined = further->values / times;
@@ -143,32 +151,13 @@ std::optional<Look> LookAt(Channel channel, double rateHz, size_t frame, double 
   return look;
 }
 
-// The shortest period up to kLongestUntracked with which the sound repeats itself; 0 if none. Used
-// if the track has no period: the pitch may be above the tracker's range.
-double ShortPeriod(Channel channel, double rateHz, size_t frame) {
-  const size_t count = std::min<size_t>(kLongestUntracked * 12, channel.size() - frame);
-  const int length = static_cast<int>(count) - kLongestUntracked - 2;
-  if (length <= 0) return 0;
-  const Look look(channel, frame, count, 1, length);
-  double best = 0.9;
-  int at = 0;
-  const int shortest = std::max(static_cast<int>(rateHz / kHighestHz), 4);
-  for (int lag = shortest; lag <= kLongestUntracked; ++lag) {
-    const double likeness = look.Likeness(lag);
-    if (likeness > best + 0.02) {
-      best = likeness;
-      at = lag;
-    } else if (at != 0 && likeness < best - 0.2) {
-      break;
-    }
-  }
-  return at;
-}
-
 double Median(std::vector<double>& values) {
   std::sort(values.begin(), values.end());
   return Percentile(std::span<const double>(values), 0.5);
 }
+
+// Whether a likeness is nearly as high as the highest one.
+bool IsAsAlike(double likeness, double best) { return 1 - likeness <= 0.02 + 1.3 * (1 - best); }
 
 struct Repetition {
   double factor;
@@ -186,7 +175,7 @@ std::optional<Repetition> Choose(const std::vector<Look>& looks) {
     best = std::max(best, means[i]);
   }
   for (size_t i = 0; i < kFactors.size(); ++i) {
-    if (means[i] <= 0 || 1 - means[i] > 0.02 + 1.3 * (1 - best)) continue;
+    if (means[i] <= 0 || !IsAsAlike(means[i], best)) continue;
     std::vector<double> periods;
     for (const Look& look : looks) {
       if (look.lags[i]) periods.push_back(look.Refined(look.lags[i]->values));
@@ -194,6 +183,80 @@ std::optional<Repetition> Choose(const std::vector<Look>& looks) {
     return Repetition{kFactors[i], means[i], Median(periods)};
   }
   return std::nullopt;
+}
+
+// Blocks at which to look for a high note: after the loudest one, before the note has faded.
+std::vector<size_t> LoudPlaces(const Sound& sound) {
+  const std::vector<float> levels = BlockLevels(sound, kTrackBlock);
+  const auto loudest = std::max_element(levels.begin(), levels.end());
+  std::vector<size_t> loud;
+  for (auto it = loudest; it != levels.end(); ++it) {
+    if (*it >= *loudest * kFaded) loud.push_back(static_cast<size_t>(it - levels.begin()));
+  }
+  std::vector<size_t> places;
+  for (const double part : kHighPlaces) {
+    places.push_back(loud[static_cast<size_t>(part * static_cast<double>(loud.size() - 1))]);
+  }
+  return places;
+}
+
+// The first lag whose likeness is a peak and nearly as high as the highest, 0 if none. Before a
+// peak the likeness must have been negative: that of a low note falls slowly from 1.
+int FirstPeak(const std::vector<double>& likeness, int shortest) {
+  const auto at = [&](int lag) { return likeness[static_cast<size_t>(lag)]; };
+  double lowest = 1;
+  double best = 0;
+  std::vector<int> peaks;
+  for (int lag = 2; lag + 1 < static_cast<int>(likeness.size()); ++lag) {
+    lowest = std::min(lowest, at(lag));
+    if (lag < shortest || lowest >= 0 || at(lag) < at(lag - 1) || at(lag) < at(lag + 1)) continue;
+    peaks.push_back(lag);
+    best = std::max(best, at(lag));
+  }
+  for (const int lag : peaks) {
+    // A period between two lags loses up to this.
+    const double lost = 1 - std::cos(std::numbers::pi / lag);
+    if (IsAsAlike(at(lag) + lost, best)) return lag;
+  }
+  return 0;
+}
+
+// The period of a note above kLowestHighHz.
+std::optional<Repetition> HighNote(const Sound& sound) {
+  const int longest = static_cast<int>(sound.rateHz / kLowestHighHz);
+  const auto whole = static_cast<size_t>(kHighPeriods * longest);
+  const std::vector<size_t> places = LoudPlaces(sound);
+  std::vector<Look> looks;
+  std::vector<double> likeness(static_cast<size_t>(longest) + 2);
+  for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
+    for (const size_t block : places) {
+      const size_t count = std::min(whole, sound.Frames() - block * kTrackBlock);
+      if (count < whole / 2 || longest < 4) continue;
+      const int length = static_cast<int>(count) / 2 - longest - 2;
+      Look look(sound.channels[c], block * kTrackBlock, count, 1, length);
+      if (look.Likeness(0) == 0) continue;  // silence
+      for (int lag = 1; lag < longest + 2; ++lag) {
+        likeness[static_cast<size_t>(lag)] += look.Likeness(lag);
+      }
+      looks.push_back(std::move(look));
+    }
+  }
+  if (looks.empty()) return std::nullopt;
+  for (double& value : likeness) value /= static_cast<double>(looks.size());
+  const int lag = FirstPeak(likeness, std::max(static_cast<int>(sound.rateHz / kHighestHz), 4));
+  if (lag == 0) return std::nullopt;
+  Repetition found{1, 0, 0};
+  std::vector<double> periods;
+  for (const Look& look : looks) {
+    if (const auto near = look.Near(lag, 1.5)) {
+      found.likeness += near->likeness;
+      periods.push_back(look.Refined(near->values));
+    }
+  }
+  if (periods.empty()) return std::nullopt;
+  found.likeness /= static_cast<double>(periods.size());
+  found.period = Median(periods);
+  return found;
 }
 
 }  // namespace
@@ -236,16 +299,6 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
       if (places.empty() || places.back() != at) places.push_back(at);
     }
     agreeing = near.size();
-  } else {
-    for (const double part : kPlacesWithoutTrack) {
-      const auto place = static_cast<size_t>(std::ceil(part * static_cast<double>(end)));
-      places.push_back(std::max<size_t>(place, 1) - 1);
-    }
-    period = ShortPeriod(sound.channels[0], sound.rateHz, places[0] * kTrackBlock);
-    if (period == 0) {
-      reason = "no pitch";
-      return std::nullopt;
-    }
   }
 
   std::vector<Look> looks;
@@ -258,10 +311,25 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
   }
   std::optional<Repetition> repetition;
   if (!looks.empty()) repetition = Choose(looks);
-  const double likeness = repetition ? repetition->likeness : 0;
+  double likeness = repetition ? repetition->likeness : 0;
   double chosen = period * (repetition ? repetition->factor : 1);
   if (repetition && (spread < kSteadyCents || std::fabs(Cents(repetition->period / chosen)) > 40)) {
     chosen = repetition->period;
+  }
+  // Above the tracker's range the track has multiples of the period, if any.
+  const bool isTracked = !periods.empty() && 2 * agreeing >= periods.size();
+  auto high = HighNote(sound);
+  if (high && high->likeness < kHighLikeness) high.reset();
+  if (high && isTracked && chosen * kTrackedHz >= sound.rateHz &&
+      (high->period > 0.97 * chosen || !IsAsAlike(high->likeness, likeness))) {
+    high.reset();
+  }
+  if (high) {
+    likeness = high->likeness;
+    chosen = high->period;
+  } else if (periods.empty()) {
+    reason = "no pitch";
+    return std::nullopt;
   }
   const auto tracked = static_cast<double>(periods.size());
   const bool often = tracked >= 0.1 * static_cast<double>(end);
@@ -270,9 +338,9 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
       .voiced = tracked / static_cast<double>(end),
       .spreadCents = spread,
       .likeness = likeness,
-      .sure =
-          likeness >= kCertainLikeness || (likeness >= kSureLikeness && often &&
-                                           static_cast<double>(agreeing) >= kSureShare * tracked),
+      .sure = high || likeness >= kCertainLikeness ||
+              (likeness >= kSureLikeness && often &&
+               static_cast<double>(agreeing) >= kSureShare * tracked),
   };
 }
 

@@ -11,6 +11,9 @@
 // with nearly the highest likeness. A parabola through s gives this lag more precisely than the
 // track, so steady notes are tuned by it. For other notes the median of the track is used, because
 // the places show only single moments.
+//
+// Above the tracker's range (2 kHz) a track has multiples of the period, or none. There the period
+// is the first peak of s(L) at places soon after the loudest one, since high notes fade quickly.
 #pragma once
 
 #include <optional>
