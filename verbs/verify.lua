@@ -39,12 +39,11 @@ local function plain(name, text_) return { name = name, text = text_, family = "
 
 -- Programs --------------------------------------------------------------------------------------
 
-local function folder(path) return path:match("^.*/") or "" end
-
 -- A sample's path, relative to the program's folder if it is inside it.
 local function fromFolder(path, program)
-  local start = folder(program)
-  return path:sub(1, #start) == start and path:sub(#start + 1) or path
+  local start = (host.absolutePath(program) or program):match("^.*/") or ""
+  local whole = path ~= "" and host.absolutePath(path) or path
+  return whole:sub(1, #start) == start and whole:sub(#start + 1) or path
 end
 
 -- Whether the program file has an organ extension. Methods that read its fields would create one.

@@ -25,5 +25,7 @@ function disk.isFolder(path) return host.fileType(path) == "folder" end
 -- Replaces the content of a file atomically and keeps the old one for `zyl undo`. Returns true, or
 -- nil and the reason.
 function disk.write(path, bytes) return journal.save(path, host.writeFile, path, bytes) end
+-- The same for a copy of another file, with its mode and time.
+function disk.copy(from, to) return journal.save(to, host.copyFile, from, to) end
 
 return disk
