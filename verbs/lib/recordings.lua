@@ -98,6 +98,8 @@ function recordings.measure(batch, wanted)
       local it = items[index]
       take(batch, it, sample, found)
       it.measured = true
+      -- Spares opening the file again.
+      if not it.name.layer then it.loudness = sound:loudness() end
       local result, reason = sound:root(track)
       if not result or not result.sure then
         it.noPitch = reason or "no steady pitch"
