@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <vector>
 
 #include "audio/Levels.h"
@@ -185,54 +184,61 @@ std::optional<Repetition> Choose(const std::vector<Look>& looks) {
   return std::nullopt;
 }
 
-// Blocks at which to look for a high note: after the loudest one, before the note has faded.
-std::vector<size_t> LoudPlaces(const Sound& sound) {
+// Blocks at which to look for a high note: before it has faded, and with `frames` frames after it.
+std::vector<size_t> LoudPlaces(const Sound& sound, size_t frames) {
   const std::vector<float> levels = BlockLevels(sound, kTrackBlock);
-  const auto loudest = std::max_element(levels.begin(), levels.end());
+  const float loudest = *std::max_element(levels.begin(), levels.end());
   std::vector<size_t> loud;
-  for (auto it = loudest; it != levels.end(); ++it) {
-    if (*it >= *loudest * kFaded) loud.push_back(static_cast<size_t>(it - levels.begin()));
+  for (size_t i = 0; i * kTrackBlock + frames <= sound.Frames(); ++i) {
+    if (levels[i] >= loudest * kFaded) loud.push_back(i);
   }
   std::vector<size_t> places;
   for (const double part : kHighPlaces) {
+    if (loud.empty()) break;
     places.push_back(loud[static_cast<size_t>(part * static_cast<double>(loud.size() - 1))]);
   }
   return places;
 }
 
-// The first lag whose likeness is a peak and nearly as high as the highest, 0 if none. Before a
-// peak the likeness must have been negative: that of a low note falls slowly from 1.
-int FirstPeak(const std::vector<double>& likeness, int shortest) {
+// The lags from `shortest` on at which the likeness has a peak. Before a peak it must have been
+// negative: the likeness of a low note falls slowly from 1.
+std::vector<int> Peaks(const std::vector<double>& likeness, int shortest) {
   const auto at = [&](int lag) { return likeness[static_cast<size_t>(lag)]; };
   double lowest = 1;
-  double best = 0;
   std::vector<int> peaks;
   for (int lag = 2; lag + 1 < static_cast<int>(likeness.size()); ++lag) {
     lowest = std::min(lowest, at(lag));
-    if (lag < shortest || lowest >= 0 || at(lag) < at(lag - 1) || at(lag) < at(lag + 1)) continue;
-    peaks.push_back(lag);
-    best = std::max(best, at(lag));
+    const bool isPeak = at(lag) >= at(lag - 1) && at(lag) >= at(lag + 1);
+    if (lag >= shortest && lowest < 0 && isPeak) peaks.push_back(lag);
   }
-  for (const int lag : peaks) {
-    // A period between two lags loses up to this.
-    const double lost = 1 - std::cos(std::numbers::pi / lag);
-    if (IsAsAlike(at(lag) + lost, best)) return lag;
+  return peaks;
+}
+
+// The period near a lag, and the likeness between frames.
+Repetition Repeat(const std::vector<Look>& looks, int lag) {
+  Repetition found{1, 0, 0};
+  std::vector<double> periods;
+  for (const Look& look : looks) {
+    if (const auto near = look.Near(lag, 1.5)) {
+      found.likeness += near->likeness / static_cast<double>(looks.size());
+      periods.push_back(look.Refined(near->values));
+    }
   }
-  return 0;
+  if (!periods.empty()) found.period = Median(periods);
+  return found;
 }
 
 // The period of a note above kLowestHighHz.
 std::optional<Repetition> HighNote(const Sound& sound) {
   const int longest = static_cast<int>(sound.rateHz / kLowestHighHz);
-  const auto whole = static_cast<size_t>(kHighPeriods * longest);
-  const std::vector<size_t> places = LoudPlaces(sound);
+  if (longest < 4) return std::nullopt;
+  const int length = longest * kHighPeriods / 2;
+  const auto count = static_cast<size_t>(longest * kHighPeriods);
+  const std::vector<size_t> places = LoudPlaces(sound, count);
   std::vector<Look> looks;
   std::vector<double> likeness(static_cast<size_t>(longest) + 2);
   for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
     for (const size_t block : places) {
-      const size_t count = std::min(whole, sound.Frames() - block * kTrackBlock);
-      if (count < whole / 2 || longest < 4) continue;
-      const int length = static_cast<int>(count) / 2 - longest - 2;
       Look look(sound.channels[c], block * kTrackBlock, count, 1, length);
       if (look.Likeness(0) == 0) continue;  // silence
       for (int lag = 1; lag < longest + 2; ++lag) {
@@ -241,22 +247,17 @@ std::optional<Repetition> HighNote(const Sound& sound) {
       looks.push_back(std::move(look));
     }
   }
-  if (looks.empty()) return std::nullopt;
-  for (double& value : likeness) value /= static_cast<double>(looks.size());
-  const int lag = FirstPeak(likeness, std::max(static_cast<int>(sound.rateHz / kHighestHz), 4));
-  if (lag == 0) return std::nullopt;
-  Repetition found{1, 0, 0};
-  std::vector<double> periods;
-  for (const Look& look : looks) {
-    if (const auto near = look.Near(lag, 1.5)) {
-      found.likeness += near->likeness;
-      periods.push_back(look.Refined(near->values));
-    }
+  const int shortest = std::max(static_cast<int>(sound.rateHz / kHighestHz), 4);
+  std::vector<Repetition> repetitions;
+  double best = 0;
+  for (const int lag : Peaks(likeness, shortest)) {
+    repetitions.push_back(Repeat(looks, lag));
+    best = std::max(best, repetitions.back().likeness);
   }
-  if (periods.empty()) return std::nullopt;
-  found.likeness /= static_cast<double>(periods.size());
-  found.period = Median(periods);
-  return found;
+  for (const Repetition& it : repetitions) {
+    if (it.likeness >= kHighLikeness && IsAsAlike(it.likeness, best)) return it;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -319,7 +320,6 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
   // Above the tracker's range the track has multiples of the period, if any.
   const bool isTracked = !periods.empty() && 2 * agreeing >= periods.size();
   auto high = HighNote(sound);
-  if (high && high->likeness < kHighLikeness) high.reset();
   if (high && isTracked && chosen * kTrackedHz >= sound.rateHz &&
       (high->period > 0.97 * chosen || !IsAsAlike(high->likeness, likeness))) {
     high.reset();
