@@ -186,9 +186,8 @@ if next(failed) then
   cli.warn(output, "nothing was copied")
 elseif not options["dry-run"] then
   local isNew = not host.fileType(output)
-  local made = not isNew or os.execute("mkdir -p -- " .. folders.quoted(output) .. " 2>/dev/null")
   local _, failure
-  if made then _, failure = cli.try(journal.all, write, list, copies) else failure = "cannot be created" end
+  if folders.make(output) then _, failure = cli.try(journal.all, write, list, copies) else failure = "cannot be created" end
   if failure then
     cli.failed(output, failure .. ": nothing was copied")
     if isNew then os.remove(output) end

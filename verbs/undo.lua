@@ -123,7 +123,7 @@ local function plan(found)
         elseif entry.after ~= current(entry.path) then
           step.changed = "has changed since"
         end
-        if not step.changed or not options["keep-changed"] then now[entry.path] = was end
+        if not step.changed or options.force then now[entry.path] = was end
       end
     end
     if step.does then steps[#steps + 1] = step end
@@ -133,6 +133,7 @@ end
 
 local function restore(found, step)
   local entry = step.entry
+  folders.make((entry.from or entry.path):match("^(.*)/") .. "/")
   if step.does == "rename" then
     local done, reason = journal.move(entry.to, entry.from)
     return done or error(reason, 0)

@@ -128,6 +128,9 @@ TEST_F(KeygroupVerbs, MergeAndCopyTakeWholeKeygroups) {
   // Except for their order these are the keygroups of the program, with the channels of the zones.
   EXPECT_EQ(Zyl("copy --before 1 " + Quoted("m.zprg") + " 2-3 " + high).status, 0);
   EXPECT_EQ(Keygroups("p-2.zprg"), "36-47:10 48-59:11 60-71:12 ");
+  EXPECT_EQ(Zyl("copy " + low + " 2 " + high + " " + Quoted("m.zprg")).status, 0);
+  EXPECT_EQ(Keygroups("m.zprg"), "60-71:12 36-47:10 48-59:11 48-59:11 ");
+  EXPECT_EQ(Zyl("undo --last").status, 0);
   EXPECT_EQ(Zyl("edit poly=16 KGmuteGroup=0 'name=A long name' " + high).status, 0);
   const Finished same = Zyl("verify " + Quoted("p.zprg") + " " + high);
   EXPECT_EQ(same.status, 0) << same.out;

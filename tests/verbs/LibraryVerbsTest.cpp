@@ -86,6 +86,7 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
     std::string arguments;
     int status;
     std::vector<std::string> files;
+    const char* says = "";
   } cases[] = {
       {"--samples '{program}_{low}_{name}' " + Quoted("lib/a.zprg") + search,
        0,
@@ -100,18 +101,19 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
       {"-r --files '{name}{number}' --names N{number} " + Quoted("lib"),
        0,
        {"lib/a1.zprg", "lib/deep/b2.zprg"}},
-      {"--samples same " + Quoted("lib/a.zprg"), 4, {}},
+      {"--samples same " + Quoted("lib/a.zprg"), 4, {}, "would both be named"},
       {"--samples unused --replace uu= " + Quoted("lib/a.zprg"), 4, {}},
-      {"--replace x=unused " + Quoted("lib/a.zprg"), 4, {}},
-      {"--samples a/b " + Quoted("lib/a.zprg"), 4, {}},
-      {"--names MoreThanTwelveBytes " + Quoted("lib/a.zprg"), 4, {}},
-      {"--samples '{nam}' " + Quoted("lib/a.zprg"), 2, {}},
+      {"--replace x=unused " + Quoted("lib/a.zprg"), 4, {}, "that file exists"},
+      {"--samples a/b " + Quoted("lib/a.zprg"), 4, {}, "not a file name"},
+      {"--names MoreThanTwelveBytes " + Quoted("lib/a.zprg"), 4, {}, "12 bytes"},
+      {"--samples '{nam}' " + Quoted("lib/a.zprg"), 2, {}, "there is no {nam}"},
       {"--replace x=q --dry-run " + Quoted("lib/a.zprg"), 0, {}},
       {"--replace x=q " + Quoted("lib/a.zprg") + " " + Quoted("lib/none.zprg"), 4, {}},
   };
   for (const auto& it : cases) {
     const Finished run = Zyl("rename " + it.arguments, true);
     EXPECT_EQ(run.status, it.status) << it.arguments << run.out;
+    EXPECT_TRUE(Has(run.out, it.says)) << it.arguments << run.out;
     for (const auto& file : it.files) EXPECT_TRUE(fs::exists(Path(file))) << it.arguments << file;
     if (it.files.empty()) {
       EXPECT_TRUE(Snapshot() == before) << it.arguments;
@@ -132,13 +134,15 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
 
 TEST_F(LibraryVerbs, CollectCopiesAndRelinks) {
   const std::string out = " -o " + Quoted("out") + " ";
+  fs::create_directories(Path("out"));
+  WriteWave(Path("out/x.wav"), {std::vector<int16_t>(300, 9)});  // another sound with the name
   EXPECT_EQ(Zyl("collect -r" + out + Quoted("lib")).status, 0);
   fs::rename(Path("lib"), Path("gone"));
   fs::rename(Path("out"), Path("moved"));
   EXPECT_EQ(Sounds("moved/a.zprg"), "12");
   EXPECT_EQ(Sounds("moved/b.zprg"), "1224");
-  EXPECT_TRUE(fs::exists(Path("moved/x.wav")) && fs::exists(Path("moved/x 2.wav")));
-  EXPECT_EQ(std::distance(fs::directory_iterator(Path("moved")), {}), 5);
+  EXPECT_TRUE(fs::exists(Path("moved/x 2.wav")) && fs::exists(Path("moved/x 3.wav")));
+  EXPECT_EQ(std::distance(fs::directory_iterator(Path("moved")), {}), 6);
   const std::string shown = Zyl("find 60 --json " + Quoted("moved/b.zprg")).out;
   EXPECT_TRUE(Has(shown, "\"channel\": 2")) << shown;
   // Missing samples: by name; different ones with the name are told apart by their folder.

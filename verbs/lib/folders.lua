@@ -9,6 +9,12 @@ end
 
 function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
 
+-- Creates a folder and those that contain it; true if it exists now.
+function folders.make(path)
+  return host.fileType(path) == "folder"
+         or os.execute("mkdir -p -- " .. folders.quoted(path) .. " 2>/dev/null") == true
+end
+
 local function isSound(path) return SOUNDS[path:lower():match("%.([^./]+)$") or ""] == true end
 
 -- A program file may have any name, so its content decides.

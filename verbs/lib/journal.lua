@@ -27,6 +27,7 @@ local FORMAT = "zyl-undo 1"
 local DEFAULT_LIMIT = 1 << 30
 local UNITS = { [""] = 1, K = 1 << 10, M = 1 << 20, G = 1 << 30 }
 local MOST_TRIES = 1000       -- to find a free number
+local MOST_BATCHES = 1000
 
 local batch                   -- the open batch, nil before the first file
 local off = false             -- whether nothing more is kept
@@ -178,13 +179,14 @@ local function isHeld(root, number)
   return isRunning(id)
 end
 
--- Removes the oldest batches until `bytes` more fit. Running batches stay.
+-- Removes the oldest batches until `bytes` more fit, and all but the newest MOST_BATCHES. Running
+-- batches stay.
 local function makeRoom(root, bytes)
   local numbers, size = sizes(root)
   local total = bytes
   for _, number in ipairs(numbers) do total = total + size[number] end
-  for _, number in ipairs(numbers) do
-    if total <= limit() then break end
+  for i, number in ipairs(numbers) do
+    if total <= limit() and #numbers - i < MOST_BATCHES then break end
     local old = journal.read(number)
     if not (batch and batch.number == number) and not (old and old.running)
        and not isHeld(root, number) then
@@ -225,6 +227,7 @@ local function begin()
       if os.rename(folder, root .. "/" .. number) then
         batch = { number = number, root = root, folder = root .. "/" .. number, count = 0, bytes = 0,
                   roomFor = 0, byPath = {}, entries = {} }
+        if not within then makeRoom(root, 0) end
         return true
       end
     end
