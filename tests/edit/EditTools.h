@@ -1,7 +1,6 @@
 // Samples to be edited through script methods, and what the methods made of them.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,7 +18,7 @@ inline std::vector<Values> Counting(int positions, int channels) {
   return made;
 }
 
-class EditTest : public ModuleTest {
+class EditTest : public ProgramTest {
  protected:
   void SetUp() override {
     ModuleTest::SetUp();
@@ -117,23 +116,12 @@ class EditTest : public ModuleTest {
     }
   }
 
-  // Records parameter changes in `heard`, each as "number value keygroup zone ".
-  void Listen() {
-    listener_["OnProgramParameterChanged"] = [this](ROCParams& list, ROCParam**) {
-      for (int i = 1; i < 5; ++i) heard += std::to_string(list.Entry(i)->Int()) + " ";
-    };
-    program("Register", static_cast<RIOObject*>(&listener_));
-  }
-
-  std::string heard;
-  Program program;
   std::string path;
   RIOObject* first = nullptr;
   RIOObject* second = nullptr;
   RIOObject* whole = nullptr;
 
  private:
-  Listener listener_;
   int made_ = 0;
 };
 

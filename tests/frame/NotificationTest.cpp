@@ -6,67 +6,53 @@ namespace {
 
 class Notification : public ModuleTest {
  protected:
-  void SetUp() override {
-    ModuleTest::SetUp();
-    program.Make();
-  }
-  // A module that records its notifications.
-  std::unique_ptr<Listener> Recorder(std::vector<std::string>& told, const std::string& mark = "") {
-    auto listener = std::make_unique<Listener>();
-    (*listener)["OnProgramParameterChanged"] = [&told, mark, this](ROCParams& list, ROCParam**) {
-      ASSERT_EQ(list.count, 5);
+  Notification() { program.Make(); }
+  // A module that appends its notifications to `told`.
+  std::unique_ptr<Listener> Recorder(const std::string& mark = "") {
+    auto module = std::make_unique<Listener>();
+    (*module)["OnProgramParameterChanged"] = [mark, this](ROCParams& list, ROCParam**) {
       EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
-      std::string line = mark;
-      for (int i = 1; i < 5; ++i) line += std::to_string(list.Entry(i)->Int()) + " ";
-      told.push_back(line);
+      told += mark;
+      for (int i = 1; i < list.count; ++i) told += std::to_string(list.Entry(i)->Int()) + " ";
     };
-    (*listener)["OnDeletingPrg"] = [&told, mark, this](ROCParams& list, ROCParam**) {
-      EXPECT_EQ(list.count, 1);
+    (*module)["OnDeletingPrg"] = [mark, this](ROCParams& list, ROCParam**) {
       EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
-      told.push_back(mark + "end");
+      told += mark + "end ";
     };
-    return listener;
+    return module;
   }
-  using Lines = std::vector<std::string>;
   Program program;
-  Lines told;
+  std::string told;
 };
 
 TEST_F(Notification, ChangesAreAnnouncedOnceInOrderWhileEnabled) {
-  const auto first = Recorder(told, "a:");
-  const auto second = Recorder(told, "b:");
-  for (Listener* listener : {first.get(), second.get(), first.get()}) {
-    EXPECT_EQ(program("Register", listener).result, nullptr);
+  const auto first = Recorder("a:"), second = Recorder("b:");
+  for (Listener* one : {first.get(), second.get(), first.get()}) {
+    EXPECT_EQ(program("Register", one).result, nullptr);
   }
   for (int i = 0; i < 2; ++i) program("PRGpoly", 20);  // the second is no change
-  EXPECT_EQ(told, (Lines{"a:4 20 -1 -1 ", "b:4 20 -1 -1 "}));
+  EXPECT_EQ(std::exchange(told, {}), "a:4 20 -1 -1 b:4 20 -1 -1 ");
   EXPECT_TRUE(program("EnableRegisterCall", false).Bool());
   program("PRGpoly", 21);
   EXPECT_FALSE(program("EnableRegisterCall", true).Bool());
-  EXPECT_EQ(told.size(), 2u);
   program("PrepareDelete");
-  EXPECT_EQ(Lines(told.begin() + 2, told.end()), (Lines{"a:end", "b:end"}));
   program.Delete();
-  EXPECT_EQ(told.size(), 4u) << "only PrepareDelete announces the end";
+  EXPECT_EQ(told, "a:end b:end ") << "only PrepareDelete announces the end";
 }
 
 TEST_F(Notification, DeletedModulesAreSkipped) {
-  auto dead = Recorder(told, "dead:");
-  const auto replaced = Recorder(told, "replaced:");
-  const auto alive = Recorder(told, "alive:");
-  for (Listener* listener : {dead.get(), replaced.get(), alive.get()}) {
-    program("Register", listener);
-  }
+  auto dead = Recorder("dead:");
+  const auto replaced = Recorder("replaced:"), alive = Recorder("alive:");
+  for (Listener* one : {dead.get(), replaced.get(), alive.get()}) program("Register", one);
   dead.reset();
   replaced->SetDispatch(nullptr);
   program("PrepareDelete");
-  EXPECT_EQ(told, Lines{"alive:end"});
   program("PRGpoly", 20);
-  EXPECT_EQ(told.back(), "alive:4 20 -1 -1 ");
+  EXPECT_EQ(told, "alive:end alive:4 20 -1 -1 ");
 }
 
 TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
-  const auto late = Recorder(told, "late:");
+  const auto late = Recorder("late:");
   auto victim = std::make_unique<Listener>();
   (*victim)["OnProgramParameterChanged"] = [](ROCParams& list, ROCParam**) {
     EXPECT_EQ(list.Entry(1)->Int(), 3) << "it was called after its end";
@@ -82,7 +68,7 @@ TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
   program("Register", victim.get());
   EXPECT_EQ(program("PRGpoly", 20).Int(), 15);
   EXPECT_EQ(program("PRGmidiChannel").Int(), 6);
-  EXPECT_EQ(told, Lines{"late:4 20 -1 -1 "}) << "a module registered during the walk is called too";
+  EXPECT_EQ(told, "late:4 20 -1 -1 ") << "a module registered during the walk is called too";
 }
 
 // The nested change removes the entry of the module that is being called and its neighbours; an
@@ -94,7 +80,7 @@ TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterWalk) {
     told.clear();
     auto before = std::make_unique<Listener>();
     auto after = std::make_unique<Listener>();
-    const auto last = Recorder(told);
+    const auto last = Recorder();
     Listener busy;
     busy["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) {
       before.reset();
@@ -103,12 +89,11 @@ TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterWalk) {
       program("PRGmidiChannel", 6);
       program("Register", last.get());
     };
-    if (!alone) program("Register", before.get());
-    program("Register", &busy);
-    if (!alone) program("Register", after.get());
-    if (!alone) program("Register", last.get());
+    for (Listener* one : {before.get(), &busy, after.get(), last.get()}) {
+      if (one == &busy || !alone) program("Register", one);
+    }
     program("PRGpoly", 20);
-    EXPECT_EQ(told, alone ? Lines{"4 20 -1 -1 "} : (Lines{"3 6 -1 -1 ", "4 20 -1 -1 "}));
+    EXPECT_EQ(told, alone ? "4 20 -1 -1 " : "3 6 -1 -1 4 20 -1 -1 ");
   }
 }
 

@@ -331,20 +331,17 @@ for _, outputs in ipairs { 1, 0, -5 } do describeOutputs(outputs, lines) end
 for _, channels in ipairs { 1, 2, 3, 4, 5, 6, 7 } do describeChannels(channels, lines) end
 local found = table.concat(lines, "\n") .. "\n"
 
-local path = arg[#arg]
-if arg[1] == "--write" then
-  local file <close> = assert(io.open(path, "wb"))
+local path, read = arg[#arg], arg[1] == "--write" and "wb" or "rb"
+local file <close> = assert(io.open(path, read))
+if read == "wb" then
   assert(file:write(found))
   return
 end
-local file <close> = assert(io.open(path, "rb"))
 local expected = file:read("a")
 if found == expected then return end
 local function printMissing(mark, from, among)
-  local known = {}
-  for line in among:gmatch("[^\n]+") do known[line] = true end
   for line in from:gmatch("[^\n]+") do
-    if not known[line] then print(mark .. line) end
+    if not among:find(line .. "\n", 1, true) then print(mark .. line) end
   end
 end
 printMissing("- ", expected, found)

@@ -184,25 +184,13 @@ TEST_F(ProgramFile, LongPathsAreReadBackWhole) {
   EXPECT_EQ(program("FileName").Text(), path);
   EXPECT_EQ(ZonePath(program), folder + "/s.wav");
   const ProgramRecord record(program);
-  const std::string field(record->fileName);
-  EXPECT_EQ(path.rfind(field, 0), 0u) << "the field holds the beginning";
-  EXPECT_NE(path[field.size()] & 0xC0, 0x80) << "it was cut inside a character";
+  EXPECT_TRUE(path.starts_with(record->fileName)) << "the field holds the beginning";
   for (std::string name : {"/", "/x"}) {
     const size_t ascii = name.size();
     for (int i = 0; i < 300; ++i) name += "\u00e9";
     program("FileName", name);
-    EXPECT_EQ((std::string(record->fileName).size() - ascii) % 2, 0u);
+    EXPECT_EQ((std::string(record->fileName).size() - ascii) % 2, 0u) << "cut in a character";
   }
-}
-
-TEST_F(ProgramFile, AFailedWriteKeepsTheFileAndTheDirtyMark) {
-  WriteSmall();
-  const std::string before = ReadBytes(Path("a/p.zprg"));
-  program("PRGpoly", 8);
-  EXPECT_FALSE(program("Write", Path("missing/p.zprg")).Bool());
-  EXPECT_FALSE(program("Write", Path("a/samples")).Bool()) << "a folder is no file";
-  EXPECT_TRUE(program("Dirty").Bool());
-  EXPECT_EQ(ReadBytes(Path("a/p.zprg")), before);
 }
 
 TEST_F(ProgramFile, TheModeSelectsWhetherChangedSamplesAreStored) {
@@ -223,24 +211,25 @@ TEST_F(ProgramFile, TheModeSelectsWhetherChangedSamplesAreStored) {
   EXPECT_EQ(program("Samplekey", program("SampleGet", 1, 2).Object()).Int(), 61);
 }
 
-TEST_F(ProgramFile, WriteRefusesThePathOfItsOwnSample) {
+TEST_F(ProgramFile, WriteRefusesThePathOfItsOwnSampleAndOfAFolder) {
   WriteSmall();
   const std::string sample = Path("a/samples/s.wav");
   const std::string wave = ReadBytes(sample);
-  std::filesystem::create_symlink(sample, Path("symbolic"));
-  std::filesystem::create_hard_link(sample, Path("hard"));
-  std::filesystem::create_directory_symlink(Path("a"), Path("b"));
+  fs::create_symlink(sample, Path("symbolic"));
+  fs::create_hard_link(sample, Path("hard"));
+  fs::create_directory_symlink(Path("a"), Path("b"));
   program("ZoneSamplePath", 0, 1, Path("a/new.wav"));  // no file yet
-  std::filesystem::create_symlink("a/new.wav", Path("dangling"));
+  fs::create_symlink("a/new.wav", Path("dangling"));
   for (const bool loaded : {true, false}) {
-    for (const std::string& path : {sample, Path("a/../a/samples/s.wav"), Path("symbolic"),
-                                    Path("hard"), Path("b/new.wav"), Path("dangling")}) {
+    for (const std::string& path :
+         {sample, Path("a/../a/samples/s.wav"), Path("symbolic"), Path("hard"), Path("b/new.wav"),
+          Path("dangling"), Path("missing/p.zprg"), Path("a/samples")}) {
       program("Dirty", true);
       EXPECT_FALSE(program("Write", path).Bool()) << path;
       EXPECT_TRUE(program("Dirty").Bool());
     }
     EXPECT_EQ(ReadBytes(sample), wave);
-    EXPECT_FALSE(std::filesystem::exists(Path("a/new.wav")));
+    EXPECT_FALSE(fs::exists(Path("a/new.wav")));
     ASSERT_TRUE(program("Write", Path("a/p.zprg")).Bool());
     ASSERT_TRUE(!loaded || program("Read", Path("a/p.zprg"), 0).Bool());
   }

@@ -10,10 +10,11 @@
 
 namespace zyl::test {
 
+inline std::string AsText(const FieldWriter& bytes) {
+  return {reinterpret_cast<const char*>(bytes.block.data()), bytes.block.size()};
+}
 inline std::string Little32(uint32_t value) {
-  std::string bytes;
-  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
-  return bytes;
+  return AsText(FieldWriter(ByteOrder::kLittle).U32(value));
 }
 inline std::string Chunk(const std::string& id, const std::string& data) {
   return id + Little32(static_cast<uint32_t>(data.size())) + data;

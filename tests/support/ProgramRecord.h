@@ -36,14 +36,6 @@ class ProgramRecord {
     return KeygroupPlace(record_->AllocatedKeyGroups()) +
            sizeof(vendlKeyGroupImage) * static_cast<size_t>(k);
   }
-  // The keygroup that a byte of the row belongs to, -1 for the header.
-  int KeygroupOf(size_t byte) const {
-    if (byte < sizeof(akaiProgramHdrImage)) return -1;
-    if (byte < ExtensionPlace(0)) {
-      return static_cast<int>((byte - KeygroupPlace(0)) / sizeof(akaiKeyGroup));
-    }
-    return static_cast<int>((byte - ExtensionPlace(0)) / sizeof(vendlKeyGroupImage));
-  }
 
   std::vector<std::byte> Image() const {
     std::vector<std::byte> row;

@@ -4,15 +4,16 @@
 
 #include <gtest/gtest.h>
 #include <cstdint>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/akai.h"
+#include "host/byteOrder.h"
 #include "host/hostapp.h"
 #include "host/qx.h"
 #include "support/Files.h"
@@ -169,61 +170,53 @@ class ModuleTest : public testing::Test {
   std::optional<TempFolder> folder_;
 };
 
-// Expects that a call failed in one way or another, and left no result that a script would take.
-inline void ExpectArgType(const Outcome& outcome, const char* argument, int expected,
-                          int position) {
+// A fixture with a program object and the parameter changes that it announces.
+class ProgramTest : public ModuleTest {
+ protected:
+  // Appends the changes from now on to `heard`, each as "number value keygroup zone ".
+  void Listen() {
+    listener["OnProgramParameterChanged"] = [this](ROCParams& list, ROCParam**) {
+      EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
+      for (int i = 1; i < list.count; ++i) heard += std::to_string(list.Entry(i)->Int()) + " ";
+    };
+    program("Register", &listener);
+  }
+  std::string TakeHeard() { return std::exchange(heard, {}); }
+  bool TakeDirty() const { return program("Dirty", false).Bool(); }
+
+  std::string heard;
+  Program program;
+  Listener listener;
+};
+
+// Expects that a call failed with a report of this kind.
+inline void ExpectError(const Outcome& outcome, const char* kind) {
   ASSERT_TRUE(outcome.error) << "no error was reported";
   EXPECT_NE(outcome.status, 0);
-  EXPECT_STREQ(outcome.error->KindName(), "ArgType");
-  EXPECT_EQ(outcome.error->argument, argument);
-  EXPECT_EQ(outcome.error->expected, expected);
-  EXPECT_EQ(outcome.error->position, position);
-}
-inline void ExpectArgPType(const Outcome& outcome, const char* given, const char* required,
-                           int position) {
-  ASSERT_TRUE(outcome.error) << "no error was reported";
-  EXPECT_STREQ(outcome.error->KindName(), "ArgPType");
-  EXPECT_EQ(outcome.error->given, given);
-  EXPECT_EQ(outcome.error->required, required);
-  EXPECT_EQ(outcome.error->position, position);
+  EXPECT_STREQ(outcome.error->KindName(), kind);
 }
 inline void ExpectArgValue(const Outcome& outcome, const char* argument, int position) {
-  ASSERT_TRUE(outcome.error) << "no error was reported";
-  EXPECT_STREQ(outcome.error->KindName(), "ArgValue");
+  ASSERT_NO_FATAL_FAILURE(ExpectError(outcome, "ArgValue"));
   EXPECT_EQ(outcome.error->argument, argument);
   EXPECT_EQ(outcome.error->position, position);
 }
 inline void ExpectException(const Outcome& outcome, const std::string& message) {
-  ASSERT_TRUE(outcome.error) << "no error was reported";
-  EXPECT_STREQ(outcome.error->KindName(), "Exception");
+  ASSERT_NO_FATAL_FAILURE(ExpectError(outcome, "Exception"));
   EXPECT_EQ(outcome.error->message, message);
 }
 
-// A WAVE file of 16-bit values; one vector for each channel.
+// Stores a WAVE file of 16-bit values; one vector for each channel.
 inline void WriteWave(const std::string& path, const std::vector<std::vector<int16_t>>& channels,
                       uint32_t rateHz = 44100) {
-  const auto count = static_cast<uint16_t>(channels.size());
-  const auto frames = static_cast<uint32_t>(channels[0].size());
-  std::ofstream file(path, std::ios::binary);
-  const auto put = [&](uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) file.put(static_cast<char>(value >> (8 * i)));
-  };
-  const uint32_t dataBytes = frames * count * 2;
-  file << "RIFF";
-  put(36 + dataBytes, 4);
-  file << "WAVEfmt ";
-  put(16, 4);
-  put(1, 2);
-  put(count, 2);
-  put(rateHz, 4);
-  put(rateHz * count * 2u, 4);
-  put(count * 2u, 2);
-  put(16, 2);
-  file << "data";
-  put(dataBytes, 4);
-  for (uint32_t i = 0; i < frames; ++i) {
-    for (const auto& channel : channels) put(static_cast<uint16_t>(channel[i]), 2);
+  const auto frameBytes = static_cast<uint32_t>(2 * channels.size());
+  const auto soundBytes = static_cast<uint32_t>(frameBytes * channels[0].size());
+  FieldWriter file(ByteOrder::kLittle);
+  file.Text("RIFF").U32(36 + soundBytes).Text("WAVEfmt ").U32(16).U16(1).U16(frameBytes / 2);
+  file.U32(rateHz).U32(rateHz * frameBytes).U16(frameBytes).U16(16).Text("data").U32(soundBytes);
+  for (size_t i = 0; i < channels[0].size(); ++i) {
+    for (const auto& channel : channels) file.U16(static_cast<uint16_t>(channel[i]));
   }
+  WriteBytes(path, {reinterpret_cast<const char*>(file.block.data()), file.block.size()});
 }
 
 }  // namespace zyl::test

@@ -16,14 +16,6 @@ inline std::unique_ptr<GOContainer> MakeBoard(const char* name, int32_t width, i
   return board;
 }
 
-// The place of an object in absolute coordinates.
-inline std::vector<int> Place(const GOObject& object) {
-  GORect bounds;
-  object.GetBounds(bounds);
-  const GORect place = bounds.ShiftedBy(object.GetOrigin());
-  return {place.left, place.top, place.Width(), place.Height()};
-}
-
 // A list module: "GetList" gives its list.
 class Editor : public Listener {
  public:
@@ -50,13 +42,6 @@ class Editor : public Listener {
   }
   RIOObject* Module() { return this; }
   ListElement& Cell(int row, int column) const { return *list->Row(row)->Cell(column); }
-  std::string Text(int row, int column) const {
-    const GOObject* object = Cell(row, column).Object();
-    return object == nullptr || object->Text() == nullptr ? "(none)" : *object->Text();
-  }
-  const GOObject& Inner(int row, int column) const {
-    return *dynamic_cast<const GOContainer&>(*Cell(row, column).Object()).FirstChild();
-  }
 
   std::unique_ptr<List> list;
 };
