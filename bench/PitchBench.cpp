@@ -70,7 +70,7 @@ void RunTracker(const Sound& sound, const zyl::PitchKernels& kernels) {
 void RunPlain(const Sound& sound) {
   std::vector<double> frames(sound.size());
   std::transform(sound.begin(), sound.end(), frames.begin(), [](int16_t v) { return v * 0x1p-15; });
-  std::vector<float> track = PlainPitchTrack(frames, kRateHz, {});
+  std::vector<float> track = PlainTracker(frames, kRateHz, {}).Run();
   PlainCorrectOctaveErrors(track, 10);
   PlainCorrectOctaveErrors(track, 10);
   sink = track.back();

@@ -39,7 +39,7 @@ class FrameTracker : public PitchTracker {
   double ReadFrame() override { return frames_[next_++]; }
   bool AtEnd() override { return next_ >= frames_.size(); }
   void StoreValue(int index, double value) override {
-    output.at(static_cast<std::size_t>(index)) = static_cast<float>(value);
+    output.at(static_cast<size_t>(index)) = static_cast<float>(value);
     if (index == abortAt) abort = true;
   }
 
@@ -48,7 +48,7 @@ class FrameTracker : public PitchTracker {
 
  private:
   const std::vector<double>& frames_;
-  std::size_t next_ = 0;
+  size_t next_ = 0;
 };
 
 void Configure(PitchTracker& tracker, const PlainPitchSettings& settings, double rateHz) {
@@ -59,7 +59,7 @@ void Configure(PitchTracker& tracker, const PlainPitchSettings& settings, double
 
 void ExpectPlainTrack(const std::vector<double>& frames, const PlainPitchSettings& settings,
                       const std::string& what) {
-  const std::vector<uint32_t> plain = BitsOf(PlainPitchTrack(frames, kRateHz, settings));
+  const std::vector<uint32_t> plain = BitsOf(PlainTracker(frames, kRateHz, settings).Run());
   for (const zyl::PitchKernels* kernels : zyl::RunnablePitchKernels()) {
     FrameTracker tracker(frames);
     tracker.UseKernels(*kernels);
@@ -69,10 +69,10 @@ void ExpectPlainTrack(const std::vector<double>& frames, const PlainPitchSetting
   }
 }
 
-std::vector<double> Generate(std::size_t count, const std::function<double(double)>& wave,
+std::vector<double> Generate(size_t count, const std::function<double(double)>& wave,
                              double steps = 32768) {
   std::vector<double> frames(count);
-  for (std::size_t i = 0; i < count; ++i) {
+  for (size_t i = 0; i < count; ++i) {
     const double value = wave(static_cast<double>(i));
     frames[i] = steps > 0 ? std::round(value * steps) / steps : value;
   }
@@ -86,7 +86,7 @@ double Tone(double frame, double pitchHz) {
 // From 0 to below 1.
 double Random(std::mt19937& random) { return static_cast<double>(random()) / 4294967296.0; }
 
-std::vector<double> Noise(std::size_t count, double level, unsigned seed) {
+std::vector<double> Noise(size_t count, double level, unsigned seed) {
   std::mt19937 random(seed);
   return Generate(count, [&](double) { return level * (2 * Random(random) - 1); });
 }
@@ -94,14 +94,6 @@ std::vector<double> Noise(std::size_t count, double level, unsigned seed) {
 struct Signal {
   std::string name;
   std::vector<double> frames;
-};
-
-// A wave of the frame's number; its values are rounded to steps of 1 / steps unless that is 0.
-struct Wave {
-  const char* name;
-  std::size_t count;
-  double steps;
-  std::function<double(double)> at;
 };
 
 std::vector<Signal> Signals() {
@@ -121,53 +113,53 @@ std::vector<Signal> Signals() {
     return (std::fmod(i, 3000) < 700 ? 1.0 : 2e-4) * Tone(i, 330);
   };
   const auto glide = [](double i) { return 0.5 * Tone(i, 60 + i * i / 8e6) + 0.1 * Tone(i, 7000); };
-  const Wave waves[] = {
-      {"tone 55", 20000, 32768, harmonic(55)},
-      {"tone 110", 20000, 32768, harmonic(110)},
-      {"tone 1378.125", 20000, 32768, harmonic(1378.125)},
-      {"tone 2500", 20000, 32768, harmonic(2500)},
-      {"long glide", 80001, 32768, glide},
-      {"one bit", 20000, 8, [](double i) { return 0.2 * Tone(i, 97); }},
-      {"constant", 40000, 32768, [](double) { return 0.3; }},
-      {"least constant", 9000, 32768, [](double) { return -1 / 32768.0; }},
-      {"silence", 9000, 32768, [](double) { return 0; }},
-      {"step", 45000, 32768, [](double i) { return i < 22000 ? 0.0 : 0.7; }},
-      // Two have their peak at the longest lag that can be one, and just beyond it.
-      {"impulses 400", 15000, 32768, impulses(400)},
-      {"impulses 2036", 15000, 32768, impulses(2036)},
-      {"impulses 2040", 15000, 32768, impulses(2040)},
-      {"square", 15000, 32768, [](double i) { return std::fmod(i, 256) < 128 ? 0.5 : -0.5; }},
-      {"alternating", 9000, 32768, [](double i) { return std::fmod(i, 2) < 1 ? 1.0 : -1.0; }},
-      {"decay", 60000, 2147483648.0, decay},
-      {"burst and rest", 60000, 32768, [](double i) { return i < 20000 ? Tone(i, 220) : 0.0; }},
-      {"loud before faint", 15000, 0, contrast},
-      {"sixteen full scale", 9000, 32768, [](double i) { return 16 * Tone(i, 98); }},
-      {"tiny", 9000, 0, [](double i) { return 1e-90 * Tone(i, 200); }},
-      {"denormal", 9000, 0, [](double i) { return 1e-160 * Tone(i, 200); }},
-      {"huge", 9000, 0, [](double i) { return 1e155 * Tone(i, 200); }},
-      {"broken", 9000, 0, broken},
+  const auto square = [](double i) { return std::fmod(i, 256) < 128 ? 0.5 : -0.5; };
+  const auto alternating = [](double i) { return std::fmod(i, 2) < 1 ? 1.0 : -1.0; };
+  const auto tone = [](double level, double pitchHz) {
+    return [level, pitchHz](double i) { return level * Tone(i, pitchHz); };
   };
-  std::vector<Signal> signals;
-  for (const Wave& wave : waves) {
-    signals.push_back({wave.name, Generate(wave.count, wave.at, wave.steps)});
-  }
-  signals.push_back({"long noise", Noise(75000, 0.5, 1)});
-  signals.push_back({"faint noise", Noise(12000, 0.005, 2)});
-  return signals;
+  return {
+      {"tone 55", Generate(20000, harmonic(55))},
+      {"tone 110", Generate(20000, harmonic(110))},
+      {"tone 1378.125", Generate(20000, harmonic(1378.125))},
+      {"tone 2500", Generate(20000, harmonic(2500))},
+      {"long glide", Generate(80001, glide)},
+      {"one bit", Generate(20000, tone(0.2, 97), 8)},
+      {"constant", Generate(40000, [](double) { return 0.3; })},
+      {"least constant", Generate(9000, [](double) { return -1 / 32768.0; })},
+      {"silence", std::vector<double>(9000)},
+      {"step", Generate(45000, [](double i) { return i < 22000 ? 0.0 : 0.7; })},
+      // Two have their peak at the longest lag that can be one, and just beyond it.
+      {"impulses 400", Generate(15000, impulses(400))},
+      {"impulses 2036", Generate(15000, impulses(2036))},
+      {"impulses 2040", Generate(15000, impulses(2040))},
+      {"square", Generate(15000, square)},
+      {"alternating", Generate(9000, alternating)},
+      {"decay", Generate(60000, decay, 2147483648.0)},
+      {"burst and rest", Generate(60000, [](double i) { return i < 2e4 ? Tone(i, 220) : 0.0; })},
+      {"loud before faint", Generate(15000, contrast, 0)},
+      {"sixteen full scale", Generate(9000, tone(16, 98))},
+      {"tiny", Generate(9000, tone(1e-90, 200), 0)},
+      {"denormal", Generate(9000, tone(1e-160, 200), 0)},
+      {"huge", Generate(9000, tone(1e155, 200), 0)},
+      {"broken", Generate(9000, broken, 0)},
+      {"long noise", Noise(75000, 0.5, 1)},
+      {"faint noise", Noise(12000, 0.005, 2)},
+  };
 }
 
 TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
   // The last ones put the shortest and the longest lag at 31 to 33 and 95 to 97, around the edges
   // of what the screen takes at a time.
-  const std::vector<PlainPitchSettings> settings = {{},
-                                                    {2000, 50, 0},
-                                                    {500, 80, 1e-5},
-                                                    {8000, 20, 0},
-                                                    {100, 30, 1e-3},
-                                                    {355, 116, 0},
-                                                    {344, 114, 0},
-                                                    {334, 113, 0},
-                                                    {2000, 344, 0}};
+  const PlainPitchSettings settings[] = {{},
+                                         {2000, 50, 0},
+                                         {500, 80, 1e-5},
+                                         {8000, 20, 0},
+                                         {100, 30, 1e-3},
+                                         {355, 116, 0},
+                                         {344, 114, 0},
+                                         {334, 113, 0},
+                                         {2000, 344, 0}};
   for (const Signal& signal : Signals()) {
     for (const PlainPitchSettings& s : settings) {
       ExpectPlainTrack(signal.frames, s, signal.name + " " + std::to_string(s.minPeriodHz));
@@ -195,14 +187,14 @@ TEST(PitchTracker, TakesAnySetting) {
 
 TEST(PitchTracker, TakesAnyLength) {
   const std::vector<double> all = Generate(5000, [](double i) { return 0.4 * Tone(i, 300); });
-  for (std::size_t count = 0; count <= all.size(); ++count) {
-    ExpectPlainTrack({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count)}, {},
+  for (size_t count = 0; count <= all.size(); ++count) {
+    ExpectPlainTrack({all.begin(), all.begin() + static_cast<ptrdiff_t>(count)}, {},
                      std::to_string(count));
   }
   // Lengths around those at which reading, filtering and screening change over.
   const std::vector<double> noise = Noise(2 * 36864 + 300, 0.4, 4);
-  for (const std::size_t count : {36863U, 36864U, 36865U, 36991U, 36992U, 69631U, 69632U, 73999U}) {
-    ExpectPlainTrack({noise.begin(), noise.begin() + static_cast<std::ptrdiff_t>(count)}, {},
+  for (const size_t count : {36863U, 36864U, 36865U, 36991U, 36992U, 69631U, 69632U, 73999U}) {
+    ExpectPlainTrack({noise.begin(), noise.begin() + static_cast<ptrdiff_t>(count)}, {},
                      std::to_string(count));
   }
 }
@@ -225,7 +217,7 @@ TEST(PitchTracker, ReportsProgressAndStopsAtTheNextBlock) {
     tracker.abortAt = abortAt;
     tracker.SetThreshold(-1);
     EXPECT_FALSE(tracker.Analyze(nullptr));
-    for (std::size_t i = static_cast<std::size_t>(abortAt) + 1; i < 250; ++i) {
+    for (size_t i = static_cast<size_t>(abortAt) + 1; i < 250; ++i) {
       EXPECT_EQ(tracker.output[i], 0.0F) << abortAt;
     }
   }
@@ -239,14 +231,13 @@ TEST(PitchTracker, ReportsProgressAndStopsAtTheNextBlock) {
 class Sample {
  public:
   Sample(const std::vector<std::vector<double>>& channels, int bytesPerSample) {
-    const auto width = static_cast<std::size_t>(bytesPerSample);
+    const auto width = static_cast<size_t>(bytesPerSample);
     const auto frames = static_cast<int32_t>(channels[0].size());
     for (const std::vector<double>& channel : channels) {
       std::vector<std::byte>& bytes = data_.emplace_back(channel.size() * width);
       const zyl::ValueBuffer buffer{bytes.data(), frames, bytesPerSample};
       for (int32_t i = 0; i < frames; ++i) {
-        const double whole =
-            channel[static_cast<std::size_t>(i)] * std::ldexp(0.5, 8 * bytesPerSample);
+        const double whole = channel[static_cast<size_t>(i)] * std::ldexp(0.5, 8 * bytesPerSample);
         zyl::SetValue(buffer, i, static_cast<int32_t>(std::llround(whole)));
       }
     }
@@ -271,7 +262,7 @@ std::vector<float> TrackOf(const zyl::PitchSource& source) {
 TEST(SamplePitchTracker, ReadsEveryWidthAtTheSameScale) {
   const std::vector<double> frames = Generate(
       7777, [](double i) { return 0.9 * Tone(i, 200) - 0.09; }, 128);
-  const std::vector<float> plain = PlainPitchTrack(frames, kRateHz, {});
+  const std::vector<float> plain = PlainTracker(frames, kRateHz, {}).Run();
   ASSERT_NEAR(plain[3], 220.5, 1);
   for (const int bytes : {1, 2, 3, 4}) {
     const Sample sample({frames}, bytes);
@@ -288,14 +279,14 @@ TEST(SamplePitchTracker, ReadsEveryWidthAtTheSameScale) {
 TEST(SamplePitchTracker, SumsTheFirst16Channels) {
   std::vector<std::vector<double>> channels;
   for (unsigned k = 0; k < 18; ++k) channels.push_back(Noise(6000, 0.2, 10 + k));
-  for (const std::size_t count : {1U, 2U, 3U, 16U, 17U, 18U}) {
+  for (const size_t count : {1U, 2U, 3U, 16U, 17U, 18U}) {
     std::vector<double> sum(6000, 0.0);
-    for (std::size_t k = 0; k < std::min<std::size_t>(count, 16); ++k) {
-      for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += channels[k][i];
+    for (size_t k = 0; k < std::min<size_t>(count, 16); ++k) {
+      for (size_t i = 0; i < sum.size(); ++i) sum[i] += channels[k][i];
     }
-    const Sample sample({channels.begin(), channels.begin() + static_cast<std::ptrdiff_t>(count)},
-                        2);
-    EXPECT_EQ(BitsOf(TrackOf(sample.source)), BitsOf(PlainPitchTrack(sum, kRateHz, {}))) << count;
+    const Sample sample({channels.begin(), channels.begin() + static_cast<ptrdiff_t>(count)}, 2);
+    EXPECT_EQ(BitsOf(TrackOf(sample.source)), BitsOf(PlainTracker(sum, kRateHz, {}).Run()))
+        << count;
   }
 }
 
@@ -316,9 +307,9 @@ TEST(AnalyzePitch, CorrectsTwiceAndSmooths) {
   const std::vector<double> noise = Noise(30000, 0.5, 6);
   const std::vector<double> frames = Generate(30000, [&](double i) {
     const bool disturbed = std::fmod(i, 3000) < 500;
-    return disturbed ? noise[static_cast<std::size_t>(i)] : 0.4 * Tone(i, 250 + i / 1000);
+    return disturbed ? noise[static_cast<size_t>(i)] : 0.4 * Tone(i, 250 + i / 1000);
   });
-  std::vector<float> plain = PlainPitchTrack(frames, kRateHz, {});
+  std::vector<float> plain = PlainTracker(frames, kRateHz, {}).Run();
   const std::vector<float> raw = plain;
   PlainCorrectOctaveErrors(plain, 7);
   const std::vector<float> once = plain;
@@ -353,8 +344,7 @@ TEST(CorrectOctaveErrors, EqualsThePlainEvaluation) {
       value = static_cast<float>(base * jitter * factors[random() % 12]);
     }
     if (round % 3 == 0) {
-      std::fill_n(track.begin() + static_cast<std::ptrdiff_t>(track.size() / 3), track.size() / 4,
-                  0.0F);
+      std::fill_n(track.begin() + static_cast<ptrdiff_t>(track.size() / 3), track.size() / 4, 0.0F);
     }
     const int halfWidths[] = {10, 10, 3, 2, 1, 0, -5, 40, INT_MAX, INT_MIN + 100};
     const int halfWidth = halfWidths[random() % 10];
@@ -369,7 +359,7 @@ TEST(SmoothTrack, EqualsThePlainEvaluation) {
   std::mt19937 random(8);
   for (const int length : {1, 2, 3, 7, 40, 255, 256, 257, 600, 1500, 70000}) {
     std::vector<float> track(length > 2000 ? 150 : 300 + random() % 1000);
-    for (std::size_t i = 0; i < track.size(); ++i) {
+    for (size_t i = 0; i < track.size(); ++i) {
       const bool voiced = i / 100 % 2 == 0 ? random() % 8 != 0 : random() % 30 == 0;
       track[i] = voiced ? static_cast<float>(20 + 1900 * Random(random)) : 0.0F;
     }

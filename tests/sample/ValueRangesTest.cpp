@@ -13,55 +13,54 @@
 
 namespace {
 
-constexpr std::int32_t highestInt = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t lowestInt = std::numeric_limits<std::int32_t>::min();
+constexpr int32_t kHighestInt = std::numeric_limits<int32_t>::max();
+constexpr int32_t kLowestInt = std::numeric_limits<int32_t>::min();
 
 // Values with a few bytes before and after them that no operation may touch. The values begin at
 // an odd address.
 class GuardedValues {
  public:
-  GuardedValues(int bytesPerValue, const std::vector<std::int32_t>& values)
-      : bytes_(values.size() * static_cast<std::size_t>(bytesPerValue) + 2 * guard,
-               std::byte{0x5A}),
-        buffer_{bytes_.data() + guard, static_cast<std::int32_t>(values.size()), bytesPerValue} {
-    for (std::int32_t i = 0; i < buffer_.frameCount; ++i) {
-      zyl::SetValue(buffer_, i, values[static_cast<std::size_t>(i)]);
+  GuardedValues(int bytesPerValue, const std::vector<int32_t>& values)
+      : bytes_(values.size() * static_cast<size_t>(bytesPerValue) + 2 * guard, std::byte{0x5A}),
+        buffer_{bytes_.data() + guard, static_cast<int32_t>(values.size()), bytesPerValue} {
+    for (int32_t i = 0; i < buffer_.frameCount; ++i) {
+      zyl::SetValue(buffer_, i, values[static_cast<size_t>(i)]);
     }
   }
   const zyl::ValueBuffer& buffer() const { return buffer_; }
-  std::vector<std::int32_t> Read() const {
-    for (std::size_t i = 0; i < guard; ++i) {
+  std::vector<int32_t> Read() const {
+    for (size_t i = 0; i < guard; ++i) {
       EXPECT_EQ(bytes_[i], std::byte{0x5A});
       EXPECT_EQ(bytes_[bytes_.size() - 1 - i], std::byte{0x5A});
     }
-    std::vector<std::int32_t> values;
-    for (std::int32_t i = 0; i < buffer_.frameCount; ++i) {
+    std::vector<int32_t> values;
+    for (int32_t i = 0; i < buffer_.frameCount; ++i) {
       values.push_back(zyl::GetValue(buffer_, i));
     }
     return values;
   }
 
  private:
-  static constexpr std::size_t guard = 9;
+  static constexpr size_t guard = 9;
   std::vector<std::byte> bytes_;
   zyl::ValueBuffer buffer_;
 };
 
-std::int64_t Highest(int bytesPerValue) { return (std::int64_t{1} << (8 * bytesPerValue - 1)) - 1; }
+int64_t Highest(int bytesPerValue) { return (int64_t{1} << (8 * bytesPerValue - 1)) - 1; }
 
-std::int32_t Held(std::int64_t value, int bytesPerValue) {
-  const std::int64_t highest = Highest(bytesPerValue);
-  return static_cast<std::int32_t>(std::clamp(value, -highest - 1, highest));
+int32_t Held(int64_t value, int bytesPerValue) {
+  const int64_t highest = Highest(bytesPerValue);
+  return static_cast<int32_t>(std::clamp(value, -highest - 1, highest));
 }
 
 // Random values of a width, its limits among them.
-std::vector<std::int32_t> RandomValues(std::mt19937& random, int bytesPerValue, int count) {
-  std::vector<std::int32_t> values;
+std::vector<int32_t> RandomValues(std::mt19937& random, int bytesPerValue, int count) {
+  std::vector<int32_t> values;
   for (int i = 0; i < count; ++i) {
-    const std::int64_t pick = random() % 8;
-    values.push_back(pick == 0   ? Held(highestInt, bytesPerValue)
-                     : pick == 1 ? Held(lowestInt, bytesPerValue)
-                                 : static_cast<std::int32_t>(random()) >> (32 - 8 * bytesPerValue));
+    const int64_t pick = random() % 8;
+    values.push_back(pick == 0   ? Held(kHighestInt, bytesPerValue)
+                     : pick == 1 ? Held(kLowestInt, bytesPerValue)
+                                 : static_cast<int32_t>(random()) >> (32 - 8 * bytesPerValue));
   }
   return values;
 }
@@ -73,12 +72,12 @@ class EveryWidth : public testing::TestWithParam<int> {
   void Check(Edit edit, Rule rule) {
     const int width = GetParam();
     for (const int count : {1, 2, 7, 8, 33, 200}) {
-      std::vector<std::int32_t> expected = RandomValues(random_, width, count);
+      std::vector<int32_t> expected = RandomValues(random_, width, count);
       GuardedValues values(width, expected);
       const int start = static_cast<int>(random_() % static_cast<unsigned>(count));
       const int end = start + static_cast<int>(random_() % static_cast<unsigned>(count - start));
       for (int i = start; i < end; ++i) {
-        std::int32_t& value = expected[static_cast<std::size_t>(i)];
+        int32_t& value = expected[static_cast<size_t>(i)];
         value = rule(value);
       }
       edit(values.buffer(), start, end);
@@ -92,20 +91,20 @@ class EveryWidth : public testing::TestWithParam<int> {
 INSTANTIATE_TEST_SUITE_P(Bytes, EveryWidth, testing::Values(1, 2, 3, 4));
 
 TEST_P(EveryWidth, SetValuesTruncatesTo16BitsThenClamps) {
-  for (const std::int32_t value : {0, 5, -128, 40000, -40000, 65536, highestInt, lowestInt}) {
-    const std::int32_t stored = Held(static_cast<std::int16_t>(value), GetParam());
+  for (const int32_t value : {0, 5, -128, 40000, -40000, 65536, kHighestInt, kLowestInt}) {
+    const int32_t stored = Held(static_cast<int16_t>(value), GetParam());
     Check([=](const auto& buffer, int s, int e) { zyl::SetValues(buffer, s, e, value); },
-          [=](std::int32_t) { return stored; });
+          [=](int32_t) { return stored; });
   }
 }
 
 TEST_P(EveryWidth, OffsetValuesClampsToTheWidth) {
-  const std::int64_t highest = Highest(GetParam());
-  for (const std::int64_t offset : {std::int64_t{0}, std::int64_t{-1000}, highest, -highest - 1,
-                                    2 * highest + 1, -2 * highest - 1}) {
-    const std::int32_t step = Held(offset, 4);
+  const int64_t highest = Highest(GetParam());
+  for (const int64_t offset :
+       {int64_t{0}, int64_t{-1000}, highest, -highest - 1, 2 * highest + 1, -2 * highest - 1}) {
+    const int32_t step = Held(offset, 4);
     Check([=](const auto& buffer, int s, int e) { zyl::OffsetValues(buffer, s, e, step); },
-          [&](std::int32_t value) { return Held(std::int64_t{value} + step, GetParam()); });
+          [&](int32_t value) { return Held(int64_t{value} + step, GetParam()); });
   }
 }
 
@@ -114,17 +113,17 @@ TEST_P(EveryWidth, MultiplyValuesTruncatesAndClamps) {
   for (const double factor :
        {0.0, -1.0, 0.5, 0.999999, 1.37, -65535.5, 1e7, 1e300, 1e-300, -infinity, std::nan("")}) {
     Check([=](const auto& buffer, int s, int e) { zyl::MultiplyValues(buffer, s, e, factor); },
-          [&](std::int32_t value) {
+          [&](int32_t value) {
             const double product = value * factor;
             if (std::isnan(product)) return 0;
-            return Held(static_cast<std::int64_t>(std::clamp(product, -1e15, 1e15)), GetParam());
+            return Held(static_cast<int64_t>(std::clamp(product, -1e15, 1e15)), GetParam());
           });
   }
 }
 
 TEST_P(EveryWidth, ReverseValuesIncludesBothEnds) {
   for (int length = 1; length <= 80; ++length) {
-    std::vector<std::int32_t> expected = RandomValues(random_, GetParam(), length + 5);
+    std::vector<int32_t> expected = RandomValues(random_, GetParam(), length + 5);
     GuardedValues values(GetParam(), expected);
     std::reverse(expected.begin() + 2, expected.begin() + 2 + length);
     zyl::ReverseValues(values.buffer(), 2, length + 1);
@@ -134,26 +133,26 @@ TEST_P(EveryWidth, ReverseValuesIncludesBothEnds) {
 
 TEST_P(EveryWidth, MeanValueExcludesTheEndAndTruncates) {
   for (const int count : {2, 3, 50, 70000}) {
-    const std::vector<std::int32_t> data = RandomValues(random_, GetParam(), count);
+    const std::vector<int32_t> data = RandomValues(random_, GetParam(), count);
     double sum = 0.0;
-    for (int i = 1; i < count - 1; ++i) sum += data[static_cast<std::size_t>(i)];
+    for (int i = 1; i < count - 1; ++i) sum += data[static_cast<size_t>(i)];
     const GuardedValues values(GetParam(), data);
     const double mean = count == 2 ? 0.0 : sum / (count - 2);
-    EXPECT_EQ(zyl::MeanValue(values.buffer(), 1, count - 1), static_cast<std::int32_t>(mean));
+    EXPECT_EQ(zyl::MeanValue(values.buffer(), 1, count - 1), static_cast<int32_t>(mean));
   }
-  const std::int32_t lowest = Held(lowestInt, GetParam());
-  const GuardedValues loud(GetParam(), std::vector<std::int32_t>(200000, lowest));
+  const int32_t lowest = Held(kLowestInt, GetParam());
+  const GuardedValues loud(GetParam(), std::vector<int32_t>(200000, lowest));
   EXPECT_EQ(zyl::MeanValue(loud.buffer(), 0, 200000), lowest);
 }
 
 TEST(ValueRanges, MeanValueOfLoudLongDataRoundsAsInOrderAddition) {
   // Beyond 2^53 only even sums can be held: each addition of this odd value loses 1, and the mean
   // ends below the value.
-  constexpr std::int32_t frames = 6'000'000;
-  constexpr std::int32_t value = 2147483645;
-  std::vector<std::byte> bytes(std::size_t{frames} * 4);
+  constexpr int32_t frames = 6'000'000;
+  constexpr int32_t value = 2147483645;
+  std::vector<std::byte> bytes(size_t{frames} * 4);
   const zyl::ValueBuffer buffer{bytes.data(), frames, 4};
-  for (std::int32_t i = 0; i < frames; ++i) zyl::SetValue(buffer, i, value);
+  for (int32_t i = 0; i < frames; ++i) zyl::SetValue(buffer, i, value);
   EXPECT_EQ(zyl::MeanValue(buffer, 0, frames), value - 1);
 }
 
