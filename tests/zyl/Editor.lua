@@ -123,6 +123,32 @@ for _, kind in ipairs { ".png", ".svg" } do
   os.remove(path .. kind)
 end
 
+-- The keys that a picture of this range marks, by the places of their fills: how many, first, last.
+local KEY_AT = { [0] = 0, [5] = 2, [10] = 4, [15] = 5, [20] = 7, [25] = 9, [30] = 11,
+                 [3.25] = 1, [8.25] = 3, [18.25] = 6, [23.25] = 8, [28.25] = 10 }
+local function marked(low, high)
+  local keys, marks, prg = host.keyboard(), {}, host.new("ZylSProgram")
+  prg:Create(host.null)
+  prg:KGlowKey(0, low)
+  prg:KGhighKey(0, high)
+  prg:DrawKeyGroupKB(0, keys, host.null)
+  keys:child("KBSelector").fill, keys:child("KBBKSel").fill = 0xFF0000, 0x00FF00
+  host.render(keys, path .. ".svg", { scale = 1 })
+  for fill, x in bytes(path .. ".svg"):gmatch('fill:rgb%(([^)]*)[^\n]* d="M ([%d.]+) ') do
+    local left = tonumber(x) - 2
+    local black = left % 5 ~= 0
+    if fill == (black and "0%,100%,0%" or "100%,0%,0%") then
+      marks[#marks + 1] = 12 * (left // 35) + KEY_AT[left % 35] | 0
+    end
+  end
+  table.sort(marks)
+  return ("%d %d %d"):format(#marks, marks[1], marks[#marks])
+end
+for _, range in ipairs { { 0, 127 }, { 60, 60 }, { 61, 61 }, { 64, 66 }, { 127, 127 } } do
+  local low, high = table.unpack(range)
+  check.equal(marked(low, high), ("%d %d %d"):format(high - low + 1, low, high))
+end
+
 local function draw(file)
   local picture = host.picture(file, { width = 40, height = 20, scale = 2 })
   picture:rect(0, 0, 10, 10, 0xFF0000)

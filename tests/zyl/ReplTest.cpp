@@ -25,28 +25,23 @@ class Terminal {
     }
   }
   ~Terminal() {
-    if (pid_ > 0) {
-      kill(pid_, SIGKILL);
-      waitpid(pid_, nullptr, 0);
-    }
+    if (pid_ > 0) kill(pid_, SIGKILL);
+    if (pid_ > 0) waitpid(pid_, nullptr, 0);
     close(terminal_);
   }
 
-  void Send(const std::string& keys) {
-    ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-  }
-  // Waits at most ten seconds for the text, after the texts that were waited for before.
-  testing::AssertionResult Shows(const std::string& text) {
-    const Clock::time_point end = Clock::now() + std::chrono::seconds(10);
-    for (;;) {
-      const size_t place = output_.find(text, seen_);
-      if (place != std::string::npos) {
-        seen_ = place + text.size();
-        return testing::AssertionSuccess();
+  // Sends the keys of each step and waits at most ten seconds for its text, after the texts of the
+  // steps before.
+  void Play(const std::vector<std::pair<std::string, std::string>>& steps) {
+    for (const auto& [keys, text] : steps) {
+      ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+      const Clock::time_point end = Clock::now() + std::chrono::seconds(10);
+      while (output_.find(text, seen_) == std::string::npos) {
+        ASSERT_TRUE(Clock::now() < end && ReadSome())
+            << "wanted " << text << " in: " << output_.substr(seen_);
       }
-      if (Clock::now() > end || !ReadSome()) break;
+      seen_ = output_.find(text, seen_) + text.size();
     }
-    return testing::AssertionFailure() << "wanted " << text << " in: " << output_.substr(seen_);
   }
   // Presses Ctrl-D until the program ends: one that is sent before the line editor sets up the
   // terminal is lost.
@@ -86,117 +81,88 @@ class Terminal {
   size_t seen_ = 0;
 };
 
-class Repl : public testing::Test {
- protected:
-  const TempFolder home_;
+struct Repl : testing::Test {
+  const TempFolder home;
+  Terminal terminal{home.File("")};
 };
 
 TEST_F(Repl, PrintsResultsAndErrorsAndContinuesIncompleteChunks) {
-  Terminal terminal(home_.Path());
-  ASSERT_TRUE(terminal.Shows("repl:1> "));
-  terminal.Send("1 + 1, 'x'\n");
-  EXPECT_TRUE(terminal.Shows("\n2, \"x\"\r\n"));
-  EXPECT_TRUE(terminal.Shows("repl:2> "));
-  terminal.Send("local prg = host.new('ZylSProgram')\n");
-  EXPECT_TRUE(terminal.Shows("repl:3> "));
-  terminal.Send("prg\n");
-  EXPECT_TRUE(terminal.Shows("\nROCAlgo: ZylSProgram\r\n"));
-  terminal.Send("prg:Register(\n");
-  EXPECT_TRUE(terminal.Shows("repl:5>> "));
-  terminal.Send("'abc')\n");
-  EXPECT_TRUE(terminal.Shows("repl:4: Register: argument 1 \"RegisterModule\" is a string"));
-  EXPECT_TRUE(terminal.Shows("repl:6> "));
-  terminal.Send("x =\x04");  // Ctrl-D ends in an empty line only
-  terminal.Send(" = 5\n");
-  EXPECT_TRUE(terminal.Shows("repl:6: unexpected symbol near '='\r\n"));
-  EXPECT_TRUE(terminal.Shows("repl:7> "));
+  terminal.Play({
+      {"", "repl:1> "},
+      {"1 + 1, 'x'\n", "\n2, \"x\"\r\n"},
+      {"", "repl:2> "},
+      {"local prg = host.new('ZylSProgram')\n", "repl:3> "},
+      {"prg\n", "\nROCAlgo: ZylSProgram\r\n"},
+      {"prg:Register(\n", "repl:5>> "},
+      {"'abc')\n", "repl:4: Register: argument 1 \"RegisterModule\" is a string"},
+      {"", "repl:6> "},
+      {"x =\x04 = 5\n", "repl:6: unexpected symbol near '='\r\n"},  // Ctrl-D in a line ends nothing
+      {"", "repl:7> "},
+  });
   EXPECT_EQ(terminal.EndStatus(), 0);
 }
 
 TEST_F(Repl, TabCompletesMethodsFieldsAndGlobals) {
-  Terminal terminal(home_.Path());
-  ASSERT_TRUE(terminal.Shows("repl:1> "));
-  terminal.Send("prg = host.new('ZylSProgram')\n");
-  ASSERT_TRUE(terminal.Shows("repl:2> "));
-  for (const char* line : {"type(prg.KGfilterFr\t)", "type(host.pum\t)", "type(collectg\t)",
-                           "type(prg.KGsor\x08\x08\x08So\t)", "type(string.fo\t)"}) {
-    terminal.Send(std::string(line) + "\n");
-    EXPECT_TRUE(terminal.Shows("\n\"function\"\r\n")) << line;
+  terminal.Play({{"", "repl:1> "}, {"prg = host.new('ZylSProgram')\n", "repl:2> "}});
+  for (const char* line : {"type(prg.KGfilterFr\t)\n", "type(host.pum\t)\n", "type(collectg\t)\n",
+                           "type(prg.KGsor\x08\x08\x08So\t)\n", "type(string.fo\t)\n"}) {
+    terminal.Play({{line, "\n\"function\"\r\n"}});
   }
-  // A point also completes fields that are no functions. Several matches are completed to their
-  // common start, then listed.
-  terminal.Send("m = host.algo { Fun = print, Field = 1 }\n");
-  ASSERT_TRUE(terminal.Shows("repl:8> "));
-  terminal.Send("m.Fie\t\n");
-  EXPECT_TRUE(terminal.Shows("\n1\r\n"));
-  terminal.Send("prg:KGenv3Ra\t\t");
-  EXPECT_TRUE(terminal.Shows("KGenv3Rate1  KGenv3Rate2  KGenv3Rate3  KGenv3Rate4"));
-  terminal.Send("\x03");
-  ASSERT_TRUE(terminal.Shows("^C"));
-  // Completion ignores missing fields and runs no metamethods.
-  terminal.Send("t = setmetatable({}, { __index = function() error('ran') end })\n");
-  terminal.Send(
-      "nothing.at.all:x\t\x15"
-      "t.x\t\x15"
-      "('done')\n");
-  EXPECT_TRUE(terminal.Shows("\n\"done\"\r\n"));
+  terminal.Play({
+      // A point also completes fields that are no functions. Several matches are completed to
+      // their common start, then listed.
+      {"m = host.algo { Fun = print, Field = 1 }\n", "repl:8> "},
+      {"m.Fie\t\n", "\n1\r\n"},
+      {"prg:KGenv3Ra\t\t", "KGenv3Rate1  KGenv3Rate2  KGenv3Rate3  KGenv3Rate4"},
+      {"\x03", "^C"},
+      // Completion ignores missing fields and runs no metamethods.
+      {"t = setmetatable({}, { __index = function() error('ran') end })\n", ""},
+      {"nothing.at.all:x\t\x15"
+       "t.x\t\x15"
+       "('done')\n",
+       "\n\"done\"\r\n"},
+  });
 }
 
 TEST_F(Repl, CtrlCReturnsToThePrompt) {
 #ifdef __SANITIZE_THREAD__
   GTEST_SKIP() << "the sanitizer delays a signal until the next call of the system";
 #endif
-  Terminal terminal(home_.Path());
-  ASSERT_TRUE(terminal.Shows("repl:1> "));
-  terminal.Send("half a li");
-  ASSERT_TRUE(terminal.Shows("half a li"));
-  terminal.Send("\x03");
-  ASSERT_TRUE(terminal.Shows("repl:1> "));
-  terminal.Send("for i = 1, 2 do\n");
-  ASSERT_TRUE(terminal.Shows("repl:2>> "));
-  terminal.Send("\x03");
-  ASSERT_TRUE(terminal.Shows("repl:2> "));
-  terminal.Send("co = coroutine.create(function() while true do coroutine.yield(7) end end)\n");
-  for (const char* code :
-       {"io.write('on', 'going\\n') while true do pcall(coroutine.resume, co) end",
-        "io.write('on', 'going\\n') host.pump(600)",
-        "io.write('on', 'going\\n') coroutine.wrap(function() while true do end end)()"}) {
-    terminal.Send(std::string(code) + "\n");
-    ASSERT_TRUE(terminal.Shows("ongoing")) << code;
-    terminal.Send("\x03");
-    ASSERT_TRUE(terminal.Shows("interrupted\r\n")) << code;
-    ASSERT_TRUE(terminal.Shows("> ")) << code;
+  terminal.Play({
+      {"", "repl:1> "},
+      {"half a li", "half a li"},
+      {"\x03", "repl:1> "},
+      {"for i = 1, 2 do\n", "repl:2>> "},
+      {"\x03", "repl:2> "},
+      {"co = coroutine.create(function() while true do coroutine.yield(7) end end)\n", ""},
+  });
+  for (const std::string code : {"while true do pcall(coroutine.resume, co) end", "host.pump(600)",
+                                 "coroutine.wrap(function() while true do end end)()"}) {
+    SCOPED_TRACE(code);
+    terminal.Play({{"io.write('on', 'going\\n') " + code + "\n", "ongoing"},
+                   {"\x03", "interrupted\r\n"},
+                   {"", "> "}});
   }
-  terminal.Send("require 'zyl' prg = host.new('ZylSProgram') prg:Create(host.null)\n");
-  terminal.Send(
-      "prg:transaction(function() prg:PRGpoly(3) print('op' .. 'en') repeat until false end)\n");
-  ASSERT_TRUE(terminal.Shows("\nopen\r\n"));
-  terminal.Send("\x03");
-  ASSERT_TRUE(terminal.Shows("interrupted\r\n"));
-  terminal.Send("'poly', prg:PRGpoly()\n");
-  EXPECT_TRUE(terminal.Shows("\n\"poly\", 15\r\n"));
-  // Later chunks run normally, also in coroutines.
-  terminal.Send("coroutine.wrap(function() coroutine.yield(6 * 7) end)()\n");
-  EXPECT_TRUE(terminal.Shows("\n42\r\n"));
-  terminal.Send("os.exit(5)\n");
+  terminal.Play({
+      {"require 'zyl' prg = host.new('ZylSProgram') prg:Create(host.null)\n", ""},
+      {"prg:transaction(function() prg:PRGpoly(3) print('op' .. 'en') repeat until false end)\n",
+       "\nopen\r\n"},
+      {"\x03", "interrupted\r\n"},
+      {"'poly', prg:PRGpoly()\n", "\n\"poly\", 15\r\n"},
+      // Later chunks run normally, also in coroutines.
+      {"coroutine.wrap(function() coroutine.yield(6 * 7) end)()\n", "\n42\r\n"},
+      {"os.exit(5)\n", ""},
+  });
   EXPECT_EQ(terminal.ExitStatus(), 5);
 }
 
 TEST_F(Repl, HistoryIsKeptBetweenSessions) {
-  {
-    Terminal terminal(home_.Path());
-    ASSERT_TRUE(terminal.Shows("repl:1> "));
-    terminal.Send("'fir' .. 'st', 'é'\n");
-    ASSERT_TRUE(terminal.Shows("\"first\", \"é\""));
-    terminal.Send("\n\n1\n1\n");
-    ASSERT_TRUE(terminal.Shows("repl:6> "));
-    EXPECT_EQ(terminal.EndStatus(), 0);
-  }
-  EXPECT_EQ(FileText(home_ / "zyl/history"), "'fir' .. 'st', 'é'\n1\n");
-  Terminal terminal(home_.Path());
-  ASSERT_TRUE(terminal.Shows("repl:1> "));
-  terminal.Send("\x1b[A\x1b[A\n");
-  EXPECT_TRUE(terminal.Shows("\"first\", \"é\""));
+  terminal.Play(
+      {{"", "repl:1> "}, {"'fir' .. 'st', 'é'\n", "\"first\", \"é\""}, {"\n\n1\n1\n", "repl:6> "}});
+  EXPECT_EQ(terminal.EndStatus(), 0);
+  EXPECT_EQ(ReadBytes(home.File("zyl/history")), "'fir' .. 'st', 'é'\n1\n");
+  Terminal next(home.File(""));
+  next.Play({{"", "repl:1> "}, {"\x1b[A\x1b[A\n", "\"first\", \"é\""}});
 }
 
 TEST_F(Repl, ReadsLinesFromAPipe) {
@@ -221,12 +187,12 @@ TEST_F(Repl, ShowsLargeAndCyclicTables) {
                             "setmetatable({}, { __tostring = function() return 'named' end })\n"
                             "'a\\0\\n\\xff', -0.5, 1e100, nil\n"
                             "setmetatable({}, { __tostring = function() error('here') end })\n");
-  EXPECT_NE(piped.out.find("{ t = (the table it is in) }\n"), std::string::npos) << piped.out;
-  EXPECT_NE(piped.out.find("1000, ... 4000 more\n}\n"), std::string::npos) << piped.out;
-  EXPECT_NE(piped.out.find("{ { { { { { { { {...} } } } } } } } }\n"), std::string::npos);
-  EXPECT_NE(piped.out.find("{ [2.5] = 3, [\"a b\"] = 1, [\"end\"] = 2, [true] = 4 }\nnamed\n"),
-            std::string::npos);
-  EXPECT_NE(piped.out.find("\"a\\x00\\n\\xFF\", -0.5, 1e+100, nil\n"), std::string::npos);
+  for (const char* part : {"{ t = (the table it is in) }\n", "1000, ... 4000 more\n}\n",
+                           "{ { { { { { { { {...} } } } } } } } }\n",
+                           "{ [2.5] = 3, [\"a b\"] = 1, [\"end\"] = 2, [true] = 4 }\nnamed\n",
+                           "\"a\\x00\\n\\xFF\", -0.5, 1e+100, nil\n"}) {
+    EXPECT_NE(piped.out.find(part), std::string::npos) << part << piped.out;
+  }
   EXPECT_EQ(piped.err, "repl:10: here\n");
 }
 

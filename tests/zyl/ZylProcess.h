@@ -9,35 +9,13 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "support/Files.h"
+
 namespace zyl::test {
-
-inline std::string FileText(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// A folder that is removed with the object.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zyl-test-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  std::string Path() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
 
 struct Outcome {
   int status;  // the exit status, or -1 after a signal
@@ -53,13 +31,13 @@ class Process {
     std::vector<char*> pointers;
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
-    std::ofstream(folder_ / "in") << input;
+    WriteBytes(folder_.File("in"), input);
     pid_ = fork();
     if (pid_ == 0) {
       prctl(PR_SET_PDEATHSIG, SIGKILL);
-      dup2(open((folder_ / "in").c_str(), O_RDONLY), 0);
-      dup2(open((folder_ / "out").c_str(), O_WRONLY | O_CREAT, 0600), 1);
-      dup2(open((folder_ / "err").c_str(), O_WRONLY | O_CREAT, 0600), 2);
+      dup2(open(folder_.File("in").c_str(), O_RDONLY), 0);
+      dup2(open(folder_.File("out").c_str(), O_WRONLY | O_CREAT, 0600), 1);
+      dup2(open(folder_.File("err").c_str(), O_WRONLY | O_CREAT, 0600), 2);
       execv(pointers[0], pointers.data());
       _exit(127);
     }
@@ -68,7 +46,7 @@ class Process {
   // Waits at most ten seconds until the program has printed that line.
   bool Printed(const std::string& line) const {
     for (int i = 0; i < 1000; ++i) {
-      if (FileText(folder_ / "out").find(line + "\n") != std::string::npos) return true;
+      if (ReadBytes(folder_.File("out")).find(line + "\n") != std::string::npos) return true;
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return false;
@@ -78,8 +56,8 @@ class Process {
   Outcome Wait() const {
     int status = 0;
     waitpid(pid_, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileText(folder_ / "out"),
-            FileText(folder_ / "err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(folder_.File("out")),
+            ReadBytes(folder_.File("err"))};
   }
 
  private:
