@@ -10,8 +10,7 @@
 #include "base/Pool.h"
 #include "platform/AtomicFile.h"
 
-using namespace zyltest;
-
+namespace zyl::test {
 namespace {
 
 struct Reading {
@@ -19,7 +18,7 @@ struct Reading {
   std::string reason;
 };
 
-Reading ReadBytes(const TempFolder& folder, const Octets& bytes) {
+Reading ReadBack(const TempFolder& folder, const Octets& bytes) {
   Reading reading;
   WriteBytes(folder.File("damaged"), bytes);
   reading.sample = ReadSampleFile(folder.File("damaged"), true, reading.reason);
@@ -27,24 +26,22 @@ Reading ReadBytes(const TempFolder& folder, const Octets& bytes) {
   return reading;
 }
 
-zyl::Bytes SmplWithLoops(uint32_t declared, unsigned there) {
+Bytes SmplWithLoops(uint32_t declared, unsigned there) {
   FieldWriter out = Little();
   out.U32(0).U32(0).U32(0).U32(60).U32(0).U32(0).U32(0).U32(declared).U32(0xFFFFFFFF);
   for (unsigned i = 0; i < there; ++i) out.U32(i).U32(0).U32(i % 3).U32(3).U32(0).U32(0);
   return out.block;
 }
 
-}  // namespace
-
 TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
   const TempFolder folder;
   const auto format = WavFormatChunk(1, 16);
   const auto sound = Little().U32(0x00020001).U32(0x00040003).U8(9).block;
-  const auto wav = [&](const zyl::Bytes& fmt, uint32_t size) {
-    return FileOf("RIFF", "WAVE", {{"fmt ", fmt}, {"data", sound, size}});
+  const auto wav = [&](const Bytes& fmt, uint32_t size) {
+    return WaveOf({{"data", sound, size}}, fmt);
   };
-  const auto aif = [&](const zyl::Bytes& comm, const char* offset, uint32_t size = 17) {
-    zyl::Bytes ssnd = Hex(offset);
+  const auto aif = [&](const Bytes& comm, const char* offset, uint32_t size = 17) {
+    Bytes ssnd = Hex(offset);
     ssnd.insert(ssnd.end(), sound.begin(), sound.end());
     return FileOf("FORM", "AIFF", {{"COMM", comm}, {"SSND", ssnd, size}});
   };
@@ -70,7 +67,7 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
       {"40 bits", wav(WavFormatChunk(1, 40), 9), -1},
       {"no rate", wav(noRate, 9), 4},
       {"no format", FileOf("RIFF", "WAVE", {{"data", sound}}), -1},
-      {"no sound", FileOf("RIFF", "WAVE", {{"fmt ", format}}), -1},
+      {"no sound", WaveOf({}), -1},
       {"2^31 frames", aif(AifFormatChunk(1, 0x80000000, 16), atOnce), 4},
       {"frames of length 0", aif(AifFormatChunk(1, 0, 16), atOnce, 0), 5},
       {"fewer frames", aif(AifFormatChunk(1, 3, 16), atOnce), 3},
@@ -80,15 +77,14 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    const Reading reading = ReadBytes(folder, row.bytes);
+    const Reading reading = ReadBack(folder, row.bytes);
     EXPECT_FALSE(reading.reason.empty() && row.frames != 3);
     const int frames =
         reading.sample == nullptr ? -1 : static_cast<int>(reading.sample->FrameCount());
     EXPECT_EQ(frames, row.frames) << reading.reason;
   }
   // An empty sound before other chunks is really empty.
-  const Reading empty =
-      ReadBytes(folder, FileOf("RIFF", "WAVE", {{"fmt ", format}, {"data", {}}, {"LIST", sound}}));
+  const Reading empty = ReadBack(folder, WaveOf({{"data", {}}, {"LIST", sound}}));
   ASSERT_NE(empty.sample, nullptr);
   EXPECT_EQ(empty.sample->FrameCount(), 0u);
   EXPECT_TRUE(empty.sample->IsValid());
@@ -97,12 +93,9 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
 
 TEST(DamagedSampleFile, LoopsAreLimitedAndMovedIntoTheSound) {
   const TempFolder folder;
-  const auto file = [](const zyl::Bytes& smpl) {
-    return FileOf("RIFF", "WAVE",
-                  {{"fmt ", WavFormatChunk(1, 16)}, {"smpl", smpl}, {"data", zyl::Bytes(8)}});
-  };
-  EXPECT_EQ(ReadBytes(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
-  const Reading many = ReadBytes(folder, file(SmplWithLoops(40000, 40000)));
+  const auto file = [](const Bytes& smpl) { return WaveOf({{"smpl", smpl}, {"data", Bytes(8)}}); };
+  EXPECT_EQ(ReadBack(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
+  const Reading many = ReadBack(folder, file(SmplWithLoops(40000, 40000)));
   ASSERT_EQ(many.sample->parameters.loops.size(), 16u);
   EXPECT_EQ(many.sample->parameters.loops[2].start, 2u);
   EXPECT_FALSE(many.reason.empty());
@@ -110,7 +103,7 @@ TEST(DamagedSampleFile, LoopsAreLimitedAndMovedIntoTheSound) {
   outside[36 + 12] = std::byte{4};      // ends one frame late
   outside[36 + 24 + 8] = std::byte{4};  // starts behind the sound
   outside[36 + 24 + 12] = std::byte{9};
-  const Reading pulled = ReadBytes(folder, file(outside));
+  const Reading pulled = ReadBack(folder, file(outside));
   ASSERT_EQ(pulled.sample->parameters.loops.size(), 1u);
   EXPECT_EQ(pulled.sample->parameters.loops[0].end, 3u);
 }
@@ -130,9 +123,7 @@ TEST(DamagedSampleFile, OnlyRegularFilesAreRead) {
 TEST(DamagedSampleFile, AnOddChunkMayLackItsPaddingByte) {
   const TempFolder folder;
   const auto ids = [&](bool padded, const std::string& next) {
-    Octets bytes =
-        FileOf("RIFF", "WAVE",
-               {{"fmt ", WavFormatChunk(1, 8)}, {"data", Hex("616263")}, {next, Hex("00000000")}});
+    Octets bytes = WaveOf({{"data", Hex("616263")}, {next, Hex("00000000")}});
     if (!padded) bytes.erase(bytes.begin() + 12 + 24 + 8 + 3);
     if (!padded) --bytes[4];
     WriteBytes(folder.File("odd"), bytes);
@@ -150,7 +141,7 @@ TEST(AtomicFile, ReplacesWholeOrNotAtAllAndKeepsOwnerModeAndAttributes) {
   const TempFolder folder;
   const std::string path = folder.File("target");
   WriteBytes(path, Octets{1, 2, 3});
-  ASSERT_TRUE(zyl::AtomicFile(path).Write("xyz", 3));
+  ASSERT_TRUE(AtomicFile(path).Write("xyz", 3));
   EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3})) << "dropped before its commit";
   EXPECT_EQ(folder.EntryCount(), 1u);
 
@@ -162,7 +153,7 @@ TEST(AtomicFile, ReplacesWholeOrNotAtAllAndKeepsOwnerModeAndAttributes) {
   const bool attributes = setxattr(path.c_str(), "user.zyl", "kept", 4, 0) == 0;
   ASSERT_EQ(symlink("target", folder.File("link").c_str()), 0);
   const std::string large(300000, 7);
-  zyl::AtomicFile file(folder.File("link"));
+  AtomicFile file(folder.File("link"));
   ASSERT_TRUE(file.Write(large.data(), large.size()) && file.Write("t", 1));
   EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3}));
   ASSERT_TRUE(file.Commit());
@@ -182,15 +173,15 @@ TEST(AtomicFile, RefusesATargetThatTheProcessMayNotWrite) {
   const std::string path = folder.File("target");
   WriteBytes(path, Octets{1});
   chmod(path.c_str(), 0444);
-  EXPECT_FALSE(zyl::AtomicFile(path).Good()) << "read-only, whoever the user is";
+  EXPECT_FALSE(AtomicFile(path).Good()) << "read-only, whoever the user is";
   chmod(path.c_str(), 0644);
-  EXPECT_TRUE(zyl::AtomicFile(path).Good());
+  EXPECT_TRUE(AtomicFile(path).Good());
   if (geteuid() != 0) return;
   // Someone else's file, in a folder that everybody may write.
   chmod(folder.File("").c_str(), 0777);
   ASSERT_EQ(seteuid(65534), 0);
-  const bool foreign = zyl::AtomicFile(path).Good();
-  const bool fresh = zyl::AtomicFile(folder.File("new")).Good();
+  const bool foreign = AtomicFile(path).Good();
+  const bool fresh = AtomicFile(folder.File("new")).Good();
   ASSERT_EQ(seteuid(0), 0);
   EXPECT_FALSE(foreign);
   EXPECT_TRUE(fresh);
@@ -210,3 +201,6 @@ TEST(AtomicFile, FailsWithoutItsFolder) {
   std::filesystem::remove_all(folder.File("gone"));
   EXPECT_FALSE(vanishing.Close());
 }
+
+}  // namespace
+}  // namespace zyl::test

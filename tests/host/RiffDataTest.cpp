@@ -5,17 +5,14 @@
 
 #include "SampleFileTools.h"
 
-using namespace zyltest;
-
+namespace zyl::test {
 namespace {
 
-struct Kind {
+const struct {
   const char* name;
   int format;
   unsigned bytes;
-};
-
-const Kind kReadable[] = {
+} kReadable[] = {
     {"wav8", SF_FORMAT_WAV, 1},    {"wav16", SF_FORMAT_WAV, 2},
     {"wav24", SF_FORMAT_WAV, 3},   {"wav32", SF_FORMAT_WAV, 4},
     {"ext24", SF_FORMAT_WAVEX, 3}, {"rf64", SF_FORMAT_RF64, 3},
@@ -26,11 +23,9 @@ const Kind kReadable[] = {
     {"flac24", SF_FORMAT_FLAC, 3},
 };
 
-}  // namespace
-
 TEST(SampleFileData, AgreesWithLibsndfileInBothDirections) {
   const TempFolder folder;
-  for (const Kind& kind : kReadable) {
+  for (const auto& kind : kReadable) {
     for (const unsigned channels : {1u, 2u, 3u}) {
       SCOPED_TRACE(std::string(kind.name) + " x" + std::to_string(channels));
       // More frames than one block holds. The oracle pads an odd 8-bit AIFF by a frame of its own.
@@ -95,7 +90,7 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
     wav.otherChunks.clear();
     for (unsigned c = 0; c < 16; ++c) wav.SetLinBuffer(sound.data(), 2, frames, c);
     EXPECT_EQ(wav.CreateInterleavedBuffer(), frames % 8 != 0);
-    wav.otherChunks = {{"big ", zyl::Bytes(200)}};
+    wav.otherChunks = {{"big ", Bytes(200)}};
     EXPECT_FALSE(WriteTo(wav, folder.File("old")));
     EXPECT_FALSE(wav.CreateInterleavedBuffer());
     EXPECT_EQ(ReadBytes<Octets>(folder.File("old")), (Octets{1, 2, 3}));
@@ -206,3 +201,6 @@ TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   EXPECT_EQ(read->BitsPerValue(), 16u);
   EXPECT_EQ(ChannelValues(*read, 0), (Values{1, 2, 3}));
 }
+
+}  // namespace
+}  // namespace zyl::test

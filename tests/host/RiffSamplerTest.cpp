@@ -7,8 +7,7 @@
 
 #include "SampleFileTools.h"
 
-using namespace zyltest;
-
+namespace zyl::test {
 namespace {
 
 constexpr unsigned kFrames = 1000;
@@ -52,22 +51,19 @@ RiffParameters FullParameters() {
   return p;
 }
 
-}  // namespace
-
 TEST(SampleFileTuning, SurvivesARoundTrip) {
   const TempFolder folder;
+  RiffParameters p;
+  std::vector<int> tunes{-513, -257, -256, -255, -129, 129, 255, 256, 300, 1000};
+  for (int cents = -50; cents <= 50; ++cents) tunes.push_back(OfCents(cents));
+  for (int tune = -128; tune <= 128; tune += 5) tunes.push_back(tune);
   for (const bool aif : {false, true}) {
-    SCOPED_TRACE(aif ? "AIFF" : "WAVE");
-    std::vector<int> tunes{-513, -257, -256, -255, -129, 129, 255, 256, 300, 1000};
-    for (int cents = -50; cents <= 50; ++cents) tunes.push_back(OfCents(cents));
-    for (int tune = -128; tune <= 128; tune += 5) tunes.push_back(tune);
     for (const int key : {0, 60, 127}) {
       for (const int tune : tunes) {
-        RiffParameters p;
         p.key = key;
         p.tune = tune;
         Written(folder, aif, p);
-        EXPECT_EQ(ReadBack(folder), p) << key << " " << tune;
+        EXPECT_EQ(ReadBack(folder), p) << aif << " " << key << " " << tune;
       }
     }
   }
@@ -75,16 +71,15 @@ TEST(SampleFileTuning, SurvivesARoundTrip) {
 
 TEST(SampleFileTuning, IsInTheStandardChunks) {
   const TempFolder folder;
-  struct Row {
+  const struct {
     int tune;
     uint32_t note, fraction;
     bool wavOwn, aifOwn;  // the exact tune needs a chunk of our own
-  };
-  const Row rows[] = {{0, 60, 0, false, false},
-                      {-128, 59, 0x80000000, true, false},
-                      {300, 61, 44u << 24, true, true},
-                      {1, 60, 1u << 24, false, true}};
-  for (const Row& row : rows) {
+  } rows[] = {{0, 60, 0, false, false},
+              {-128, 59, 0x80000000, true, false},
+              {300, 61, 44u << 24, true, true},
+              {1, 60, 1u << 24, false, true}};
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.tune);
     RiffParameters p;
     p.tune = row.tune;
@@ -98,22 +93,17 @@ TEST(SampleFileTuning, IsInTheStandardChunks) {
     const Octets aif = Written(folder, true, p);
     EXPECT_EQ(Chunk(folder.File("s"), aif, "zyls") != nullptr, row.aifOwn);
   }
+  RiffParameters p;
   for (int cents = -50; cents <= 50; ++cents) {
-    RiffParameters p;
     p.tune = OfCents(cents);
     const Octets aif = Written(folder, true, p);
-    const uint8_t* inst = Chunk(folder.File("s"), aif, "INST");
-    EXPECT_EQ(inst[0], p.key);
-    EXPECT_EQ(static_cast<int8_t>(inst[1]), cents);
+    EXPECT_EQ(static_cast<int8_t>(Chunk(folder.File("s"), aif, "INST")[1]), cents);
   }
 }
 
 TEST(SampleFileTuning, IsReadFromInstWithoutSmpl) {
   const TempFolder folder;
-  const auto inst = Hex("28 E7 00 00 7F 01 7F");
-  const auto format = WavFormatChunk(1, 16);
-  WriteBytes(folder.File("s"),
-             FileOf("RIFF", "WAVE", {{"fmt ", format}, {"data", zyl::Bytes(4)}, {"inst", inst}}));
+  WriteBytes(folder.File("s"), WaveOf({{"data", Bytes(4)}, {"inst", Hex("28 E7 00 00 7F 01 7F")}}));
   EXPECT_EQ(ReadBack(folder).key, 40);
   EXPECT_EQ(ReadBack(folder).tune, -64);
 }
@@ -142,11 +132,7 @@ TEST(SampleFileLoops, AiffMarkersAreOnePastTheLoopEnd) {
   p.playbackType = 0;
   p.loops = {{100, 299, 0x40000000, 3, 0}, {10, 19, 0, 0, 1}};
   EXPECT_EQ(Chunk(folder.File("s"), Written(folder, false, p), "zyls"), nullptr);
-  const Octets aif = Written(folder, true, p);
-  const uint8_t* inst = Chunk(folder.File("s"), aif, "INST");
-  ASSERT_NE(inst, nullptr);
-  EXPECT_EQ(Octets(inst + 8, inst + 10), (Octets{0, 1}));
-  EXPECT_EQ(Octets(inst + 14, inst + 16), (Octets{0, 2}));
+  Written(folder, true, p);
   SF_INFO info{};
   SNDFILE* file = sf_open(folder.File("s").c_str(), SFM_READ, &info);
   SF_INSTRUMENT instrument{};
@@ -214,7 +200,7 @@ TEST(SampleFileLoops, StandardChunksWinOverAnOutdatedOwnChunk) {
   for (const ChunkInfo& chunk : ListFileChunks(folder.File("s"))) {
     const auto* data = reinterpret_cast<const std::byte*>(file.data() + chunk.offset);
     const uint64_t size = chunk.id == "data" ? chunk.size - 2 : chunk.size;
-    shorter.push_back({chunk.id, zyl::Bytes(data, data + size)});
+    shorter.push_back({chunk.id, Bytes(data, data + size)});
   }
   WriteBytes(folder.File("s"), FileOf("RIFF", "WAVE", shorter));
   EXPECT_EQ(ReadBack(folder).key, 59);
@@ -232,7 +218,7 @@ TEST(SampleFileLoops, OtherMarkersSurviveChangesOfLoops) {
                                       {{"COMM", AifFormatChunk(1, 30, 8)},
                                        {"MARK", marks},
                                        {"INST", inst},
-                                       {"SSND", zyl::Bytes(38)}}));
+                                       {"SSND", Bytes(38)}}));
   auto sample = Read(folder.File("s"));
   ASSERT_NE(sample, nullptr);
   EXPECT_EQ(sample->parameters.loops,
@@ -249,3 +235,6 @@ TEST(SampleFileLoops, OtherMarkersSurviveChangesOfLoops) {
   ASSERT_NE(mark, nullptr);
   EXPECT_EQ(Octets(mark, mark + 12), (Octets{0, 1, 0, 1, 0, 0, 0, 7, 3, 'c', 'u', 'e'}));
 }
+
+}  // namespace
+}  // namespace zyl::test

@@ -14,22 +14,14 @@
 #include "riff.h"
 #include "support/Files.h"
 
-namespace zyltest {
+namespace zyl::test {
 
 using Octets = std::vector<uint8_t>;
-using zyl::ByteOrder;
-using zyl::FieldWriter;
-using zyl::test::ReadBytes;
-using zyl::test::Sound;
-using zyl::test::StoreSound;
-using zyl::test::TempFolder;
-using zyl::test::Values;
-using zyl::test::WriteBytes;
 
 // A chunk of a file to be made. `lie` is written instead of the size of its data.
 struct FileChunk {
   std::string id;
-  zyl::Bytes data;
+  Bytes data;
   std::optional<uint32_t> lie = std::nullopt;
 };
 
@@ -52,25 +44,31 @@ inline FieldWriter Little() { return FieldWriter(ByteOrder::kLittle); }
 inline FieldWriter Big() { return FieldWriter(ByteOrder::kBig); }
 
 // Bytes from hexadecimal digits; spaces are ignored.
-inline zyl::Bytes Hex(std::string digits) {
+inline Bytes Hex(std::string digits) {
   std::erase(digits, ' ');
-  zyl::Bytes bytes;
+  Bytes bytes;
   for (size_t i = 0; i < digits.size(); i += 2) {
     bytes.push_back(static_cast<std::byte>(std::stoul(digits.substr(i, 2), nullptr, 16)));
   }
   return bytes;
 }
 
-inline zyl::Bytes WavFormatChunk(unsigned channels, unsigned bits) {
+inline Bytes WavFormatChunk(unsigned channels, unsigned bits) {
   const unsigned frameBytes = channels * ((bits + 7) / 8);
   FieldWriter out = Little();
   out.U16(1).U16(channels).U32(44100).U32(44100 * frameBytes).U16(frameBytes).U16(bits);
   return out.block;
 }
 
-inline zyl::Bytes AifFormatChunk(unsigned channels, unsigned frames, unsigned bits) {
+inline Bytes AifFormatChunk(unsigned channels, unsigned frames, unsigned bits) {
   // 44100 Hz as an 80-bit number.
   return Big().U16(channels).U32(frames).U16(bits).U16(0x400E).U32(0xAC440000).U32(0).block;
+}
+
+// A WAVE file of 16-bit mono sound by default.
+inline Octets WaveOf(std::vector<FileChunk> chunks, const Bytes& format = WavFormatChunk(1, 16)) {
+  chunks.insert(chunks.begin(), {"fmt ", format});
+  return FileOf("RIFF", "WAVE", chunks);
 }
 
 // The data of a chunk in the `bytes` of the file at `path`; null if there is none.
@@ -130,4 +128,4 @@ inline bool Lend(BasicSample& sample, std::vector<int16_t>& sound) {
   return sample.CreateInterleavedBuffer();
 }
 
-}  // namespace zyltest
+}  // namespace zyl::test
