@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -47,12 +46,7 @@ inline double Number(const std::string& json, const std::string& name) {
   return at == std::string::npos ? NAN : std::atof(json.c_str() + json.find(':', at) + 1);
 }
 
-inline std::string FileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::stringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
+inline std::string FileBytes(const std::string& path) { return ReadBytes(path); }
 
 class Verbs : public ModuleTest {
  protected:
