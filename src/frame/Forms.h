@@ -3,6 +3,7 @@
 
 #include <concepts>
 #include <cstddef>
+#include <type_traits>
 
 #include "frame/Arguments.h"
 
@@ -25,12 +26,13 @@ template <class R, class Self, class... P>
 struct Shape<R (*)(Self&, P...)> {
   using Result = R;
 
-  static constexpr bool kNeedsProgram = (std::is_same_v<P, LoadedProgram> || ...);
+  static constexpr bool kNeedsProgram =
+      (std::is_same_v<std::remove_cvref_t<P>, LoadedProgram> || ...);
 
   // Calls visit.operator()<Kind>() for each argument.
   template <class Visit>
   static constexpr void ForEachKind([[maybe_unused]] Visit visit) {
-    (visit.template operator()<P>(), ...);
+    (visit.template operator()<std::remove_cvref_t<P>>(), ...);
   }
 
   static constexpr int FirstType() {

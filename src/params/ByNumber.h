@@ -53,8 +53,8 @@ std::string SampleParamText(ZylSProgram& object, int32_t number, int keygroup, i
 
 // ---- Script methods. ----
 
-int32_t PRGIntValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
-                    Opt<int32_t, "NewValue"> newValue);
+int32_t PRGIntValue(ZylSProgram& object, const LoadedProgram& program,
+                    const Arg<int32_t, "Index">& number, const Opt<int32_t, "NewValue">& newValue);
 std::string PRGStringValue(ZylSProgram& object, LoadedProgram program, Arg<int32_t, "Index"> number,
                            OptVar<std::string, "NewString"> newText);
 int32_t KGIntValue(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,

@@ -22,21 +22,22 @@ template <FixedText Name>
 inline constexpr const Parameter& kRow = ParameterOf(Name.text);
 
 template <FixedText Name>
-int32_t OfProgram(ZylSProgram& object, LoadedProgram program, Opt<int32_t, "NewValue"> newValue) {
+int32_t OfProgram(ZylSProgram& object, const LoadedProgram& program,
+                  const Opt<int32_t, "NewValue">& newValue) {
   return kRow<Name>.record == Record::kTolmo
              ? TolmoFieldValue(object, kRow<Name>, program, newValue)
              : ProgramFieldValue(object, kRow<Name>, program, newValue);
 }
 
 template <FixedText Name>
-int32_t OfKeygroups(ZylSProgram& object, LoadedProgram program, KeyGroupIndex keygroup,
-                    Opt<int32_t, "NewValue"> newValue) {
+int32_t OfKeygroups(ZylSProgram& object, const LoadedProgram& program,
+                    const KeyGroupIndex& keygroup, const Opt<int32_t, "NewValue">& newValue) {
   return KeygroupFieldValue(object, kRow<Name>, program, keygroup, newValue);
 }
 
 template <FixedText Name>
-int32_t OfZone(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone,
-               Opt<int32_t, "NewValue"> newValue) {
+int32_t OfZone(ZylSProgram& object, const LoadedProgram& program, const OneKeyGroup& keygroup,
+               const OneZone& zone, const Opt<int32_t, "NewValue">& newValue) {
   return ZoneFieldValue(object, kRow<Name>, program, keygroup, zone, newValue);
 }
 

@@ -155,8 +155,8 @@ int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newVa
                         : FigureValue(*object.program, number->Int());
 }
 
-int32_t PRGIntValue(ZylSProgram& object, LoadedProgram, Arg<int32_t, "Index"> number,
-                    Opt<int32_t, "NewValue"> newValue) {
+int32_t PRGIntValue(ZylSProgram& object, const LoadedProgram&, const Arg<int32_t, "Index">& number,
+                    const Opt<int32_t, "NewValue">& newValue) {
   return ProgramParamValue(object, number.param, newValue.param);
 }
 
