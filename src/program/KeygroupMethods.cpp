@@ -64,7 +64,8 @@ std::optional<int32_t> KGCreate(
   if (record != nullptr && !sourceIndex.ReadNow(call)) return {};
   akaiKeyGroup* created = program->newKeyGroup(*newIndex, record, sourceIndex.value.ValueOr(0));
   if (record == nullptr && created != nullptr) created->setDefault();
-  return program->keyGroups - 1;
+  // The stored count may be any number; below the lowest one the result wraps around.
+  return static_cast<int32_t>(static_cast<uint32_t>(program->keyGroups) - 1u);
 }
 
 void KGDelete(ZylSProgram&, LoadedProgram program, KeyGroupOrNone keygroup) {
