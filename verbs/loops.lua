@@ -95,7 +95,8 @@ local function search(sample, track, sound, rateHz)
   end
   local root = sound:root(track)
   local all = looping.find(sound, {
-    shortest = shortest, most = options.top, period = root and root.sure and rateHz / root.hertz,
+    shortest = shortest, most = options.top,
+    period = root and root.sure and rateHz / root.hertz or nil,
     crossfade = inFrames(options.crossfade and options.crossfade / 1000),
     all = options["crossfade-all"],
   })

@@ -116,6 +116,7 @@ TEST_F(Verbs, PitchStoresOnlySteadyPitches) {
   for (int16_t& value : noise) value = static_cast<int16_t>(random() % 20000 - 10000);
   WriteWave(Path("noise.wav"), {noise});
   const std::string before = FileBytes(Path("noise.wav"));
+  EXPECT_EQ(Zyl("loops --write --dry-run --crossfade 20 " + Quoted("noise.wav")).status, 0);
   const Finished refused = Zyl("pitch --set " + Quoted("noise.wav"), true);
   EXPECT_EQ(refused.status, 4);
   EXPECT_TRUE(Has(refused.out, "--force")) << refused.out;
