@@ -8,6 +8,7 @@
 #include "audio/Crossfade.h"
 #include "audio/Levels.h"
 #include "audio/LoopFinder.h"
+#include "audio/Onsets.h"
 #include "audio/RootPitch.h"
 #include "audio/Seam.h"
 
@@ -19,7 +20,7 @@ constexpr double kTurn = 2 * std::numbers::pi;
 
 // A note with ten harmonics, vibrato and a little noise, different in each channel.
 Sound Note(double hertz, double seconds, size_t channels, double vibratoCents = 0,
-           double amplitude = 0.3, unsigned seed = 1) {
+           double amplitude = 0.3, unsigned seed = 1, double attackSeconds = 0.1) {
   std::mt19937 random(seed);
   std::normal_distribution<double> noise(0, 1e-4);
   Sound sound{kRate,
@@ -28,7 +29,7 @@ Sound Note(double hertz, double seconds, size_t channels, double vibratoCents = 
   for (size_t i = 0; i < sound.Frames(); ++i) {
     const double t = static_cast<double>(i) / kRate;
     phase += hertz * std::exp2(vibratoCents / 1200 * std::sin(kTurn * 5.3 * t)) / kRate;
-    const double envelope = std::min(1.0, t / 0.1);
+    const double envelope = std::min(1.0, t / attackSeconds);
     for (size_t c = 0; c < channels; ++c) {
       double value = noise(random);
       for (int h = 1; h <= 10; ++h) {
@@ -153,6 +154,57 @@ TEST(Crossfade, JoinsAnyLoopAndChangesNothingElse) {
       const auto& x = sound.channels[0];
       EXPECT_LT(std::fabs(x[loop.last + 1] - x[loop.last]), 0.05F);
     }
+  }
+}
+
+// Notes of 0.8 s with decay, one each second; every third one is 16 dB softer than the one before
+// and begins in its tail.
+struct Take {
+  Sound sound{kRate, std::vector(2, std::vector<float>(static_cast<size_t>(9.5 * kRate)))};
+  std::vector<size_t> onsets;
+};
+Take NotesWithTails() {
+  Take take;
+  std::mt19937 random(3);
+  std::normal_distribution<float> noise(0, 3e-5F);
+  for (auto& channel : take.sound.channels) {
+    for (float& x : channel) x = noise(random);
+  }
+  for (size_t n = 0; n < 9; ++n) {
+    take.onsets.push_back(static_cast<size_t>((0.3 + static_cast<double>(n)) * kRate));
+    const Sound note = Note(110 * std::exp2(static_cast<double>(n) / 4), 2, 2, 0,
+                            n % 3 == 0 ? 0.06 : 0.4, 1, 0.002);
+    for (size_t c = 0; c < 2; ++c) {
+      auto& out = take.sound.channels[c];
+      for (size_t i = 0; i < note.Frames() && take.onsets[n] + i < out.size(); ++i) {
+        const double t = static_cast<double>(i) / kRate;
+        const double fade = t < 0.8 ? 1 : std::exp(-(t - 0.8) * 25);
+        out[take.onsets[n] + i] += note.channels[c][i] * static_cast<float>(fade);
+      }
+    }
+  }
+  return take;
+}
+
+TEST(Onsets, FindsQuietNotesInTheTailsOfLoudOnes) {
+  const Take take = NotesWithTails();
+  const auto notes = FindNotes(take.sound, {});
+  ASSERT_EQ(notes.size(), take.onsets.size());
+  for (size_t i = 0; i < notes.size(); ++i) {
+    const double early = static_cast<double>(take.onsets[i]) - static_cast<double>(notes[i].first);
+    EXPECT_GE(early, 0) << i;
+    EXPECT_LE(early, 0.006 * kRate) << i;
+    EXPECT_GT(notes[i].last, take.onsets[i] + static_cast<size_t>(0.8 * kRate)) << i;
+    if (i > 0) {
+      EXPECT_LT(notes[i - 1].last, notes[i].first);
+    }
+  }
+  EXPECT_EQ(FindNotes(take.sound, {.count = 4}).size(), 4U);
+  EXPECT_EQ(FindNotesAt(take.sound, take.onsets, 2000).size(), 9U);
+  EXPECT_TRUE(FindNotes({kRate, {std::vector<float>(50000)}}, {}).empty());
+  for (size_t frames = 1; frames < 300; ++frames) {
+    const Sound click{kRate, {std::vector<float>(frames, 0.5F)}};
+    for (const NoteRange& note : FindNotes(click, {})) EXPECT_LT(note.last, frames);
   }
 }
 

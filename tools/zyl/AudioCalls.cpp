@@ -13,6 +13,7 @@
 #include "audio/Crossfade.h"
 #include "audio/Levels.h"
 #include "audio/LoopFinder.h"
+#include "audio/Onsets.h"
 #include "audio/RootPitch.h"
 #include "host/qx.h"
 
@@ -211,6 +212,43 @@ int Crossfade(lua_State* L) {
   return 2;
 }
 
+// notes([options]): the notes of a recording.
+int Notes(lua_State* L) {
+  const Sound& sound = CheckTimedSound(L);
+  DefaultToTable(L, 2);
+  const Options options(L, 2, "notes", {"rise", "shortest", "count", "places", "reach"});
+  constexpr lua_Integer kFrames = std::numeric_limits<int32_t>::max();
+  std::vector<audio::NoteRange> notes;
+  if (lua_getfield(L, 2, "places") == LUA_TTABLE) {
+    std::vector<size_t> places;
+    for (lua_Integer i = 1; lua_geti(L, -1, i) != LUA_TNIL; ++i) {
+      const lua_Integer place = luaL_checkinteger(L, -1);
+      luaL_argcheck(L, place >= 0, 2, "places are frames");
+      places.push_back(static_cast<size_t>(place));
+      lua_pop(L, 1);
+    }
+    notes = audio::FindNotesAt(sound, places,
+                               static_cast<size_t>(options.Integer("reach", 0, 0, kFrames)));
+  } else {
+    audio::OnsetWish wish;
+    wish.scoreDb = options.Number("rise", wish.scoreDb, 0, 1000);
+    wish.shortestSeconds = options.Number("shortest", wish.shortestSeconds, 0, 1e6);
+    wish.count = static_cast<size_t>(options.Integer("count", 0, 0, kFrames));
+    notes = audio::FindNotes(sound, wish);
+  }
+  lua_createtable(L, static_cast<int>(notes.size()), 0);
+  lua_Integer index = 0;
+  for (const auto& note : notes) {
+    lua_createtable(L, 0, 3);
+    PushInteger(L, "first", note.first);
+    PushInteger(L, "last", note.last);
+    lua_pushboolean(L, note.cut);
+    lua_setfield(L, -2, "cut");
+    lua_rawseti(L, -2, ++index);
+  }
+  return 1;
+}
+
 // copy([first], [last]): a sound with the frames first to last, as far as they exist.
 int Copy(lua_State* L) {
   const Sound& sound = CheckSound(L);
@@ -219,7 +257,8 @@ int Copy(lua_State* L) {
   const lua_Integer last = std::min(luaL_optinteger(L, 3, frames), frames - 1);
   Sound copy{sound.rateHz, {}};
   for (const auto& values : sound.channels) {
-    copy.channels.emplace_back(values.begin() + std::min(first, last + 1), values.begin() + last + 1);
+    copy.channels.emplace_back(values.begin() + std::min(first, last + 1),
+                               values.begin() + last + 1);
   }
   new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{sound.rateHz, {}};
   luaL_setmetatable(L, kMetatable);
@@ -258,6 +297,7 @@ int OpenCore(lua_State* L) {
                               {"loops", Guarded<Loops>},
                               {"seam", Guarded<Seam>},
                               {"crossfade", Guarded<Crossfade>},
+                              {"notes", Guarded<Notes>},
                               {"copy", Guarded<Copy>},
                               {"values", Guarded<Values>},
                               {nullptr, nullptr}};
