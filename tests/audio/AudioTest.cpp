@@ -193,7 +193,7 @@ TEST(Onsets, FindsQuietNotesInTheTailsOfLoudOnes) {
   for (size_t i = 0; i < notes.size(); ++i) {
     const double early = static_cast<double>(take.onsets[i]) - static_cast<double>(notes[i].first);
     EXPECT_GE(early, 0) << i;
-    EXPECT_LE(early, 0.006 * kRate) << i;
+    EXPECT_LE(early, 0.008 * kRate) << i;
     EXPECT_GT(notes[i].last, take.onsets[i] + static_cast<size_t>(0.8 * kRate)) << i;
     if (i > 0) {
       EXPECT_LT(notes[i - 1].last, notes[i].first);
