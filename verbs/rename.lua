@@ -241,7 +241,13 @@ local function run()
   planPrograms()
   checkTargets()
   progress.hide()
-  if not options["dry-run"] then journal.all(write) end
+  if options["dry-run"] then return true end
+  local changed = {}
+  for _, it in ipairs(list) do
+    if it.updated > 0 or it.newName then changed[#changed + 1] = it.path end
+  end
+  journal.expect(changed)
+  journal.all(write)
   return true
 end
 

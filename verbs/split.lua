@@ -99,6 +99,9 @@ local function split(path)
   end
   if #parts == 0 then error("no keygroup plays these keys", 0) end
   if not options["dry-run"] then
+    local targets = {}
+    for i, it in ipairs(parts) do targets[i] = it.path end
+    journal.expect(targets)
     journal.all(function()
       for _, it in ipairs(parts) do
         if not programs.write(it.program, it.path) then error(it.path .. ": could not be written", 0) end

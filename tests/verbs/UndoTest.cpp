@@ -88,7 +88,7 @@ TEST_F(Undo, RecognisesAnInterruptedBatch) {
                                      "disk.write(arg[1], 'new')\n"
                                      "journal.keep(arg[2])\n"
                                      "host.writeFile(arg[2], 'half')\n"
-                                     "os.exit(1)\n";
+                                     "os.execute('kill -9 $PPID')\n";
   Zyl("run " + Quoted("half.lua") + " " + Quoted(Name(0)) + " " + Quoted(Name(1)));
   EXPECT_TRUE(Has(Zyl("undo").out, "interrupted"));
   const Finished refused = Zyl("undo 1", true);

@@ -387,6 +387,8 @@ function journal.all(body, ...)
     batch = nil
     disable(("the batch exceeds the journal's limit of %s (ZYL_UNDO_LIMIT): it cannot be undone"):format(
             journal.bytes(limit())))
+  elseif batch then
+    makeRoom(batch.root, 0)
   end
   within = nil
   if not results[1] then error(results[2], 0) end
@@ -413,5 +415,8 @@ function journal.close()
   end
   batch, off = nil, true
 end
+
+-- Also ends the batch of a script that does not call cli.finish.
+journal.atExit = setmetatable({}, { __gc = function() pcall(journal.close) end })
 
 return journal
