@@ -101,7 +101,7 @@ local function placeDrums()
   recordings.open(batch)
   local keys, free = {}, firstDrum
   for _, it in ipairs(batch.list) do
-    local drum = options.unstacked and it.path or namemarks.drum(it.name.name)
+    local drum = options.unstacked and it.path or it.name.folder .. namemarks.drum(it.name.name)
     if not it.failure and not keys[drum] then keys[drum], free = free, free + 1 end
     if not it.failure and keys[drum] > 127 then
       leaveOut(it, "no key is left")

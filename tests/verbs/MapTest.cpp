@@ -291,9 +291,12 @@ TEST_F(Map, FindsTheColumnOfKeysByPitch) {
 }
 
 TEST_F(Map, TakesOfADrumShareAKey) {
-  const std::pair<const char*, int16_t> drums[] = {
-      {"d/Kick.wav", 900}, {"d/Snare 1.wav", 9000}, {"d/Snare 2.wav", 900}, {"d/Snare 3.wav", 905}};
-  std::filesystem::create_directories(Path("d"));
+  const std::pair<const char*, int16_t> drums[] = {{"d/Kick.wav", 900},
+                                                   {"d/Snare 1.wav", 9000},
+                                                   {"d/Snare 2.wav", 900},
+                                                   {"d/Snare 3.wav", 905},
+                                                   {"d/rim/Snare 1.wav", 905}};
+  std::filesystem::create_directories(Path("d/rim"));
   for (const auto& [name, value] : drums) {
     std::vector<int16_t> sound(300);
     for (size_t i = 0; i < sound.size(); ++i) sound[i] = i % 20 < 10 ? value : -value;
@@ -311,6 +314,9 @@ TEST_F(Map, TakesOfADrumShareAKey) {
   EXPECT_EQ(program("ZonelowVel", 1, 3).Int(), 64);
   EXPECT_EQ(program("SampleChannel", 1, 3).Int(), 1);
   EXPECT_TRUE(Has(Zyl("map --unstacked --drums 36 --dry-run " + Quoted("d")).out, "4 keygroups"));
+  // Folders hold different drums.
+  EXPECT_TRUE(Has(Zyl("map --recursive --drums 36 --dry-run " + Quoted("d")).out,
+                  "3 keygroups, 4 samples"));
 }
 
 TEST_F(Map, RefusesToOverwriteASampleAndSkipsABadFile) {

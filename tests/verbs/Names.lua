@@ -1,7 +1,7 @@
 -- Random file names: reading them raises no error, every sample is mapped or left out, and keys and
 -- velocities are covered without gaps, and the zones of a sample share a keygroup.
 package.path = arg[1] .. "/verbs/lib/?.lua;" .. package.path
-local filenames, keymap = require "filenames", require "keymap"
+local filenames, keymap, namemarks = require "filenames", require "keymap", require "namemarks"
 
 math.randomseed(3)
 local PARTS = { "C", "c", "#", "b", "-", "1", "2", "127", "_", " ", "v", "vel", "pp", "♭", "s", "A",
@@ -18,6 +18,7 @@ for _ = 1, 3000 do
   local names, samples, left, zones = {}, {}, 0, 0
   for i = 1, math.random(0, 6) do names[i] = name() end
   for i, read in ipairs(filenames.read(names)) do
+    assert(read.name == "" or namemarks.drum(read.name) ~= "", read.name)
     if read.key and read.key >= 0 and read.key <= 127 then
       samples[#samples + 1] = { key = read.key, layer = read.layer, path = names[i],
                                 parts = ({ { {} }, { {}, {} } })[math.random(2)] }

@@ -82,7 +82,7 @@ function filenames.apply(read, way)
   end
 end
 
--- Returns for each path: name (without folder and extension), key (C4 is 60) or nil, how ("note" or
+-- Returns for each path: folder, name (without folder and extension), key (C4 is 60) or nil, how ("note" or
 -- "number"), text (as in the name), layer and take (see namemarks.lua). Also returns the ways to
 -- read columns of numbers as keys, of which the first is applied.
 function filenames.read(paths)
@@ -91,7 +91,7 @@ function filenames.read(paths)
     local name = stem(path)
     local layer = namemarks.layer(name)
     candidates[i] = filenames.notes(name)
-    read[i] = { name = name, layer = layer, markedLayer = layer, take = namemarks.take(name) }
+    read[i] = { name = name, folder = path:match("^.*/") or "", layer = layer, markedLayer = layer, take = namemarks.take(name) }
   end
   local everywhere = frequencies(candidates)
   for i, it in ipairs(read) do

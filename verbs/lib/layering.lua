@@ -37,7 +37,8 @@ local function firstTakes(group, leaveOut)
     local take = it.name.take
     local layer = it.name.layer
     local name = take and (take.marked or layer)
-                 and take.base:lower() .. "/" .. (layer and (layer.velocity or layer.rank) or "")
+                 and it.name.folder .. take.base:lower() .. "/"
+                     .. (layer and (layer.velocity or layer.rank) or "")
     if name and first[name] then
       leaveOut(it, "round robin of " .. first[name].path)
     else
