@@ -1,5 +1,5 @@
--- Random file names: reading them raises no error, every sample is mapped or left out, and keys and
--- velocities are covered without gaps, and the zones of a sample share a keygroup.
+-- Names of drums. Random file names: reading them raises no error, every sample is mapped or left out,
+-- keys and velocities are covered without gaps, and the zones of a sample share a keygroup.
 package.path = arg[1] .. "/verbs/lib/?.lua;" .. package.path
 local filenames, keymap, namemarks = require "filenames", require "keymap", require "namemarks"
 
@@ -14,10 +14,16 @@ local function name()
   return table.concat(parts)
 end
 
+for file, drum in pairs { ["Kick-01-Soft"] = "kick", ["Snare v1_rr2"] = "snare", ["Snare (2)"] = "snare",
+                          ["Tom 3 (hard)"] = "tom", ["808 Kick"] = "808 kick", ["Hat_C1"] = "hat c1",
+                          ["12"] = "12", ["pp"] = "pp", ["Ride2"] = "ride" } do
+  assert(namemarks.drum(file) == drum, file .. ": " .. namemarks.drum(file))
+end
+
 for _ = 1, 3000 do
   local names, samples, left, zones = {}, {}, 0, 0
   for i = 1, math.random(0, 6) do names[i] = name() end
-  for i, read in ipairs(filenames.read(names)) do
+  for i, read in ipairs((filenames.read(names))) do
     assert(read.name == "" or namemarks.drum(read.name) ~= "", read.name)
     if read.key and read.key >= 0 and read.key <= 127 then
       samples[#samples + 1] = { key = read.key, layer = read.layer, path = names[i],

@@ -63,7 +63,7 @@ end
 function namemarks.drum(name)
   local rest = name
   local layer, first, last = namemarks.layer(rest)
-  if layer then rest = without(rest, first, last):gsub("%s+$", "") end
+  if layer then rest = without(rest, first, last):gsub("[_%-%s%(%)%[%]]+$", "") end
   local take = namemarks.take(rest)
   rest = (take and take.base or rest):lower():gsub("[_%-%s]+", " "):gsub("^ ", ""):gsub(" $", "")
   return rest ~= "" and rest or name
