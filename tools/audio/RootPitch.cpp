@@ -233,7 +233,7 @@ std::optional<Repetition> HighNote(const Sound& sound) {
   const int longest = static_cast<int>(sound.rateHz / kLowestHighHz);
   if (longest < 4) return std::nullopt;
   const int length = longest * kHighPeriods / 2;
-  const auto count = static_cast<size_t>(longest * kHighPeriods);
+  const auto count = static_cast<size_t>(longest) * kHighPeriods;
   const std::vector<size_t> places = LoudPlaces(sound, count);
   std::vector<Look> looks;
   std::vector<double> likeness(static_cast<size_t>(longest) + 2);
