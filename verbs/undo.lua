@@ -1,4 +1,5 @@
 -- zyl undo: lists what verbs have written, and restores the files that they replaced.
+local batches = require "batches"
 local cli = require "cli"
 local folders = require "folders"
 local journal = require "journal"
@@ -29,7 +30,7 @@ if #words > 1 or #words == 1 and not words[1]:match("^[1-9]%d*$") then cli.usage
 if #words + (options.last and 1 or 0) + (options.show and 1 or 0) > 1 then
   cli.usage("give N, --last or --show N")
 end
-if not journal.root() then cli.usage("neither XDG_STATE_HOME nor HOME is set: there is no journal") end
+if not batches.root() then cli.usage("neither XDG_STATE_HOME nor HOME is set: there is no journal") end
 
 local WIDTH = 60  -- of a command in the list
 
@@ -60,7 +61,7 @@ end
 
 local function list()
   local rows, printer = { { "N", "files", "size", "command", "time" } }, cli.printer(options.json)
-  for i, found in ipairs(journal.list()) do
+  for i, found in ipairs(batches.list()) do
     local time = os.date("%Y-%m-%d %H:%M:%S", found.time)
     if options.json then
       local words_ = {}
@@ -68,7 +69,7 @@ local function list()
       printer.result(i, json.object("batch", found.number, "time", time, "command", json.list(words_),
         "folder", found.cwd, "files", changedFiles(found), "bytes", found.bytes, "state", state(found)))
     end
-    rows[i + 1] = { tostring(found.number), tostring(changedFiles(found)), journal.bytes(found.bytes),
+    rows[i + 1] = { tostring(found.number), tostring(changedFiles(found)), batches.bytes(found.bytes),
                     cut(command(found)), time .. (state(found) and "  " .. state(found) or "") }
   end
   if options.json then
@@ -169,14 +170,14 @@ local function printSteps(steps)
 end
 
 local function read(number)
-  local found = journal.read(number)
+  local found = batches.read(number)
   if not found then cli.usage("there is no batch " .. number .. ": 'zyl undo' lists them") end
   return found
 end
 
 local function undo(found)
   if found.running then cli.usage("batch " .. found.number .. " is still running") end
-  journal.hold(found)
+  batches.hold(found)
   local steps, refused, files = plan(found), 0, {}
   for _, step in ipairs(steps) do
     local obstacle = step.lost or not options.force and step.changed
@@ -209,7 +210,7 @@ local function undo(found)
 end
 
 local function newest()
-  local all = journal.list()
+  local all = batches.list()
   return #all > 0 and all[#all].number or cli.usage("there is nothing to undo")
 end
 

@@ -129,29 +129,36 @@ int CopyFile(lua_State* L) {
   return Refuse(L, failure ? failure.message() : reason);
 }
 
-// FNV-1a, 64 bits: detects changes, but not forgeries.
-int Digest(lua_State* L) {
-  struct Closer {
-    int file;
-    ~Closer() { ::close(file); }
-  };
-  const char* path = CheckPath(L, 1);
-  const int file = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (file < 0) return RefuseWithErrno(L);
-  const Closer closer{file};
+// Computes the FNV-1a hash, 64 bits, of the content. Sets errno on failure.
+bool HashFile(int file, uint64_t& hash) {
   struct stat status {};
-  if (::fstat(file, &status) != 0) return RefuseWithErrno(L);
-  if (!S_ISREG(status.st_mode)) return Refuse(L, "is not a regular file");
+  if (::fstat(file, &status) != 0) return false;
+  if (!S_ISREG(status.st_mode)) {
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return false;
+  }
+  hash = 14695981039346656037u;
   std::array<unsigned char, 1 << 16> block;
-  uint64_t hash = 14695981039346656037u;
   for (;;) {
     const ssize_t count = ::read(file, block.data(), block.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return RefuseWithErrno(L);
-    if (count == 0) break;
-    for (size_t i = 0; i < static_cast<size_t>(count); ++i)
+    if (count <= 0) return count == 0;
+    for (size_t i = 0; i < static_cast<size_t>(count); ++i) {
       hash = (hash ^ block[i]) * 1099511628211u;
+    }
   }
+}
+
+int Digest(lua_State* L) {
+  const int file = ::open(CheckPath(L, 1), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) return RefuseWithErrno(L);
+  uint64_t hash = 0;
+  const bool good = HashFile(file, hash);
+  const int error = errno;
+  // Before any call of Lua, which may not return.
+  ::close(file);
+  errno = error;
+  if (!good) return RefuseWithErrno(L);
   std::array<char, 17> text;
   std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(hash));
   lua_pushstring(L, text.data());
