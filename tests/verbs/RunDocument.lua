@@ -1,14 +1,15 @@
 -- Runs the commands that a document shows and compares their output with the document.
 --
---   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH
+--   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH [machines]
 --
 -- In every fenced block that begins with "$ ", the lines after a command are what it prints, on both
 -- outputs; a line of "..." matches any number of lines, and "..." in a line any text. A
 -- Lua block whose first line is "-- NAME.lua" becomes that file first. The commands run in order in the
 -- folder SCRATCH, with the build's programs in the PATH and below build/bin, and examples/ at hand. A
--- command that needs GNU parallel ends the run with status 77 where that is missing.
+-- command that needs GNU parallel ends the run with status 77 where that is missing. Commands for
+-- the machines anna and bert run only if the last argument is "machines", see TwoMachines.sh.
 
-local document, source, bin, scratch = table.unpack(arg)
+local document, source, bin, scratch, machines = table.unpack(arg)
 
 local function quoted(word) return "'" .. word:gsub("'", "'\\''") .. "'" end
 
@@ -77,6 +78,8 @@ for _, it in ipairs(read(document)) do
     local file = assert(io.open(scratch .. "/" .. it.file, "w"))
     file:write(it.text)
     file:close()
+  elseif it.command:match("anna,bert") and not machines then
+    print(document .. ":" .. it.line .. ": needs two machines")
   elseif it.command:match("parallel") and not has("parallel") then
     print(document .. ":" .. it.line .. ": skipped, GNU parallel is not installed")
     os.exit(77, true)
