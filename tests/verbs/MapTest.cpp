@@ -31,6 +31,7 @@ TEST_F(Map, ReadsNotesAndLayersInNames) {
   const std::vector<std::vector<Case>> batches = {
       {{"Piano_C#3_v2.wav", 49, 64, 127}, {"Piano_C#3_v1.wav", 49, 0, 63}},
       {{"Bb2 vel40.wav", 46, 0, 60}, {"Bb2 vel80.wav", 46, 61, 127}},
+      {{"Bb2 v40.wav", 46, 0, 60}, {"Bb2 v80.wav", 46, 61, 127}},
       {{"Eb-1_pp.wav", 3, 0, 72}, {"Eb-1_ff.wav", 3, 73, 127}, {"Cb4.wav", 59, 0, 127}},
       {{"PadF4Soft.flute.wav", 65, 0, 127},
        {"Pad C-4.wav", 60, 0, 127},

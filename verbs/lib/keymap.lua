@@ -6,13 +6,24 @@
 -- as their zones need.
 local keymap = { MOST_ZONES = 4, MOST_LAYERS = 127 }
 
-local RANKS = 16    -- highest number of a layer that is not a velocity
+local RANKS = 16    -- highest number of a layer that is certainly not a velocity
 
 local function level(sample, ranksAreVelocities)
   local layer = sample.layer
   if not layer then return 0, false end
   return layer.velocity or layer.rank or layer.order,
          layer.velocity ~= nil or layer.rank ~= nil and ranksAreVelocities
+end
+
+-- Whether the ranks of the samples are velocities: high numbers that do not count layers.
+local function areVelocities(list)
+  local seen, count, highest = {}, 0, 0
+  for _, sample in ipairs(list) do
+    local rank = sample.layer and sample.layer.rank
+    if rank and not seen[rank] then seen[rank], count = true, count + 1 end
+    highest = math.max(highest, rank or 0)
+  end
+  return highest > RANKS and 2 * count < highest
 end
 
 -- Divides velocities 0 to 127 between layers in rising order: half-way between the layers if their
@@ -55,17 +66,14 @@ end
 -- Returns the roots in rising order: { key, layers = { { sample, low, high } } }, with up to `most`
 -- layers. Calls leftOut(sample, reason) for each sample that is not used.
 function keymap.layers(list, most, leftOut)
-  local byKey, roots, highestRank = {}, {}, 0
-  for _, sample in ipairs(list) do
-    highestRank = math.max(highestRank, sample.layer and sample.layer.rank or 0)
-  end
+  local byKey, roots, ranksAreVelocities = {}, {}, areVelocities(list)
   for _, sample in ipairs(list) do
     local root = byKey[sample.key]
     if not root then
       root = { key = sample.key, layers = {}, taken = {} }
       byKey[sample.key], roots[#roots + 1] = root, root
     end
-    local value, isVelocity = level(sample, highestRank > RANKS)
+    local value, isVelocity = level(sample, ranksAreVelocities)
     if root.taken[value] then
       leftOut(sample, "same key and layer as " .. root.taken[value])
     else
