@@ -53,21 +53,15 @@ TEST_F(Notification, DeletedModulesAreSkipped) {
 
 TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
   const auto late = Recorder("late:");
-  auto victim = std::make_unique<Listener>();
-  (*victim)["OnProgramParameterChanged"] = [](ROCParams& list, ROCParam**) {
-    EXPECT_EQ(list.Entry(1)->Int(), 3) << "it was called after its end";
-  };
+  auto victim = Recorder("victim:");
   Listener busy;
-  busy["OnProgramParameterChanged"] = [&](ROCParams& list, ROCParam**) {
-    if (list.Entry(1)->Int() != 4) return;
-    EXPECT_TRUE(program("PRGmidiChannel", 6).Ok());
+  busy["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) {
     EXPECT_TRUE(program("Register", late.get()).Ok());
     victim.reset();
   };
   program("Register", &busy);
   program("Register", victim.get());
   EXPECT_EQ(program("PRGpoly", 20).Int(), 15);
-  EXPECT_EQ(program("PRGmidiChannel").Int(), 6);
   EXPECT_EQ(told, "late:4 20 -1 -1 ") << "a module registered during the walk is called too";
 }
 

@@ -154,20 +154,19 @@ TEST(SampleFileLoops, AllSixteenAreInTheStandardChunks) {
   const uint8_t* mark = Chunk(folder.File("s"), aif, "MARK");
   ASSERT_NE(mark, nullptr);
   EXPECT_EQ(Octets(mark, mark + 2), (Octets{0, 32}));
-  std::multiset<uint32_t> expected;
-  std::multiset<uint32_t> places;
-  const uint8_t* marker = mark + 2;
-  for (uint32_t i = 0; i < 16; ++i) {
-    const RiffLoop& loop = p.loops[i];
-    const uint32_t words[] = {loop.type, loop.start, loop.end, loop.fineLen, loop.times};
-    for (size_t k = 0; k < std::size(words); ++k) {
-      EXPECT_EQ(Little32(smpl + 36 + 24 * i + 4 + 4 * k), words[k]) << i << " " << k;
+  std::multiset<uint32_t> expected, places;
+  for (const RiffLoop& loop : p.loops) {
+    for (const uint32_t word : {loop.type, loop.start, loop.end, loop.fineLen, loop.times}) {
+      EXPECT_EQ(Little32(smpl + 40), word);
+      smpl += 4;
     }
+    smpl += 4;  // the next loop's identifier
     expected.insert({loop.start, loop.end + 1});
-    for (int half = 0; half < 2; ++half) {
-      places.insert(uint32_t{marker[2]} << 24 | marker[3] << 16 | marker[4] << 8 | marker[5]);
-      marker += 6 + (marker[6] + 2) / 2 * 2;  // a name with its length, padded to pairs
-    }
+  }
+  const uint8_t* marker = mark + 2;
+  while (places.size() < expected.size()) {
+    places.insert(uint32_t{marker[2]} << 24 | marker[3] << 16 | marker[4] << 8 | marker[5]);
+    marker += 6 + (marker[6] + 2) / 2 * 2;  // a name with its length, padded to pairs
   }
   EXPECT_EQ(places, expected);
 }

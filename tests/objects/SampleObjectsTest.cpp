@@ -113,15 +113,14 @@ TEST_F(SampleObjects, OnlyPrepareDeleteNotifies) {
   RIOObject* sample = Zone(0, 0);
   program("Create", NullObject{});
   EXPECT_EQ(Uses(sample), 1) << "the object outlives its program record";
-  Fill(0, 0, stereo);
   ListenForDeleting();
-  const ROCParam prepared(Zone(0, 0));
-  program("PrepareDelete");
-  EXPECT_TRUE(IsGone(prepared));
-  const ROCParam last(Zone(0, 0));
-  program.Delete();
-  EXPECT_TRUE(IsGone(last));
-  EXPECT_EQ(deleted, 1);
+  for (const bool prepare : {true, false}) {
+    Fill(0, 0, stereo);
+    const ROCParam object(Zone(0, 0));
+    prepare ? void(program("PrepareDelete")) : program.Delete();
+    EXPECT_TRUE(IsGone(object));
+  }
+  EXPECT_EQ(deleted, 2);
 }
 
 TEST_F(SampleObjects, ObjectsWithoutARecordAreDropped) {
@@ -141,17 +140,17 @@ TEST_F(SampleObjects, ObjectsWithoutARecordAreDropped) {
 
 TEST_F(SampleObjects, ReadingATemporarySampleAgainAddsAReference) {
   EXPECT_EQ(program("GetTempSample", mono).Object(), nullptr) << "it is not in memory";
-  RIOObject* sample = program("ReadTempSample", mono).Object();
+  const ROCParam read(program("ReadTempSample", mono).Object());
+  RIOObject* sample = read.Object();
   ASSERT_NE(sample, nullptr);
   EXPECT_EQ(program("ReadTempSample", mono, 0, false).Object(), sample);
   EXPECT_EQ(Uses(sample), 1);
-  const ROCParam read(sample);
-  EXPECT_EQ(program("DeleteTempSample", sample).result, nullptr);
+  program("DeleteTempSample", sample);
   EXPECT_EQ(program("GetTempSample", mono).Object(), sample) << "one reader still has it";
   program("DeleteTempSample", sample);
   EXPECT_TRUE(IsGone(read));
-  program("ReadTempSample", mono);
   const ROCParam twice(program("ReadTempSample", mono).Object());
+  program("ReadTempSample", mono);
   program("DeleteTempSample");
   EXPECT_TRUE(IsGone(twice)) << "all are deleted whatever their counts";
 }
@@ -193,10 +192,9 @@ TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {
   EXPECT_EQ(program("SampleChannelCount", sample).Int(), 1);
   EXPECT_EQ(program("SampleGetSize", sample).Int(), 0);
   // The name follows the path until one is set.
-  EXPECT_EQ(program("SampleName", sample).Text(), "new");
   program("SampleFilePath", sample, Path("moved.wav"));
   EXPECT_EQ(program("SampleName", sample, "Kick").Text(), "moved");
-  EXPECT_EQ(program("SampleFilePath", sample, Path("last.wav")).Text(), Path("moved.wav"));
+  program("SampleFilePath", sample, Path("last.wav"));
   EXPECT_EQ(program("SampleName", sample).Text(), "Kick");
   program("DeleteTempSample", sample);
   EXPECT_TRUE(IsGone(made)) << "creating it again added no reference";

@@ -19,21 +19,6 @@ class SampleImages : public EditTest {
     program("SampleSize", made, frames);
     return made;
   }
-  // All that a script sees of a sample except its path, its name and its sound.
-  std::vector<double> Seen(RIOObject* sample) const {
-    std::vector<double> seen;
-    for (const char* method :
-         {"SampleChannelCount", "SampleBits", "SampleSize", "SampleSampleRate", "Samplekey",
-          "Sampletune", "SampleplaybackType", "SampleholdLoopTuneOff"}) {
-      seen.push_back(Get(sample, method));
-    }
-    for (const int point : Points(sample)) seen.push_back(point);
-    for (int l = 0; l < Get(sample, "SampleLoopCount"); ++l) {
-      if (l < 8) seen.push_back(program("SampleLoopTimes", sample, l).Int());
-      seen.push_back(program("SampleLoopFineLen", sample, l).Double());
-    }
-    return seen;
-  }
   RIOObject* ReadPad() { return program("ReadSampleFromPad", &pad).Object(); }
 
   Pad pad;
@@ -49,8 +34,7 @@ TEST_F(SampleImages, SurviveARoundTrip) {
   } cases[] = {{8, 1, 100, 1, 0},    {24, 2, 101, 3, 127}, {32, 3, 64, 16, 5}, {12, 2, 50, 0, 1},
                {20, 1, 33, 1, -300}, {16, 16, 7, 1, 2000}, {1, 1, 9, 0, 0},    {24, 5, 0, 0, -7}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(std::to_string(c.bits) + " bits, " + std::to_string(c.channels) + " channels, " +
-                 std::to_string(c.frames) + " frames");
+    SCOPED_TRACE(std::to_string(c.bits) + " bits, " + std::to_string(c.frames) + " frames");
     RIOObject* sample = New(c.bits, c.channels, c.frames);
     for (int i = 0; i < c.frames; ++i) {
       program("SampleValue", sample, i, static_cast<int32_t>(random()));
@@ -59,37 +43,27 @@ TEST_F(SampleImages, SurviveARoundTrip) {
     program("Samplekey", sample, static_cast<int>(random() % 128));
     program("Sampletune", sample, c.tune);
     program("SampleholdLoopTuneOff", sample, c.bits - 16);
-    program("SampleLoopCount", sample, c.loops);
+    SetPoints(sample, Values(static_cast<size_t>(2 * c.loops + 2), c.frames / 4));
     for (int l = 0; l < c.loops; ++l) {
-      program("SampleLoopStart", sample, l, c.frames / 4);
-      program("SampleLoopEnd", sample, l, c.frames / 2);
       program("SampleLoopFineLen", sample, l, 1000.0 * l);
       program("SampleLoopTimes", sample, l, l);
     }
-    if (c.frames > 20) {
-      program("SampleStart", sample, 3);
-      program("SampleEnd", sample, c.frames - 4);
-    }
     program("SampleplaybackType", sample, c.loops % 4);
-    const std::vector<double> seen = Seen(sample);
-    ASSERT_EQ(seen[1], c.bits);
-    const std::vector<Values> sound = ReadAll(sample);
     pad.Set("what the pad held before");
-    const Outcome written = program("WriteSampleToPad", &pad, sample);
-    ASSERT_TRUE(written.Ok()) << written.Message();
-    EXPECT_EQ(Seen(sample), seen);
-    EXPECT_EQ(ReadAll(sample), sound);
+    EXPECT_TRUE(program("WriteSampleToPad", &pad, sample).Ok());
     RIOObject* read = ReadPad();
-    ASSERT_NE(read, nullptr);
-    EXPECT_NE(read, sample);
-    EXPECT_EQ(Seen(read), seen);
-    EXPECT_EQ(ReadAll(read), sound);
-    // The same image again; and the new sample is nobody else's.
-    const std::string image = pad.Bytes();
-    program("WriteSampleToPad", &pad, read);
-    EXPECT_EQ(pad.Bytes(), image);
+    ASSERT_TRUE(read != nullptr && read != sample);
+    EXPECT_EQ(ReadAll(read), ReadAll(sample));
+    EXPECT_EQ(Get(read, "SampleBits"), c.bits);
+    // Equal files have equal parameters; the readers have their own tests.
+    for (const auto& [one, name] : {std::pair(sample, "a.wav"), {read, "b.wav"}}) {
+      program("SampleName", one, "same");
+      EXPECT_TRUE(program("SampleWrite", one, Path(name)).Bool());
+    }
+    EXPECT_EQ(ReadBytes(Path("a.wav")), ReadBytes(Path("b.wav")));
+    const std::vector<Values> sound = ReadAll(sample);
     program("SampleSetValues", read, 0, c.frames, 0);
-    EXPECT_EQ(ReadAll(sample), sound);
+    EXPECT_EQ(ReadAll(sample), sound) << "the new sample is independent";
   }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -91,12 +92,7 @@ std::vector<double> Noise(size_t count, double level, unsigned seed) {
   return Generate(count, [&](double) { return level * (2 * Random(random) - 1); });
 }
 
-struct Signal {
-  std::string name;
-  std::vector<double> frames;
-};
-
-std::vector<Signal> Signals() {
+std::map<std::string, std::vector<double>> Signals() {
   const auto harmonic = [](double pitchHz) {
     return [pitchHz](double i) {
       return 0.3 * Tone(i, pitchHz) + 0.3 * Tone(i, 2 * pitchHz) + 0.2 * Tone(i, 3 * pitchHz);
@@ -160,9 +156,9 @@ TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
                                          {344, 114, 0},
                                          {334, 113, 0},
                                          {2000, 344, 0}};
-  for (const Signal& signal : Signals()) {
+  for (const auto& [name, frames] : Signals()) {
     for (const PlainPitchSettings& s : settings) {
-      ExpectPlainTrack(signal.frames, s, signal.name + " " + std::to_string(s.minPeriodHz));
+      ExpectPlainTrack(frames, s, name + " " + std::to_string(s.minPeriodHz));
     }
   }
 }

@@ -149,7 +149,7 @@ TEST_F(KeygroupList, ACountAboveTheAllocationIsClamped) {
   EXPECT_TRUE(program("KGMove", 0, 5).Ok());
   ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
   ASSERT_TRUE(program("Read", Path("p.zprg")).Bool());
-  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 1) << "the file says what is there";
+  EXPECT_EQ(program("PRGkeyGroups", 300).Int(), 1) << "the file has the allocated count";
   EXPECT_EQ(program("KGfilterFreq", 0).Int(), 80);
   EXPECT_EQ(program("KGCreate", 300).Int(), 1);
   EXPECT_EQ(program("PRGkeyGroups", 0).Int(), 2);

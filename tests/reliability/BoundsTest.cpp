@@ -158,46 +158,45 @@ TEST_F(Bounds, AWorkerWithoutMemoryEndsInOrder) {
   Listener watcher;
   watcher.AddPad("progressUpdate", newROCParam(0))->SetListener(&progress);
   watcher.AddPad("pitchDataFinished", newROCParam(""))->SetListener(&progress);
-  const std::vector<int16_t> sound(30000, 5);
-  for (const char* name : {"a.wav", "b.wav"}) WriteWave(Path(name), {sound});
   program.Make(1);
-  for (int zone = 0; zone < 2; ++zone)
-    program("ZoneSampleSet", 0, zone, Path(zone == 0 ? "a.wav" : "b.wav"));
-  program("PitchDataProgressCB", static_cast<RIOObject*>(&watcher));
-  program("PitchDataProgressCBFinish", static_cast<RIOObject*>(&watcher));
-  const auto end = [&] {
-    for (int i = 0; i < 60000 && program("PitchDataCalculating").Int() > 0; ++i) {
-      program("PitchDataProgressRatio");
+  for (int zone = 0; zone < 2; ++zone) {
+    const std::string path = Path(zone == 0 ? "a.wav" : "b.wav");
+    WriteWave(path, {std::vector<int16_t>(30000, 5)});
+    program("ZoneSampleSet", 0, zone, path);
+  }
+  program("PitchDataProgressCB", &watcher);
+  program("PitchDataProgressCBFinish", &watcher);
+  const auto await = [](auto condition) {
+    for (int i = 0; i < 60000 && !condition(); ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
   };
+  const auto finish = [&] {
+    await([&] {
+      program("PitchDataProgressRatio");  // removes finished jobs
+      return program("PitchDataCalculating").Int() == 0;
+    });
+    ROCParam handle(0);
+    RIOObject* sample = program("SampleGet", 0, 0).Object();
+    return program("SampleGetPitchData", sample, &handle).Int();
+  };
   {
-    // The worker cannot take the sound before there is no memory any more.
+    // The worker waits for the sound until large allocations fail.
     const WritableSound held = findSampleFN(Path("a.wav").c_str(), 0, -1)->WritableChannels({0});
     program("CalcProgramPitch");
     const ROCParamPtr names(ROCParam::NewArray(0));
-    for (int i = 0; i < 60000; ++i) {
+    await([&] {
       program("PitchDataCalcSamples", names.get());
-      if (names->Element(0).Str() == "a") break;
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+      return names->Element(0).Str() == "a";
+    });
     AllocationWatch::SetLargest(64);
   }
-  for (int i = 0; i < 60000 && progress.count == 0; ++i) {
-    ZylPump(0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
+  await([&] { return ZylPump(0) > 0; });
   AllocationWatch::SetLargest(SIZE_MAX);
-  end();
+  EXPECT_EQ(finish(), 0);
   EXPECT_EQ(progress.count, 1);
-  ROCParam handle(0);
-  const auto values = [&](int zone) {
-    return program("SampleGetPitchData", program("SampleGet", 0, zone).Object(), &handle).Int();
-  };
-  EXPECT_EQ(values(0) + values(1), 0);
   program("CalcProgramPitch");
-  end();
-  EXPECT_EQ(values(0), 30000 / 128 + 1);
+  EXPECT_EQ(finish(), 30000 / 128 + 1);
   ZylPump(0);
   for (const char* method : {"PitchDataProgressCB", "PitchDataProgressCBFinish"}) {
     program(method, NullObject{});

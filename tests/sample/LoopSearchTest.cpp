@@ -183,32 +183,6 @@ void CheckSingleCandidate(const Channel& channel, bool start, LoopPoints loop, i
   }
 }
 
-TEST(LoopSearchRange, CountsTheTermsOfEveryShortLoop) {
-  std::mt19937 random(11);
-  const Channel channel(2, Make(Signals(random)[1], 400, 2));
-  for (const uint32_t fineLen : {0u, 1u << 30, 4294967295u}) {
-    for (int32_t length = 3; length < 60; ++length) {
-      CheckSingleCandidate(channel, true, {0, 200, fineLen}, 200 - length);
-      CheckSingleCandidate(channel, false, {150, 0, fineLen}, 150 + length);
-    }
-  }
-}
-
-TEST(LoopSearchRange, FindsTheLastOfManyCandidates) {
-  std::mt19937 random(12);
-  std::vector<int32_t> data(4000);
-  for (int count = 1000; count < 2200; count += 37) {
-    // Loud noise, then silence from the last candidate on.
-    const int last = 100 + count - 1;
-    for (int i = 0; i < 4000; ++i) {
-      const auto noise = static_cast<int32_t>(random() % 60000) - 30000;
-      data[static_cast<size_t>(i)] = i < last ? noise : 0;
-    }
-    const Channel channel(2, data);
-    EXPECT_EQ(zyl::FindLoopStart(channel.view, {50, 3900, 0}, 100, last + 1, 0), last);
-  }
-}
-
 TEST(LoopSearchRange, FollowsTheFineStartAcrossPowersOfTwo) {
   // Near 2^22 a small fine length is lost in rounding on one side, and adding 1 to a position may
   // round to the next one, so that a slope is passed over.
