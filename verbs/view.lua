@@ -37,18 +37,20 @@ end
 if #files > 1 then cli.usage("one FILE at a time") end
 local path = files[1]
 
--- The zones whose sample file does not exist.
+-- The samples of keygroups whose file does not exist, and the number of these files.
 local function missingSamples(program)
-  local list = {}
+  local list, seen, absent = {}, {}, 0
   for k = 0, program:PRGkeyGroups() - 1 do
     for z = 0, programs.ZONES - 1 do
       local sample = program:ZoneSamplePath(k, z)
-      if sample ~= "" and not disk.isFile(sample) then
+      if sample ~= "" and seen[sample] ~= k and not disk.isFile(sample) then
         list[#list + 1] = { keygroup = k, path = sample }
+        if not seen[sample] then absent = absent + 1 end
+        seen[sample] = k
       end
     end
   end
-  return list
+  return list, absent
 end
 
 local function draw()
@@ -56,10 +58,10 @@ local function draw()
   local count, k = program:PRGkeyGroups(), options.keygroup - 1
   if k >= count then error(("there is no keygroup %d, the program has %d"):format(k + 1, count), 0) end
   local low, high = program:KGlowKey(k), program:KGhighKey(k)
-  local missing = missingSamples(program)
-  if #missing > 0 then
-    cli.warn(path, ("%d sample%s missing: %s%s"):format(#missing, #missing == 1 and "" or "s",
-             text.printable(missing[1].path), #missing > 1 and ", ..." or ""))
+  local missing, absent = missingSamples(program)
+  if absent > 0 then
+    cli.warn(path, ("%d sample%s missing: %s%s"):format(absent, absent == 1 and "" or "s",
+             text.printable(missing[1].path), absent > 1 and ", ..." or ""))
   end
   local here = {}
   for _, it in ipairs(missing) do
@@ -71,7 +73,7 @@ local function draw()
     panels.keyboard(program, k),
     "Keygroups", panels.keygroups(program, marked or low),
     ("Zones of keygroup %d%s"):format(k + 1, #here > 0 and ": " .. table.concat(here, ", ") or ""),
-    panels.zones(program, k),
+    panels.zones(program, k, programs.channels(path)),
   }, options.output, { dark = options.dark, scale = options.scale, octave = notes.middle() })
   return true
 end

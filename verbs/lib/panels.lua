@@ -61,14 +61,14 @@ function panels.keygroups(program, key)
   return editor
 end
 
--- A stereo sample is one row, panned to the centre. Its samples must be loaded.
-function panels.zones(program, keygroup)
+-- A stereo sample is one row, panned to the centre. `channels` is the result of programs.channels.
+function panels.zones(program, keygroup, channels)
   local zones = {}
   for z = 0, programs.ZONES - 1 do
     zones[z + 1] = { path = program:ZoneSamplePath(keygroup, z), low = program:ZonelowVel(keygroup, z),
                      high = program:ZonehighVel(keygroup, z), pan = program:ZonepanOffset(keygroup, z),
                      tune = program:ZonetuneOffset(keygroup, z),
-                     channel = program:SampleChannel(keygroup, z), number = z + 1 }
+                     channel = channels[keygroup * programs.ZONES + z], number = z + 1 }
   end
   stereo.pair(zones)
   local editor = host.editor { columns = ZONES }
