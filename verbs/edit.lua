@@ -4,6 +4,7 @@ local fields = require "fields"
 local journal = require "journal"
 local json = require "json"
 local programs = require "programs"
+local progress = require "progress"
 local selection = require "selection"
 local text = require "text"
 local values = require "values"
@@ -169,6 +170,7 @@ end
 if not options.output and not options["dry-run"] then journal.expect(paths) end
 local printer = cli.printer(options.json)
 for i, path in ipairs(paths) do
+  progress.show((i - 1) / #paths, path)
   local done, target = cli.try(edit, path)
   local failure = not done and target or nil
   if failure then cli.failed(path, failure .. ": not changed") end

@@ -3,6 +3,7 @@ local cli = require "cli"
 local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
+local pictures = require "pictures"
 local progress = require "progress"
 local samples = require "samples"
 local soundfile = require "soundfile"
@@ -41,15 +42,7 @@ local options, files = cli.parse {
 }
 local a4 = options.a4 + 0.0
 if options.lowest >= options.highest then cli.usage("--lowest must be below --highest") end
-local pictureBase, pictureKind
-if options.plot then
-  pictureBase, pictureKind = options.plot:match("^(.*)%.(%a+)$")
-  pictureKind = pictureKind and pictureKind:lower()
-  if pictureKind ~= "png" and pictureKind ~= "svg" then
-    cli.usage("--plot PICTURE: the name must end in .png or .svg")
-  end
-end
-
+local pictureOf = options.plot and pictures.names("--plot PICTURE", options.plot, #files)
 if options.set and not options["dry-run"] then journal.expect(files) end
 local program = host.new("ZylSProgram")
 local printer = cli.printer(options.json)
@@ -92,23 +85,8 @@ local function store(path, sample, found, it)
   return "set"
 end
 
-local taken = {}
--- The picture's name for a file, made unique for files with the same name.
-local function pictureName(path)
-  if #files == 1 then return options.plot end
-  local base = path:match("[^/]*$")
-  local stem = pictureBase .. "-" .. (base:match("^(.+)%.[^.]*$") or base)
-  local name, number = stem, 1
-  while taken[name] do
-    number = number + 1
-    name = stem .. "-" .. number
-  end
-  taken[name] = true
-  return name .. "." .. pictureKind
-end
-
 local function draw(path, sample, it, rate)
-  local picture = pictureName(path)
+  local picture = pictureOf(path)
   if options["dry-run"] then return cli.note(picture, "would be drawn") end
   local plot = require "pitchplot"
   local bytes, format, width = samples.values(program, sample, 0)

@@ -5,6 +5,7 @@ local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local progress = require "progress"
 local text = require "text"
 local values = require "values"
 
@@ -130,6 +131,7 @@ end
 
 local printer = cli.printer(options.json)
 for i, path in ipairs(files) do
+  progress.show((i - 1) / #files, path)
   local parts, failure = cli.try(split, path)
   if failure then cli.failed(path, failure .. ": nothing was written") end
   printer.result(i, options.json and record(path, parts, failure) or not options.json and parts and shown(parts) or nil)

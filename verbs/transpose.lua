@@ -4,6 +4,7 @@ local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local progress = require "progress"
 local selection = require "selection"
 local text = require "text"
 
@@ -100,6 +101,7 @@ end
 if not options["dry-run"] then journal.expect(files) end
 local printer = cli.printer(options.json)
 for i, path in ipairs(files) do
+  progress.show((i - 1) / #files, path)
   local moved, failure = cli.try(transpose, path)
   if failure then cli.failed(path, failure .. ": not changed") end
   local outside, cut = numbers(moved or {}, "outside"), numbers(moved or {}, "clamped")

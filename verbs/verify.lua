@@ -1,25 +1,32 @@
 -- zyl verify: compares two programs or two samples field by field.
 local cli = require "cli"
+local disk = require "disk"
 local fields = require "fields"
+local folders = require "folders"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local progress = require "progress"
 local samples = require "samples"
 local settings = require "samplesettings"
 local text = require "text"
 local values = require "values"
 
-local options, files = cli.parse {
-  verb = "verify", notes = true, repeats = true, operands = "A B",
+local options, words = cli.parse {
+  verb = "verify", notes = true, repeats = true, folders = "programs", mixed = true, operands = "A B",
   about = "Compares two programs, or two samples, field by field, and prints the differences. Sample\n"
-       .. "paths are relative to the program's folder, so that a folder can be compared with its copy.",
-  options = { { name = "json", help = "print a JSON object with the differences" } },
+       .. "paths are relative to the program's folder, so that a folder can be compared with its copy. Of two\n"
+       .. "folders, the programs and samples with the same names are compared.",
+  options = { { name = "json", help = "print a JSON object with the differences; of folders, a list, one\nobject per name" } },
   answers = true, status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
 }
-if #files ~= 2 then cli.usage("give two files, A and B") end
+if #words ~= 2 then cli.usage("give two files or two folders, A and B") end
+local isFolder = disk.isFolder(words[1])
+if isFolder ~= disk.isFolder(words[2]) then cli.usage("one is a folder and the other is not") end
 
 local ORGAN = "TOLM"   -- the chunk of a program's organ extension
-local compared, differences, failure = 0, {}, nil
+-- Of the pair that is compared:
+local files, compared, differences, failure = words, 0, {}, nil
 
 local function fail(path, reason)
   failure = failure or path .. ": " .. reason
@@ -148,25 +155,25 @@ local function compareSamples()
   compareSound(program, open, facts)
 end
 
-local kinds = {}
-for i, path in ipairs(files) do
-  local is, reason = programs.isProgram(path)
-  if is == nil then fail(path, reason) end
-  kinds[i] = is
-end
-if kinds[1] ~= nil and kinds[2] ~= nil then
+local function comparePair()
+  local kinds = {}
+  for i, path in ipairs(files) do
+    local is, reason = programs.isProgram(path)
+    if is == nil then return fail(path, reason) end
+    kinds[i] = is
+  end
   if kinds[1] ~= kinds[2] then
     local path = kinds[1] and files[2] or files[1]
-    local program = host.new("ZylSProgram")
-    if samples.open(program, path) then cli.usage("one is a program and the other a sample") end
-    fail(path, "neither a program nor a readable sound file")
+    local isSample = samples.open(host.new("ZylSProgram"), path)
+    if isSample and not isFolder then cli.usage("one is a program and the other a sample") end
+    return fail(path, isSample and "one is a program and the other a sample"
+                      or "neither a program nor a readable sound file")
   end
-end
-if not failure and kinds[1] ~= nil and kinds[2] ~= nil then
   local _, reason = cli.try(kinds[1] and comparePrograms or compareSamples)
   if reason then fail(files[1], reason) end
 end
-if options.json then
+
+local function record()
   local list = {}
   for i, row in ipairs(differences) do
     list[i] = json.object("field", row.field.name,
@@ -175,15 +182,71 @@ if options.json then
   end
   local same
   if not failure then same = #differences == 0 end
-  io.write(json.encode(json.object("a", files[1], "b", files[2], "error", failure, "same", same,
-                                   "compared", compared, "differences", json.list(list))), "\n")
-elseif not failure and #differences == 0 then
-  if not options.quiet then io.write(("the same: %d values compared\n"):format(compared)) end
-elseif not failure then
+  return json.object("a", files[1], "b", files[2], "error", failure, "same", same,
+                     "compared", compared, "differences", json.list(list))
+end
+
+local function shown()
+  if failure then return "" end
+  if #differences == 0 then return ("the same: %d values compared\n"):format(compared) end
   local rows = fields.rows(differences)
   table.insert(rows, 1, { "field", "", "A", "B" })
-  io.write(text.columns(rows, { true, true, true, true }),
-           ("%d of %d values differ\n"):format(#differences, compared))
+  return text.columns(rows, { true, true, true, true })
+         .. ("%d of %d values differ\n"):format(#differences, compared)
+end
+
+-- The names of the programs and sound files of both folders, sorted, and whether A and B have them.
+local function namesOf()
+  local names, has = {}, { {}, {} }
+  for i, folder in ipairs(words) do
+    for _, kind in ipairs { "programs", "sounds" } do
+      for _, path in ipairs(folders.files(folder, kind, options.recursive)) do
+        local name = path:sub(#folder:gsub("/+$", "") + 2)
+        if not has[1][name] and not has[2][name] then names[#names + 1] = name end
+        has[i][name] = path
+      end
+    end
+  end
+  table.sort(names)
+  return names, has
+end
+
+local function compareFolders()
+  local names, has = namesOf()
+  local printer, same, differ = cli.printer(options.json), 0, 0
+  if #names == 0 then cli.failed(words[1], "no program and no sound file in these folders") end
+  for i, name in ipairs(names) do
+    progress.show((i - 1) / #names, name)
+    files, compared, differences, failure = { has[1][name], has[2][name] }, 0, {}, nil
+    if has[1][name] and has[2][name] then
+      comparePair()
+    else
+      compare(plain("file"), 0, 0, has[1][name], has[2][name])
+    end
+    if not failure and #differences == 0 then same = same + 1 else differ = differ + 1 end
+    local only = not has[2][name] and "only in A" or not has[1][name] and "only in B"
+    local label = text.printable(name) .. (only and ": " .. only .. "\n" or ":\n")
+    printer.result(i, options.json and record() or not options.json and #differences > 0
+                      and label .. (only and "" or shown()) or nil)
+  end
+  printer.close()
+  if not options.json and not options.quiet then
+    io.write(("%d of %d files are the same\n"):format(same, #names))
+  end
+  return differ
+end
+
+local differ
+if isFolder then
+  differ = compareFolders()
+else
+  comparePair()
+  differ = #differences
+  if options.json then
+    io.write(json.encode(record()), "\n")
+  elseif differ > 0 or not options.quiet then
+    io.write(shown())
+  end
 end
 cli.finish()
-if #differences > 0 then os.exit(1, true) end
+if differ > 0 then os.exit(1, true) end

@@ -4,16 +4,19 @@ local disk = require "disk"
 local journal = require "journal"
 local notes = require "notes"
 local panels = require "panels"
+local pictures = require "pictures"
 local programs = require "programs"
+local progress = require "progress"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "view", notes = true,
+  verb = "view", notes = true, folders = "programs",
   about = "Draws a program as the editor shows it: the keyboard of a keygroup, the list of keygroups,\n"
        .. "and the zones of the keygroup.",
   options = {
     { name = "output", short = "o", kind = "text", value = "PICTURE",
-      help = "the picture to write, .png or .svg" },
+      help = "the picture to write, .png or .svg; with several programs, one\n"
+          .. "picture per program: PICTURE-NAME.png" },
     { name = "keygroup", kind = "integer", value = "N", low = 1, high = 1000000, default = 1,
       help = "keygroup on the keyboard and in the zone list, from 1 (default 1)" },
     { name = "key", kind = "text", value = "K",
@@ -27,15 +30,11 @@ local options, files = cli.parse {
 }
 
 if not options.output then cli.usage("-o PICTURE is missing") end
-if not options.output:lower():match("%.png$") and not options.output:lower():match("%.svg$") then
-  cli.usage("-o " .. options.output .. ": the name must end in .png or .svg")
-end
+local pictureOf = pictures.names("-o PICTURE", options.output, #files)
 local marked = options.key and notes.key(options.key)
 if options.key and not marked then
   cli.usage("--key K: '" .. options.key .. "' is not " .. notes.accepted())
 end
-if #files > 1 then cli.usage("one FILE at a time") end
-local path = files[1]
 
 -- The samples of keygroups whose file does not exist, and the number of these files.
 local function missingSamples(program)
@@ -53,7 +52,7 @@ local function missingSamples(program)
   return list, absent
 end
 
-local function draw()
+local function draw(path, picture)
   local program = programs.read(path, true)
   local count, k = program:PRGkeyGroups(), options.keygroup - 1
   if k >= count then error(("there is no keygroup %d, the program has %d"):format(k + 1, count), 0) end
@@ -67,21 +66,26 @@ local function draw()
   for _, it in ipairs(missing) do
     if it.keygroup == k then here[#here + 1] = it.path:match("[^/]*$") .. " (missing)" end
   end
-  journal.save(options.output, host.render, {
+  journal.save(picture, host.render, {
     ("%s – keygroup %d of %d: %s   (C%d = key 60)"):format(program:PRGname(), k + 1, count,
       notes.range(low, high), notes.middle()),
     panels.keyboard(program, k),
     "Keygroups", panels.keygroups(program, marked or low),
     ("Zones of keygroup %d%s"):format(k + 1, #here > 0 and ": " .. table.concat(here, ", ") or ""),
     panels.zones(program, k, programs.channels(path)),
-  }, options.output, { dark = options.dark, scale = options.scale, octave = notes.middle() })
+  }, picture, { dark = options.dark, scale = options.scale, octave = notes.middle() })
   return true
 end
 
-local drawn, failure = cli.try(draw)
-if failure then
-  cli.failed(path, failure)
-elseif drawn and not options.quiet then
-  print(text.printable(options.output))
+for i, path in ipairs(files) do
+  progress.show((i - 1) / #files, path)
+  local picture = pictureOf(path)
+  local drawn, failure = cli.try(draw, path, picture)
+  progress.hide()
+  if failure then
+    cli.failed(path, failure)
+  elseif drawn and not options.quiet then
+    print(text.printable(picture))
+  end
 end
 cli.finish()

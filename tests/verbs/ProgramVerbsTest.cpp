@@ -159,6 +159,21 @@ TEST_F(ProgramVerbs, VerifySeesEachField) {
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("same.zprg")).status, 0);
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("missing.zprg")).status, 4);
   std::ofstream(Path("bad")) << "no program";
+  // Folders: by name, as far as both have it.
+  for (const char* name : {"A/in/p.zprg", "B/in/p.zprg", "A/in/only.zprg"}) {
+    std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
+    std::filesystem::copy_file(Path("p.zprg"), Path(name));
+  }
+  const std::string folders = Quoted("A") + " " + Quoted("B");
+  EXPECT_EQ(Zyl("verify " + folders).status, 4) << "nothing to compare";
+  Finished compared = Zyl("verify -r " + folders);
+  EXPECT_EQ(compared.status, 1);
+  EXPECT_EQ(compared.out, "in/only.zprg: only in A\n1 of 2 files are the same\n");
+  std::filesystem::remove(Path("A/in/only.zprg"));
+  EXPECT_EQ(Zyl("verify -r " + folders).status, 0);
+  EXPECT_EQ(Zyl("edit poly=2 " + Quoted("B/in")).status, 0);
+  EXPECT_TRUE(Has(Zyl("verify -r --json " + folders).out, "PRGpoly"));
+  EXPECT_EQ(Zyl("verify " + Quoted("A") + " " + Quoted("p.zprg")).status, 2);
   const Finished bad = Zyl("verify --json " + Quoted("p.zprg") + " " + Quoted("bad"));
   EXPECT_EQ(bad.status, 4);
   EXPECT_TRUE(Has(bad.out, "neither a program nor a readable sound") &&

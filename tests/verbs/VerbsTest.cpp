@@ -58,6 +58,9 @@ TEST_F(Verbs, FoldersExpandToTheirSoundFiles) {
   EXPECT_TRUE(Has(found, "x.zprg") && Has(found, "any name") && !Has(found, "wav")) << found;
   EXPECT_TRUE(Has(Zyl("show -r " + Quoted("in a folder") + " --quiet").out, "3 voices"));
   EXPECT_EQ(Zyl("show " + Quoted("in a folder/deeper/none")).status, 4);
+  EXPECT_EQ(Zyl("view -r " + Quoted("in a folder") + " -o " + Quoted("v.svg")).status, 0);
+  EXPECT_TRUE(std::filesystem::exists(Path("v-x.svg")) &&
+              std::filesystem::exists(Path("v-any name.svg")));
 }
 
 TEST_F(Verbs, LoopsFindsAPerfectJoinAndStoresIt) {
