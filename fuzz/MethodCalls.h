@@ -133,7 +133,9 @@ inline constexpr MethodCalls kMethodCalls[] = {
     {"PRGIntValue", "4|4 9|3 5|9 1|90|91"},
     {"KGIntValue", "0 100|1 100 9|-1 100 9"},
     {"ZoneIntValue", "0 1 200|0 1 200 9|-1 1 200 9|0 1 200 9 -1|0 1 209 3"},
-    {"SampleIntValue", "0 0 300|0 0 300 9|0 0 301 1|0 0 305 3|0 1 306 0|0 0 307 50|0 0 312 8|0 1 315 1|1 3 315 1|1 3 315 0"},
+    {"SampleIntValue",
+     "0 0 300|0 0 300 9|0 0 301 1|0 0 305 3|0 1 306 0|0 0 307 50|0 0 312 8|0 1 315 1|1 3 315 1|1 3 "
+     "315 0"},
     {"PRGStringValue", "1|1 'Twelve chars'|3 'Omni'|3 '7'|5 'High'|9 '2'|90|30 'Velocity'"},
     {"KGStringValue", "0 100|1 115 'Velocity'|-1 130 'On'"},
     {"ZoneStringValue", "0 1 200|0 1 209 '3'|-1 1 210 'On'"},

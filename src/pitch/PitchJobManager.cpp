@@ -34,7 +34,7 @@ std::unique_ptr<PitchJobThread> PitchJobManager::MakeThread(const zyl::PitchSett
   return std::make_unique<PitchJobThread>(*this, settings);
 }
 
-// Nothing is thrown after the thread is listed.
+// Doesn't throw after adding the thread to the list.
 void PitchJobManager::Start(std::unique_ptr<PitchJobThread> thread) {
   threads_.AddTail(thread.get());
   thread->ClearTracks();
@@ -93,7 +93,9 @@ void PitchJobManager::Reap(PlexList<PitchJobThread*>::Node* node) {
 
 namespace {
 
-int32_t Held(double value) { return static_cast<int32_t>(std::clamp(value, 0.0, 2147483647.0)); }
+int32_t ClampToInt32(double value) {
+  return static_cast<int32_t>(std::clamp(value, 0.0, 2147483647.0));
+}
 
 }  // namespace
 
@@ -105,7 +107,7 @@ int32_t PitchJobManager::TimeTotal() {
   return SecondsFor([](uint32_t total, uint32_t) { return total; });
 }
 
-// Each worker's seconds for as many frames as `frames` says, by its speed so far.
+// Sums the seconds that each worker needs for `frames(total, done)` frames at its average speed.
 int32_t PitchJobManager::SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done)) {
   ReapFinished();
   double sum = 0;
@@ -116,7 +118,7 @@ int32_t PitchJobManager::SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t 
     const auto elapsed = static_cast<double>(wxGetUTCTime() - thread.StartTime());
     sum += std::trunc(static_cast<double>(frames(thread.TotalFrames(), done)) / done * elapsed);
   }
-  return Held(sum);
+  return ClampToInt32(sum);
 }
 
 int32_t PitchJobManager::ProgressRatio() {
@@ -127,7 +129,7 @@ int32_t PitchJobManager::ProgressRatio() {
     total += node->item->TotalFrames();
     done += node->item->DoneFrames();
   }
-  return total == 0 ? 0 : Held(done * 2147483647.0 / total);
+  return total == 0 ? 0 : ClampToInt32(done * 2147483647.0 / total);
 }
 
 int32_t PitchJobManager::CurrentSampleNames(ROCParam& array) {
@@ -167,7 +169,7 @@ void PitchJobManager::NotifyFinished(const std::string& name) {
 }
 
 void PitchJobManager::NotifyCleared(const char* name) {
-  // Only pads are ever kept here.
+  // The cast is safe: SetFinishedPad stores only pads.
   auto* pad = static_cast<ROCPad*>(finishedPad_.Object());
   if (name == nullptr || pad == nullptr || pad->Value()->Type() != kTypeString) return;
   pad->Value()->SetStr(name);

@@ -1,9 +1,9 @@
-// The module's one keeper of pitch jobs. It starts a worker for each request, answers queries,
-// cancels, tells a script-chosen module of progress and finished samples through two of its pads,
-// and takes samples that the program library discards out of every queue.
+// Owns the pitch jobs of the module: starts and cancels the worker of each request, and reports
+// their progress. Sends progress and the names of finished samples through two pads that the script
+// selects. Removes samples from all queues before the program library destroys them.
 //
-// `threads` belongs to the script thread. Workers reach only the notifications; what they send is
-// delivered on the script thread.
+// Script thread only, except the functions for workers, whose notifications are queued for the
+// script thread.
 #pragma once
 
 #include <wx/thread.h>
@@ -26,36 +26,36 @@ class PitchJobManager final : public AkaiInfoDispatcher {
 
   void OnSampleDeleting(genericSample* sample) override;
 
-  // Each starts a worker, also when there is nothing to queue. Samples of keygroups and programs
-  // that have a pitch track already are left out.
+  // Each starts a worker, even without samples to queue. Samples of keygroups and programs that
+  // already have a pitch track are skipped.
   void StartSampleJob(genericSample* sample, const zyl::PitchSettings& settings);
   void StartKeygroupJob(const akaiProgram& program, int keygroup,
                         const zyl::PitchSettings& settings);
   void StartProgramJob(const akaiProgram& program, const zyl::PitchSettings& settings);
 
   void CancelAll();
-  // Cancels, and waits until every worker has ended.
+  // Cancels all workers and joins them.
   void StopAll();
   int ThreadCount() const { return threads_.Count(); }
-  // Deletes the workers that are parked; the queries below do so first.
+  // Joins and deletes the parked workers. The queries below call it first.
   void ReapFinished();
-  int32_t TimeLeft();  // seconds, by the speed so far
+  int32_t TimeLeft();  // seconds, extrapolated from the elapsed time
   int32_t TimeTotal();
   int32_t ProgressRatio();  // 0 to 2147483647
   // Fills the array with the names of the samples under analysis, one for each worker.
   int32_t CurrentSampleNames(ROCParam& array);
 
-  // The value of a progress notification: workers are listed. A worker sends it while it is listed
-  // itself, so it is the only one.
+  // The value of every progress notification: the number of jobs is not 0. Workers send it while
+  // they are in the list, so no other value occurs.
   static constexpr int32_t kCalculating = 1;
-  // The pads that hear of progress and of finished samples; null for none.
+  // The pads for progress and for the names of finished samples; null for none.
   void SetProgressPad(ROCPad* pad);
   void SetFinishedPad(ROCPad* pad);
-  // From workers; the second one cannot fail.
+  // Called by workers. The second one cannot fail.
   void NotifyProgress();
   void NotifyProgress(ZylReservedSend& send) noexcept;
   void NotifyFinished(const std::string& name);
-  void NotifyCleared(const char* name);  // from the script thread
+  void NotifyCleared(const char* name);  // called on the script thread
 
  private:
   int32_t SecondsFor(uint32_t (*frames)(uint32_t total, uint32_t done));
@@ -72,5 +72,5 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   ROCParam finishedPad_;
 };
 
-// The module's one manager; defined in frame/entry/Module.cpp.
+// The module's manager, defined in frame/entry/Module.cpp.
 PitchJobManager& PitchJobs();

@@ -28,7 +28,7 @@ void PitchJobThread::ClearTracks() {
 // Must not throw: wxWidgets would end the thread without parking it.
 wxThread::ExitCode PitchJobThread::Entry() {
   const ZylReserveDraw draw(false);
-  startTime_ = wxGetUTCTime();  // seconds of any zone; the local one costs a look at it
+  startTime_ = wxGetUTCTime();  // avoids the time zone lookup of local time
   for (const Jobs::Node* job = jobs_.Head(); job != nullptr; job = job->next) {
     {
       const wxMutexLocker hold(lock_);
@@ -44,7 +44,7 @@ wxThread::ExitCode PitchJobThread::Entry() {
     const wxMutexLocker hold(lock_);
     tracker_.reset();
     currentSample_ = nullptr;
-    dropped_.Signal();
+    released_.Signal();
   }
   manager_.NotifyProgress(lastProgress_);
   const wxMutexLocker hold(lock_);
@@ -108,5 +108,5 @@ void PitchJobThread::RemoveSample(genericSample* sample) {
     if (job->item == sample) job->item = nullptr;
   }
   if (currentSample_ == sample && tracker_) tracker_->abort = true;
-  while (currentSample_ == sample) dropped_.Wait();
+  while (currentSample_ == sample) released_.Wait();
 }

@@ -1,13 +1,12 @@
-// The worker of one request. It analyses the queued samples one by one and then parks: its thread
-// ends, while the object keeps its place in the manager's list until a query reaps it. The manager
-// owns it and joins the thread.
+// The worker of one request. It analyses the queued samples one by one and is then parked: its
+// thread ends, while the object remains in the manager's list until a query joins the thread and
+// deletes the object. The manager owns the worker.
 //
-// A sample's sound and name are pinned when its turn comes. The worker uses a record only while it
-// is the current sample; removing that one waits until the worker has dropped it.
+// The worker pins the sound and name of each sample just before the analysis. It accesses a record
+// only while that is the current sample; RemoveSample waits until the worker has released it.
 //
-// Failed allocations of wxThread draw from the reserve, which exists before the wxThread does and
-// until after it is destroyed. So the script thread constructs, runs and joins with a
-// ZylReserveDraw(true).
+// Failed allocations of wxThread use the reserve, which is constructed before the wxThread and
+// destroyed after it. So the script thread constructs, runs and joins with a ZylReserveDraw(true).
 #pragma once
 
 #include <wx/thread.h>
@@ -29,17 +28,17 @@ class PitchJobThread final : private ZylMemoryReserve, public wxThread, private 
  public:
   PitchJobThread(PitchJobManager& manager, const zyl::PitchSettings& settings);
 
-  // Appends a sample; before the thread runs.
+  // Appends a sample. Call before the thread runs.
   void Queue(genericSample* sample);
-  // Clears the pitch tracks of all queued samples; before the thread runs.
+  // Clears the pitch tracks of all queued samples. Call before the thread runs.
   void ClearTracks();
 
-  // From the script thread:
+  // Called on the script thread:
   void StopNow();
   bool IsParked() const;
   std::string CurrentName() const;
-  // Takes the sample out of the queue; one under analysis is stopped and waited for. Afterwards the
-  // worker does not use the record any more.
+  // Removes the sample from the queue. If it is being analysed, stops the analysis and waits for
+  // its end. The worker no longer accesses the record afterwards.
   void RemoveSample(genericSample* sample);
 
   uint32_t TotalFrames() const { return totalFrames_; }
@@ -59,12 +58,12 @@ class PitchJobThread final : private ZylMemoryReserve, public wxThread, private 
   const zyl::PitchSettings settings_;
   ZylReservedSend lastProgress_;
 
-  // Guards all up to `parked_`. The nodes do not change once the thread runs, only their items:
-  // null for a sample that was removed.
+  // Guards the members up to `parked_`. While the thread runs, the list's nodes don't change; the
+  // item of a removed sample becomes null.
   mutable wxMutex lock_;
-  wxCondition dropped_{lock_};  // the worker has dropped its current sample
+  wxCondition released_{lock_};  // the worker has released its current sample
   Jobs jobs_;
-  genericSample* currentSample_ = nullptr;     // changed by the worker alone
+  genericSample* currentSample_ = nullptr;     // changed only by the worker
   std::optional<SamplePitchTracker> tracker_;  // of the current sample
   bool cancel_ = false;
   bool parked_ = false;
