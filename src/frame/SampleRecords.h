@@ -1,20 +1,8 @@
-// Helpers for sample records: keeping one alive, setting its dirty flag, finding that of a zone.
+// Helpers for sample records: setting the dirty flag, finding the record of a zone.
 #pragma once
 
 #include "frame/Arguments.h"
 #include "host/akai.h"
-
-// Keeps a record alive while callbacks run that may release all other uses.
-class SampleKeepAlive {
- public:
-  explicit SampleKeepAlive(genericSample& sample) : sample_(sample) { ++sample_.useCount; }
-  ~SampleKeepAlive() { sample_.deleteSample(); }
-  SampleKeepAlive(const SampleKeepAlive&) = delete;
-  SampleKeepAlive& operator=(const SampleKeepAlive&) = delete;
-
- private:
-  genericSample& sample_;
-};
 
 // Sets the dirty flags of the program object and of a sample (or null).
 inline void MarkDirty(ZylSProgram& object, genericSample* sample) {

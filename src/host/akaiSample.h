@@ -190,6 +190,11 @@ struct ReleaseSampleUse {
 };
 // Owns one use of a record.
 using SampleUse = std::unique_ptr<genericSample, ReleaseSampleUse>;
+// Adds a use of a record, or returns null for null.
+inline SampleUse AddUse(genericSample* record) {
+  if (record != nullptr) ++record->useCount;
+  return SampleUse(record);
+}
 }  // namespace zyl
 
 // Returns a record of a sample file, which is loaded from disk if it isn't in memory; channel -1 is

@@ -35,7 +35,7 @@ class SampleZone {
     if (CSample* listed = object.sampleObjects.FindBySample(&sample)) listed->NotifyDeleting();
   }
   void SetBits(genericSample& sample, int32_t bits) {
-    const SampleKeepAlive keepAlive(sample);
+    const zyl::SampleUse keepAlive = zyl::AddUse(&sample);
     NotifyDeleting(sample);
     sample.setBitsPerSample(bits);
   }
@@ -100,7 +100,7 @@ void WriteBytesPerValue(SampleZone& zone, genericSample& sample, int32_t value) 
 
 void WritePitchData(SampleZone& zone, genericSample& sample, int32_t value) {
   const ScreenCursor busy(9);
-  const SampleKeepAlive keepAlive(sample);
+  const zyl::SampleUse keepAlive = zyl::AddUse(&sample);
   zone.NotifyDeleting(sample);
   if (value == 0) {
     sample.clearPitchData();
@@ -187,7 +187,7 @@ std::string FileNameText(const genericSample& sample) {
 
 // The width in bits and the width in bytes are both shown and typed in bits.
 std::string BitsText(SampleZone& zone, genericSample& sample, int32_t number, TypedText typed) {
-  const SampleKeepAlive keepAlive(sample);
+  const zyl::SampleUse keepAlive = zyl::AddUse(&sample);
   std::string text = std::to_string(sample.shared().bits);
   if (typed == nullptr) return text;
   int32_t bits = DecimalValue(typed->Str());

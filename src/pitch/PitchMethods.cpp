@@ -68,7 +68,7 @@ bool ClearSamplePitch(ZylSProgram&, AnySample sample) {
   genericSample* record = sample.Record();
   if (record == nullptr) return false;
   // A notified module may discard the object and its record.
-  const SampleKeepAlive keepAlive(*record);
+  const zyl::SampleUse keepAlive = zyl::AddUse(record);
   sample.object->NotifyDeleting();
   record->clearPitchData();
   PitchJobs().NotifyCleared(record->name);

@@ -11,12 +11,6 @@ namespace {
 
 constexpr int32_t kRecordBytes = 560;  // size of a sample record
 
-// Adds a use of a record.
-zyl::SampleUse UseOf(genericSample* record) {
-  ++record->useCount;
-  return zyl::SampleUse(record);
-}
-
 // Creates an object for a record in `list`, which then owns the object.
 CSample* AddObject(SampleList& list, ZylSProgram* parent, zyl::SampleUse record) {
   // Set the parent last, so that an object that fails to enter the list sends no notification.
@@ -39,7 +33,7 @@ CSample* FindOrMakeTemp(const char* path, int32_t channel, bool load) {
     return known;
   }
   if (genericSample* record = findSampleFN(path, 0, channel)) {
-    return AddTemp(UseOf(record));
+    return AddTemp(zyl::AddUse(record));
   }
   zyl::SampleUse made;
   if (genericSample* whole = findSampleFN(path, 0, -1)) {
@@ -93,7 +87,7 @@ CSample* SampleObjectFor(ZylSProgram& object, genericSample* record) {
   if (record == nullptr) return nullptr;
   CSample* known = object.sampleObjects.FindBySample(record);
   if (known != nullptr) return known;
-  return AddObject(object.sampleObjects, &object, UseOf(record));
+  return AddObject(object.sampleObjects, &object, zyl::AddUse(record));
 }
 
 CSample* SampleGet(ZylSProgram& object, LoadedProgram program, OneKeyGroup keygroup, OneZone zone) {

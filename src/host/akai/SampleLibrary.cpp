@@ -52,8 +52,7 @@ zyl::SampleUse zyl::LoadSampleOrThrow(const char* path, bool data, int channel) 
     return nullptr;
   }
   static_cast<void>(read.release());
-  ++record->useCount;
-  return zyl::SampleUse(record);
+  return AddUse(record);
 }
 
 genericSample* findSampleFN(const char* path, int, int channel) {
@@ -86,23 +85,14 @@ genericSample* findSampleInPrgFN(const char* fileName, akaiProgram* program, int
 
 namespace zyl {
 
-namespace {
-
-SampleUse UseOf(genericSample* record) {
-  if (record != nullptr) ++record->useCount;
-  return SampleUse(record);
-}
-
-}  // namespace
-
 FileReload::FileReload(const char* path) {
   SampleFile* old = path == nullptr ? nullptr : SampleFile::Find(path);
   if (old == nullptr) return;
-  loaded_ = UseOf(old->Record(0));
+  loaded_ = AddUse(old->Record(0));
   SampleFile* fresh = ReadFromDisk(path, true);
   if (fresh == nullptr) return;
   fresh->hidden = true;
-  fresh_ = UseOf(fresh->Record(0));
+  fresh_ = AddUse(fresh->Record(0));
   for (akaiProgram* program : AllPrograms()) {
     for (int i = 0; i < kZones * program->AllocatedKeyGroups(); ++i) {
       const genericSample* sample = program->sampleTable[i];
@@ -121,7 +111,7 @@ bool FileReload::Replaces(const genericSample& sample) const {
 
 SampleUse FileReload::Record(int channel) const {
   const SampleUse& any = fresh_ == nullptr ? loaded_ : fresh_;
-  return any == nullptr ? nullptr : UseOf(SampleFile::Of(any.get())->Record(channel));
+  return any == nullptr ? nullptr : AddUse(SampleFile::Of(any.get())->Record(channel));
 }
 
 void FileReload::Commit() noexcept {

@@ -27,9 +27,7 @@ void genericSample::create(int, int channels) { file_->Create(this, channels); }
 void genericSample::deleteSample() { file_->DropUse(this); }
 
 genericSample* genericSample::createChannelRef(int channelIndex) {
-  genericSample* record = file_->Record(channelIndex);
-  if (record != nullptr) ++record->useCount;
-  return record;
+  return zyl::AddUse(file_->Record(channelIndex)).release();
 }
 
 // Also updates the paths of all zones with this sample, where the next read of a program looks for
