@@ -132,6 +132,15 @@ TEST(LoopFinder, ReturnsNothingWhereThereIsNoLoop) {
     }
   }
   EXPECT_TRUE(FindLoops(Note(441, 1, 1), {.shortestFrames = 44100}).empty());
+  // The silence after a short note joins perfectly, but is no loop.
+  Sound decayed = Note(441, 4, 1);
+  for (size_t i = 0; i < decayed.Frames(); ++i) {
+    decayed.channels[0][i] *= std::exp(-static_cast<float>(i) / 8000);
+    if (i > 60000) decayed.channels[0][i] = 0;
+  }
+  for (const FoundLoop& found : FindLoops(decayed, {.most = 9})) {
+    EXPECT_LT(found.loop.last, 61000U);
+  }
 }
 
 TEST(Crossfade, JoinsAnyLoopAndChangesNothingElse) {

@@ -20,8 +20,8 @@ constexpr double kSlideSeconds = 0.06;    // start and end move together by up t
 constexpr double kFitSeconds = 0.1;
 constexpr size_t kRated = 16;  // candidates whose steps are measured, at least
 constexpr double kLevelSeconds = 0.01;
-constexpr double kAttackLevel = 0.5;  // of the loudest block
-constexpr double kSustainLevel = 0.1;
+constexpr double kAttackLevel = 0.5;                             // of the loudest block
+constexpr std::array kSustainLevels = {0.1, 0.03, 0.01, 0.003};  // of the loudest block
 constexpr double kAttackSeconds = 0.05;  // left out after the attack's level is reached
 constexpr double kCrossfadedSeam = 0.1;  // weight of a seam that a crossfade mends
 constexpr double kLevelWeight = 1.5;
@@ -32,20 +32,25 @@ constexpr double kVeryShortDb = 10;  // more, per octave below kShortestSeconds
 
 double Square(double x) { return x * x; }
 
-// First and last frame of the sustained part.
+// First and last frame of the sustained part: after the attack, and as loud as possible where it is
+// long enough. Never the silence after the sound.
 FrameRange Sustained(const Sound& sound, size_t shortest) {
   const auto block = std::max<size_t>(1, static_cast<size_t>(kLevelSeconds * sound.rateHz));
   const std::vector<float> levels = BlockLevels(sound, block);
   const float most = *std::max_element(levels.begin(), levels.end());
-  const size_t frames = sound.Frames();
-  size_t first = 0;
-  while (levels[first] < static_cast<float>(kAttackLevel) * most) ++first;
-  size_t last = levels.size() - 1;
-  while (levels[last] < static_cast<float>(kSustainLevel) * most) --last;
-  FrameRange range{first * block + static_cast<size_t>(kAttackSeconds * sound.rateHz),
-                   std::min(last * block, frames - 1)};
-  if (range.last < range.first + 2 * shortest) range = {0, frames - 1};
-  return range;
+  const auto reaches = [most](double part) {
+    return [limit = static_cast<float>(part) * most](float level) { return level >= limit; };
+  };
+  const auto attack = std::find_if(levels.begin(), levels.end(), reaches(kAttackLevel));
+  const size_t first = static_cast<size_t>(attack - levels.begin()) * block;
+  const size_t afterAttack = first + static_cast<size_t>(kAttackSeconds * sound.rateHz);
+  size_t last = 0;
+  for (const double part : kSustainLevels) {
+    const auto end = std::find_if(levels.rbegin(), levels.rend(), reaches(part));
+    last = std::min(static_cast<size_t>(levels.rend() - end) * block, sound.Frames()) - 1;
+    if (last >= afterAttack + 2 * shortest) return {afterAttack, last};
+  }
+  return {last >= first + 2 * shortest ? first : 0, last};
 }
 
 // Each value is the mean of `factor` frames.
@@ -186,7 +191,7 @@ class Search {
     FrameRange part = Sustained(sound_, shortest_);
     low_ = std::max(part.first, margin_);
     high_ = std::min(part.last, frames_ - kSeamFrames - 1);
-    if (high_ < low_ + shortest_) low_ = margin_, high_ = frames_ - kSeamFrames - 1;
+    if (high_ < low_ + shortest_) low_ = margin_;
     if (high_ < low_ + shortest_) return {};
     window_ = static_cast<size_t>(std::max(kWindowSeconds * sound_.rateHz, 2 * wish_.periodFrames));
     window_ = std::min(window_, frames_ / 8);
