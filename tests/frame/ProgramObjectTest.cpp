@@ -1,4 +1,7 @@
-// The program object: channels and masks of objects that share a record, its flags, its end.
+// The class, its objects and their arguments: registration, channels and masks, flags, reading.
+#include <cstdio>
+#include <set>
+
 #include "support/ScriptSurface.h"
 
 namespace zyl::test {
@@ -100,6 +103,99 @@ TEST_F(ProgramObject, LockAllLocksRecordsWhileTheyAreAttached) {
   const Program plain;
   ASSERT_TRUE(plain("Read", Path("p.zprg")).Bool());
   EXPECT_FALSE(plain("IsLocked").Bool()) << "the lock of the written program was read";
+}
+
+// ---- Arguments ----
+
+using Arguments = ModuleTest;
+
+TEST_F(Arguments, AbsentArgumentsDoNotHideLaterOnes) {
+  const Program program;
+  EXPECT_EQ(CallList(program.Algo(), "MaxIndyOut", nullptr).Int(), 0);
+  ExpectError(CallList(program.Algo(), "Read", nullptr), "ArgType");
+  program.Make();
+  const std::string message = program("GetSFPresetArray", "x").Message();
+  EXPECT_NE(message.find(" an array"), std::string::npos) << message;
+  ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
+  EXPECT_TRUE(program("Read", Path("p.zprg"), NullEntry{}, 7).Bool());
+  EXPECT_EQ(program("PRGmidiChannel").Int(), 7);
+}
+
+TEST_F(Arguments, ARefusedCallChangesNothing) {
+  const Program program;
+  program.Make();
+  ExpectArgValue(program("Register", NullObject{}), "RegisterModule", 1);
+  const std::unique_ptr<RIOObject> brush(ZylNewPlainObject("SolidColor"));
+  ExpectError(program("Create", brush.get()), "ArgPType");
+  EXPECT_TRUE(program("IsValid").Bool()) << "the program was detached";
+}
+
+TEST_F(Arguments, AreReadBeforeCallbacksCanChangeThem) {
+  const Program program;
+  program.Make(2);
+  program("MaxIndyOut", 8);
+  const ROCParamPtr number(newROCParam(3));
+  Listener listener;
+  listener["OnProgramParameterChanged"] = [&](ROCParams&, ROCParam**) { *number = ROCParam("x"); };
+  program("Register", &listener);
+  EXPECT_TRUE(program("ZoneIntValue", -1, 1, 230, number.get()).Ok());
+  EXPECT_EQ(number->Type(), kTypeString) << "the callback was called";
+  for (const int k : {0, 1}) EXPECT_EQ(program("ZoneIntValue", k, 1, 230).Int(), 3);
+}
+
+// ---- What a host sees of the module ----
+
+using Registration = ModuleTest;
+
+TEST_F(Registration, TheModuleExportsRegisterAllClassesAndNothingElse) {
+  if (std::system("nm --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "no nm here";
+  FILE* pipe = ::popen(("nm -D --defined-only '" + std::string(ModulePath()) + "'").c_str(), "r");
+  ASSERT_NE(pipe, nullptr);
+  std::set<std::string> names;
+  char name[512];
+  while (std::fscanf(pipe, "%*s %*s %511s", name) == 1) names.insert(name);
+  ASSERT_EQ(::pclose(pipe), 0);
+  EXPECT_EQ(names, std::set<std::string>{"RegisterAllClasses"});
+}
+
+TEST_F(Registration, TheFactoryMakesObjectsThatShareOneTableWhichCanBeRebuilt) {
+  const Program program;
+  const Program other;
+  ZylDispatch* dispatch = program.Algo()->GetDispatch(true);
+  EXPECT_EQ(dispatch->owner, program.Algo());
+  EXPECT_TRUE(ZylIsKindOf(dispatch, "ZylDisplayObject"));
+  EXPECT_EQ(*dispatch->GetAuxTable(), 0u);
+  EXPECT_EQ(ZylNewScriptObject("NoSuchClass"), nullptr);
+  EXPECT_EQ(program("NoSuchMethod").status, ZylDispatch::kNoSuchMethod);
+  const hashEntry* rebuilt = dispatch->RebuildHashTable();
+  EXPECT_EQ(rebuilt, other.Algo()->GetDispatch(true)->GetHashTable());
+  for (const ZylFuncInfo* row = dispatch->GetFuncTable(); row->name != nullptr; ++row) {
+    EXPECT_EQ(rebuilt->Find(row->name), row) << row->name;
+  }
+}
+
+TEST_F(Registration, TheTableHas295CallableRows) {
+  const Program empty;
+  int rows = 0, needProgram = 0;
+  for (const ZylFuncInfo* row = ZylClassMethods("ZylSProgram"); row->name != nullptr; ++row) {
+    ++rows;
+    EXPECT_EQ(row->flag, 1) << row->name;
+    const Outcome outcome = empty(row->name, "wrong", "wrong", 1.5);
+    EXPECT_EQ(outcome.status != 0, outcome.error.has_value()) << row->name;
+    if (!outcome.error || outcome.error->kind != ZylScriptError::kException) continue;
+    ++needProgram;
+    ExpectException(outcome, "ZylSProgram::" + std::string(row->name) +
+                                 ": No program loaded. Method can not execute!");
+  }
+  EXPECT_EQ(rows, 295);
+  EXPECT_EQ(needProgram, 220);
+}
+
+TEST_F(Registration, TheClassGoesWithTheModuleAndComesBackWithIt) {
+  LoadedModule().reset();
+  EXPECT_EQ(ZylNewScriptObject("ZylSProgram"), nullptr);
+  LoadModule();
+  EXPECT_TRUE(Program()("IsValid").Ok());
 }
 
 }  // namespace

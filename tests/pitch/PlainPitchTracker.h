@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 struct PlainPitchSettings {
@@ -41,16 +42,13 @@ class PlainTracker {
 
   struct Section {
     double b0 = 1, b1 = 0, b2 = 0, a1 = 0, a2 = 0;
-    double x0 = 0, x1 = 0, x2 = 0, y0 = 0, y1 = 0, y2 = 0;
+    double x1 = 0, x2 = 0, y1 = 0, y2 = 0;
 
-    double Run(double input) {
-      x2 = x1;
-      x1 = x0;
-      y2 = y1;
-      y1 = y0;
-      x0 = input;
-      y0 = b0 * x0 + b1 * x1 + b2 * x2 + a1 * y1 + a2 * y2;
-      return y0;
+    double Run(double x) {
+      const double y = b0 * x + b1 * x1 + b2 * x2 + a1 * y1 + a2 * y2;
+      x2 = std::exchange(x1, x);
+      y2 = std::exchange(y1, y);
+      return y;
     }
   };
 
