@@ -6,8 +6,8 @@
 //   rise = mean over the bands of max(0, L(next 60 ms) - L(previous 30 ms))
 //
 // where L is the largest level of the band in dB, at least that of the noise, and the bands are
-// those within 35 dB of the loudest. The level of a sounding note moves as well, so a maximum of the
-// rise is an onset only if
+// those within 35 dB of the loudest. The level of a sounding note moves as well, so a maximum of
+// the rise is an onset only if
 //
 //   rise + drop / 3 >= OnsetWish::scoreDb
 //
