@@ -9,6 +9,7 @@ local programs = require "programs"
 local progress = require "progress"
 local references = require "references"
 local samples = require "samples"
+local soundfile = require "soundfile"
 local text = require "text"
 local values = require "values"
 
@@ -18,23 +19,25 @@ local options, files = cli.parse {
   verb = "rename", notes = true, folders = "programs",
   about = "Renames the samples of programs, program files, and the names in programs. All programs that\n"
        .. "use a renamed sample are updated: the given ones, those in the folders of programs and samples,\n"
-       .. "and those below --search. The sampler shows a zone by the name of its sample.",
+       .. "and those below --search.",
   options = {
     { name = "samples", kind = "text", value = "PATTERN", help = "new names of the sample files, without extension" },
+    { name = "zones", kind = "text", value = "PATTERN",
+      help = "new names of the zones: the title in the sample file, which the sampler\nshows instead of the file's name" },
     { name = "files", kind = "text", value = "PATTERN", help = "new names of the program files, without extension" },
     { name = "names", kind = "text", value = "PATTERN", help = "new names in the programs, up to 12 bytes" },
     { name = "replace", kind = "text", value = "OLD=NEW", many = true,
-      help = "replace OLD with NEW in the new names; may be repeated. Without\n--samples, --files and --names: in the names of the sample files" },
+      help = "replace OLD with NEW in the new names; may be repeated. Without\na pattern: in the names of the sample files" },
     { name = "search", kind = "text", value = "FOLDER", many = true,
       help = "also update programs in FOLDER and its subfolders; may be\nrepeated" },
     { name = "dry-run", help = "print the new names, but write nothing" },
     { name = "json", help = "print a JSON list, one object per renamed file and program" },
   },
   more = "PATTERN is a text with {name} (the old name), {program} (name of the program file) and {number}\n"
-      .. "(counts the programs or samples), and in --samples also {keygroup}, {zone}, {low}, {high}, {root}\n"
-      .. "(notes: the range of the keygroup, and the key that plays the sample at its pitch), {lowvel} and\n"
-      .. "{highvel}, of the first zone with the sample. Collisions are refused before anything is changed.\n"
-      .. "Either all files are renamed, or none.",
+      .. "(counts the programs or samples), and in --samples and --zones {keygroup}, {zone}, {low}, {high},\n"
+      .. "{root} (notes: the range of the keygroup, and the key that plays the sample at its pitch),\n"
+      .. "{lowvel} and {highvel}, of the first zone with the sample. Collisions are refused before anything\n"
+      .. "is changed. Either all files are renamed, or none.",
 }
 local replacements = {}
 for i, word in ipairs(options.replace or {}) do
@@ -42,8 +45,8 @@ for i, word in ipairs(options.replace or {}) do
   if not old or old == "" then cli.usage("--replace: '" .. word .. "' is not OLD=NEW") end
   replacements[i] = { old = old:gsub("%W", "%%%0"), new = new:gsub("%%", "%%%%") }
 end
-if not options.samples and not options.files and not options.names then
-  if #replacements == 0 then cli.usage("give --samples, --files, --names or --replace") end
+if not options.samples and not options.zones and not options.files and not options.names then
+  if #replacements == 0 then cli.usage("give --samples, --zones, --files, --names or --replace") end
   options.samples = "{name}"
 end
 
@@ -56,6 +59,7 @@ local function checkPattern(option, known)
   end
 end
 checkPattern("samples", SAMPLE_WORDS)
+checkPattern("zones", SAMPLE_WORDS)
 checkPattern("files", PROGRAM_WORDS)
 checkPattern("names", PROGRAM_WORDS)
 
@@ -87,6 +91,7 @@ local function take(path, given)
 end
 
 local moves, sources, targets = {}, {}, {}   -- of files: { from, to }, both real paths
+local titles = {}                            -- of samples: { real, path, name }
 
 -- Plans to rename a file within its folder.
 local function plan(real, path, name, words)
@@ -113,6 +118,33 @@ local function rootOf(object, zone)
   return notes.name((notes.nearest(note)))
 end
 
+-- Plans to store the name of a zone in its sample file.
+local function planTitle(object, zone, words)
+  local sample, found = samples.open(object, zone.path)
+  if not sample then error(zone.path .. ": " .. found, 0) end
+  local obstacle = soundfile.whyNotWritable(zone.path, found)
+  local old = object:SampleName(sample)
+  words.name = old
+  local name = made(options.zones, words)
+  object:SampleName(sample, name)
+  local holds = object:SampleName(sample) == name
+  samples.close(object, sample)
+  if name == old then return end
+  if obstacle or not holds or name == "" then
+    error(("%s: %s"):format(zone.path, obstacle or ("'%s' is not a zone name"):format(text.printable(name))), 0)
+  end
+  titles[#titles + 1] = { real = zone.real, path = zone.path, name = name }
+end
+
+local function writeTitle(it)
+  local program, path = host.new("ZylSProgram"), sources[it.real] and sources[it.real].to or it.real
+  local sample, reason = samples.open(program, path)
+  if not sample then error(path .. ": " .. reason, 0) end
+  program:SampleName(sample, it.name)
+  if not samples.write(program, sample) then error(path .. ": could not be written", 0) end
+  samples.close(program, sample)
+end
+
 local function planSamples()
   local firsts, seen = {}, {}
   for _, it in ipairs(list) do
@@ -130,13 +162,15 @@ local function planSamples()
   for i, first in ipairs(firsts) do
     local object, zone, k = first.it.object, first.zone, first.zone.keygroup
     progress.show((i - 1) / #firsts, zone.path)
-    plan(zone.real, zone.path, made(options.samples, {
+    local words = {
       name = references.parts(references.base(zone.real)), program = references.parts(references.base(first.it.path)),
       number = padded(i, #firsts), keygroup = padded(k + 1, object:PRGkeyGroups()), zone = zone.zone + 1,
       low = notes.name(object:KGlowKey(k)), high = notes.name(object:KGhighKey(k)),
       lowvel = object:ZonelowVel(k, zone.zone), highvel = object:ZonehighVel(k, zone.zone),
       root = function() return rootOf(object, zone) end,
-    }))
+    }
+    if options.samples then plan(zone.real, zone.path, made(options.samples, words)) end
+    if options.zones then planTitle(object, zone, words) end
   end
 end
 
@@ -221,6 +255,10 @@ end
 
 local function write()
   renameAll()
+  for i, it in ipairs(titles) do
+    progress.show((i - 1) / #titles, it.path)
+    writeTitle(it)
+  end
   for _, it in ipairs(list) do
     if it.updated > 0 or it.newName then
       for _, zone in ipairs(it.zones) do
@@ -236,7 +274,7 @@ end
 local function run()
   for _, path in ipairs(files) do take(path, true) end
   if cli.anyFailed() then error("not all programs can be read", 0) end
-  if options.samples then planSamples() end
+  if options.samples or options.zones then planSamples() end
   takeUsers()
   planPrograms()
   checkTargets()
@@ -246,6 +284,7 @@ local function run()
   for _, it in ipairs(list) do
     if it.updated > 0 or it.newName then changed[#changed + 1] = it.path end
   end
+  for _, it in ipairs(titles) do changed[#changed + 1] = it.path end
   journal.expect(changed)
   journal.all(write)
   return true
@@ -264,6 +303,10 @@ if done or options.json then
     result(json.object("file", move.path, "error", nil, "to", move.to, "references", nil, "name", nil),
            ("%s -> %s\n"):format(text.printable(move.path), text.printable(references.base(move.to))))
   end
+  for _, it in ipairs(done and titles or {}) do
+    result(json.object("file", it.path, "error", nil, "to", nil, "references", nil, "name", it.name),
+           ('%s: zone named "%s"\n'):format(text.printable(it.path), text.printable(it.name)))
+  end
   for _, it in ipairs(done and list or {}) do
     if it.updated > 0 or it.newName then
       result(json.object("file", it.path, "error", nil, "to", it.target, "references", it.updated, "name", it.newName),
@@ -271,7 +314,7 @@ if done or options.json then
              it.newName and (', named "%s"'):format(text.printable(it.newName)) or ""))
     end
   end
-  if not options.json then
+  if not options.json and (#moves > 0 or count == 0) then
     io.write(("%d file%s %s\n"):format(#moves, #moves == 1 and "" or "s", options["dry-run"] and "would be renamed" or "renamed"))
   end
 end

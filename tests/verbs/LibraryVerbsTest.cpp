@@ -126,6 +126,14 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
     EXPECT_EQ(Zyl("undo --last").status, 0);
     EXPECT_TRUE(Snapshot() == before) << it.arguments;
   }
+  // Titles of samples, also of those that are renamed.
+  EXPECT_EQ(
+      Zyl("rename --samples new_{name} --zones 'T {name}' " + Quoted("lib/a.zprg") + search).status,
+      0);
+  EXPECT_TRUE(Has(Zyl("sample " + Quoted("lib/s/new_x.wav")).out, "T x"));
+  EXPECT_EQ(Sounds("lib/deep/b.zprg"), "1224");
+  EXPECT_EQ(Zyl("undo --last").status, 0);
+  EXPECT_TRUE(Snapshot() == before);
   // A program that cannot be written: everything is taken back.
   fs::permissions(Path("lib/a.zprg"), fs::perms{0444});
   EXPECT_EQ(Zyl("rename --replace x=q " + Quoted("lib/a.zprg")).status, 4);
