@@ -10,6 +10,7 @@
 
 #include "Errors.h"
 #include "Options.h"
+#include "Sounds.h"
 #include "audio/Crossfade.h"
 #include "audio/Levels.h"
 #include "audio/LoopFinder.h"
@@ -22,25 +23,6 @@ namespace zyl {
 namespace {
 
 using audio::Sound;
-
-constexpr const char* kMetatable = "zyl.audio.Sound";
-
-Sound& CheckSound(lua_State* L) { return *static_cast<Sound*>(luaL_checkudata(L, 1, kMetatable)); }
-
-// The sound, for methods whose results depend on time.
-Sound& CheckTimedSound(lua_State* L) {
-  Sound& sound = CheckSound(L);
-  luaL_argcheck(L, sound.rateHz > 0, 1, "the sound has no sample rate");
-  return sound;
-}
-
-// A frame of the sound.
-size_t CheckFrame(lua_State* L, int index, const Sound& sound) {
-  const lua_Integer frame = luaL_checkinteger(L, index);
-  luaL_argcheck(L, frame >= 0 && static_cast<lua_Unsigned>(frame) < sound.Frames(), index,
-                "not a frame of the sound");
-  return static_cast<size_t>(frame);
-}
 
 // Arguments 2 and 3: the first and last frame of a loop.
 audio::Loop CheckLoop(lua_State* L, const Sound& sound) {
@@ -63,8 +45,7 @@ void PushInteger(lua_State* L, const char* field, size_t value) {
 int NewSound(lua_State* L) {
   const double rateHz = luaL_checknumber(L, 1);
   luaL_argcheck(L, rateHz >= 0 && rateHz <= 1e9, 1, "not a sample rate");
-  new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{rateHz, {}};
-  luaL_setmetatable(L, kMetatable);
+  PushSound(L).rateHz = rateHz;
   return 1;
 }
 
@@ -141,7 +122,7 @@ int Root(lua_State* L) {
   luaL_checktype(L, 2, LUA_TTABLE);
   std::vector<float> track(lua_rawlen(L, 2));
   for (size_t i = 0; i < track.size(); ++i) {
-    lua_rawgeti(L, 2, static_cast<lua_Integer>(i + 1));
+    lua_rawgeti(L, 2, static_cast<lua_Integer>(i) + 1);
     track[i] = static_cast<float>(lua_tonumber(L, -1));
     lua_pop(L, 1);
   }
@@ -260,9 +241,7 @@ int Copy(lua_State* L) {
     copy.channels.emplace_back(values.begin() + std::min(first, last + 1),
                                values.begin() + last + 1);
   }
-  new (lua_newuserdatauv(L, sizeof(Sound), 0)) Sound{sound.rateHz, {}};
-  luaL_setmetatable(L, kMetatable);
-  *static_cast<Sound*>(lua_touserdata(L, -1)) = std::move(copy);
+  PushSound(L) = std::move(copy);
   return 1;
 }
 
@@ -301,10 +280,11 @@ int OpenCore(lua_State* L) {
                               {"copy", Guarded<Copy>},
                               {"values", Guarded<Values>},
                               {nullptr, nullptr}};
-  luaL_newmetatable(L, kMetatable);
+  luaL_newmetatable(L, kSoundMetatable);
   lua_pushcfunction(L, Guarded<CollectSound>);
   lua_setfield(L, -2, "__gc");
   luaL_newlib(L, methods);
+  luaL_setfuncs(L, kSoundEdits, 0);
   lua_setfield(L, -2, "__index");
   lua_pop(L, 1);
   lua_createtable(L, 0, 1);
