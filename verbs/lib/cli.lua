@@ -62,6 +62,11 @@ local function valueOf(option, text)
   return number
 end
 
+-- Whether a word is the number that may follow an option: no file has that name.
+local function isNumber(word)
+  return word ~= nil and word:match("^[+-]?%d*%.?%d+$") ~= nil and not host.fileType(word)
+end
+
 -- Replaces folders with the files of the kind in them, and removes duplicates.
 local function withoutFolders(words)
   local files, seen = {}, {}
@@ -89,7 +94,8 @@ cli.withoutFolders = withoutFolders
 --   verb, about   name and description
 --   options       list of { name, help }, and, except for flags, kind ("integer", "number", "text"),
 --                 value (its name in the help), low, high, default; optionally short (a letter) and many
---                 (the option can be repeated, and its value is a list)
+--                 (the option can be repeated, and its value is a list), number (an option as here: a number
+--                 may follow, which becomes the option number.of)
 --   answers       the verb may return exit status 1 as a result
 --   folders       "sounds" or "programs": replace folders with these files; adds the option --recursive
 --   mixed         not all words are files: the verb calls cli.withoutFolders
@@ -129,9 +135,10 @@ function cli.parse(form)
       name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
       local option = byName[name or word]
       if not option then usage("there is no option " .. word) end
+      local number
       if not option.kind then
-        if joined then usage(shown(option) .. " takes no value") end
-        options[option.name] = true
+        if joined and not option.number then usage(shown(option) .. " takes no value") end
+        options[option.name], number = true, joined
       else
         if not joined then i = i + 1 end
         local text = joined or arg[i]
@@ -144,6 +151,11 @@ function cli.parse(form)
           options[option.name] = value
         end
       end
+      if option.number and not number and isNumber(arg[i + 1]) then
+        i = i + 1
+        number = arg[i]
+      end
+      if number then options[option.number.of] = valueOf(option.number, number) end
     elseif (onlyFiles or not form.takes or not form.takes(word, options))
            and (form.repeats or not seen[word]) then
       seen[word] = true
