@@ -318,6 +318,7 @@ class Search {
       found.seamDb = SeamDecibels(sound_, found.loop);
       found.cost = Cost(found);
     }
+    std::sort(kept.begin(), kept.end(), cheaper);
     return kept;
   }
 
