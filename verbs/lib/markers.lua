@@ -56,12 +56,11 @@ local function wave(bytes, move)
   end)
   eachChunk(bytes, "<", function(id, at, size)
     if id ~= "LIST" or bytes:sub(at, at + 3) ~= "adtl" then return end
-    local list = bytes:sub(1, at + size - 1)
-    local entry = at + 4
-    while entry + 8 <= #list do
-      local kind, length = list:sub(entry, entry + 3), string.unpack("<I4", list, entry + 4)
-      if kind == "ltxt" and length >= 8 and entry + 16 <= #list + 1 then
-        local name, frames = string.unpack("<I4I4", list, entry + 8)
+    local entry, stop = at + 4, at + size
+    while entry + 8 <= stop do
+      local kind, length = bytes:sub(entry, entry + 3), string.unpack("<I4", bytes, entry + 4)
+      if kind == "ltxt" and length >= 8 and entry + 16 <= stop then
+        local name, frames = string.unpack("<I4I4", bytes, entry + 8)
         local place = places[name]
         if place then changes.set(entry + 12, move(place + frames) - move(place)) end
       end
