@@ -2540,6 +2540,12 @@ function host.appendFile(path, bytes) end
 ---@return boolean|nil
 function host.copyFile(from, to, link) end
 
+---Replace the content of a file atomically with what `write` stores at the path of a temporary file. If it returns a false value, with a reason, or raises an error, the old file is unchanged. Returns true, or nil and the reason.
+---@param path string
+---@param write function
+---@return boolean|nil
+function host.replaceFile(path, write) end
+
 ---Return a 64-bit checksum of a file's content in hexadecimal, or nil and the reason. It detects changes, but not forgeries.
 ---@param path string
 ---@return string|nil

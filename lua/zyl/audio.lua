@@ -21,6 +21,13 @@ function audio.sound(program, sample)
   return sound
 end
 
+-- The values of a channel as bytes, with 16 bits, or 24 as the upper 16 and the lower 8. Rounds.
+function audio.pcm(program, sample, channel, bits)
+  local handle = host.var(0)
+  local frames = program:SampleGetBuffer(sample, handle, channel)
+  return core.pcm(handle.value, frames, (program:SampleBits(sample) + 7) // 8, bits or 16)
+end
+
 -- The arguments of CalcSamplePitch after the sample, for a note of any pitch and level: the gate is
 -- 40 dB below the sound. `given` may set highest and lowest (Hz), smooth, correct and threshold.
 function audio.trackSettings(sound, given)

@@ -74,6 +74,11 @@ return {
               .. "atomically. Returns true, or nil and the reason.",
     { "from", "string" }, { "to", "string" },
     { "link?", "boolean", "true creates a hard link if possible: the file must have no other link" } },
+  { name = "replaceFile", result = "boolean|nil",
+    meaning = "Replace the content of a file atomically with what `write` stores at the path of a "
+              .. "temporary file. If it returns a false value, with a reason, or raises an error, the "
+              .. "old file is unchanged. Returns true, or nil and the reason.",
+    { "path", "string" }, { "write", "function" } },
   { name = "digest", result = "string|nil",
     meaning = "Return a 64-bit checksum of a file's content in hexadecimal, or nil and the reason. "
               .. "It detects changes, but not forgeries.",

@@ -1,7 +1,9 @@
 -- Values as text: every value that a field takes is the value of its text; a field with a unit takes
--- all stored values. The ranges that the help names can be stored.
+-- all stored values. The ranges that the help names can be stored. A stored number is the number of its
+-- meaning, and the document lists the meanings.
 package.path = arg[1] .. "/verbs/lib/?.lua;" .. package.path
 local fields, units, values = require "fields", require "units", require "values"
+local meanings = require "meanings"
 local reference = require "zyl.reference"
 
 local LOW, HIGH = -32768, 65535
@@ -17,6 +19,8 @@ for _, field in ipairs(fields.all()) do
       local parsed, _, reason = values.parse(field, text, false)
       assert(parsed == value, ("%s %d is shown as %s: %s"):format(field.name, value, text,
                                                                    reason or parsed))
+      local curve = meanings.of(field.method)
+      assert(not curve or curve.stored(curve.value(value)) == value, field.name .. " " .. value)
       count = count + 1
     end
   end
@@ -34,4 +38,8 @@ end
 for _, rate in ipairs { 0, 1, 44100, 4294967295 } do
   local frames = units.frames(rate)
   for value = 0, HIGH, 7 do assert(units.parse(frames, units.text(frames, value)) == value) end
+end
+local document = io.open(arg[1] .. "/docs/formats.md"):read("a")
+for _, row in ipairs(meanings.rows()) do
+  assert(document:find(row, 1, true), "docs/formats.md lacks " .. row)
 end

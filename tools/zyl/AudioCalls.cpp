@@ -1,5 +1,6 @@
 #include "AudioCalls.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -54,34 +55,76 @@ int CollectSound(lua_State* L) {
   return 0;
 }
 
-// addChannel(handle, frames, width): adds a channel of `frames` little-endian signed values of
-// `width` bytes from the buffer.
+// Arguments `first` to `first` + 2: handle, frames and width of a buffer of little-endian signed
+// values of `width` bytes.
+struct Buffer {
+  std::string bytes;
+  size_t frames = 0;
+  size_t width = 0;
+
+  // The value in the upper bytes.
+  int32_t Value(size_t frame) const {
+    uint32_t bits = 0;
+    const auto* byte = reinterpret_cast<const uint8_t*>(bytes.data()) + frame * width;
+    for (size_t k = 0; k < width; ++k) bits = bits >> 8 | uint32_t{byte[k]} << 24;
+    return static_cast<int32_t>(bits);
+  }
+};
+
+Buffer CheckBuffer(lua_State* L, int first, const char* method) {
+  const auto handle = static_cast<uint32_t>(luaL_checkinteger(L, first));
+  const lua_Integer frames = luaL_checkinteger(L, first + 1);
+  const lua_Integer width = luaL_checkinteger(L, first + 2);
+  luaL_argcheck(L, frames >= 0 && frames <= std::numeric_limits<int32_t>::max(), first + 1,
+                "not a number of frames");
+  luaL_argcheck(L, width >= 1 && width <= 4, first + 2, "values have 1 to 4 bytes");
+  Buffer buffer{{}, static_cast<size_t>(frames), static_cast<size_t>(width)};
+  std::string reason;
+  if (frames > 0 && !qxBufferBytes(handle, buffer.frames * buffer.width, buffer.bytes, reason)) {
+    RaiseText(L, method + (": " + reason));
+  }
+  return buffer;
+}
+
+// addChannel(handle, frames, width): adds a channel.
 int AddChannel(lua_State* L) {
   Sound& sound = CheckSound(L);
-  const auto handle = static_cast<uint32_t>(luaL_checkinteger(L, 2));
-  const lua_Integer frames = luaL_checkinteger(L, 3);
-  const lua_Integer width = luaL_checkinteger(L, 4);
-  luaL_argcheck(L, frames >= 0 && frames <= std::numeric_limits<int32_t>::max(), 3,
-                "not a number of frames");
-  luaL_argcheck(L, width >= 1 && width <= 4, 4, "values have 1 to 4 bytes");
-  const auto count = static_cast<size_t>(frames);
-  luaL_argcheck(L, sound.channels.empty() || count == sound.Frames(), 3,
+  const Buffer buffer = CheckBuffer(L, 2, "addChannel");
+  luaL_argcheck(L, sound.channels.empty() || buffer.frames == sound.Frames(), 3,
                 "all channels have the same length");
-  std::string bytes;
-  std::string reason;
-  if (count > 0 && !qxBufferBytes(handle, count * static_cast<size_t>(width), bytes, reason)) {
-    RaiseText(L, "addChannel: " + reason);
-  }
-  std::vector<float> values(count);
-  const auto* byte = reinterpret_cast<const uint8_t*>(bytes.data());
+  std::vector<float> values(buffer.frames);
   constexpr float kScale = 1.0F / 2147483648.0F;
-  for (float& value : values) {
-    uint32_t bits = 0;  // the value in the upper bytes
-    for (lua_Integer k = 0; k < width; ++k) bits = bits >> 8 | uint32_t{*byte++} << 24;
-    value = static_cast<float>(static_cast<int32_t>(bits)) * kScale;
+  for (size_t i = 0; i < values.size(); ++i) {
+    values[i] = static_cast<float>(buffer.Value(i)) * kScale;
   }
   sound.channels.push_back(std::move(values));
   return 0;
+}
+
+// pcm(handle, frames, width, bits): the values as bytes, with 16 bits, or 24 bits as the upper 16
+// and the lower 8. Values with more bits are rounded.
+int Pcm(lua_State* L) {
+  const lua_Integer bits = luaL_checkinteger(L, 4);
+  luaL_argcheck(L, bits == 16 || bits == 24, 4, "values have 16 or 24 bits");
+  const Buffer buffer = CheckBuffer(L, 1, "pcm");
+  std::string upper(2 * buffer.frames, '\0');
+  std::string lower(bits == 24 ? buffer.frames : 0, '\0');
+  const int shift = static_cast<int>(32 - bits);
+  const int64_t highest = (int64_t{1} << (bits - 1)) - 1;
+  for (size_t i = 0; i < buffer.frames; ++i) {
+    const int64_t rounded = (int64_t{buffer.Value(i)} + (int64_t{1} << (shift - 1))) >> shift;
+    int64_t value = std::min(rounded, highest);
+    if (bits == 24) {
+      lower[i] = static_cast<char>(value & 0xFF);
+      value >>= 8;
+    }
+    upper[2 * i] = static_cast<char>(value & 0xFF);
+    upper[2 * i + 1] = static_cast<char>(value >> 8 & 0xFF);
+  }
+  lua_pushlstring(L, upper.data(), upper.size());
+  if (bits == 16) return 1;
+  lua_pushlstring(L, lower.data(), lower.size());
+  return 2;
 }
 
 int Frames(lua_State* L) {
@@ -287,9 +330,11 @@ int OpenCore(lua_State* L) {
   luaL_setfuncs(L, kSoundEdits, 0);
   lua_setfield(L, -2, "__index");
   lua_pop(L, 1);
-  lua_createtable(L, 0, 1);
+  lua_createtable(L, 0, 2);
   lua_pushcfunction(L, Guarded<NewSound>);
   lua_setfield(L, -2, "new");
+  lua_pushcfunction(L, Guarded<Pcm>);
+  lua_setfield(L, -2, "pcm");
   return 1;
 }
 

@@ -129,6 +129,26 @@ int CopyFile(lua_State* L) {
   return Refuse(L, failure ? failure.message() : reason);
 }
 
+// replaceFile(path, write): calls write(temporary) to store the new content. An error of `write`
+// removes the temporary file on its way up.
+int ReplaceFile(lua_State* L) {
+  const std::string path = CheckPath(L, 1);
+  luaL_checktype(L, 2, LUA_TFUNCTION);
+  std::string reason;
+  std::string refusal;
+  const auto write = [&](const std::string& temporary) {
+    lua_pushvalue(L, 2);
+    lua_pushlstring(L, temporary.data(), temporary.size());
+    lua_call(L, 1, 2);
+    const bool good = lua_toboolean(L, -2) != 0;
+    if (!good && lua_type(L, -1) == LUA_TSTRING) refusal = lua_tostring(L, -1);
+    lua_pop(L, 2);
+    return good;
+  };
+  if (qxReplaceFile(path, write, reason)) return Accept(L);
+  return Refuse(L, refusal.empty() ? reason : refusal);
+}
+
 // Computes the FNV-1a hash, 64 bits, of the content. Sets errno on failure.
 bool HashFile(int file, uint64_t& hash) {
   struct stat status {};
@@ -181,6 +201,7 @@ void AddFileCalls(lua_State* L) {
                                 {"writeFile", Guarded<WriteFile>},
                                 {"appendFile", Guarded<AppendFile>},
                                 {"copyFile", Guarded<CopyFile>},
+                                {"replaceFile", Guarded<ReplaceFile>},
                                 {"digest", Guarded<Digest>},
                                 {nullptr, nullptr}};
   luaL_setfuncs(L, functions, 0);
