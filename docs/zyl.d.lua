@@ -129,7 +129,7 @@ function ZylSProgram:Find(PrgName, MC) end
 ---@return boolean
 function ZylSProgram:Create(ProgramToCopy, CopySamples) end
 
----Register an algorithm. OnProgramParameterChanged is called for every change, OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.
+---Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.
 ---@param RegisterModule ROCAlgo
 function ZylSProgram:Register(RegisterModule) end
 

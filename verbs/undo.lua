@@ -16,12 +16,12 @@ local options, words = cli.parse {
     { name = "last", help = "restore the newest batch" },
     { name = "show", kind = "integer", value = "N", low = 1, high = 2147483647,
       help = "list the files of batch N" },
-    { name = "force", help = "restore also files that have changed since" },
-    { name = "keep-changed", help = "restore the others if some files have changed since" },
+    { name = "force", help = "restore also files that have changed since the batch" },
+    { name = "keep-changed", help = "restore the others if some files have changed since the batch" },
     { name = "dry-run", help = "print what would be restored, but write nothing" },
     { name = "json", help = "print a JSON list, one object per batch or file" },
   },
-  more = "If a file has changed since, nothing is restored unless --force or --keep-changed is given.\n"
+  more = "If a file has changed since the batch, nothing is restored unless --force or --keep-changed is given.\n"
       .. "The journal is in $XDG_STATE_HOME/zyl/undo or ~/.local/state/zyl/undo. Its limit, 1 GB, is set\n"
       .. "by the environment variable ZYL_UNDO_LIMIT (such as 500M; 0 keeps nothing): the oldest\n"
       .. "batches are removed first.",

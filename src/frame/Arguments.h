@@ -193,7 +193,7 @@ struct IfCounted {
   A value;
 };
 
-// Read by the body when needed. Such a body takes the Call.
+// Read by the body when it needs the value, so the body must take the Call.
 template <class A>
 struct Deferred {
   static bool Read(Call&, Deferred&) { return true; }

@@ -21,7 +21,7 @@ class ZylSProgram final : public ZylDLLDispatch {
  public:
   static constexpr int32_t kOmni = -1;
   static constexpr int32_t kChannels = 32;
-  static constexpr int32_t kDetaching = 99;  // counts for no channel
+  static constexpr int32_t kDetaching = 99;  // belongs to no channel
 
   ZylSProgram();
   ~ZylSProgram() override;

@@ -1,5 +1,5 @@
 // Images of program records: packed little-endian structs with a field for every byte range that is
-// read or written. LIBRARY bytes are not interpreted; reads, copies and writes preserve them.
+// read or written. OPAQUE bytes are not interpreted; reads, copies and writes preserve them.
 // "...Reference" fields hold a pointer in the 32-bit layout. They aren't used: the data is stored
 // outside the image, so that images are the same on every machine.
 //
@@ -33,8 +33,8 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
 #pragma pack(push, 1)
 
 // Program header and program-level fields.
-#define ZYL_PROGRAM_HEADER_FIELDS(FIELD, ARRAY, LIBRARY) \
-  LIBRARY(0, 3) \
+#define ZYL_PROGRAM_HEADER_FIELDS(FIELD, ARRAY, OPAQUE) \
+  OPAQUE(0, 3) \
   ARRAY(3, char, name, 12) \
   FIELD(15, uint8_t, midiProg) \
   FIELD(16, int8_t, midiChannel) \
@@ -64,12 +64,12 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
   FIELD(40, int8_t, pressurePitchBend) \
   FIELD(41, uint8_t, keyGrpCrossFade) \
   FIELD(42, uint8_t, keyGroupsByte) \
-  LIBRARY(43, 1) \
+  OPAQUE(43, 1) \
   ARRAY(44, int8_t, masterDetune, 13) \
   FIELD(57, int8_t, panModWheel) \
-  LIBRARY(58, 1) \
+  OPAQUE(58, 1) \
   FIELD(59, uint8_t, LFOdesync) \
-  LIBRARY(60, 1) \
+  OPAQUE(60, 1) \
   FIELD(61, uint8_t, reassignment) \
   FIELD(62, uint8_t, softPedalLoudness) \
   FIELD(63, uint8_t, softPedalAttack) \
@@ -83,7 +83,7 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
   FIELD(72, uint8_t, monoLegato) \
   FIELD(73, uint8_t, pitchBendDown) \
   FIELD(74, uint8_t, pitchBendMode) \
-  LIBRARY(75, 1) \
+  OPAQUE(75, 1) \
   FIELD(76, uint8_t, panModSel1) \
   FIELD(77, uint8_t, panModSel2) \
   FIELD(78, uint8_t, panModSel3) \
@@ -102,12 +102,12 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
   FIELD(91, int8_t, panModGain3) \
   FIELD(92, int8_t, ampModGain2) \
   FIELD(93, int8_t, ampModGain3) \
-  LIBRARY(94, 3) \
+  OPAQUE(94, 3) \
   FIELD(97, uint8_t, LFOwaveform) \
   FIELD(98, uint8_t, LFO2waveform) \
-  LIBRARY(99, 3) \
+  OPAQUE(99, 3) \
   FIELD(102, uint8_t, LFO2retrigger) \
-  LIBRARY(103, 61) \
+  OPAQUE(103, 61) \
   FIELD(164, int32_t, keyGroups) \
   FIELD(168, uint8_t, LFO1Sync2MIDIClk) \
   FIELD(169, uint8_t, LFO1MIDIClkMul) \
@@ -119,20 +119,20 @@ inline constexpr int kZones = 4;  // velocity zones of a keygroup
   FIELD(175, uint8_t, extTriggerNote) \
   FIELD(176, uint8_t, extTriggerCtrl) \
   FIELD(177, uint8_t, extTriggerThreshold) \
-  LIBRARY(178, 6) \
+  OPAQUE(178, 6) \
   ARRAY(184, uint8_t, tolmoChunkReference, 4) \
-  LIBRARY(188, 4) \
+  OPAQUE(188, 4) \
   ARRAY(192, uint8_t, keyGroupArrayReference, 4) \
-  LIBRARY(196, 4) \
+  OPAQUE(196, 4) \
   ARRAY(200, uint8_t, sampleTableReference, 4) \
-  LIBRARY(204, 8) \
+  OPAQUE(204, 8) \
   ARRAY(212, uint8_t, keyGroupExtensionsReference, 4) \
-  LIBRARY(216, 4) \
+  OPAQUE(216, 4) \
   ARRAY(220, char, fileName, 132) \
   FIELD(352, uint8_t, mute) \
   FIELD(353, uint8_t, solo) \
   FIELD(354, uint8_t, tmmute) \
-  LIBRARY(355, 1) \
+  OPAQUE(355, 1) \
   FIELD(356, uint32_t, tmMidiChannel) \
   FIELD(360, uint32_t, lockCount)
 struct akaiProgramHdrImage {
@@ -141,8 +141,8 @@ struct akaiProgramHdrImage {
 ZYL_CHECK_FIELDS(akaiProgramHdrImage, ZYL_PROGRAM_HEADER_FIELDS, 364)
 
 // A velocity zone of a keygroup.
-#define ZYL_ZONE_FIELDS(FIELD, ARRAY, LIBRARY) \
-  LIBRARY(0, 12) \
+#define ZYL_ZONE_FIELDS(FIELD, ARRAY, OPAQUE) \
+  OPAQUE(0, 12) \
   FIELD(12, uint8_t, lowVel) \
   FIELD(13, uint8_t, highVel) \
   FIELD(14, int16_t, tuneOffset) \
@@ -150,14 +150,14 @@ ZYL_CHECK_FIELDS(akaiProgramHdrImage, ZYL_PROGRAM_HEADER_FIELDS, 364)
   FIELD(17, int8_t, filterOffset) \
   FIELD(18, int8_t, panOffset) \
   FIELD(19, uint8_t, playbacktype) \
-  LIBRARY(20, 4)
+  OPAQUE(20, 4)
 struct akaiZone {
   ZYL_DECLARE_FIELDS(ZYL_ZONE_FIELDS)
 };
 ZYL_CHECK_FIELDS(akaiZone, ZYL_ZONE_FIELDS, 24)
 
-#define ZYL_KEYGROUP_FIELDS(FIELD, ARRAY, LIBRARY) \
-  LIBRARY(0, 3) \
+#define ZYL_KEYGROUP_FIELDS(FIELD, ARRAY, OPAQUE) \
+  OPAQUE(0, 3) \
   FIELD(3, uint8_t, lowKey) \
   FIELD(4, uint8_t, highKey) \
   FIELD(5, int16_t, tune) \
@@ -185,7 +185,7 @@ ZYL_CHECK_FIELDS(akaiZone, ZYL_ZONE_FIELDS, 24)
   FIELD(28, int8_t, velFilterEnv) \
   FIELD(29, int8_t, envPitch) \
   FIELD(30, uint8_t, velZoneCrossFade) \
-  LIBRARY(31, 3) \
+  OPAQUE(31, 3) \
   ARRAY(34, akaiZone, zones, kZones) \
   FIELD(130, int8_t, fixedRateDetune) \
   FIELD(131, uint8_t, attackHoldUntilLoop) \
@@ -205,7 +205,7 @@ ZYL_CHECK_FIELDS(akaiZone, ZYL_ZONE_FIELDS, 24)
   FIELD(158, uint8_t, env2Level2) \
   FIELD(159, uint8_t, env2Level4) \
   FIELD(160, uint8_t, muteGroup) \
-  LIBRARY(161, 31)
+  OPAQUE(161, 31)
 struct akaiKeyGroup {
   ZYL_DECLARE_FIELDS(ZYL_KEYGROUP_FIELDS)
 
@@ -215,10 +215,10 @@ struct akaiKeyGroup {
 ZYL_CHECK_FIELDS(akaiKeyGroup, ZYL_KEYGROUP_FIELDS, 192)
 
 // A keygroup extension. A program has one per keygroup, in the same order.
-#define ZYL_KEYGROUP_EXTENSION_FIELDS(FIELD, ARRAY, LIBRARY) \
-  LIBRARY(0, 2) \
+#define ZYL_KEYGROUP_EXTENSION_FIELDS(FIELD, ARRAY, OPAQUE) \
+  OPAQUE(0, 2) \
   ARRAY(2, uint8_t, SamplePathReference, 16) \
-  LIBRARY(18, 8) \
+  OPAQUE(18, 8) \
   ARRAY(26, uint8_t, PitchPlay, 4) \
   ARRAY(30, int8_t, FormantOffset, 4) \
   FIELD(34, uint8_t, env3Level1) \
@@ -251,10 +251,10 @@ ZYL_CHECK_FIELDS(akaiKeyGroup, ZYL_KEYGROUP_FIELDS, 192)
   FIELD(61, int8_t, env3VelFilter) \
   FIELD(62, uint16_t, filterResonance) \
   ARRAY(64, int16_t, TimeStretchOffset, 4) \
-  LIBRARY(72, 36) \
+  OPAQUE(72, 36) \
   FIELD(108, uint8_t, reverb) \
   FIELD(109, uint8_t, echo) \
-  LIBRARY(110, 30) \
+  OPAQUE(110, 30) \
   FIELD(140, uint8_t, selected)
 struct vendlKeyGroupImage {
   ZYL_DECLARE_FIELDS(ZYL_KEYGROUP_EXTENSION_FIELDS)
@@ -262,7 +262,7 @@ struct vendlKeyGroupImage {
 ZYL_CHECK_FIELDS(vendlKeyGroupImage, ZYL_KEYGROUP_EXTENSION_FIELDS, 141)
 
 // The organ extension of a program.
-#define ZYL_ORGAN_FIELDS(FIELD, ARRAY, LIBRARY) \
+#define ZYL_ORGAN_FIELDS(FIELD, ARRAY, OPAQUE) \
   FIELD(0, uint8_t, reverb) \
   FIELD(1, uint8_t, chorus) \
   FIELD(2, uint8_t, echo) \

@@ -58,7 +58,7 @@ struct SampleParameters {
 };
 
 // A channel's sound data: signed little-endian values, never shared between two channels. Edits
-// copy a block first if a worker refers to it.
+// copy a block first if a worker refers to it (Writable).
 using SampleBlock = std::shared_ptr<std::byte[]>;
 ZYLHOST_API SampleBlock NewSampleBlock(size_t bytes);  // uninitialised
 
@@ -71,7 +71,8 @@ struct PinnedSound {
   std::string name;  // empty for none
 };
 
-// The values of some channels, to be edited in place. Pin blocks until this object is destroyed.
+// The values of some channels, to be edited in place. Pin() waits until this object is
+// destroyed.
 struct WritableSound {
   std::vector<std::byte*> channels;
   std::unique_lock<std::mutex> unpinned;

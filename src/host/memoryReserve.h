@@ -5,9 +5,9 @@
 // these allocations are small; most of them format trace messages.
 //
 // The reserves that exist together form one pool of blocks. When `operator new` fails on a thread
-// that draws, the new handler frees one block, and the allocation is repeated. A thread other than
-// the script thread draws, and the script thread does not, unless a ZylReserveDraw says otherwise.
-// So code that handles failed allocations cannot use up the memory of code that does not.
+// that may use the pool, the new handler frees one block, and the allocation is repeated. All
+// threads but the script thread may use it; ZylReserveDraw changes that for a scope. So code that
+// handles failed allocations cannot use up the memory of code that does not.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,10 @@
 
 class ZYLHOST_API ZylMemoryReserve {
  public:
-  // A thread's life takes about 50 allocations of at most 128 bytes in wxWidgets 3.2. One block
-  // each is enough even if other code takes the rest of every freed block. Blocks are larger than
-  // those that the allocator caches for requests of the same size only.
+  // From construction to join, a thread makes about 50 allocations of at most 128 bytes in
+  // wxWidgets 3.2. There is one block for each, because other threads may take what is left of a
+  // freed block. Freed blocks of this size can serve smaller requests: glibc caches only blocks up
+  // to 1032 bytes for requests of the same size.
   static constexpr size_t kBlocks = 64;
   static constexpr size_t kBlockBytes = 2048;
 
@@ -29,10 +30,10 @@ class ZYLHOST_API ZylMemoryReserve {
   ZylMemoryReserve& operator=(const ZylMemoryReserve&) = delete;
 };
 
-// While one exists, the thread that created it draws or does not draw. May be nested.
+// While one exists, the thread that created it may or may not use the pool. May be nested.
 class ZYLHOST_API ZylReserveDraw {
  public:
-  explicit ZylReserveDraw(bool draws) noexcept;
+  explicit ZylReserveDraw(bool mayDraw) noexcept;
   ~ZylReserveDraw();
   ZylReserveDraw(const ZylReserveDraw&) = delete;
   ZylReserveDraw& operator=(const ZylReserveDraw&) = delete;

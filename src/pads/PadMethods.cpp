@@ -17,7 +17,7 @@ namespace {
 PadBytes BytesOf(ROCParam& data) { return {data.Data(), static_cast<size_t>(data.GetSize())}; }
 
 void SetBytes(ROCParam& data, const std::vector<std::byte>& bytes) {
-  if (bytes.size() > INT_MAX) throw std::length_error("a pad does not take so many bytes");
+  if (bytes.size() > INT_MAX) throw std::length_error("too many bytes for a pad");
   data.SetData(bytes.data(), static_cast<int>(bytes.size()));
 }
 

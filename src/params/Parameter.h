@@ -35,17 +35,17 @@ enum class Store : uint8_t {
   kMidiChannel,    // by the program object, which owns the value
   kIndyOutput,     // in place; also notifies of the zones' outputs
   kKeyGroups,      // in place, and in the byte that older readers use
-  kByteResonance,  // by the program library
+  kByteResonance,  // by akaiProgram's functions
   kShortResonance,
   kTolmo,  // in place; enables the organ extension of the keygroup
 };
 
-// Whether the program library writes the field. Storing such a value sets no dirty flag.
+// Whether akaiProgram's functions write the field. Storing such a value sets no dirty flag.
 constexpr bool StoredByLibrary(Store store) {
   return store == Store::kByteResonance || store == Store::kShortResonance;
 }
 
-// The value of a typed text that has none; nothing is stored then.
+// What a typed text without a value means: nothing is stored.
 inline constexpr int32_t kNoValue = INT32_MIN;
 
 // A typed text that contains `part` (ignoring case) means `value` and is replaced with `canonical`.

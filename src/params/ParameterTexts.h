@@ -1,7 +1,7 @@
 // Formats parameter values as texts and parses typed texts.
 //
-// A value without a text is formatted as "". A typed text is a script's variable: parsing replaces
-// it with the text of its value, as the editor shows it.
+// A value without a text is formatted as "". Parsing changes the script's text: it becomes the text
+// of the value, as the editor shows it.
 #pragma once
 
 #include <cstdint>

@@ -45,8 +45,8 @@ class PitchJobManager final : public AkaiInfoDispatcher {
   // Fills the array with the names of the samples under analysis, one for each worker.
   int32_t CurrentSampleNames(ROCParam& array);
 
-  // The value of every progress notification: the number of jobs is not 0. Workers send it while
-  // they are in the list, so no other value occurs.
+  // The value of progress notifications: 1 while the list of workers is not empty. Only workers in
+  // the list send it, so it is always 1.
   static constexpr int32_t kCalculating = 1;
   // The pads for progress and for the names of finished samples; null for none.
   void SetProgressPad(ROCPad* pad);

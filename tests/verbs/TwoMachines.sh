@@ -32,6 +32,9 @@ HostKey $folder/host
 AuthorizedKeysFile $folder/user.pub
 StrictModes no
 UsePAM no
+MaxStartups 1000
+MaxSessions 1000
+LoginGraceTime 0
 PidFile none
 PermitRootLogin prohibit-password
 SetEnv PATH=$ZYL_BIN:$PATH XDG_STATE_HOME=$folder/$machine/state

@@ -189,6 +189,7 @@ std::vector<size_t> Choose(const std::vector<Evidence>& evidence, const std::vec
     chosen.resize(wish.count);
   }
   std::vector<size_t> blocks;
+  blocks.reserve(chosen.size());
   for (const auto& [score, t] : chosen) blocks.push_back(t);
   std::sort(blocks.begin(), blocks.end());
   return blocks;

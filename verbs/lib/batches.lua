@@ -170,7 +170,7 @@ function batches.trim(limit, bytes, kept)
     if total <= limit and #numbers - i < MOST_BATCHES then break end
     local old = batches.read(number)
     if number ~= kept and not (old and (old.running or isHeld(old))) then
-      -- Renamed first: a batch is there completely or not at all.
+      -- Rename first, so that a partly removed batch is never listed.
       local gone = ("%s/new.%d.%d"):format(root, number, os.time())
       if os.rename(root .. "/" .. number, gone) then
         batches.remove(gone)
@@ -181,7 +181,7 @@ function batches.trim(limit, bytes, kept)
 end
 
 -- Creates a batch for a command; returns its number, or nil. The head is complete before the folder
--- gets its number. Removes folders that a crash has left without one.
+-- gets its number. Removes unnumbered folders that crashed processes left.
 function batches.create(root, ...)
   local quoted = folders.quoted(root)
   local made = output(("umask 077; mkdir -p %s 2>/dev/null; find %s -maxdepth 1 -name 'new.*' -mmin +1440 "

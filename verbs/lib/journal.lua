@@ -4,8 +4,9 @@
 -- any other way of writing, call journal.save(path, write, ...), which keeps the file, calls
 -- write(...) and returns its results; or journal.keep(path) directly before the file is written,
 -- created or removed. journal.move(from, to) renames a file. A verb that replaces the files of its
--- command line calls journal.expect(files) before the first one, so that the user learns in time if
--- they do not fit. journal.all(body) takes back what body has written if it raises an error. cli.finish
+-- command line calls journal.expect(files) before the first one, so that the user is told
+-- before anything is written if they exceed the limit. journal.all(body) restores the files that body
+-- wrote if it raises an error. cli.finish
 -- ends the batch. Nothing is stored unless a file is kept.
 -- Each batch is a folder: see batches.lua.
 local batches = require "batches"
@@ -72,7 +73,7 @@ local function fits(bytes)
   end
   if batch.bytes + bytes > limit() then return false end
   if batch.bytes + bytes > batch.roomFor then
-    -- Look ahead, so that the folder is not listed for every file.
+    -- Make room for more than this file, because trim lists the whole folder.
     batch.roomFor = math.min(math.max(2 * (batch.bytes + bytes), limit() // 16), limit())
     batches.trim(limit(), batch.roomFor - batch.bytes, batch.number)
   end
@@ -213,7 +214,7 @@ function journal.all(body, ...)
   return table.unpack(results, 2, results.n)
 end
 
--- Tells the user now if the files together exceed the limit; nothing is kept then.
+-- If the files together exceed the limit, tells the user and keeps nothing in this batch.
 function journal.expect(paths)
   local total = 0
   for _, path in ipairs(paths) do total = total + ((host.fileInfo(path) or {}).size or 0) end

@@ -16,7 +16,7 @@ local recordings = require "recordings"
 local rootkeys = { OCTAVE = 4 }
 
 local PROBES = 12    -- files measured to find the octave of the names
-local UNSAID = 60    -- written by programs that do not know the key
+local DEFAULT_KEY = 60   -- written by programs that do not know the key
 
 -- Up to PROBES files with a note in their name, evenly spread.
 local function probes(list)
@@ -119,11 +119,11 @@ local function commonKey(batch, how)
       name = name or it.name.key
     end
   end
-  if differ and how.use.name and count >= (common == UNSAID and 2 or 3) then return common, count end
+  if differ and how.use.name and count >= (common == DEFAULT_KEY and 2 or 3) then return common, count end
 end
 
--- Marks chunks as doubtful: a root key common to all, and key 60 if neither name nor pitch confirms
--- it. Doubtful keys are used only after all other sources.
+-- Marks chunks as doubtful: a root key common to all, and key 60 if the pitch, or without
+-- a pitch the name, differs. Doubtful keys are used only after all other sources.
 local function doubtChunks(batch, how)
   local common, count = commonKey(batch, how)
   if common then
@@ -133,17 +133,17 @@ local function doubtChunks(batch, how)
   end
   local unsure, doubted = {}, 0
   for _, it in ipairs(batch.list) do
-    if it.chunk == UNSAID and rootkeys.ofName(it, how) ~= UNSAID then unsure[it] = true end
+    if it.chunk == DEFAULT_KEY and rootkeys.ofName(it, how) ~= DEFAULT_KEY then unsure[it] = true end
   end
   if how.use.pitch then recordings.measure(batch, unsure) end
   for it in pairs(unsure) do
-    local contradicted = it.pitch and notes.nearest(it.pitch) ~= UNSAID
+    local contradicted = it.pitch and notes.nearest(it.pitch) ~= DEFAULT_KEY
     it.doubted = contradicted or not it.pitch and how.use.name and rootkeys.ofName(it, how) ~= nil
     if it.doubted then doubted = doubted + 1 end
   end
   if doubted > 0 then
     cli.note("chunks", ("the root key %s of %d file%s differs from name or pitch: not used")
-             :format(notes.label(UNSAID), doubted, doubted == 1 and "" or "s"))
+             :format(notes.label(DEFAULT_KEY), doubted, doubted == 1 and "" or "s"))
   end
 end
 

@@ -39,7 +39,7 @@ function stereo.pair(zones)
   end
 end
 
--- The channels that a zone, or the pair that it is the left one of, plays: "stereo", "1", or "all".
+-- What a zone plays: "stereo" for the left zone of a pair, otherwise the channel ("1"), or "all".
 function stereo.name(zone)
   return zone.pair and "stereo" or zone.channel >= 0 and tostring(zone.channel + 1) or "all"
 end

@@ -12,7 +12,7 @@
   METHOD(Write, "Write the program to PrgPath or to its own file, which is replaced; other hard links to it keep the old content. WriteMode is passed to the file layer (default 51).") \
   METHOD(Find, "Attach a program that is already in memory, by file name. MC sets the MIDI channel, -1 is Omni.") \
   METHOD(Create, "Attach a new program: a copy of ProgramToCopy's program, or a default program if it is a null object. With CopySamples false the zones are empty.") \
-  METHOD(Register, "Register an algorithm. OnProgramParameterChanged is called for every change, OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.") \
+  METHOD(Register, "Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.") \
   METHOD(WriteDataToPad, "Write the values of the numbered parameters to slot SlotID of a data pad.") \
   METHOD(ReadDataFromPad, "Set the parameters stored in slot SlotID of a data pad.") \
   METHOD(EmptyPadData, "Clear a data pad.") \

@@ -10,7 +10,8 @@
 #include "sample/SampleList.h"
 #include "util/PlexList.h"
 
-// The method table: 295 rows and a terminating one. It is a constant, so it is filled first.
+// The method table: 295 rows and a terminating one. It is a constant, so it is complete before the
+// members below are initialised.
 ZylFuncInfo* MethodTable();
 
 // The members are initialised in their order when the library is loaded, and cleaned up in reverse
@@ -33,15 +34,15 @@ class ModuleState {
 
  public:
   int sampleType;                      // what the host returned for "CSample"; not used
-  ZylDllRegisterClass* registrations;  // last pushed record first
+  ZylDllRegisterClass* registrations;  // a stack: the record pushed last comes first
 
  private:
   std::unique_ptr<hashEntry> hash_;
 
  public:
-  uint32_t auxTable = 0;  // only its end
+  uint32_t auxTable = 0;  // unused: a table with nothing but its end mark
   PlexList<ZylSProgram*> programRegistry;
-  bool lockAll;  // every attached record is locked while it is attached
+  bool lockAll;  // locks the memory of records while they are attached
   TempSampleList tempSamples;
   PitchJobManager pitchJobs;
 

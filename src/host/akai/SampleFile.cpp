@@ -288,8 +288,8 @@ WritableSound SampleFile::Writable(const std::vector<int>& channels) {
     sound.unpinned.lock();
   }
   for (size_t i = 0; i < channels.size(); ++i) {
-    // Reading a count of 1 does not order the edit after the last read of a worker that has just
-    // dropped the block; dropping one more reference does.
+    // use_count() is a relaxed load: it does not order the edit after the last read of a worker
+    // that has just released the block. Releasing a reference does (acquire and release).
     SampleBlock(at(channels[i])).reset();
     sound.channels[i] = at(channels[i]).get();
   }

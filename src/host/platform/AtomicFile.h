@@ -1,9 +1,10 @@
 // Replaces a file atomically.
 //
 // Write() appends to a temporary file in the target's folder. Commit() flushes it to disk and
-// renames it over the target. Destroying the object without a successful Commit removes the
-// temporary file and leaves the target unchanged. If the target is a symbolic link, the file that
-// it points to is replaced and the link is kept.
+// renames it over the target. Destroying the object before Commit, or after a Commit that failed
+// before the rename, removes the temporary file and leaves the target unchanged. If only flushing
+// the folder fails, Commit returns false although the target is replaced. If the target is a
+// symbolic link, the file that it points to is replaced and the link is kept.
 //
 // An existing target must be a regular file that the process may write. A target without any write
 // permission is refused for every user, including the superuser. The new file gets the target's
