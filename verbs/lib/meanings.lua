@@ -46,7 +46,8 @@ local LISTS = {
            KGenv3Rate1 KGenv3Rate2 KGenv3Rate3 KGenv3Rate4 PRGLFOdelay PRGLFO2delay]],
   cutoff = "KGfilterFreq",
   cutoffAmount = [[ZonefilterOffset KGfilterKey KGfilterVel KGfilterLFO2 KGfilterEnv2 KGvelFilterEnv
-                   KGfilterModGain1 KGfilterModGain2 KGfilterModGain3 PRGsoftPedalFilter]],
+                   KGfilterModGain1 KGfilterModGain2 KGfilterModGain3 KGenv3VelFilter
+                   PRGsoftPedalFilter]],
   speed = "PRGLFOspeed PRGLFO2speed",
   loudness = "PRGloudness",
   level = [[ZoneloudnessOffset PRGloudVel PRGloudKey PRGloudPrs KGvelVolume PRGampModGain2
