@@ -209,12 +209,34 @@ TEST(Onsets, FindsQuietNotesInTheTailsOfLoudOnes) {
     }
   }
   EXPECT_EQ(FindNotes(take.sound, {.count = 4}).size(), 4U);
-  EXPECT_EQ(FindNotesAt(take.sound, take.onsets, 2000).size(), 9U);
+  std::vector<size_t> places = take.onsets;
+  places.push_back(static_cast<size_t>(9.4 * kRate));  // silent
+  const auto placed = FindNotesAt(take.sound, places, 2000);
+  ASSERT_EQ(placed.size(), 9U);
+  for (size_t i = 0; i < 9; ++i) EXPECT_LE(placed[i].onset, take.onsets[i]);
   EXPECT_TRUE(FindNotes({kRate, {std::vector<float>(50000)}}, {}).empty());
   for (size_t frames = 1; frames < 300; ++frames) {
     const Sound click{kRate, {std::vector<float>(frames, 0.5F)}};
     for (const NoteRange& note : FindNotes(click, {})) EXPECT_LT(note.last, frames);
   }
+}
+
+TEST(Onsets, FindsSlowNotesAfterSilenceAndClearOnesAfterUnclearOnes) {
+  Sound sound = Note(220, 4, 1, 0, 0.3, 1, 0.8);
+  auto& values = sound.channels[0];
+  values.insert(values.begin(), static_cast<size_t>(kRate), 0.0F);
+  const auto slow = FindNotes(sound, {});
+  ASSERT_EQ(slow.size(), 1U);
+  EXPECT_NEAR(static_cast<double>(slow[0].onset), kRate, 0.01 * kRate);
+  // A quiet note 0.1 s before a loud one.
+  for (const auto& [at, amplitude] : {std::pair{2.9, 0.03}, std::pair{3.0, 0.5}}) {
+    const Sound note = Note(500, 1, 1, 0, amplitude, 1, 0.002);
+    const auto first = static_cast<size_t>(at * kRate);
+    for (size_t i = 0; i < note.Frames(); ++i) values[first + i] += note.channels[0][i];
+  }
+  const auto counted = FindNotes(sound, {.count = 2});
+  ASSERT_EQ(counted.size(), 2U);
+  EXPECT_NEAR(static_cast<double>(counted[1].onset), 3 * kRate, 0.01 * kRate);
 }
 
 TEST(RootPitch, CorrectsTracksThatAreOctavesOff) {

@@ -23,10 +23,14 @@ constexpr size_t kBlocksBefore = 6;  // 30 ms
 constexpr float kRelevantDb = 35;    // below the loudest band
 constexpr float kNoisePart = 0.02F;  // the part of the recording that is at most noise
 constexpr float kAboveNoiseDb = 3;
-constexpr float kRangeDb = 80;  // below the loudest moment: counts as noise
-constexpr float kNoteDb = 50;   // a note reaches at least this below the loudest moment
+constexpr float kRangeDb = 80;        // below the loudest moment: counts as noise
+constexpr float kNoteDb = 50;         // a note reaches at least this below the loudest moment
+constexpr size_t kSilentBlocks = 20;  // 0.1 s
+constexpr size_t kSlowBlocks = 60;    // 0.3 s: the longest slow attack
+constexpr float kClearDb = 15;        // that a sound reaches above the noise
 constexpr float kMostRise = 30;
 constexpr float kLeastRise = 4;
+constexpr float kLeastCountedRise = 1.5F;  // if the number of notes is known
 constexpr float kDropWeight = 1.0F / 3;
 constexpr double kFitSeconds = 0.12;    // of the predictor, before an onset
 constexpr double kEarlySeconds = 0.06;  // an onset is at most this before the largest rise
@@ -38,7 +42,11 @@ constexpr double kLeastResidual = 5e-6;
 constexpr std::ptrdiff_t kConfirmedCells = 7;  // of the following eight
 // Amplitudes of a new note over the tail, in the residual: the next one if the first finds nothing.
 constexpr std::array kOverTail = {1.4, 1.2, 1.08};
-constexpr double kEndDb = -60;  // a note ends at this level below its peak
+constexpr double kEndDb = -60;        // a note ends at this level relative to its peak,
+constexpr double kLeastFadeDb = -20;  // or in the noise, but not above this level
+constexpr double kSilenceDb = -30;    // relative to the loudest moment
+
+double FromDecibels(double db) { return std::pow(10, db / 20); }
 
 size_t BlockFrames(const Sound& sound) {
   return std::max<size_t>(1, static_cast<size_t>(kBlockSeconds * sound.rateHz));
@@ -89,6 +97,14 @@ std::vector<Spectrum> BandLevels(const Sound& sound) {
   return levels;
 }
 
+// The level that the quietest part of a recording has at most. Reorders `levels`.
+float QuietLevel(std::vector<float>& levels) {
+  const auto place = levels.begin() + static_cast<std::ptrdiff_t>(
+                                          kNoisePart * static_cast<float>(levels.size() - 1));
+  std::nth_element(levels.begin(), place, levels.end());
+  return *place;
+}
+
 // Raises each band to its noise, which is what the quietest part of the recording has.
 void RaiseToNoise(std::vector<Spectrum>& levels) {
   float loudest = -200;
@@ -98,10 +114,7 @@ void RaiseToNoise(std::vector<Spectrum>& levels) {
   std::vector<float> sorted(levels.size());
   for (size_t i = 0; i < kBands; ++i) {
     for (size_t t = 0; t < levels.size(); ++t) sorted[t] = levels[t][i];
-    const auto place = static_cast<size_t>(kNoisePart * static_cast<float>(sorted.size() - 1));
-    std::nth_element(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(place),
-                     sorted.end());
-    const float noise = std::max(sorted[place] + kAboveNoiseDb, loudest - kRangeDb);
+    const float noise = std::max(QuietLevel(sorted) + kAboveNoiseDb, loudest - kRangeDb);
     for (Spectrum& spectrum : levels) spectrum[i] = std::max(spectrum[i], noise);
   }
 }
@@ -147,6 +160,30 @@ std::vector<Evidence> EvidenceOf(const std::vector<Spectrum>& levels) {
   return evidence;
 }
 
+// The blocks at which the level `total` rises from silence, however slowly.
+std::vector<size_t> EndsOfSilence(const std::vector<float>& total) {
+  std::vector<float> sorted = total;
+  const float loudest = *std::max_element(total.begin(), total.end());
+  const float silence = std::max(QuietLevel(sorted) + kAboveNoiseDb, loudest - kRangeDb);
+  if (silence > loudest - kNoteDb) return {};  // no pauses
+  std::vector<size_t> ends;
+  size_t silent = 0;  // blocks before t
+  for (size_t t = 0; t < total.size(); ++t) {
+    if (total[t] <= silence) {
+      ++silent;
+      continue;
+    }
+    const auto after = total.begin() + static_cast<std::ptrdiff_t>(t);
+    const auto end = after + static_cast<std::ptrdiff_t>(std::min(kSlowBlocks, total.size() - t));
+    if (silent >= kSilentBlocks &&
+        *std::max_element(after, end) >= std::max(silence + kClearDb, loudest - kNoteDb)) {
+      ends.push_back(t);
+    }
+    silent = 0;
+  }
+  return ends;
+}
+
 // The blocks of onsets.
 std::vector<size_t> Choose(const std::vector<Evidence>& evidence, const std::vector<float>& total,
                            const OnsetWish& wish) {
@@ -156,7 +193,7 @@ std::vector<size_t> Choose(const std::vector<Evidence>& evidence, const std::vec
   std::vector<size_t> order;
   for (size_t t = 0; t < evidence.size(); ++t) {
     if (evidence[t].loudest < loudest - kNoteDb) continue;
-    if (evidence[t].bands >= kLeastRise) order.push_back(t);
+    if (evidence[t].bands >= (wish.count > 0 ? kLeastCountedRise : kLeastRise)) order.push_back(t);
   }
   std::stable_sort(order.begin(), order.end(),
                    [&](size_t a, size_t b) { return evidence[a].bands > evidence[b].bands; });
@@ -170,23 +207,35 @@ std::vector<size_t> Choose(const std::vector<Evidence>& evidence, const std::vec
   }
   std::sort(peaks.begin(), peaks.end());
 
+  const auto limit = static_cast<float>(wish.scoreDb);
   const auto apart = static_cast<size_t>(wish.shortestSeconds / kBlockSeconds);
-  std::vector<std::pair<float, size_t>> chosen;  // score and block
+  std::vector<std::pair<float, size_t>> scores;  // score and block
+  size_t previous = 0;                           // block of the previous onset
   for (const size_t t : peaks) {
-    const size_t previous = chosen.empty() ? 0 : chosen.back().second;
-    if (!chosen.empty() && t < previous + apart) continue;
-    const Evidence& it = evidence[t];
     const size_t first = t > kBlocksBefore ? t - kBlocksBefore : 0;
-    const float before = t == 0 ? -200 : *std::max_element(&total[first], &total[t]);
-    const float most =
-        t == 0 ? -200 : *std::max_element(&total[std::min(previous, first)], &total[t]);
-    const float drop = most - before;
-    const float score = it.bands + kDropWeight * drop;
-    if (wish.count > 0 || score >= static_cast<float>(wish.scoreDb)) chosen.emplace_back(score, t);
+    const float before = t == 0 ? 0 : *std::max_element(&total[first], &total[t]);
+    const float most = t == 0 ? 0 : *std::max_element(&total[std::min(previous, first)], &total[t]);
+    const float score = evidence[t].bands + kDropWeight * (most - before);
+    if (score >= limit) previous = t;
+    if (score >= limit || wish.count > 0) scores.emplace_back(score, t);
   }
-  if (wish.count > 0 && chosen.size() > wish.count) {
-    std::sort(chosen.rbegin(), chosen.rend());
-    chosen.resize(wish.count);
+  for (const size_t t : EndsOfSilence(total)) {
+    const bool isFound = std::any_of(scores.begin(), scores.end(), [&](const auto& it) {
+      return it.first >= limit && it.second + kBlocksAfter >= t && it.second < t + kSlowBlocks;
+    });
+    if (!isFound) scores.emplace_back(kMostRise, t);
+  }
+  std::stable_sort(scores.begin(), scores.end(),
+                   [](const auto& a, const auto& b) { return a.first > b.first; });
+  // The clearest first, so that an unclear one nearby does not take its place.
+  std::vector<std::pair<float, size_t>> chosen;
+  for (const auto& it : scores) {
+    if (wish.count > 0 && chosen.size() == wish.count) break;
+    if (std::none_of(chosen.begin(), chosen.end(), [&](const auto& other) {
+          return it.second < other.second + apart && other.second < it.second + apart;
+        })) {
+      chosen.push_back(it);
+    }
   }
   std::vector<size_t> blocks;
   blocks.reserve(chosen.size());
@@ -267,37 +316,53 @@ size_t FirstUnpredicted(const Sound& sound, size_t early, size_t late, size_t ot
   return otherwise;
 }
 
-// Ends each note that begins at one of `starts` where it has faded, or where the next one begins.
-std::vector<NoteRange> WithEnds(const Sound& sound, const std::vector<size_t>& starts) {
+struct Onset {
+  size_t frame;
+  size_t place = 0;
+  bool found = true;  // otherwise assumed at a place
+};
+
+// The notes with these onsets, which are in rising order. Each ends where it has faded, or where
+// the next one begins.
+std::vector<NoteRange> WithEnds(const Sound& sound, const std::vector<Onset>& onsets) {
+  if (onsets.empty()) return {};
+  const auto margin = static_cast<size_t>(kOnsetMarginSeconds * sound.rateHz);
+  const auto start = [margin](const Onset& it) { return it.frame - std::min(it.frame, margin); };
   const size_t block = BlockFrames(sound);
   const std::vector<float> levels = BlockLevels(sound, block);
   std::vector<float> sorted = levels;
-  const auto place = sorted.begin() + static_cast<std::ptrdiff_t>(
-                                          kNoisePart * static_cast<float>(sorted.size() - 1));
-  std::nth_element(sorted.begin(), place, sorted.end());
-  const double noise = static_cast<double>(*place) * std::pow(10, kAboveNoiseDb / 20);
+  const double noise =
+      static_cast<double>(QuietLevel(sorted)) * FromDecibels(static_cast<double>(kAboveNoiseDb));
+  const double loudest = static_cast<double>(*std::max_element(levels.begin(), levels.end()));
   std::vector<NoteRange> notes;
-  for (size_t i = 0; i < starts.size(); ++i) {
-    const size_t first = starts[i];
-    const size_t end = i + 1 < starts.size() ? starts[i + 1] : sound.Frames();
+  for (size_t i = 0; i < onsets.size(); ++i) {
+    const size_t first = start(onsets[i]);
+    const size_t end = i + 1 < onsets.size() ? start(onsets[i + 1]) : sound.Frames();
     const size_t firstBlock = first / block;
     size_t last = std::max((end + block - 1) / block, firstBlock + 1) - 1;
     const size_t lastBlock = last;
-    float peak = 0;
-    for (size_t b = firstBlock; b <= last; ++b) peak = std::max(peak, levels[b]);
-    const double limit = std::max(noise, static_cast<double>(peak) * std::pow(10, kEndDb / 20));
-    // The block of the next onset may already hold some of it.
+    // The block of the next onset may already contain some of it.
     if (last > firstBlock && end < sound.Frames()) --last;
+    const double peak =
+        static_cast<double>(*std::max_element(&levels[firstBlock], &levels[last] + 1));
+    const double silence = std::min(2 * noise, loudest * FromDecibels(kSilenceDb));
+    const double faint = loudest * FromDecibels(static_cast<double>(-kNoteDb));
+    if (!onsets[i].found && peak <= std::max(silence, faint)) continue;
+    // Recordings without pauses have no noise to measure: their quietest part is a note.
+    const double limit =
+        std::max(std::min(noise, peak * FromDecibels(kLeastFadeDb)), peak * FromDecibels(kEndDb));
     while (last > firstBlock && static_cast<double>(levels[last]) <= limit) --last;
     const bool cut = end < sound.Frames() && last + 1 >= lastBlock;
-    notes.push_back({first, cut ? end - 1 : std::min((last + 2) * block, end) - 1, cut});
+    notes.push_back({first, cut ? end - 1 : std::min((last + 2) * block, end) - 1, cut,
+                     onsets[i].frame, onsets[i].place});
   }
   return notes;
 }
 
-size_t WithMargin(const Sound& sound, size_t onset) {
+// Adds an onset unless it would begin in the margin of the previous one.
+void Add(std::vector<Onset>& onsets, const Sound& sound, const Onset& onset) {
   const auto margin = static_cast<size_t>(kOnsetMarginSeconds * sound.rateHz);
-  return onset > margin ? onset - margin : 0;
+  if (onsets.empty() || onset.frame > onsets.back().frame + margin) onsets.push_back(onset);
 }
 
 }  // namespace
@@ -312,28 +377,25 @@ std::vector<NoteRange> FindNotes(const Sound& sound, const OnsetWish& wish) {
   const size_t block = BlockFrames(sound);
   const auto early = static_cast<size_t>(kEarlySeconds * sound.rateHz);
   const auto late = static_cast<size_t>(kLateSeconds * sound.rateHz);
-  std::vector<size_t> starts;
+  std::vector<Onset> onsets;
   for (const size_t t : chosen) {
     const size_t at = t * block;
-    const size_t onset = FirstUnpredicted(sound, at > early ? at - early : 0,
-                                          std::min(at + late, sound.Frames()), at);
-    const size_t start = WithMargin(sound, onset);
-    if (starts.empty() || start > starts.back()) starts.push_back(start);
+    Add(onsets, sound,
+        {FirstUnpredicted(sound, at > early ? at - early : 0, std::min(at + late, sound.Frames()),
+                          at)});
   }
-  return WithEnds(sound, starts);
+  return WithEnds(sound, onsets);
 }
 
 std::vector<NoteRange> FindNotesAt(const Sound& sound, const std::vector<size_t>& places,
                                    size_t reach) {
-  std::vector<size_t> starts;
-  for (const size_t place : places) {
-    if (place >= sound.Frames()) break;
-    const size_t late = std::min(place + reach, sound.Frames());
-    const size_t onset = FirstUnpredicted(sound, place > reach ? place - reach : 0, late, late);
-    const size_t start = onset == late ? place : WithMargin(sound, onset);
-    if (starts.empty() || start > starts.back()) starts.push_back(start);
+  std::vector<Onset> onsets;
+  for (size_t i = 0; i < places.size() && places[i] < sound.Frames(); ++i) {
+    const size_t place = places[i];
+    const size_t onset = FirstUnpredicted(sound, place > reach ? place - reach : 0, place, place);
+    Add(onsets, sound, {onset, i, onset < place});
   }
-  return starts.empty() ? std::vector<NoteRange>() : WithEnds(sound, starts);
+  return WithEnds(sound, onsets);
 }
 
 }  // namespace zyl::audio

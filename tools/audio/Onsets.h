@@ -11,7 +11,8 @@
 //
 //   rise + drop / 3 >= OnsetWish::scoreDb
 //
-// where drop is how far the sound has faded since the previous onset. Each onset is then located in
+// where drop is how far the sound has faded since the previous onset. A sound after silence is an
+// onset too, however slowly it rises. Each onset is then located in
 // the prediction residual (see Prediction.h): a predictor fitted to the sound before the onset
 // predicts the tail of the previous note, so that the first values that it does not predict belong
 // to the new one.
@@ -31,17 +32,19 @@ struct OnsetWish {
 };
 
 struct NoteRange {
-  size_t first;
-  size_t last;  // the last frame above the noise, at most the one before the next note
-  bool cut;     // the note still sounds at `last`
+  size_t first;  // kOnsetMarginSeconds before the onset
+  size_t last;   // the last frame above the noise, at most the one before the next note
+  bool cut;      // the note still sounds at `last`
+  size_t onset;
+  size_t place;  // FindNotesAt: index of its place
 };
 
-// In order of time. A note begins kOnsetMarginSeconds before its onset, so that nothing of it is
-// lost. Requires a rate above 0.
+// In order of time. Requires a rate above 0.
 std::vector<NoteRange> FindNotes(const Sound& sound, const OnsetWish& wish);
 
 // The notes that begin near `places`, frames in rising order: for recordings of a known sequence.
-// Each begins at the onset within `reach` frames of its place, otherwise at the place.
+// The onset of each is the one found within `reach` frames of its place, otherwise the place.
+// Places without an onset at which the recording is silent have no note.
 std::vector<NoteRange> FindNotesAt(const Sound& sound, const std::vector<size_t>& places,
                                    size_t reach);
 

@@ -243,7 +243,8 @@ int Notes(lua_State* L) {
   const Options options(L, 2, "notes", {"rise", "shortest", "count", "places", "reach"});
   constexpr lua_Integer kFrames = std::numeric_limits<int32_t>::max();
   std::vector<audio::NoteRange> notes;
-  if (lua_getfield(L, 2, "places") == LUA_TTABLE) {
+  const bool atPlaces = lua_getfield(L, 2, "places") == LUA_TTABLE;
+  if (atPlaces) {
     std::vector<size_t> places;
     for (lua_Integer i = 1; lua_geti(L, -1, i) != LUA_TNIL; ++i) {
       const lua_Integer place = luaL_checkinteger(L, -1);
@@ -263,11 +264,13 @@ int Notes(lua_State* L) {
   lua_createtable(L, static_cast<int>(notes.size()), 0);
   lua_Integer index = 0;
   for (const auto& note : notes) {
-    lua_createtable(L, 0, 3);
+    lua_createtable(L, 0, 5);
     PushInteger(L, "first", note.first);
     PushInteger(L, "last", note.last);
     lua_pushboolean(L, note.cut);
     lua_setfield(L, -2, "cut");
+    PushInteger(L, "onset", note.onset);
+    if (atPlaces) PushInteger(L, "place", note.place + 1);
     lua_rawseti(L, -2, ++index);
   }
   return 1;
