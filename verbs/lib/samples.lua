@@ -88,8 +88,8 @@ local function sizeOf(path)
   return math.min(size, 1 << 40)
 end
 
-local function start(program, index, path, settings)
-  local sample, found = samples.open(program, path)
+local function start(program, index, path, settings, open)
+  local sample, found = open(program, path, index)
   if not sample then error(found, 0) end
   local sound = audio.sound(program, sample)
   if not program:CalcSamplePitch(sample, table.unpack(audio.trackSettings(sound, settings))) then
@@ -102,20 +102,23 @@ end
 -- Tracks the pitch of all files, one file per processor core at a time (each request runs in its
 -- own thread). `settings` are those that audio.trackSettings is to use. For each file calls
 -- handlers.done(index, sample, track, found, sound), in order of completion, or
--- handlers.failed(index, reason); calls handlers.shown(fraction, path) periodically.
+-- handlers.failed(index, reason); calls handlers.shown(fraction, path) periodically. Samples that are
+-- no files yet need handlers.open(program, path, index), used instead of samples.open, and
+-- handlers.size(index), for the progress.
 function samples.tracks(program, paths, settings, handlers)
   local most, active, following = cores(), {}, 1
   local listening = listener(program)
   local sizes, total, finished = {}, 0, 0
   for i, path in ipairs(paths) do
-    sizes[i] = sizeOf(path)
+    sizes[i] = handlers.size and handlers.size(i) or sizeOf(path)
     total = total + sizes[i]
   end
   while following <= #paths or #active > 0 do
     while #active < most and following <= #paths do
       local index = following
       following = following + 1
-      local job, reason = cli.try(start, program, index, paths[index], settings)
+      local job, reason = cli.try(start, program, index, paths[index], settings,
+                                  handlers.open or samples.open)
       if job then
         active[#active + 1] = job
       else
