@@ -338,5 +338,47 @@ TEST_F(Export, WritesAllOrNothingAndCanBeUndone) {
   EXPECT_TRUE(Has(run.out, "edge.wav is missing")) << run.out;
 }
 
+TEST_F(Export, PlayRendersLayersPitchAndSides) {
+  Tone("soft.wav", 220);
+  Tone("loud.wav", 330);
+  const Program program;
+  program.Make();
+  for (const int zone : {0, 1}) {
+    program("ZoneSampleSet", 0, zone, Path(zone == 0 ? "soft.wav" : "loud.wav"));
+    program("ZonetuneOffset", 0, zone, 256 * 3);
+    program("ZonelowVel", 0, zone, zone == 0 ? 0 : 64);
+    program("ZonehighVel", 0, zone, zone == 0 ? 63 : 127);
+    program("ZonepanOffset", 0, zone, zone == 0 ? -50 : 50);
+  }
+  ASSERT_TRUE(program("Write", Path("tones.zprg")).Bool());
+  const struct {
+    const char* note;
+    double hertz;
+    size_t silentChannel;
+  } cases[] = {{"57:63:0.8", 220, 1}, {"57:64:0.8", 330, 0}, {"69:20:0.4", 440, 1}};
+  for (const auto& it : cases) {
+    const Finished run = Zyl(
+        "play " + Quoted("tones.zprg") + " " + it.note + " --force -o " + Quoted("out.wav"), true);
+    if (Has(run.out, "is not installed")) GTEST_SKIP() << run.out;
+    ASSERT_EQ(run.status, 0) << run.out;
+    const std::string bytes = FileBytes(Path("out.wav"));
+    const auto value = [&](size_t frame, size_t channel) {
+      return static_cast<int32_t>(U(bytes, 44 + 6 * frame + 3 * channel, 3) << 8) / 256.0;
+    };
+    std::vector<double> rises;  // frames at which the sound rises through 0
+    for (size_t i = 1001; i < 16000; ++i) {
+      EXPECT_EQ(value(i, it.silentChannel), 0);
+      const double before = value(i - 1, 1 - it.silentChannel);
+      const double after = value(i, 1 - it.silentChannel);
+      if (before < 0 && after >= 0) {
+        rises.push_back(static_cast<double>(i) - after / (after - before));
+      }
+    }
+    ASSERT_GT(rises.size(), 2u);
+    const double period = (rises.back() - rises.front()) / static_cast<double>(rises.size() - 1);
+    EXPECT_NEAR(1200 * std::log2(44100 / period / it.hertz), 0, 2) << it.note;
+  }
+}
+
 }  // namespace
 }  // namespace zyl::test

@@ -11,6 +11,7 @@
 #include "HostTable.h"
 #include "Interruption.h"
 #include "Objects.h"
+#include "PlayerCalls.h"
 #include "Shipped.h"
 
 namespace zyl {
@@ -57,6 +58,7 @@ int OpenState(lua_State* L) {
   OpenObjects(L);
   OpenHostTable(L);
   OpenAudio(L);
+  OpenPlayer(L);
   OpenLuaFolder(L);
   return 0;
 }
