@@ -40,6 +40,11 @@ constexpr size_t kTailCells = 30;
 constexpr size_t kAttackCells = 10;
 constexpr double kLeastResidual = 5e-6;
 constexpr std::ptrdiff_t kConfirmedCells = 7;  // of the following eight
+// A slow attack rises in power at most by kSlowRise, at least by 1 / kRising, in kRiseCells.
+constexpr size_t kRiseCells = 8;
+constexpr size_t kMostRiseCells = 60;
+constexpr double kSlowRise = 2.5;
+constexpr double kRising = 0.9;
 // Amplitudes of a new note over the tail, in the residual: the next one if the first finds nothing.
 constexpr std::array kOverTail = {1.4, 1.2, 1.08};
 constexpr double kEndDb = -60;        // a note ends at this level relative to its peak,
@@ -270,6 +275,26 @@ struct Unpredicted {
     }
     return cells.size();
   }
+
+  // The cell at which the rise to cell `found` begins, if it is slow.
+  size_t StartOfRise(size_t found) const {
+    const auto power = [this](size_t first) {
+      double sum = 0;
+      const size_t end = std::min(first + kRiseCells, cells.size());
+      for (size_t i = first; i < end; ++i) sum += cells[i] * cells[i];
+      return sum;
+    };
+    size_t at = found;
+    double level = power(at);
+    if (at < kRiseCells || level > kSlowRise * power(at - kRiseCells)) return found;
+    while (at >= kRiseCells && found - at < kMostRiseCells) {
+      const double before = power(at - kRiseCells);
+      if (before > kRising * level) break;
+      at -= kRiseCells;
+      level = before;
+    }
+    return at;
+  }
 };
 
 Unpredicted Predict(const Sound& sound, Channel channel, size_t early, size_t late) {
@@ -309,7 +334,9 @@ size_t FirstUnpredicted(const Sound& sound, size_t early, size_t late, size_t ot
       if (found == it.cells.size()) continue;
       size_t at = found * it.cell;
       while (static_cast<double>(std::fabs(it.residual[at])) <= limit) ++at;
-      earliest = std::min(earliest, it.start + at);
+      const size_t rise = it.StartOfRise(found);
+      if (rise < found) at = rise * it.cell;
+      earliest = std::min(earliest, std::max(it.start + at, early));
     }
     if (earliest < late) return earliest;
   }

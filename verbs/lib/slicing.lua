@@ -48,9 +48,9 @@ local function align(onsets, song)
   if 2 * #best < #song then
     error(("only %d of the %d notes of the song begin where it has them; see --from"):format(#best, #song), 0)
   end
-  -- Soft notes are found late, so early ones decide, but not the very first few, which may be wrong.
+  -- Slow notes are found late, so early ones decide, but a few are found too early.
   table.sort(best)
-  return offset + best[(#best + 9) // 10]
+  return offset + best[(#best + 3) // 4]
 end
 
 local function firstOnset(sound)
