@@ -190,6 +190,12 @@ class Export : public Verbs {
     program("KGfilterFreq", 0, 60);
     program("KGfilterVel", 0, 10);
     program("KGmuteGroup", 2, 2);
+    program("KGfilterEnv2", 0, 10);
+    program("KGampVelModAtt", 1, 20);
+    program("KGpitchModLFO1", 3, 10);
+    program("PRGLFOdepth", 99);
+    program("KGenv2Level2", 3, 33);  // not attack, decay, sustain and release
+    program("KGenvPitch", 3, 50);
     program("ZoneconstantPitch", 2, 0, 1);
     program("Zoneplaybacktype", 2, 0, 4);
     program("ZoneloudnessOffset", 3, 0, -20);
@@ -240,6 +246,14 @@ TEST_F(Export, SfzHasTheOpcodesOfEachRegion) {
       {5, "sample", "st 2.wav"},
       {5, "pan", "-60"},
       {5, "volume", "-10"},
+      {0, "fileg_depth", "1200"},
+      {1, "ampeg_vel2attack", "0.0064"},
+      {5, "lfo01_pitch", "240"},
+      {5, "lfo01_freq", "5"},
+      {5, "eg01_level2", "0.3333"},
+      {5, "eg01_sustain", "3"},
+      {5, "eg01_pitch", "1200"},
+      {0, "amp_veltrack", "68.3772"},
   };
   for (const auto& it : cases) {
     const auto found = regions[it.region].find(it.name);
@@ -292,6 +306,7 @@ TEST_F(Export, Sf2HasLegalLoopsLinkedPairsAndAllBits) {
       {0, 17, -500}, {1, 17, 500}, {0, 43, 50 << 8}, {0, 58, 57},      {0, 52, 25},
       {0, 54, 1},    {0, 8, 8749}, {0, 34, -11959},  {2, 44, 63 << 8}, {3, 54, 3},
       {5, 56, 0},    {5, 57, 2},   {5, 38, 8000},    {6, 17, -300},    {6, 48, 100},
+      {0, 11, 1200}, {6, 6, 240},  {6, 24, -851},    {6, 7, 1200},
   };
   for (const auto& it : cases) {
     EXPECT_TRUE(zones[it.zone].contains(it.generator) &&
@@ -299,6 +314,19 @@ TEST_F(Export, Sf2HasLegalLoopsLinkedPairsAndAllBits) {
         << it.zone << " " << it.generator;
   }
   EXPECT_FALSE(zones[5].contains(54));
+  const auto modulators = [&](std::vector<uint32_t> record) {  // source, target, amount
+    const std::string& imod = bank.chunks.at("imod");
+    int count = 0;
+    for (size_t at = 0; at < imod.size(); at += 10) {
+      count +=
+          std::vector<uint32_t>{U(imod, at, 2), U(imod, at + 2, 2), U(imod, at + 4, 2)} == record;
+    }
+    return count;
+  };
+  EXPECT_EQ(modulators({0x0502, 48, 0}), 1);    // in place of the standard's
+  EXPECT_EQ(modulators({0x0102, 48, 100}), 1);  // 10 dB by velocity
+  EXPECT_EQ(modulators({0x0002, 34, 3464}), 3);
+  EXPECT_EQ(modulators({0x0002, 8, 1200}), 2);
 }
 
 TEST_F(Export, WritesAllOrNothingAndCanBeUndone) {
