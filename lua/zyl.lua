@@ -30,7 +30,7 @@ local function handleMethods(kind, names, own)
     end
     if not fits then
       if not method then local _ = handle.program[name] end  -- raises the error with a suggestion
-      error(("%s is no method of a %s"):format(name, kind), 2)
+      error(("%s is not a method of a %s"):format(name, kind), 2)
     end
     if #names == 1 then
       found[name] = function(self, ...)

@@ -29,8 +29,8 @@ local first = prg:keygroups()()
 check.equal(first:zone(3):ZonelowVel(), 3)
 check.equal(tostring(first:zone(3)), "zone 3 of keygroup 0")
 for part, body in pairs {
-  ["PRGpoly is no method of a keygroup"] = function() first:PRGpoly(1) end,
-  ["KGtune is no method of a zone"] = function() first:zone(0):KGtune() end,
+  ["PRGpoly is not a method of a keygroup"] = function() first:PRGpoly(1) end,
+  ["KGtune is not a method of a zone"] = function() first:zone(0):KGtune() end,
   ['no method "KGtuen"; did you mean "KGtune"?'] = function() first:KGtuen() end,
   ['KGtune: argument 2 "NewValue" is a string'] = function() first:KGtune("x") end,
 } do

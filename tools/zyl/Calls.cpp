@@ -233,7 +233,7 @@ int ExtendClass(lua_State* L) {
     luaL_argcheck(L, named, 2, "expected functions by name");
     for (const ZylFuncInfo* own = methods; own->name != nullptr; ++own) {
       if (std::string_view(own->name) != lua_tostring(L, 3)) continue;
-      return luaL_error(L, "host.extend: %s has a method '%s' of its own", className, own->name);
+      return luaL_error(L, "host.extend: %s already has a method '%s'", className, own->name);
     }
   }
   PushAdded(L, className);

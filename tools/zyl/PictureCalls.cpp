@@ -125,9 +125,9 @@ int CollectPicture(lua_State* L) {
 PictureFile CheckPictureFile(lua_State* L, int index, const char* function) {
   size_t length = 0;
   std::string path = luaL_checklstring(L, index, &length);
-  if (path.size() != length) luaL_error(L, "%s: the file's name has a NUL in it", function);
+  if (path.size() != length) luaL_error(L, "%s: the file name contains a NUL", function);
   const std::optional<PictureKind> kind = PictureKindOf(path);
-  if (!kind) luaL_error(L, "%s: the file's name must end in .png or .svg", function);
+  if (!kind) luaL_error(L, "%s: the file name must end in .png or .svg", function);
   return {std::move(path), *kind};
 }
 

@@ -168,7 +168,7 @@ Variable& CheckVariable(lua_State* L) {
 int VariableIndex(lua_State* L) {
   const Variable& variable = CheckVariable(L);
   if (lua_type(L, 2) != LUA_TSTRING || ToText(L, 2) != "value") {
-    return luaL_error(L, "a host.var has the field 'value' only");
+    return luaL_error(L, "a host.var has only the field 'value'");
   }
   PushValue(L, variable.value);
   return 1;
@@ -177,7 +177,7 @@ int VariableIndex(lua_State* L) {
 int VariableNewIndex(lua_State* L) {
   Variable& variable = CheckVariable(L);
   if (lua_type(L, 2) != LUA_TSTRING || ToText(L, 2) != "value") {
-    return luaL_error(L, "a host.var has the field 'value' only");
+    return luaL_error(L, "a host.var has only the field 'value'");
   }
   const ParamPtr value = ToParam(L, 3, {"host.var", 0});
   *variable.value = value == nullptr ? ROCParam() : *value;

@@ -178,7 +178,7 @@ function settings.applied(list, it)
     new[of], given[setting.name] = value, true
   end
   checkPositions(new, given)
-  -- Loops are heard, and their absence is not stored as a loop.
+  -- With loops the playback type must loop, and without loops it must not.
   if given.loops and not given.playback then
     if #new.loops > 0 and new.playback == NO_LOOPS then new.playback = LOOP end
     if #new.loops == 0 and (new.playback == LOOP or new.playback == UNTIL_RELEASE) then
@@ -211,7 +211,7 @@ local function storeLoops(program, sample, loops)
   end
 end
 
--- Stores the differences in the open sample. Raises an error if it does not take a value.
+-- Stores the differences in the open sample. Raises an error if it rejects a value.
 function settings.store(program, sample, differences)
   local calls = { name = "SampleName", key = "Samplekey", tune = "Sampletune", start = "SampleStart",
                   ["end"] = "SampleEnd", playback = "SampleplaybackType" }
@@ -222,7 +222,7 @@ function settings.store(program, sample, differences)
   local facts = samples.facts(program, sample)
   for _, it in ipairs(differences) do
     if settings.text(it.name, facts[FIELDS[it.name].of], facts.rate) ~= it.newText then
-      error(("%s: the sample does not take %s"):format(it.name, it.newText), 0)
+      error(("%s: the sample rejects %s"):format(it.name, it.newText), 0)
     end
   end
 end

@@ -31,7 +31,7 @@ genericSample* loadSample(const char* path, int data, int, int channel) {
   try {
     return zyl::LoadSampleOrThrow(path, data != 0, channel).release();
   } catch (const std::bad_alloc&) {
-    ZylDiagnostic("there is not enough memory for the sample");
+    ZylDiagnostic("not enough memory for the sample");
     return nullptr;
   }
 }
