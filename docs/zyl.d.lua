@@ -129,7 +129,7 @@ function ZylSProgram:Find(PrgName, MC) end
 ---@return boolean
 function ZylSProgram:Create(ProgramToCopy, CopySamples) end
 
----Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.
+---Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg by PrepareDelete.
 ---@param RegisterModule ROCAlgo
 function ZylSProgram:Register(RegisterModule) end
 
@@ -191,7 +191,7 @@ function ZylSProgram:ReadTempSample(SamplePath, Channel, Lock) end
 ---@param Sample? CSample|host.Null
 function ZylSProgram:DeleteTempSample(Sample) end
 
----Notify the registered algorithms that the program ends (OnDeletingPrg), and release its sample objects.
+---Send OnDeletingPrg to the registered algorithms, and release the sample objects of the program.
 function ZylSProgram:PrepareDelete() end
 
 ---Set the algorithm whose pad progressUpdate (an integer) receives the state of pitch jobs: 1 while one runs, 0 at the end. Null for none.
@@ -1933,7 +1933,7 @@ function ZylSProgram:SampleLoopTimes(Sample, LoopIndex, NewValue) end
 ---@param Value integer
 function ZylSProgram:SampleSetValues(Sample, StartIndex, EndIndex, Value) end
 
----Multiply the frames from StartIndex up to, but not including, EndIndex; the results are not clamped.
+---Multiply the frames from StartIndex up to, but not including, EndIndex; the results are clamped to the sample's width.
 ---@param Sample CSample
 ---@param StartIndex integer
 ---@param EndIndex integer

@@ -8,7 +8,7 @@
 bool Dirty(ZylSProgram& object, Opt<bool, "NewDirty"> newDirty);
 bool EnableRegisterCall(ZylSProgram& object, Opt<bool, "Enable"> enable);
 int32_t MaxIndyOut(ZylSProgram& object, Opt<int32_t, "NewMaxIndyOut"> newValue);
-// Notifies the registered modules that the program object ends, and releases its sample objects.
+// Sends OnDeletingPrg to the registered modules, and releases the sample objects.
 void PrepareDelete(ZylSProgram& object);
 // Registers an algorithm, which is then notified of changes. Registering twice has no effect.
 void Register(ZylSProgram& object, AlgoArg<"RegisterModule"> module);

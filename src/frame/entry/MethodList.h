@@ -12,7 +12,7 @@
   METHOD(Write, "Write the program to PrgPath or to its own file, which is replaced; other hard links to it keep the old content. WriteMode is passed to the file layer (default 51).") \
   METHOD(Find, "Attach a program that is already in memory, by file name. MC sets the MIDI channel, -1 is Omni.") \
   METHOD(Create, "Attach a new program: a copy of ProgramToCopy's program, or a default program if it is a null object. With CopySamples false the zones are empty.") \
-  METHOD(Register, "Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg at the end of the program.") \
+  METHOD(Register, "Register an algorithm. OnProgramParameterChanged is called when a field of the program or a value set by number changes (fields of keygroups and zones do not call it), OnDeletingSmpl before a sample object or its data is deleted, OnDeletingPrg by PrepareDelete.") \
   METHOD(WriteDataToPad, "Write the values of the numbered parameters to slot SlotID of a data pad.") \
   METHOD(ReadDataFromPad, "Set the parameters stored in slot SlotID of a data pad.") \
   METHOD(EmptyPadData, "Clear a data pad.") \
@@ -23,7 +23,7 @@
   METHOD(GetTempSample, "Return the temporary sample for a path and channel if the file is in memory. Lock true locks it and returns the lock value, false returns the record number.") \
   METHOD(ReadTempSample, "Return the temporary sample for a path and channel, and load its file if it is not in memory. Lock true locks it and returns the lock value.") \
   METHOD(DeleteTempSample, "Release a temporary sample, or all of them without an argument.") \
-  METHOD(PrepareDelete, "Notify the registered algorithms that the program ends (OnDeletingPrg), and release its sample objects.") \
+  METHOD(PrepareDelete, "Send OnDeletingPrg to the registered algorithms, and release the sample objects of the program.") \
   METHOD(PitchDataProgressCB, "Set the algorithm whose pad progressUpdate (an integer) receives the state of pitch jobs: 1 while one runs, 0 at the end. Null for none.") \
   METHOD(PitchDataProgressCBFinish, "Set the algorithm whose pad pitchDataFinished (a string) receives the name of each analysed sample. Null for none.") \
   METHOD(PitchDataCalcCancel, "Cancel the running and waiting pitch jobs.") \
@@ -81,7 +81,7 @@
   METHOD(SampleLoopFineLen, "Fraction of a frame added to the length of a loop, in 1/4294967296 frame; -1.0 for an unused loop.") \
   METHOD(SampleLoopTimes, "Number of repetitions of a loop; -1 for an unused loop.") \
   METHOD(SampleSetValues, "Set the frames from StartIndex up to, but not including, EndIndex to a 16-bit value.") \
-  METHOD(SampleMultiplyValues, "Multiply the frames from StartIndex up to, but not including, EndIndex; the results are not clamped.") \
+  METHOD(SampleMultiplyValues, "Multiply the frames from StartIndex up to, but not including, EndIndex; the results are clamped to the sample's width.") \
   METHOD(SampleOffsetValues, "Add an offset to the frames from StartIndex up to, but not including, EndIndex; the results are clamped to the sample's width.") \
   METHOD(SampleReverseValues, "Reverse the frames StartIndex to EndIndex, both included.") \
   METHOD(SampleGetRefCount, "Return the number of users of the sample.") \
