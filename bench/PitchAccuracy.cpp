@@ -90,8 +90,8 @@ std::vector<double> AubioPitches(const Sound& sound, const char* method) {
   fvec_t* const in = new_fvec(kHop);
   fvec_t* const out = new_fvec(1);
   std::vector<double> pitches;
-  for (std::size_t at = 0; at + kHop <= sound.values.size(); at += kHop) {
-    for (std::size_t i = 0; i < kHop; ++i) {
+  for (size_t at = 0; at + kHop <= sound.values.size(); at += kHop) {
+    for (size_t i = 0; i < kHop; ++i) {
       in->data[i] = static_cast<float>(sound.values[at + i]) * 0x1p-15F;
     }
     aubio_pitch_do(pitch, in, out);
@@ -139,7 +139,7 @@ struct Score {
     if (cents.empty()) return 0;
     std::vector<double> sorted = cents;
     std::sort(sorted.begin(), sorted.end());
-    return sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
+    return sorted[static_cast<size_t>(share * static_cast<double>(sorted.size() - 1))];
   }
 };
 
@@ -148,7 +148,7 @@ Score ScoreAt(const Sound& sound, const std::vector<double>& pitches, int delay,
   Score score;
   for (int i = kMargin / kHop; i < (kFrames - kMargin) / kHop; ++i) {
     const int frame = std::clamp(i * kHop + sign * delay, 0, kFrames - 1);
-    score.Add(pitches[static_cast<std::size_t>(i)], sound.pitchHz[static_cast<std::size_t>(frame)]);
+    score.Add(pitches[static_cast<size_t>(i)], sound.pitchHz[static_cast<size_t>(frame)]);
   }
   return score;
 }
@@ -162,7 +162,7 @@ std::vector<Score> BestScores(const std::vector<Sound>& sounds,
   for (int delay = 0; delay <= kLongestDelay; delay += kHop) {
     std::vector<Score> scores;
     Score total;
-    for (std::size_t n = 0; n < sounds.size(); ++n) {
+    for (size_t n = 0; n < sounds.size(); ++n) {
       scores.push_back(ScoreAt(sounds[n], pitches[n], delay, sign));
       total.Add(scores.back());
     }
@@ -180,7 +180,7 @@ void PrintTroubles(const Kind& kind, const std::vector<Score>& scores) {
   std::printf("\n%s, pitches of which this tracker gets less than 95 %% right:", kind.name);
   bool any = false;
   for (int n = 0; n < kPitches; ++n) {
-    const Score& score = scores[static_cast<std::size_t>(n)];
+    const Score& score = scores[static_cast<size_t>(n)];
     if (score.Percent(score.right) >= 95) continue;
     std::printf("%s %.1f Hz (%.0f %% right, %.0f %% octave, %.0f %% wrong, %.0f %% none)",
                 any ? "," : "", PitchHz(n), score.Percent(score.right), score.Percent(score.octave),
@@ -230,7 +230,7 @@ int main() {
       "| sound | method | right %% | octave error %% | wrong %% | none %% | "
       "median error, cents | 95th percentile, cents |\n");
   std::printf("|---|---|---:|---:|---:|---:|---:|---:|\n");
-  for (std::size_t kind = 0; kind < kKinds.size(); ++kind) {
+  for (size_t kind = 0; kind < kKinds.size(); ++kind) {
     std::vector<Sound> sounds;
     sounds.reserve(kPitches);
     for (int n = 0; n < kPitches; ++n) sounds.push_back(MakeSound(kKinds[kind], PitchHz(n)));
@@ -252,7 +252,7 @@ int main() {
                   total.Percent(total.none), total.Cents(0.5), total.Cents(0.95));
     }
   }
-  for (std::size_t kind = 0; kind < kKinds.size(); ++kind) PrintTroubles(kKinds[kind], own[kind]);
+  for (size_t kind = 0; kind < kKinds.size(); ++kind) PrintTroubles(kKinds[kind], own[kind]);
   PrintNoise();
   aubio_cleanup();
   return 0;

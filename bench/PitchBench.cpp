@@ -40,7 +40,7 @@ std::vector<Sound> Tones() {
       for (int k = 1; k <= 6; ++k) {
         value += std::sin(2.0 * 3.141592653589793 * k * pitchHz * i / kRateHz + k) / k;
       }
-      tone[static_cast<std::size_t>(i)] = static_cast<int16_t>(std::lround(8000 * value));
+      tone[static_cast<size_t>(i)] = static_cast<int16_t>(std::lround(8000 * value));
     }
     tones.push_back(tone);
   }
@@ -80,9 +80,8 @@ void RunAubio(const Sound& sound, const char* method) {
   aubio_pitch_t* const pitch = new_aubio_pitch(method, 2048, kHop, static_cast<uint_t>(kRateHz));
   fvec_t* const in = new_fvec(kHop);
   fvec_t* const out = new_fvec(1);
-  for (std::size_t at = 0; at + kHop <= sound.size(); at += kHop) {
-    for (std::size_t i = 0; i < kHop; ++i)
-      in->data[i] = static_cast<float>(sound[at + i]) * 0x1p-15F;
+  for (size_t at = 0; at + kHop <= sound.size(); at += kHop) {
+    for (size_t i = 0; i < kHop; ++i) in->data[i] = static_cast<float>(sound[at + i]) * 0x1p-15F;
     aubio_pitch_do(pitch, in, out);
   }
   sink = out->data[0];
@@ -111,14 +110,14 @@ void Compare(const char* what, const std::vector<Sound>& sounds, const std::vect
   CpuSeconds(sounds, ours);
   for (int round = 0; round < kRounds; ++round) {
     own.push_back(CpuSeconds(sounds, ours));
-    for (std::size_t i = 0; i < rivals.size(); ++i) {
+    for (size_t i = 0; i < rivals.size(); ++i) {
       ratios[i].push_back(CpuSeconds(sounds, rivals[i].run) / own.back());
     }
   }
   const double blocks = static_cast<double>(sounds.size()) * kFrames / kHop;
   bench::Report(std::string("pitch of ") + what + ", us per block",
                 bench::Median(own) / blocks * 1e6, bench::kNoBar);
-  for (std::size_t i = 0; i < rivals.size(); ++i) {
+  for (size_t i = 0; i < rivals.size(); ++i) {
     bench::Report(std::string("pitch of ") + what + ", times " + rivals[i].name,
                   bench::Median(ratios[i]), rivals[i].bar);
   }

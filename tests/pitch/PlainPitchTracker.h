@@ -1,5 +1,5 @@
-// The pitch tracker's formulas evaluated one after the other in double precision, without any of
-// the tracker's shortcuts: the reference that its tracks are compared with, bit by bit.
+// Reference implementation of the pitch tracker: evaluates the formulas one by one in double
+// precision, without optimisations. The tracker must give the same bits.
 #pragma once
 
 #include <algorithm>
@@ -135,7 +135,7 @@ class PlainTracker {
   Section sections_[3];
   double ring_[1024] = {}, energy_[1024] = {}, corr_[512] = {};
   int readPos_ = 0, writePos_ = 0;
-  std::size_t nextFrame_ = 0;
+  size_t nextFrame_ = 0;
   double meanSquare_ = 0;
 };
 
@@ -172,7 +172,7 @@ inline double PlainTypicalPeriod(const std::vector<float>& track, int index, dou
 
 inline void PlainCorrectOctaveErrors(std::vector<float>& track, int halfWidth) {
   std::vector<float> copy = track;
-  for (std::size_t i = 1; i + 1 < track.size(); ++i) {
+  for (size_t i = 1; i + 1 < track.size(); ++i) {
     const double typical = PlainTypicalPeriod(track, static_cast<int>(i), 1.0, halfWidth);
     const double v = track[i];
     if (typical == 0) continue;
@@ -184,7 +184,7 @@ inline void PlainCorrectOctaveErrors(std::vector<float>& track, int halfWidth) {
       copy[i] = static_cast<float>(std::fabs(m - k) / m < 0.2 ? v / k : typical);
     }
   }
-  for (std::size_t i = 1; i + 1 < track.size(); ++i) {
+  for (size_t i = 1; i + 1 < track.size(); ++i) {
     if (copy[i] == 0 && copy[i - 1] != 0 && copy[i + 1] != 0) {
       copy[i] = (copy[i + 1] + copy[i - 1]) * 0.5F;
     }
