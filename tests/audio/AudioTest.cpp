@@ -1,4 +1,4 @@
-// The signal analysis on signals whose result is known.
+// Signal analysis on signals with known results.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,7 +12,8 @@
 #include "audio/RootPitch.h"
 #include "audio/Seam.h"
 
-namespace zyl::audio {
+namespace zyl::test {
+using namespace audio;
 namespace {
 
 constexpr double kRate = 44100;
@@ -86,7 +87,7 @@ TEST(Seam, IsTheJumpRelativeToTheSound) {
   for (const float factor : {0.0625F, 4.0F}) {
     EXPECT_NEAR(SeamDecibels(Scaled(sound, factor), shifted), click, 0.01);
   }
-  // The worst channel counts.
+  // The result is that of the worst channel.
   Sound stereo = sound;
   stereo.channels.push_back(sound.channels[0]);
   std::rotate(stereo.channels[1].begin(), stereo.channels[1].begin() + 13,
@@ -158,7 +159,7 @@ TEST(Crossfade, JoinsAnyLoopAndChangesNothingElse) {
         ASSERT_EQ(sound.channels[c][i], before.channels[c][i]);
       }
     }
-    // Where the file continues after the loop, playing on does not click.
+    // Playing on after the loop does not click either.
     if (loop.last + frames < sound.Frames()) {
       const auto& x = sound.channels[0];
       EXPECT_LT(std::fabs(x[loop.last + 1] - x[loop.last]), 0.05F);
@@ -258,7 +259,7 @@ TEST(RootPitch, CorrectsTracksThatAreOctavesOff) {
 }
 
 // Above the tracker's range: the track has other multiples of the period and gaps.
-TEST(RootPitch, FindsHighNotesThatFadeSoon) {
+TEST(RootPitch, FindsHighNotesThatFadeQuickly) {
   std::mt19937 random(3);
   std::normal_distribution<double> noise;
   std::string reason;
@@ -287,4 +288,4 @@ TEST(RootPitch, FindsHighNotesThatFadeSoon) {
 }
 
 }  // namespace
-}  // namespace zyl::audio
+}  // namespace zyl::test

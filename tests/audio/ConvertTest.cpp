@@ -1,4 +1,4 @@
-// Changes of rate and width on signals whose result is known.
+// Rate and width conversion of signals with known results.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,7 +8,8 @@
 #include "audio/Resample.h"
 #include "audio/WaveImage.h"
 
-namespace zyl::audio {
+namespace zyl::test {
+using namespace audio;
 namespace {
 
 std::vector<float> Tone(double hertz, double rateHz, size_t frames, double phase) {
@@ -27,7 +28,7 @@ float LargestError(const std::vector<float>& a, const std::vector<float>& b, siz
   return error;
 }
 
-TEST(Resample, KeepsTonesAtTheirTimesAndAddsNothing) {
+TEST(Resample, PreservesTonesWithoutDelayOrArtefacts) {
   const struct {
     double from, to, hertz;
   } cases[] = {{44100, 48000, 20},   {44100, 48000, 20000}, {48000, 44100, 20000},
@@ -43,7 +44,7 @@ TEST(Resample, KeepsTonesAtTheirTimesAndAddsNothing) {
     EXPECT_LT(LargestError(result.channels[0], wanted, result.Frames() / 10), 2e-6F);  // -108 dB
     EXPECT_EQ(result.channels[1], std::vector<float>(result.Frames()));
   }
-  // Above half the new rate nothing is left.
+  // Frequencies above half the new rate are removed.
   const Sound high{44100, {Tone(12500, 44100, 20000, 0)}};
   const Sound low = Resampled(high, 22050, {});
   EXPECT_LT(LargestError(low.channels[0], std::vector<float>(low.Frames()), 1000), 2e-6F);
@@ -64,7 +65,7 @@ TEST(Resample, ContinuesLoopsBeyondTheEdges) {
   }
 }
 
-TEST(WaveImage, ClampsAndCountsWhatIsBeyondFullScale) {
+TEST(WaveImage, ClampsAndCountsValuesBeyondFullScale) {
   constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
   const Sound sound{44100, {{0, 0.5F, -1, 0.99999F, 1.5F, -2, kNan}}};
   const struct {
@@ -86,4 +87,4 @@ TEST(WaveImage, ClampsAndCountsWhatIsBeyondFullScale) {
 }
 
 }  // namespace
-}  // namespace zyl::audio
+}  // namespace zyl::test

@@ -1,5 +1,5 @@
-// Edits of samples: arguments, marks, blocks of sound, handles, channels and loops. The results of
-// random edits are those of the model in SampleModelTest.
+// Sample edits: arguments, dirty flags, sound blocks, handles, channels and loops. SampleModelTest
+// compares random edits with a model.
 #include <climits>
 #include <cmath>
 
@@ -30,7 +30,7 @@ TEST_F(Edits, AnArgumentOutOfRangeChangesNothing) {
   }
   EXPECT_EQ(ReadAll(whole), Counting(10, 2));
   EXPECT_EQ(Points(whole), (Values{0, 9, 2, 8}));
-  EXPECT_EQ(Dirt(), "");
+  EXPECT_EQ(TakeDirtyFlags(), "");
   program("SampleBits", whole, 65536 + 24);
   EXPECT_EQ(Get(whole, "SampleBits"), 24) << "the number is reduced to 16 bits";
 }
@@ -41,13 +41,13 @@ TEST_F(Edits, BitsWithinAByteDropTheLowest) {
   EXPECT_EQ(Read(first, 0), (Values{0x1230, -0x1240, 0x7FF0}));
 }
 
-TEST_F(Edits, TheMeanIsThatOfTheFirstChannelWithoutTheEnd) {
+TEST_F(Edits, TheMeanUsesTheFirstChannelAndExcludesTheEnd) {
   Open(16, {{1, 50, 3}, {-1, -2, -3}});
   EXPECT_EQ(program("SampleGetDCOffset", whole, 999, -9).Int(), 51 / 2);
   EXPECT_EQ(program("SampleGetDCOffset", whole, 1, 1).Int(), 0);
 }
 
-TEST_F(Edits, PointsAnywhereNeverOverflow) {
+TEST_F(Edits, ExtremePointsDoNotOverflow) {
   Open(16, Counting(10, 1));
   SetPoints(first, {INT_MIN, INT_MIN, INT_MAX, INT_MAX, INT_MIN, INT_MIN});
   EXPECT_TRUE(program("SampleDelete", first, 3, 3).Bool());
@@ -86,7 +86,7 @@ TEST_F(Edits, BufferHandlesExpireWithTheirBuffers) {
   const int left = Handle(whole, -1, positions), right = Handle(first, 1, positions);
   EXPECT_EQ(positions, 3);
   EXPECT_NE(left, right);
-  EXPECT_EQ(Handle(second, 1, positions), right) << "its own channel";
+  EXPECT_EQ(Handle(second, 1, positions), right) << "one handle per channel";
   for (const int channel : {2, -2}) EXPECT_EQ(Handle(whole, channel, positions) + positions, 0);
   program("SampleSetValues", whole, 0, 3, 9);
   program("SampleReverseValues", second, 0, 3);
@@ -117,8 +117,8 @@ TEST_F(Edits, TheExtensionSelectsTheKindOfANewSample) {
   }
   Open(16, Counting(4, 1));
   EXPECT_TRUE(program("SampleCreate", 0, 0, "wav").Bool());
-  EXPECT_EQ(Read(first, 0), Counting(4, 1)[0]) << "an object of the former record stays";
-  EXPECT_EQ(program("SampleChannel", 0, 0).Int(), 0) << "one channel by itself";
+  EXPECT_EQ(Read(first, 0), Counting(4, 1)[0]) << "the object keeps the previous record";
+  EXPECT_EQ(program("SampleChannel", 0, 0).Int(), 0) << "a single channel has index 0";
 }
 
 TEST_F(Edits, ChannelsAreSelectedAndAddedSilent) {
@@ -158,12 +158,12 @@ TEST_F(Edits, LoopFieldsAreStoredAndNotifiedByNumber) {
   Listen();
   EXPECT_EQ(program("SampleLoopTimes", first, 7, 3).Int(), 0);
   EXPECT_EQ(program("SampleLoopTimes", first, 7).Int(), 3);
-  EXPECT_EQ(Dirt(), "PR");
+  EXPECT_EQ(TakeDirtyFlags(), "PR");
   EXPECT_EQ(program("SampleLoopFineLen", first, 11, 5.9).Double(), 0.0);
-  EXPECT_EQ(Dirt(), "PR");
+  EXPECT_EQ(TakeDirtyFlags(), "PR");
   EXPECT_EQ(program("SampleLoopFineLen", first, 11, 4294967295.0).Double(), 5.0);
   EXPECT_EQ(program("SampleLoopFineLen", first, 11).Double(), 4294967295.0);
-  EXPECT_EQ(heard, "308 5 -1 -1 308 -1 -1 -1 ");
+  EXPECT_EQ(notified, "308 5 -1 -1 308 -1 -1 -1 ");
   for (const char* method : {"SampleLoopStart", "SampleLoopEnd"}) {
     EXPECT_EQ(program(method, first, 12, 7).Int(), -1) << "not in use";
     for (const int index : {16, -1}) ExpectArgValue(program(method, first, index), "LoopIndex", 2);
@@ -195,7 +195,7 @@ TEST_F(Edits, LoopSearchesMoveOnePointInAllChannels) {
   EXPECT_EQ(program("SampleLoopFindEnd", whole, 0, 380, 130, 0).Int(), 300);
   EXPECT_EQ(program("SampleLoopFindStart", whole, 0, 300, 350, INT_MIN).Int(), 105)
       << "after the loop end";
-  EXPECT_EQ(Dirt(), "");
+  EXPECT_EQ(TakeDirtyFlags(), "");
   program("SampleLoopStart", whole, 0, 50);
   EXPECT_EQ(program("SampleLoopFindStart", whole, 0, 20, 250, 0).Int(), 101);
   EXPECT_EQ(Points(second), (Values{0, 399, 101, 300}));

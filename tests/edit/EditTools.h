@@ -1,4 +1,4 @@
-// Samples to be edited through script methods, and what the methods made of them.
+// A fixture with samples to edit through script methods, and helpers that read the results.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace zyl::test {
 
-// Value `i % 100` for position i, and the other sign in the second channel.
+// Value `i % 100` at position i, negated in the second channel.
 inline std::vector<Values> Counting(int positions, int channels) {
   std::vector<Values> made(static_cast<size_t>(channels));
   for (int i = 0; i < positions; ++i) {
@@ -33,7 +33,8 @@ class EditTest : public ProgramTest {
   RIOObject* Whole(const std::string& path) const {
     return program("ReadTempSample", path, -1).Object();
   }
-  // A fresh file, its first two channels in zones 0 and 1; nothing is dirty.
+  // Creates a file and assigns its first two channels to zones 0 and 1. Nothing is dirty
+  // afterwards.
   void Open(int bits, const std::vector<Values>& channels) {
     program("DeleteTempSample");
     path = Path("sample" + std::to_string(++made_) + ".wav");
@@ -55,8 +56,8 @@ class EditTest : public ProgramTest {
     program("Dirty", false);
     for (int zone = 0; zone < 4; ++zone) program("SampleDirty", 0, zone, false);
   }
-  // "P" and "R" for a dirty program object and record of the first zone; all are clean then.
-  std::string Dirt() const {
+  // "P" if the program object is dirty, "R" if the record of the first zone is. Clears all flags.
+  std::string TakeDirtyFlags() const {
     const bool record = program("SampleDirty", 0, 0).Bool();
     for (int zone = 0; zone < 4; ++zone) program("SampleDirty", 0, zone, false);
     const bool object = program("Dirty").Bool();  // counts the records of its zones too
@@ -66,11 +67,11 @@ class EditTest : public ProgramTest {
 
   int Get(RIOObject* sample, const char* method) const { return program(method, sample).Int(); }
   int Handle(RIOObject* sample, int channel, int& positions) const {
-    const std::unique_ptr<ROCParam, void (*)(ROCParam*)> buffer(newROCParam(-1), deleteROCParam);
+    const ROCParamPtr buffer(newROCParam(-1));
     positions = program("SampleGetBuffer", sample, buffer.get(), channel).Int();
     return buffer->Int();
   }
-  // A channel's values as they lie in its buffer.
+  // The values in a channel's buffer.
   Values Read(RIOObject* sample, int channel) const {
     int positions = 0;
     const int handle = Handle(sample, channel, positions);
@@ -96,7 +97,7 @@ class EditTest : public ProgramTest {
     for (int c = 0; c < Get(sample, "SampleChannelCount"); ++c) all.push_back(Read(sample, c));
     return all;
   }
-  // start, end, and start and end of each loop
+  // Start and end, followed by start and end of each loop.
   Values Points(RIOObject* sample) const {
     Values points{Get(sample, "SampleStart"), Get(sample, "SampleEnd")};
     for (int i = 0; i < Get(sample, "SampleLoopCount"); ++i) {

@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 using SampleFiles = EditTest;
 
-// The data of a chunk, empty when there is none.
+// The data of a chunk; empty if the file doesn't have it.
 std::string Chunk(const std::string& path, const std::string& id) {
   for (const ChunkInfo& chunk : ListFileChunks(path)) {
     if (chunk.id == id) return ReadBytes(path).substr(chunk.offset, chunk.size);
@@ -16,7 +16,7 @@ std::string Chunk(const std::string& path, const std::string& id) {
   return {};
 }
 
-// Values that no file can hold are clamped; none costs the others.
+// Values that don't fit a file are clamped without affecting other values.
 TEST_F(SampleFiles, ParametersOutOfRangeAreClampedAlone) {
   Open(16, Counting(100, 1));
   SetPoints(first, {200, -5, 90, 10, 20, 300});
@@ -35,7 +35,7 @@ TEST_F(SampleFiles, ParametersOutOfRangeAreClampedAlone) {
   }
 }
 
-// A header of fewer bits than the container holds is read as silence by some programs.
+// Some programs read a header with fewer bits than the container holds as silence.
 TEST_F(SampleFiles, WidthsOfPartialBytesSurviveARoundTrip) {
   for (const int bits : {6, 12, 18, 20, 28}) {
     const int stored = (bits + 7) / 8 * 8;
@@ -45,7 +45,7 @@ TEST_F(SampleFiles, WidthsOfPartialBytesSurviveARoundTrip) {
     program("SampleBits", first, bits);
     for (const char* name : {"width.wav", "width.aif"}) {
       ASSERT_TRUE(program("SampleWrite", first, Path(name)).Bool());
-      // libsndfile takes no AIFF file of less than 8 bits.
+      // libsndfile doesn't read AIFF files of less than 8 bits.
       if (bits >= 8 || name == std::string("width.wav")) {
         EXPECT_EQ(Sound(Path(name)).channels, (std::vector<Values>{values, values}));
       }
@@ -59,7 +59,7 @@ TEST_F(SampleFiles, WidthsOfPartialBytesSurviveARoundTrip) {
   }
 }
 
-// The name that a record has by its path is no title.
+// A name derived from the path isn't a title.
 TEST_F(SampleFiles, ATitleIsWrittenIfItWasSetOrRead) {
   Open(16, {{1, 2}});
   StoreSound(Path("plain.aif"), SF_FORMAT_AIFF, 16, {{1, 2}});
@@ -88,7 +88,7 @@ TEST_F(SampleFiles, ATitleIsWrittenIfItWasSetOrRead) {
   }
 }
 
-// A form after an ID3 tag, and the chunks that a FLAC file keeps of a WAVE file.
+// A form after an ID3 tag, and the chunks of the original WAVE file in a FLAC file.
 TEST_F(SampleFiles, LoopsAreReadFromATaggedWaveAndFromFlac) {
   for (const char* name : {"tagged.wav", "kept.flac"}) {
     SCOPED_TRACE(name);
@@ -103,8 +103,8 @@ TEST_F(SampleFiles, LoopsAreReadFromATaggedWaveAndFromFlac) {
   }
 }
 
-// A file that is of the other kind than its name says is saved as what it is.
-TEST_F(SampleFiles, AMisnamedFileKeepsItsKind) {
+// A file whose format doesn't match its extension keeps its format.
+TEST_F(SampleFiles, AMisnamedFileKeepsItsFormat) {
   StoreSound(Path("misnamed.wav"), SF_FORMAT_AIFF, 16, {{1, 2}});
   const std::string before = ReadBytes(Path("misnamed.wav"));
   RIOObject* sample = Whole(Path("misnamed.wav"));
@@ -141,11 +141,11 @@ TEST_F(SampleFiles, AWriteKeepsUnknownChunksAndTheMaskSelectsChannels) {
   EXPECT_FALSE(program("SampleWrite", kept, Path("mask.wav"), 8).Bool()) << "no such channel";
   EXPECT_EQ(Sound(Path("mask.wav")).channels, rows[2].channels);
   program("SampleSize", kept, 0);
-  EXPECT_TRUE(program("SampleWrite", kept).Bool()) << "an empty sample is a file too";
+  EXPECT_TRUE(program("SampleWrite", kept).Bool()) << "an empty sample can be stored";
   EXPECT_EQ(Sound(Path("kept.wav")).channels, (std::vector<Values>{{}, {}, {}}));
 }
 
-TEST_F(SampleFiles, MergedChannelsComeInOrder) {
+TEST_F(SampleFiles, MergingKeepsTheOrderOfChannels) {
   StoreSound(Path("a.wav"), SF_FORMAT_WAV, 16, {{1, 2, 3}, {-1, -2, -3}});
   StoreSound(Path("b.wav"), SF_FORMAT_WAV, 8, {{7}});
   RIOObject* a = Whole(Path("a.wav"));
@@ -180,7 +180,7 @@ TEST_F(SampleFiles, MergedChannelsComeInOrder) {
   EXPECT_EQ(ReadBytes(to), before);
 }
 
-TEST_F(SampleFiles, ACopyIsWholeOrNotThere) {
+TEST_F(SampleFiles, ACopyIsCompleteOrAbsent) {
   const std::string source = Path("source.wav"), dest = Path("dest.wav");
   const auto copy = [&](const std::string& from, const std::string& to) {
     diagnostics.clear();

@@ -144,12 +144,12 @@ TEST_F(EditTest, RandomEditsMatchAPlainModel) {
         {call("SampleLoopEnd", i, s), loop[1], ifUsed, [&] { loop[1] = s; }, "303 " + note}};
     const Row& row = rows[static_cast<size_t>(pick(0, static_cast<int>(std::size(rows)) - 1))];
     SCOPED_TRACE("edit " + std::to_string(edit) + ", row " + std::to_string(&row - rows));
-    heard.clear();
+    notified.clear();
     const Outcome outcome = row.call();
     const bool isBool = outcome.result != nullptr && outcome.result->Type() == kTypeBool;
     EXPECT_EQ(isBool ? outcome.Bool() : row.result == kNone ? kNone : outcome.Int(), row.result);
     row.apply();
-    EXPECT_EQ(heard + Dirt(), (row.dirt.empty() ? "" : row.notes) + row.dirt);
+    EXPECT_EQ(notified + TakeDirtyFlags(), (row.dirt.empty() ? "" : row.notes) + row.dirt);
     EXPECT_EQ(ReadAll(whole), m.sound);
     EXPECT_EQ(std::pair(Get(whole, "SampleBits"), Points(whole)), std::pair(m.bits, m.points));
   }

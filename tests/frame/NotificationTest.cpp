@@ -7,37 +7,37 @@ namespace {
 class Notification : public ModuleTest {
  protected:
   Notification() { program.Make(); }
-  // A module that appends its notifications to `told`.
+  // A module that appends its notifications to `received`.
   std::unique_ptr<Listener> Recorder(const std::string& mark = "") {
     auto module = std::make_unique<Listener>();
     (*module)["OnProgramParameterChanged"] = [mark, this](ROCParams& list, ROCParam**) {
       EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
-      told += mark;
-      for (int i = 1; i < list.count; ++i) told += std::to_string(list.Entry(i)->Int()) + " ";
+      received += mark;
+      for (int i = 1; i < list.count; ++i) received += std::to_string(list.Entry(i)->Int()) + " ";
     };
     (*module)["OnDeletingPrg"] = [mark, this](ROCParams& list, ROCParam**) {
       EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
-      told += mark + "end ";
+      received += mark + "end ";
     };
     return module;
   }
   Program program;
-  std::string told;
+  std::string received;
 };
 
-TEST_F(Notification, ChangesAreAnnouncedOnceInOrderWhileEnabled) {
+TEST_F(Notification, ChangesNotifyOnceInOrderWhileEnabled) {
   const auto first = Recorder("a:"), second = Recorder("b:");
   for (Listener* one : {first.get(), second.get(), first.get()}) {
     EXPECT_EQ(program("Register", one).result, nullptr);
   }
-  for (int i = 0; i < 2; ++i) program("PRGpoly", 20);  // the second is no change
-  EXPECT_EQ(std::exchange(told, {}), "a:4 20 -1 -1 b:4 20 -1 -1 ");
+  for (int i = 0; i < 2; ++i) program("PRGpoly", 20);  // the second one changes nothing
+  EXPECT_EQ(std::exchange(received, {}), "a:4 20 -1 -1 b:4 20 -1 -1 ");
   EXPECT_TRUE(program("EnableRegisterCall", false).Bool());
   program("PRGpoly", 21);
   EXPECT_FALSE(program("EnableRegisterCall", true).Bool());
   program("PrepareDelete");
   program.Delete();
-  EXPECT_EQ(told, "a:end b:end ") << "only PrepareDelete announces the end";
+  EXPECT_EQ(received, "a:end b:end ") << "only PrepareDelete sends OnDeletingPrg";
 }
 
 TEST_F(Notification, DeletedModulesAreSkipped) {
@@ -48,7 +48,7 @@ TEST_F(Notification, DeletedModulesAreSkipped) {
   replaced->SetDispatch(nullptr);
   program("PrepareDelete");
   program("PRGpoly", 20);
-  EXPECT_EQ(told, "alive:end alive:4 20 -1 -1 ");
+  EXPECT_EQ(received, "alive:end alive:4 20 -1 -1 ");
 }
 
 TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
@@ -62,16 +62,17 @@ TEST_F(Notification, CallbacksMayRegisterAndDeleteModules) {
   program("Register", &busy);
   program("Register", victim.get());
   EXPECT_EQ(program("PRGpoly", 20).Int(), 15);
-  EXPECT_EQ(told, "late:4 20 -1 -1 ") << "a module registered during the walk is called too";
+  EXPECT_EQ(received, "late:4 20 -1 -1 ")
+      << "a module registered during the iteration is called too";
 }
 
-// The nested change removes the entry of the module that is being called and its neighbours; an
-// empty list frees its nodes.
-TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterWalk) {
+// The nested change removes the entries of the module that is being called and of its neighbours;
+// an empty list frees its nodes.
+TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterIteration) {
   for (const bool alone : {false, true}) {
     program = Program();
     program.Make();
-    told.clear();
+    received.clear();
     auto before = std::make_unique<Listener>();
     auto after = std::make_unique<Listener>();
     const auto last = Recorder();
@@ -87,7 +88,7 @@ TEST_F(Notification, NestedChangesMayRemoveEntriesOfTheOuterWalk) {
       if (one == &busy || !alone) program("Register", one);
     }
     program("PRGpoly", 20);
-    EXPECT_EQ(told, alone ? "4 20 -1 -1 " : "3 6 -1 -1 4 20 -1 -1 ");
+    EXPECT_EQ(received, alone ? "4 20 -1 -1 " : "3 6 -1 -1 4 20 -1 -1 ");
   }
 }
 
@@ -123,7 +124,7 @@ TEST_F(Notification, CallbacksMayDeleteTheRecordOrTheProgram) {
     }
   }
   program.Delete();
-  EXPECT_EQ(getTotalMem(), 0) << "an object that was deleted in a call leaked";
+  EXPECT_EQ(getTotalMem(), 0) << "an object deleted during a call leaked";
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ TEST_F(ProgramObject, TheMaskCombinesTheChannelsOfARecordsObjects) {
   Program second;
   ASSERT_TRUE(second("Find", "shared", 5).Bool());
   EXPECT_EQ(MaskOf(first), 0x21u);
-  const Program other;  // another record: does not count
+  const Program other;  // has another record
   other.Make();
   other("PRGmidiChannel", 9);
   second("PRGmidiChannel", -7);
@@ -32,15 +32,15 @@ TEST_F(ProgramObject, TheMaskCombinesTheChannelsOfARecordsObjects) {
   const Program third;
   ASSERT_TRUE(third("Find", "shared", 5).Bool());
   third("Create", NullObject{});
-  EXPECT_EQ(MaskOf(first), 0x1u) << "an object that took another record still counts";
+  EXPECT_EQ(MaskOf(first), 0x1u) << "an object that attached another record still counts";
   EXPECT_EQ(first("PRGtmMidiChannel", 6).Int(), 1);
-  EXPECT_EQ(MaskOf(first), 6u) << "a stored mask stays until the next change of channel";
+  EXPECT_EQ(MaskOf(first), 6u) << "a stored mask is kept until the channel changes";
   first("PRGmidiChannel", 31);
-  first("PRGmidiChannel", 32);  // refused
+  first("PRGmidiChannel", 32);  // rejected
   EXPECT_EQ(MaskOf(first), 0x80000000u);
 }
 
-TEST_F(ProgramObject, PlainFieldsAreNotAnnounced) {
+TEST_F(ProgramObject, PlainFieldsDoNotNotify) {
   const Program program;
   program.Make();
   const std::string path = program("SetUniqueFilePath").Text();
@@ -66,10 +66,11 @@ TEST_F(ProgramObject, DirtyIncludesTheSamplesOfTheKeygroups) {
   EXPECT_FALSE(program("Dirty").Bool());
   program("SampleDirty", 2, 3, true);
   EXPECT_TRUE(program("Dirty", false).Bool());
-  EXPECT_TRUE(program("Dirty").Bool()) << "the sample's own mark is not the object's to clear";
+  EXPECT_TRUE(program("Dirty").Bool())
+      << "clearing the program object's flag keeps that of the sample";
   program("PRGkeyGroups", 2);
   program("Dirty", false);
-  EXPECT_FALSE(program("Dirty").Bool()) << "a keygroup beyond the count was looked at";
+  EXPECT_FALSE(program("Dirty").Bool()) << "a keygroup beyond the count was checked";
 }
 
 TEST_F(ProgramObject, LockAllLocksRecordsWhileTheyAreAttached) {
@@ -143,7 +144,7 @@ TEST_F(Arguments, AreReadBeforeCallbacksCanChangeThem) {
   for (const int k : {0, 1}) EXPECT_EQ(program("ZoneIntValue", k, 1, 230).Int(), 3);
 }
 
-// ---- What a host sees of the module ----
+// ---- Registration with the host ----
 
 using Registration = ModuleTest;
 
@@ -158,7 +159,7 @@ TEST_F(Registration, TheModuleExportsRegisterAllClassesAndNothingElse) {
   EXPECT_EQ(names, std::set<std::string>{"RegisterAllClasses"});
 }
 
-TEST_F(Registration, TheFactoryMakesObjectsThatShareOneTableWhichCanBeRebuilt) {
+TEST_F(Registration, ObjectsShareOneLookupTableThatCanBeRebuilt) {
   const Program program;
   const Program other;
   ZylDispatch* dispatch = program.Algo()->GetDispatch(true);
@@ -191,7 +192,7 @@ TEST_F(Registration, TheTableHas295CallableRows) {
   EXPECT_EQ(needProgram, 220);
 }
 
-TEST_F(Registration, TheClassGoesWithTheModuleAndComesBackWithIt) {
+TEST_F(Registration, TheClassIsRegisteredWhileTheModuleIsLoaded) {
   LoadedModule().reset();
   EXPECT_EQ(ZylNewScriptObject("ZylSProgram"), nullptr);
   LoadModule();

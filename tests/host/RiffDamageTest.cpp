@@ -55,7 +55,7 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
   struct Row {
     const char* what;
     Octets bytes;
-    int frames;  // -1: refused
+    int frames;  // -1: rejected
   };
   const Row rows[] = {
       {"size beyond the file", wav(format, 0xFFFFFFFF), 5},
@@ -83,7 +83,7 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
         reading.sample == nullptr ? -1 : static_cast<int>(reading.sample->FrameCount());
     EXPECT_EQ(frames, row.frames) << reading.reason;
   }
-  // An empty sound before other chunks is really empty.
+  // An empty sound chunk before other chunks is not a streamed one.
   const Reading empty = ReadBack(folder, WaveOf({{"data", {}}, {"LIST", sound}}));
   ASSERT_NE(empty.sample, nullptr);
   EXPECT_EQ(empty.sample->FrameCount(), 0u);
@@ -91,7 +91,7 @@ TEST(DamagedSampleFile, StoredSizesAreNotTrusted) {
   EXPECT_EQ(empty.sample->otherChunks.size(), 1u);
 }
 
-TEST(DamagedSampleFile, LoopsAreLimitedAndMovedIntoTheSound) {
+TEST(DamagedSampleFile, LoopsAreLimitedAndClampedToTheSound) {
   const TempFolder folder;
   const auto file = [](const Bytes& smpl) { return WaveOf({{"smpl", smpl}, {"data", Bytes(8)}}); };
   EXPECT_EQ(ReadBack(folder, file(SmplWithLoops(40000, 3))).sample->parameters.loops.size(), 3u);
@@ -101,7 +101,7 @@ TEST(DamagedSampleFile, LoopsAreLimitedAndMovedIntoTheSound) {
   EXPECT_FALSE(many.reason.empty());
   auto outside = SmplWithLoops(2, 2);
   outside[36 + 12] = std::byte{4};      // ends one frame late
-  outside[36 + 24 + 8] = std::byte{4};  // starts behind the sound
+  outside[36 + 24 + 8] = std::byte{4};  // starts after the sound
   outside[36 + 24 + 12] = std::byte{9};
   const Reading pulled = ReadBack(folder, file(outside));
   ASSERT_EQ(pulled.sample->parameters.loops.size(), 1u);
@@ -133,16 +133,16 @@ TEST(DamagedSampleFile, AnOddChunkMayLackItsPaddingByte) {
   };
   EXPECT_EQ(ids(false, "LIST"), "fmt |data|LIST|");
   EXPECT_EQ(ids(true, "wxyz"), "fmt |data|wxyz|");
-  // Only a known identifier is looked for at the unpadded offset.
+  // Only known IDs are searched for at the unpadded offset.
   EXPECT_EQ(ids(false, "wxyz").find("wxyz"), std::string::npos);
 }
 
-TEST(AtomicFile, ReplacesWholeOrNotAtAllAndKeepsOwnerModeAndAttributes) {
+TEST(AtomicFile, ReplacesCompletelyOrNotAtAllAndKeepsOwnerModeAndAttributes) {
   const TempFolder folder;
   const std::string path = folder.File("target");
   WriteBytes(path, Octets{1, 2, 3});
   ASSERT_TRUE(AtomicFile(path).Write("xyz", 3));
-  EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3})) << "dropped before its commit";
+  EXPECT_EQ(ReadBytes<Octets>(path), (Octets{1, 2, 3})) << "destroyed before the commit";
   EXPECT_EQ(folder.EntryCount(), 1u);
 
   const bool privileged = geteuid() == 0;
@@ -173,11 +173,11 @@ TEST(AtomicFile, RefusesATargetThatTheProcessMayNotWrite) {
   const std::string path = folder.File("target");
   WriteBytes(path, Octets{1});
   chmod(path.c_str(), 0444);
-  EXPECT_FALSE(AtomicFile(path).Good()) << "read-only, whoever the user is";
+  EXPECT_FALSE(AtomicFile(path).Good()) << "read-only for every user";
   chmod(path.c_str(), 0644);
   EXPECT_TRUE(AtomicFile(path).Good());
   if (geteuid() != 0) return;
-  // Someone else's file, in a folder that everybody may write.
+  // Another user's file, in a folder that every user may write to.
   chmod(folder.File("").c_str(), 0777);
   ASSERT_EQ(seteuid(65534), 0);
   const bool foreign = AtomicFile(path).Good();

@@ -28,7 +28,7 @@ TEST(SampleFileData, AgreesWithLibsndfileInBothDirections) {
   for (const auto& kind : kReadable) {
     for (const unsigned channels : {1u, 2u, 3u}) {
       SCOPED_TRACE(std::string(kind.name) + " x" + std::to_string(channels));
-      // More frames than one block holds. The oracle pads an odd 8-bit AIFF by a frame of its own.
+      // More frames than one block holds. libsndfile pads an odd 8-bit AIFF with one more frame.
       std::vector<Values> sound;
       for (unsigned c = 0; c < channels; ++c) sound.push_back(TestValues(70002, c, kind.bytes));
       const std::string path = folder.File(kind.name);
@@ -85,7 +85,7 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   std::vector<std::byte> sound(64);
   WavSample wav;
   wav.SetChannelCount(16);
-  // Nobody reads the buffers of a refused plan: 4 GiB and a header, then just below.
+  // 4 GiB plus a header, then just below 4 GiB. The buffers of a rejected plan are not read.
   for (const unsigned frames : {1u << 27, (1u << 27) - 4}) {
     wav.otherChunks.clear();
     for (unsigned c = 0; c < 16; ++c) wav.SetLinBuffer(sound.data(), 2, frames, c);
@@ -97,9 +97,9 @@ TEST(SampleFileData, MoreThan4GiBIsRefusedBeforeAnythingIsWritten) {
   }
 }
 
-// Files with every oddity that must survive: chunks before and between, odd sizes, a second format
-// and sound, few bits in a wide container, a channel mask, a long format, pads that are not zero or
-// missing, bytes after the form, sound after a gap and before a rest.
+// Everything unusual that must be preserved: chunks before and between the known ones, odd sizes, a
+// second format and sound chunk, few bits in a wide container, a channel mask, a long format chunk,
+// nonzero or missing padding, bytes after the form, and bytes around the frames in the sound chunk.
 TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const TempFolder folder;
   const auto extensible =
@@ -143,8 +143,8 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   const auto longFormat = Little().Raw(WavFormatChunk(1, 16).data(), 16).U16(0).block;
   Octets loose =
       FileOf("RIFF", "WAVE", {{std::string("J\0NK", 4), odd}, {"fmt ", longFormat}, {"data", odd}});
-  loose[23] = 'p';   // the pad of the first chunk
-  loose.pop_back();  // that of the last chunk; the form counted it
+  loose[23] = 'p';   // padding of the first chunk
+  loose.pop_back();  // padding of the last chunk, which the form counted
   loose[4] = static_cast<uint8_t>(loose[4] - 1);
   WriteBytes(folder.File("d.wav"), loose);
   const auto gap = Big().U32(2).U32(0).U16(7).Raw(sound.data(), 9).U8(1).block;
@@ -167,7 +167,7 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   EXPECT_EQ(wav->Name(), "Kick");
   const ChunkInfo chunk = ListFileChunks(folder.File("b.aif")).at(1);
   EXPECT_EQ(std::pair(chunk.size, chunk.offset), std::pair(uint64_t{17}, uint64_t{32}));
-  // The identifier of a new loop is none of the old ones.
+  // A new loop gets an unused identifier.
   wav->parameters.loops.push_back({0, 1, 0, 0, 0});
   ASSERT_TRUE(WriteTo(*wav, folder.File("again")));
   const Octets again = ReadBytes<Octets>(folder.File("again"));
@@ -175,7 +175,7 @@ TEST(SampleFileData, RewritingAnUntouchedFileGivesTheSameBytes) {
   EXPECT_EQ(ChannelValues(*Read(folder.File("c.aifc")), 0)[0], 0x0304);
 }
 
-// New sound in an old file: other chunks stay in order, a count of frames is put right.
+// New sound in an existing file: the other chunks keep their order, and "fact" is updated.
 TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   const TempFolder folder;
   const std::string path = folder.File("a.wav");
@@ -190,7 +190,7 @@ TEST(SampleFileData, NewSoundKeepsTheOtherChunks) {
   ASSERT_NE(sample, nullptr);
   std::vector<int16_t> sound{1, 2, 3};
   ASSERT_TRUE(Lend(*sample, sound));
-  sample->DetachLinBuffers();  // leaves a copy behind, as it was not written yet
+  sample->DetachLinBuffers();  // copies the sound, which has not been written yet
   sound.assign(3, 0);
   ASSERT_TRUE(WriteTo(*sample, path));
   const auto read = Read(path);

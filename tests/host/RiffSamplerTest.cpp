@@ -45,7 +45,7 @@ RiffParameters FullParameters() {
   for (uint32_t i = 0; i < 16; ++i) {
     p.loops.push_back({i * 10, i * 10 + 500 - i, 0x80000000u + i, i, i % 4});
   }
-  p.loops[5] = p.loops[4];                    // one place twice
+  p.loops[5] = p.loops[4];                    // equal to the loop before it
   p.loops[15].end = kFrames - 1;              // ends with the sound
   p.loops[14].start = p.loops[14].end = 123;  // one frame
   return p;
@@ -74,7 +74,7 @@ TEST(SampleFileTuning, IsInTheStandardChunks) {
   const struct {
     int tune;
     uint32_t note, fraction;
-    bool wavOwn, aifOwn;  // the exact tune needs a chunk of our own
+    bool wavOwn, aifOwn;  // whether the exact tune needs a "zyls" chunk
   } rows[] = {{0, 60, 0, false, false},
               {-128, 59, 0x80000000, true, false},
               {300, 61, 44u << 24, true, true},
@@ -118,7 +118,7 @@ TEST(SampleFileLoops, AllParametersSurviveARoundTrip) {
         p.loops.resize(count);
         Written(folder, aif, p);
         EXPECT_EQ(ReadBack(folder), p) << aif << " " << playbackType << " " << count;
-        // And once more through the object that was read.
+        // Again, through the object that was read.
         ASSERT_TRUE(WriteTo(*Read(folder.File("s")), folder.File("s")));
         EXPECT_EQ(ReadBack(folder), p);
       }
@@ -166,12 +166,13 @@ TEST(SampleFileLoops, AllSixteenAreInTheStandardChunks) {
   const uint8_t* marker = mark + 2;
   while (places.size() < expected.size()) {
     places.insert(uint32_t{marker[2]} << 24 | marker[3] << 16 | marker[4] << 8 | marker[5]);
-    marker += 6 + (marker[6] + 2) / 2 * 2;  // a name with its length, padded to pairs
+    marker +=
+        6 + (marker[6] + 2) / 2 * 2;  // skip the name: length byte and text, padded to even size
   }
   EXPECT_EQ(places, expected);
 }
 
-// Another program moved the loop, tuned the file or cut the sound, and kept our chunk.
+// Another program moved the loop, tuned the file or cut the sound, and kept the "zyls" chunk.
 TEST(SampleFileLoops, StandardChunksWinOverAnOutdatedOwnChunk) {
   const TempFolder folder;
   const RiffParameters p = FullParameters();
@@ -186,10 +187,10 @@ TEST(SampleFileLoops, StandardChunksWinOverAnOutdatedOwnChunk) {
   const RiffParameters moved = rewritten(false, "smpl", 36 + 8, 77);
   EXPECT_EQ(moved.loops[0].start, 77u);
   EXPECT_EQ(moved.playbackType, 0);
-  // The fraction of a semitone beside the new note is above one half.
+  // The chunk's fraction, above one half, rounds the new note up.
   EXPECT_EQ(rewritten(false, "smpl", 12, 50).key, 51);
   EXPECT_EQ(rewritten(true, "INST", 0, 50).key, 50);
-  // The ninth marker belongs to the fifth loop, which no standard chunk names.
+  // The ninth marker belongs to the fifth loop, to which no standard chunk refers.
   EXPECT_EQ(rewritten(true, "MARK", 2 + 4 * (20 + 18) + 5, 1).loops.size(), 1u);
   // Only the length of the sound differs.
   RiffParameters tuned;

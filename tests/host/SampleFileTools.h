@@ -18,11 +18,11 @@ namespace zyl::test {
 
 using Octets = std::vector<uint8_t>;
 
-// A chunk of a file to be made. `lie` is written instead of the size of its data.
+// A chunk of a file to build. `declaredSize`, if set, is written instead of the size of its data.
 struct FileChunk {
   std::string id;
   Bytes data;
-  std::optional<uint32_t> lie = std::nullopt;
+  std::optional<uint32_t> declaredSize = std::nullopt;
 };
 
 inline Octets FileOf(const char* form, const char* type, const std::vector<FileChunk>& chunks) {
@@ -30,7 +30,7 @@ inline Octets FileOf(const char* form, const char* type, const std::vector<FileC
   FieldWriter body(order);
   for (const FileChunk& chunk : chunks) {
     const auto size = static_cast<uint32_t>(chunk.data.size());
-    body.Text(chunk.id).U32(chunk.lie.value_or(size)).Raw(chunk.data.data(), size);
+    body.Text(chunk.id).U32(chunk.declaredSize.value_or(size)).Raw(chunk.data.data(), size);
     if (size % 2 != 0) body.U8(0);
   }
   FieldWriter file(order);
@@ -79,7 +79,7 @@ inline const uint8_t* Chunk(const std::string& path, const Octets& bytes, const 
   return nullptr;
 }
 
-// Values of a width; the corners of its range first.
+// Values of a width, starting with the limits of its range.
 inline Values TestValues(size_t count, unsigned seed, unsigned bytes) {
   const unsigned unused = 32 - 8 * bytes;
   Values values{INT32_MIN >> unused, INT32_MAX >> unused, 0, -1};
@@ -121,7 +121,7 @@ inline std::unique_ptr<BasicSample> NewSample(bool aif) {
   return std::make_unique<WavSample>();
 }
 
-// Lends 16-bit sound to `sample` and makes it writable; the sound is the caller's.
+// Lends 16-bit sound to `sample` and makes it writable; the caller keeps ownership.
 inline bool Lend(BasicSample& sample, std::vector<int16_t>& sound) {
   sample.SetChannelCount(1);
   sample.SetLinBuffer(sound.data(), 2, static_cast<unsigned>(sound.size()), 0);

@@ -1,4 +1,4 @@
-// Sound files through libsndfile: one row of values for each channel, in values of the file's
+// Reads and writes sound files through libsndfile: one list of values per channel, at the file's
 // width.
 #pragma once
 
@@ -12,7 +12,7 @@ namespace zyl::test {
 
 using Values = std::vector<int>;
 
-// `format` is a container, with a byte order where it matters.
+// `format` is a container, optionally with a byte order.
 inline void StoreSound(const std::string& path, int format, int bits,
                        const std::vector<Values>& channels) {
   const bool fromZero = (format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV ||
@@ -36,7 +36,7 @@ inline void StoreSound(const std::string& path, int format, int bits,
   sf_close(file);
 }
 
-// What libsndfile reads.
+// The sound of a file as libsndfile reads it.
 struct Sound {
   explicit Sound(const std::string& path) {
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);

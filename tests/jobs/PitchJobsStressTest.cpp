@@ -16,7 +16,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
 
   void SetUp() override {
     ModuleTest::SetUp();
-    // From a sound shorter than one window to one that takes some milliseconds.
+    // From less than one window to an analysis of several milliseconds.
     for (const size_t frames : {1000, 5000, 12000, 30000, 60000}) {
       std::vector<std::vector<int16_t>> channels(1 + paths_.size() % 2);
       for (auto& channel : channels) {
@@ -40,7 +40,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
 
   void OnSend(ROCPad&, const ROCParam&) override { Interfere(); }
   void OnUpdate(ROCPad&, const ROCParam&) override { Interfere(); }
-  // Callbacks discard samples now and then, also the one that they are called for.
+  // Callbacks occasionally discard samples, including the one that they are called for.
   void Interfere() {
     if (interfering_ || Any(3) != 0) return;
     interfering_ = true;
@@ -67,7 +67,7 @@ class PitchJobsStress : public ModuleTest, private ROCPadListener {
   void Begin() {
     for (auto& program : programs_) Renew(program);
   }
-  // Temporary samples and their jobs are left to the unloading module.
+  // Unloading the module then deletes the temporary samples and cancels their jobs.
   void End() {
     for (auto& program : programs_) program.reset();
   }
@@ -130,7 +130,7 @@ TEST_F(PitchJobsStress, SurvivesRandomOperations) {
     Begin();
   }
   EXPECT_GE(running, 50) << "how often jobs existed at unload";
-  // A job still stores a track afterwards.
+  // Jobs still work afterwards.
   End();
   LoadModule();
   Begin();

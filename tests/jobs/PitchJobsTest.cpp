@@ -1,4 +1,4 @@
-// Pitch jobs as scripts see them: what starts one, what it reports and stores, and edits of its
+// Pitch jobs through script methods: what starts one, what it reports and stores, and edits of its
 // samples while it runs.
 #include <algorithm>
 #include <chrono>
@@ -34,7 +34,7 @@ Frames NoiseOf(size_t count, unsigned seed) {
   return frames;
 }
 
-// What a job should store.
+// The track that a job must store.
 std::vector<float> TrackOf(const std::vector<Frames>& channels, const PitchSettings& settings = {},
                            double rateHz = 44100) {
   std::vector<const std::byte*> buffers;
@@ -53,7 +53,7 @@ __attribute__((no_sanitize("vptr"))) std::vector<double> KeptSettings(const Prog
           o.rmsThres};
 }
 
-// A module with the two pads that records their values.
+// A module that records the values of its two pads.
 class Watcher : public ROCPadListener {
  public:
   explicit Watcher(ROCParam* progressValue = newROCParam(7),
@@ -133,11 +133,11 @@ class PitchJobs : public ProgramTest {
   void AwaitCurrent(const Names& names) const {
     Await([&] { return Current() == names; }, names.back().c_str());
   }
-  // While this exists, a worker waits for the sound of the file's sample at its turn.
+  // While this exists, a worker that reaches the file's sample waits for its sound.
   static WritableSound Gate(const std::string& path) {
     return findSampleFN(path.c_str(), 0, -1)->WritableChannels({0});
   }
-  // The track as a script reads it; `handle` gets the handle of its buffer.
+  // The track as scripts read it. Sets `handle` to the handle of its buffer.
   std::vector<float> Read(RIOObject* sample, ROCParam&& handle = ROCParam(99)) const {
     std::vector<float> track(
         static_cast<size_t>(program("SampleGetPitchData", sample, &handle).Int()));
@@ -241,7 +241,7 @@ TEST_F(PitchJobs, ClearingATrackRemovesItsBuffer) {
 }
 
 TEST_F(PitchJobs, PadsAreCalledOnTheScriptThread) {
-  constexpr int kBlocks = 250;  // hops: two whole reports and a rest
+  constexpr int kBlocks = 250;  // hops: two full progress reports and a partial one
   RIOObject* sample = Fill(0, 0, Store("tone.wav", {ToneOf(4096 + 128 * kBlocks, 200)}));
   program("SampleName", sample, "A Name");
   Watcher deaf(newROCParam(1.5), newROCParam(2)), replaced, watcher;
@@ -269,7 +269,7 @@ TEST_F(PitchJobs, PadsAreCalledOnTheScriptThread) {
   program("CalcSamplePitch", sample);
   Finish();
   program("ClearSamplePitch", sample);
-  EXPECT_EQ(watcher.finishedSent.size(), 2u) << "it is delivered before the update";
+  EXPECT_EQ(watcher.finishedSent.size(), 2u) << "queued sends are delivered before an update";
   ZylPump(0);
   for (const Watcher* one : {&deaf, &replaced}) {
     EXPECT_TRUE(one->progressSent.empty() && one->finishedSent.empty() && one->updated.empty());
@@ -319,7 +319,7 @@ TEST_F(PitchJobs, QueriesEditsAndCancelWhileAJobRuns) {
       << "an aborted analysis is reported too";
   EXPECT_EQ(Read(current).size() + Read(waiting).size(), 0u);
 
-  // A job analyses the sound of the moment at which its turn comes.
+  // A job pins a sample's sound when it starts to analyse it.
   gate = Gate(second);
   program("CalcProgramPitch");
   AwaitCurrent({"second"});

@@ -1,4 +1,4 @@
-// Sample objects as scripts see them: who owns them and their records, how methods take them, and
+// Sample objects through script methods: ownership of objects and records, sample arguments, and
 // the properties of a sample.
 #include "sample/CSample.h"
 
@@ -13,8 +13,8 @@ namespace {
 __attribute__((no_sanitize("vptr"))) genericSample*& RecordOf(RIOObject* object) {
   return reinterpret_cast<CSample*>(object)->sample;
 }
-// `value` held an object.
-bool IsGone(const ROCParam& value) { return value.Object() == nullptr; }
+// Whether the object of `value` has been destroyed.
+bool IsDestroyed(const ROCParam& value) { return value.Object() == nullptr; }
 
 class SampleObjects : public ProgramTest {
  protected:
@@ -28,7 +28,7 @@ class SampleObjects : public ProgramTest {
     Program()("DeleteTempSample");
     program.Delete();
     for (const std::string& path : {mono, stereo}) {
-      EXPECT_EQ(findSampleFN(path.c_str(), 0, -1), nullptr) << "a use was not released";
+      EXPECT_EQ(findSampleFN(path.c_str(), 0, -1), nullptr) << "a use was leaked";
     }
     ProgramTest::TearDown();
   }
@@ -40,7 +40,7 @@ class SampleObjects : public ProgramTest {
     program("ZoneSampleSet", keygroup, zone, path);
     EXPECT_TRUE(program("ZoneSampleExists", keygroup, zone).Bool());
   }
-  // Counts notifications of samples about to be deleted; calls `during` in each.
+  // Counts OnDeletingSmpl notifications, and calls `during` in each.
   void ListenForDeleting(std::function<void(RIOObject*)> during = {}) {
     program("Register", &listener);
     listener["OnDeletingSmpl"] = [this, during](ROCParams& arguments, ROCParam**) {
@@ -86,18 +86,18 @@ TEST_F(SampleObjects, ReplacingAZoneSampleDeletesItsObject) {
   program("Dirty", false);
   Fill(0, 0, stereo);
   EXPECT_TRUE(program("Dirty").Bool());
-  EXPECT_TRUE(IsGone(first));
+  EXPECT_TRUE(IsDestroyed(first));
   EXPECT_EQ(deleted, 1);
   EXPECT_EQ(program("Zonename", 0, 0, "unused").Text(), "stereo");
-  // The object of a record that other zones still play is deleted too.
+  // The object is deleted even if other zones play its record.
   const ROCParam second(Zone(0, 1));
   program("ZoneSampleSet", 0, 1);
-  EXPECT_TRUE(IsGone(second));
+  EXPECT_TRUE(IsDestroyed(second));
   EXPECT_EQ(deleted, 2);
   EXPECT_FALSE(program("ZoneSampleExists", 0, 1).Bool());
   EXPECT_EQ(program("ZoneSamplePath", 0, 1).Text() + program("Zonename", 0, 1).Text(), "");
   EXPECT_EQ(Uses(Zone(1, 1)), 3);
-  // A zone keeps a path without a file.
+  // A zone can have a path without a sample.
   program("Dirty", false);
   EXPECT_EQ(program("ZoneSamplePath", 0, 2, "later.wav").Text(), "");
   EXPECT_EQ(program("ZoneSamplePath", 0, 2).Text(), "later.wav");
@@ -113,12 +113,12 @@ TEST_F(SampleObjects, OnlyPrepareDeleteNotifies) {
   RIOObject* sample = Zone(0, 0);
   program("Create", NullObject{});
   EXPECT_EQ(Uses(sample), 1) << "the object outlives its program record";
-  Fill(0, 0, stereo);  // deletes it, as no zone plays its record
+  Fill(0, 0, stereo);  // deletes it: no zone plays its record
   ListenForDeleting();
   for (const bool prepare : {true, false}) {
     const ROCParam object(Zone(0, 0));
     prepare ? void(program("PrepareDelete")) : program.Delete();
-    EXPECT_TRUE(IsGone(object));
+    EXPECT_TRUE(IsDestroyed(object));
   }
   EXPECT_EQ(deleted, 1);
 }
@@ -131,7 +131,7 @@ TEST_F(SampleObjects, ObjectsWithoutARecordAreDropped) {
     EXPECT_EQ(program("SampleFileName", object).Text(), "mono.wav");
     std::exchange(RecordOf(object), nullptr)->deleteSample();
     EXPECT_EQ(program(method, object).Ok(), method == std::string("SampleFileName"));
-    EXPECT_TRUE(IsGone(dead));
+    EXPECT_TRUE(IsDestroyed(dead));
   }
   Fill(1, 2, mono);
   EXPECT_EQ(program("SampleFileName", 1, 2, "unused").Text(), "mono.wav");
@@ -146,13 +146,13 @@ TEST_F(SampleObjects, ReadingATemporarySampleAgainAddsAReference) {
   EXPECT_EQ(program("ReadTempSample", mono, 0, false).Object(), sample);
   EXPECT_EQ(Uses(sample), 1);
   program("DeleteTempSample", sample);
-  EXPECT_EQ(program("GetTempSample", mono).Object(), sample) << "one reader still has it";
+  EXPECT_EQ(program("GetTempSample", mono).Object(), sample) << "one reference remains";
   program("DeleteTempSample", sample);
-  EXPECT_TRUE(IsGone(read));
+  EXPECT_TRUE(IsDestroyed(read));
   const ROCParam twice(program("ReadTempSample", mono).Object());
   program("ReadTempSample", mono);
   program("DeleteTempSample");
-  EXPECT_TRUE(IsGone(twice)) << "all are deleted whatever their counts";
+  EXPECT_TRUE(IsDestroyed(twice)) << "all are deleted regardless of their counts";
 }
 
 TEST_F(SampleObjects, TemporarySamplesAreFoundByChannelAndSharedWithPrograms) {
@@ -180,7 +180,7 @@ TEST_F(SampleObjects, TemporarySamplesAreFoundByChannelAndSharedWithPrograms) {
   program("DeleteTempSample");
   EXPECT_EQ(deleted, 0) << "temporary samples belong to no program";
   program("DeleteTempSample", Zone(0, 0));
-  EXPECT_EQ(Uses(Zone(0, 0)), 2) << "a program's object is no temporary one";
+  EXPECT_EQ(Uses(Zone(0, 0)), 2) << "a program's object is not a temporary sample";
 }
 
 TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {
@@ -197,7 +197,7 @@ TEST_F(SampleObjects, ACreatedTemporarySampleIsEmptyAndFoundByItsPath) {
   program("SampleFilePath", sample, Path("last.wav"));
   EXPECT_EQ(program("SampleName", sample).Text(), "Kick");
   program("DeleteTempSample", sample);
-  EXPECT_TRUE(IsGone(made)) << "creating it again added no reference";
+  EXPECT_TRUE(IsDestroyed(made)) << "creating it again added no reference";
 }
 
 TEST_F(SampleObjects, DeletingATemporarySampleUnlocksIt) {
@@ -227,7 +227,7 @@ TEST_F(SampleObjects, DeletingATemporarySampleUnlocksIt) {
   EXPECT_EQ(program("ReadTempSample", Path("no.wav"), 0, true).Int(), 0);
 }
 
-TEST_F(SampleObjects, ReloadingReachesZonesAndObjects) {
+TEST_F(SampleObjects, ReloadingUpdatesZonesAndObjects) {
   Fill(0, 0, mono);
   const Program other;
   other("Create", program.Algo());
@@ -259,7 +259,7 @@ TEST_F(SampleObjects, ReloadingReachesZonesAndObjects) {
   EXPECT_EQ(RecordOf(Zone(1, 0)), old);
 }
 
-TEST_F(SampleObjects, PropertiesSetTheirDirtyMarks) {
+TEST_F(SampleObjects, PropertiesSetTheirDirtyFlags) {
   Fill(0, 0, stereo);
   RIOObject* sample = Zone(0, 0);
   const std::tuple<const char*, int32_t, int32_t> properties[] = {
@@ -300,7 +300,7 @@ TEST_F(SampleObjects, RecalcTuneFollowsTheHostRate) {
       {2 * host, 5, 3077 * 65536},
       {host / 2, 0, -3072 * 65536},
       {0, 7, 0},
-      {2 * host, 0x7FFF8000, (3072 - 0x8000) * 65536},  // only the low 16 bits are left
+      {2 * host, 0x7FFF8000, (3072 - 0x8000) * 65536},  // truncated to 16 bits
   };
   for (const auto& [rateHz, tune, expected] : cases) {
     program("SampleSampleRate", sample, rateHz);
@@ -358,7 +358,7 @@ TEST_F(SampleObjects, OnlyAWholeWriteToItsPathCleansASample) {
       {stereo, 0, true, false},
       {Path("copy.wav"), 0, true, true},
       {Path("./stereo.wav"), 0, true, false},  // the same file
-      {stereo, 2, true, true},                 // one channel is not all of it
+      {stereo, 2, true, true},                 // not the whole sample
       {Path("no/such/folder/x.wav"), 0, false, true}};
   for (const auto& [target, mask, stored, dirty] : rows) {
     whole->shared().dirty = true;

@@ -68,7 +68,7 @@ TEST_F(ParameterSlots, ASlotIsHeaderEntriesAndZeroPadding) {
       {{kLoudVel}, {16, 77, 0, vel}},
       {{kLoudVel, 4}, {24, 77, 0, vel, Stored(4), 0}},
       {{4, kLoudVel, 5}, {24, 77, 0, Stored(4), vel, Stored(5)}},
-      {{0x1234, 0x71234}, {24, 77, 0, none, none, 0}},  // the low half of a number counts
+      {{0x1234, 0x71234}, {24, 77, 0, none, none, 0}},  // numbers are truncated to 16 bits
       {{0}, {16, 77, 0, Entry(0, 0xFFFF)}},
   };
   for (const auto& [numbers, words] : cases) {
@@ -76,7 +76,7 @@ TEST_F(ParameterSlots, ASlotIsHeaderEntriesAndZeroPadding) {
     EXPECT_EQ(Write(77, numbers).result, nullptr);
     EXPECT_EQ(pad.Bytes(), Words(words)) << numbers.size();
   }
-  // Numbers of other types count by their low bits, absent entries not at all.
+  // Values of other types give their low bits; absent entries are skipped.
   const uint32_t unnamed = Entry(0, 0xFFFF);
   pad.Set("");
   program("WriteDataToPad", &pad, 1, NullEntry{}, kLoudVel, NullEntry{}, "text", true, 15.0,
@@ -119,7 +119,7 @@ TEST_F(ParameterSlots, ASlotThatChangesItsSizeMovesToTheEnd) {
 TEST_F(ParameterSlots, ReadingBackChangesOnlyWhatDiffers) {
   const ProgramRecord record(program);
   Listen();
-  // The individual output is announced at every store.
+  // Storing the individual output always notifies.
   const std::string kOutput = "10 -1 -1 -1 230 -1 -1 -1 ";
   // 60 entries need padding, 61 do not.
   for (const int count : {60, 61}) {
@@ -131,29 +131,29 @@ TEST_F(ParameterSlots, ReadingBackChangesOnlyWhatDiffers) {
     EXPECT_TRUE(Read(count).Ok());
     EXPECT_EQ(record.Image(), before);
     EXPECT_FALSE(TakeDirty());
-    EXPECT_EQ(TakeHeard(), kOutput);
+    EXPECT_EQ(TakeNotified(), kOutput);
     program("PRGIntValue", kLoudVel, Value(kLoudVel) - 1);
     program("PRGIntValue", kLoudPrs, Value(kLoudPrs) + 1);
     EXPECT_NE(record.Image(), before);
-    TakeHeard();
+    TakeNotified();
     Read(count);
     EXPECT_EQ(record.Image(), before);
     EXPECT_TRUE(TakeDirty());
-    EXPECT_EQ(TakeHeard(), kOutput + "15 20 -1 -1 17 0 -1 -1 ");
+    EXPECT_EQ(TakeNotified(), kOutput + "15 20 -1 -1 17 0 -1 -1 ");
   }
 }
 
-TEST_F(ParameterSlots, ValuesAreSixteenBitsWithASign) {
+TEST_F(ParameterSlots, ValuesAreSigned16Bit) {
   program("PRGIntValue", 4, 1);
   Listen();
   pad.Set(Words({32, 1, 0, Entry(60000, 40000), Entry(4, 0), Entry(4, 3), Entry(0, 1), 0}));
   Read(1);
-  EXPECT_EQ(heard, "60000 -25536 -1 -1 4 0 -1 -1 4 3 -1 -1 0 1 -1 -1 ");
+  EXPECT_EQ(notified, "60000 -25536 -1 -1 4 0 -1 -1 4 3 -1 -1 0 1 -1 -1 ");
   EXPECT_EQ(Value(4), 3);
 }
 
-// A slot may have any size from 8, and ends with the buffer at the latest. Other bytes are neither
-// read nor removed.
+// A slot may have any size from 8 and is truncated at the end of the buffer. No other bytes are
+// read or removed.
 TEST_F(ParameterSlots, ReadsSlotsOfAnySizeFrom8Bytes) {
   const int vel = Value(kLoudVel);
   const int prs = Value(kLoudPrs);
@@ -165,7 +165,7 @@ TEST_F(ParameterSlots, ReadsSlotsOfAnySizeFrom8Bytes) {
   const auto noSlot = [](const char* what, const std::string& bytes) {
     return std::tuple(what, bytes, 0, bytes);
   };
-  // What it is, the bytes, how many of the two changes the slot holds, the bytes without the slot.
+  // Description, bytes, how many of the two changes the slot has, and the bytes without the slot.
   const std::tuple<const char*, std::string, int, std::string> cases[] = {
       {"20 bytes", sized20 + other, 2, other},
       {"20 bytes after others", other + sized20, 2, other},
@@ -178,7 +178,7 @@ TEST_F(ParameterSlots, ReadsSlotsOfAnySizeFrom8Bytes) {
       {"beyond the end", other + Words({24, 1, 0, change, change2}), 2, other},
       {"a size that wraps around", other + Words({0xFFFFFFF0, 1, 0, change}), 1, other},
       {"cut in an entry", good.substr(0, 15), 0, ""},
-      // One byte short of the reserved word; the byte after the slot is 0.
+      // The reserved word lacks one byte; the byte after the slot is 0.
       {"cut in the header", Words({11, 1, 0}).substr(0, 11) + Words({0x100, 2, 0, 0}), 0,
        Words({0x100, 2, 0, 0})},
       {"cut after the id", other + Words({16, 1}), 0, other},
@@ -255,7 +255,7 @@ TEST_F(SampleImages, SurviveARoundTrip) {
     ASSERT_TRUE(read != nullptr && read != sample);
     EXPECT_EQ(ReadAll(read), ReadAll(sample));
     EXPECT_EQ(Get(read, "SampleBits"), c.bits);
-    // Equal files have equal parameters; the readers have their own tests.
+    // Compare the parameters by comparing files; the readers have their own tests.
     for (const auto& [one, name] : {std::pair(sample, "a.wav"), {read, "b.wav"}}) {
       program("SampleName", one, "same");
       EXPECT_TRUE(program("SampleWrite", one, Path(name)).Bool());
@@ -281,15 +281,16 @@ TEST_F(SampleImages, AreMovedIntoThePad) {
   constexpr int kFrames = 32 << 20;
   RIOObject* sample = New(8, 1, kFrames);
   program("SampleSetValues", sample, 0, kFrames, 1);
-  // From now on the peak counts.
-  if (!(std::ofstream("/proc/self/clear_refs") << 5 << std::flush)) GTEST_SKIP() << "no such count";
+  // Reset the peak.
+  if (!(std::ofstream("/proc/self/clear_refs") << 5 << std::flush))
+    GTEST_SKIP() << "the system has no such counter";
   const long before = kibibytes("VmRSS:");
   program("WriteSampleToPad", &pad, sample);
   EXPECT_GT(pad.DataValue()->GetSize(), kFrames);
   EXPECT_LT(kibibytes("VmHWM:") - before, kFrames / 1024 * 3 / 2);
 }
 
-TEST_F(SampleImages, HoldAllChannelsOfAOneChannelObject) {
+TEST_F(SampleImages, ContainAllChannelsOfAOneChannelObject) {
   WriteWave(Path("two.wav"), {{1, 2, 3}, {4, 5, 6}});
   RIOObject* second = program("ReadTempSample", Path("two.wav"), 1).Object();
   program("WriteSampleToPad", &pad, second);

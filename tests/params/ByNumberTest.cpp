@@ -1,5 +1,5 @@
-// Parameters by number and by text: what each call stores, marks dirty and announces. The golden
-// table has the field of each number and what typed texts store.
+// Parameters by number and by text: stores, dirty flags and notifications. The golden table has the
+// field of each number and the values of typed texts.
 #include <algorithm>
 #include <cstdio>
 
@@ -26,7 +26,7 @@ class ByNumber : public ProgramTest {
   }
   int32_t Sample(int number) const { return program("SampleIntValue", 0, 0, number).Int(); }
 
-  // What a typed text is replaced by.
+  // Returns the text that replaces a typed one.
   template <class... Place>
   std::string Type(const char* method, const std::string& text, Place... place) const {
     const ROCParamPtr typed(newROCParam(std::string_view(text)));
@@ -35,16 +35,16 @@ class ByNumber : public ProgramTest {
   }
 };
 
-TEST_F(ByNumber, EachStoreIsAnnouncedWithItsPlace) {
+TEST_F(ByNumber, EachStoreNotifiesWithItsIndexes) {
   program("PRGIntValue", 4, 77);
   program("KGIntValue", 1, 103, 9);
   program("ZoneIntValue", 2, 1, 204, 5);
-  EXPECT_EQ(TakeHeard(), "4 77 -1 -1 103 9 1 -1 204 5 2 1 ");
+  EXPECT_EQ(TakeNotified(), "4 77 -1 -1 103 9 1 -1 204 5 2 1 ");
   EXPECT_TRUE(TakeDirty());
   program("PRGIntValue", 3, 5);
   EXPECT_EQ(program("PRGmidiChannel").Int(), 5);
   program("PRGIntValue", 10, 4);
-  EXPECT_EQ(TakeHeard(), "3 5 -1 -1 10 4 -1 -1 230 4 -1 -1 10 4 -1 -1 ");
+  EXPECT_EQ(TakeNotified(), "3 5 -1 -1 10 4 -1 -1 230 4 -1 -1 10 4 -1 -1 ");
   // The master detune bytes are a text of twelve bytes; the thirteenth keeps its value.
   program("PRGmasterDetune", 12, 9);
   EXPECT_EQ(program("PRGStringValue", 45, "0123456789abcdef").Text(), "");
@@ -71,7 +71,7 @@ TEST_F(ByNumber, MemoryFiguresEqualTheMemoryMethods) {
   EXPECT_EQ(value(93), program("GetUsedPhysicalMemory", false).Int());
   EXPECT_EQ(value(94), 100);
   EXPECT_EQ(text(94), "100.0 %");
-  // Nothing is locked: there is nothing to take a part of.
+  // Nothing is locked, so the percentage is undefined.
   EXPECT_EQ(value(90), 0);
   EXPECT_EQ(text(90), "0 byte");
   EXPECT_EQ(value(91), -1);
@@ -84,7 +84,8 @@ TEST_F(ByNumber, MemoryFiguresEqualTheMemoryMethods) {
   program("SampleSize", filler, (1024 * 1024 - value(93)) / 2);
   EXPECT_EQ(value(93), 1024 * 1024);
   EXPECT_EQ(text(93), "1024.0 KB");
-  // The whole is the machine's memory, not the figure of at most 2 GiB that scripts get.
+  // The percentage refers to all of the machine's memory, not to the 2 GiB maximum that scripts
+  // see.
   program("SampleSize", filler, 20'000'000);
   char percent[32];
   std::snprintf(percent, sizeof percent, "%3.1f %%",
@@ -115,13 +116,13 @@ TEST_F(ByNumber, AnIndexOfSeveralKeygroupsStoresInAllAndReturnsTheLastValue) {
 TEST_F(ByNumber, ZoneOutputsAreRelativeToTheProgramsOutput) {
   program("PRGindyOutput", 2);
   program("ZoneoutOffset", 0, 1, 1);
-  TakeHeard();
+  TakeNotified();
   EXPECT_EQ(program("ZoneStringValue", 0, 1, 230).Text(), "4");
   EXPECT_EQ(program("ZoneIntValue", 0, 1, 230, 7).Int(), 3);
   EXPECT_EQ(program("ZoneoutOffset", 0, 1).Int(), 5);
-  EXPECT_EQ(TakeHeard(), "230 7 0 1 ") << "announced once, like every zone value";
+  EXPECT_EQ(TakeNotified(), "230 7 0 1 ") << "one notification, like every zone value";
   EXPECT_EQ(Type("ZoneStringValue", "12", 0, 1, 230), "8");
-  EXPECT_EQ(TakeHeard(), "201 7 -1 -1 230 7 -1 -1 ");
+  EXPECT_EQ(TakeNotified(), "201 7 -1 -1 230 7 -1 -1 ");
   EXPECT_EQ(Type("ZoneStringValue", "off", 0, 1, 230), "Off");
   EXPECT_EQ(program("ZoneoutOffset", 0, 1).Int(), 253);
   program("ZoneoutOffset", 0, 1, 1);
@@ -132,22 +133,22 @@ TEST_F(ByNumber, ZoneOutputsAreRelativeToTheProgramsOutput) {
 
 TEST_F(ByNumber, UpdateKGSelectsTheKeygroupsOfTheNotification) {
   program("ZoneIntValue", -1, 1, 204, 3);
-  EXPECT_EQ(TakeHeard(), "204 3 0 1 204 3 1 1 204 3 2 1 ");
+  EXPECT_EQ(TakeNotified(), "204 3 0 1 204 3 1 1 204 3 2 1 ");
   program("ZoneIntValue", 0, 1, 204, 4, -2);
-  EXPECT_EQ(TakeHeard(), "204 4 0 1 204 4 2 1 ");
+  EXPECT_EQ(TakeNotified(), "204 4 0 1 204 4 2 1 ");
   program("ZoneIntValue", -2, 1, 204, 5, 77);
-  EXPECT_EQ(TakeHeard(), "204 5 77 1 ");
-  // UpdateKG is read only when there is something to announce, after the store.
+  EXPECT_EQ(TakeNotified(), "204 5 77 1 ");
+  // UpdateKG is read after the store, and only if the call notifies.
   TakeDirty();
   EXPECT_TRUE(program("ZoneIntValue", 0, 1, 204, 5, "x").Ok());
   ExpectError(program("ZoneIntValue", 0, 1, 204, 6, "x"), "ArgType");
   EXPECT_EQ(program("ZonelowVel", 0, 1).Int(), 6);
   EXPECT_TRUE(TakeDirty());
-  EXPECT_EQ(TakeHeard(), "");
-  // A zone value switches notifications on.
+  EXPECT_EQ(TakeNotified(), "");
+  // ZoneIntValue enables notifications.
   program("EnableRegisterCall", false);
   program("PRGIntValue", 4, 78);
-  EXPECT_EQ(TakeHeard(), "");
+  EXPECT_EQ(TakeNotified(), "");
   program("ZoneIntValue", 0, 1, 204);
   EXPECT_TRUE(program("EnableRegisterCall").Bool());
 }
@@ -168,12 +169,12 @@ TEST_F(ByNumber, SampleValuesAreClampedToTheSample) {
     const int32_t before = Sample(number);
     TakeDirty();
     program("SampleDirty", 0, 0, false);
-    TakeHeard();
+    TakeNotified();
     EXPECT_EQ(program("SampleIntValue", 0, 0, number, value).Int(), before);
     EXPECT_EQ(Sample(number), now);
     const int32_t sent = number == 314 ? std::clamp(value, 1, 4) : value;
     const std::string numbers = std::to_string(number) + " " + std::to_string(sent);
-    EXPECT_EQ(TakeHeard(), sent == before ? "" : numbers + " 0 0 ");
+    EXPECT_EQ(TakeNotified(), sent == before ? "" : numbers + " 0 0 ");
     EXPECT_TRUE(sent == before || (program("SampleDirty", 0, 0).Bool() && TakeDirty()));
   }
   // A loop start creates the first loop, as does a loop end after the sample's start.
@@ -205,7 +206,7 @@ TEST_F(ByNumber, SampleTextsNameTheFileAndChannel) {
     EXPECT_EQ(Sample(306), 1);
     EXPECT_EQ(program("SampleDirty", 0, 0).Bool(), changes);
     EXPECT_EQ(TakeDirty(), changes);
-    EXPECT_EQ(TakeHeard(), "");
+    EXPECT_EQ(TakeNotified(), "");
   }
 }
 

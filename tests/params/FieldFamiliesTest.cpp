@@ -1,4 +1,4 @@
-// Field methods: the bytes that each kind changes, the dirty mark and the notification. The golden
+// Field methods: the bytes that each kind changes, the dirty flag and the notification. The golden
 // table has every method's number and type.
 #include <functional>
 #include <numeric>
@@ -9,11 +9,11 @@ namespace zyl::test {
 namespace {
 
 constexpr int32_t kDiffering = INT32_MIN;
-// One for each kind of record and of store.
+// One for each kind of record and storage rule.
 constexpr const char* kKeygroupMethods[] = {"KGtune", "KGresonance", "KGfilterResonance",
                                             "KGenv3Rate1", "TolmoKGreverb"};
 
-// Library functions store the resonances.
+// Resonances are stored by library functions, which set no dirty flag.
 bool MarksProgram(const std::string& name) {
   return name != "KGresonance" && name != "KGfilterResonance";
 }
@@ -56,7 +56,7 @@ TEST_F(FieldFamilies, AStoreChangesOneFieldMarksDirtyAndNotifies) {
     };
     call(0);
     TakeDirty();
-    TakeHeard();
+    TakeNotified();
     const auto before = record.Image();
     EXPECT_EQ(call(0x5A5A5A5A), 0);
     std::vector<size_t> changed(row.bytes);
@@ -64,12 +64,12 @@ TEST_F(FieldFamilies, AStoreChangesOneFieldMarksDirtyAndNotifies) {
     EXPECT_EQ(ProgramRecord::Changed(before, record.Image()), changed);
     EXPECT_EQ(TakeDirty(), MarksProgram(row.method));
     // The caller's value is sent untruncated.
-    EXPECT_EQ(TakeHeard(), row.number.empty() ? "" : row.number + " 1515870810 -1 -1 ");
-    // A value that differs only in bits that the field drops is no change, except for keygroups,
-    // where every store marks the program.
+    EXPECT_EQ(TakeNotified(), row.number.empty() ? "" : row.number + " 1515870810 -1 -1 ");
+    // A value that differs only in truncated bits is no change, except that every store in
+    // keygroups sets the dirty flag.
     call(0x5A5A5A5A + (1 << (8 * row.bytes)));
     EXPECT_EQ(TakeDirty(), row.place.size() == 1 && MarksProgram(row.method));
-    EXPECT_EQ(TakeHeard(), "");
+    EXPECT_EQ(TakeNotified(), "");
   }
 }
 
@@ -82,11 +82,12 @@ TEST_F(FieldFamilies, AKeygroupIndexAddressesOneAllOrTheSelected) {
     program(method, 2, 90);
     EXPECT_EQ(program(method, -1).Int(), kDiffering);
     EXPECT_EQ(program(method, -2).Int(), 0);
-    EXPECT_EQ(program(method, -7, 3).Int(), 0) << "every index below -1 means the selected ones";
+    EXPECT_EQ(program(method, -7, 3).Int(), 0)
+        << "every index below -1 addresses the selected ones";
     for (const int k : {0, 1}) EXPECT_EQ(program(method, k).Int(), 3);
     EXPECT_EQ(program(method, 2).Int(), 90);
   }
-  EXPECT_EQ(heard, "") << "keygroup fields are not announced";
+  EXPECT_EQ(notified, "") << "keygroup fields do not notify";
   program("KGSelect", -1, false);
   for (const char* method : kKeygroupMethods) EXPECT_EQ(program(method, -2).Int(), kDiffering);
   for (int k = 0; k < 3; ++k) program("KGDelete", 0);
@@ -95,7 +96,7 @@ TEST_F(FieldFamilies, AKeygroupIndexAddressesOneAllOrTheSelected) {
     TakeDirty();
     const auto before = record.Image();
     EXPECT_EQ(program(method, -1, 5).Int(), kDiffering);
-    EXPECT_EQ(TakeDirty(), MarksProgram(method)) << "also when nothing changes";
+    EXPECT_EQ(TakeDirty(), MarksProgram(method)) << "even if nothing changes";
     EXPECT_EQ(before, record.Image());
   }
 }
@@ -115,7 +116,7 @@ TEST_F(FieldFamilies, ProgramMethodsWithSpecialRules) {
   const ProgramRecord record(program);
   const auto expect = [&](bool dirty, const char* notifications) {
     EXPECT_EQ(TakeDirty(), dirty);
-    EXPECT_EQ(TakeHeard(), notifications);
+    EXPECT_EQ(TakeNotified(), notifications);
   };
   // A name of 12 bytes has no terminator; further bytes are ignored.
   program("PRGname", "short");
@@ -124,7 +125,7 @@ TEST_F(FieldFamilies, ProgramMethodsWithSpecialRules) {
   expect(true, "");
   EXPECT_EQ(program("PRGname", "twelve chars and more").Text(), "twelve chars");
   expect(false, "");
-  // These announce every call, even without a change, and do not mark the program dirty.
+  // These notify on every call, even without a change, and do not set the dirty flag.
   program("PRGmidiChannel", 5);
   program("PRGmidiChannel", 40);
   EXPECT_EQ(record->midiChannel, 5);
@@ -132,7 +133,7 @@ TEST_F(FieldFamilies, ProgramMethodsWithSpecialRules) {
   EXPECT_EQ(program("PRGindyOutput", 200).Int(), -1);
   EXPECT_EQ(program("PRGindyOutput", -56).Int(), -56);
   expect(false, "10 -56 -1 -1 230 -56 -1 -1 10 -56 -1 -1 230 -56 -1 -1 ");
-  // The count is compared and stored whole.
+  // The count is compared and stored as 32 bits.
   EXPECT_EQ(program("PRGkeyGroups", 3 + 256).Int(), 3);
   EXPECT_EQ(record->keyGroups, 259);
   EXPECT_EQ(record->keyGroupsByte, 255);
@@ -140,7 +141,7 @@ TEST_F(FieldFamilies, ProgramMethodsWithSpecialRules) {
   EXPECT_EQ(program("PRGkeyGroups", -1).Int(), 259);
   EXPECT_EQ(program("KGtune", -1, 5).Int(), kDiffering) << "no keygroup is addressed";
   expect(true, "21 259 -1 -1 21 -1 -1 -1 ");
-  // Detune values are stored without a mark.
+  // Storing detune values sets no dirty flag.
   const auto before = record.Image();
   EXPECT_EQ(program("PRGmasterDetune", 12, 200).Int(), 0);
   EXPECT_EQ(program("PRGmasterDetune", 12).Int(), -56);
@@ -157,20 +158,20 @@ TEST_F(FieldFamilies, TheProgramsOrganExtensionIsCreatedOnFirstUse) {
     const ProgramRecord record(program);
     TakeDirty();
     EXPECT_FALSE(program(method, "1").Ok());
-    EXPECT_FALSE(record->IsTolmoChunk()) << "a refused call creates nothing";
+    EXPECT_FALSE(record->IsTolmoChunk()) << "a rejected call creates nothing";
     const int32_t initial = program(method).Int();
     ASSERT_TRUE(record->IsTolmoChunk());
-    EXPECT_FALSE(TakeDirty()) << "reading is no change";
+    EXPECT_FALSE(TakeDirty()) << "reading changes nothing";
     EXPECT_EQ(program(method, 200).Int(), initial);
     EXPECT_TRUE(TakeDirty());
     program(method, 200 + 256);
     EXPECT_FALSE(TakeDirty());
     EXPECT_EQ(program(method).Int(), 200);
   }
-  EXPECT_EQ(heard, "");
+  EXPECT_EQ(notified, "");
 }
 
-TEST_F(FieldFamilies, AKeygroupsOrganExtensionIsSwitchedOnByAStore) {
+TEST_F(FieldFamilies, AStoreEnablesTheKeygroupsOrganExtension) {
   const ProgramRecord record(program);
   const auto on = [&] {
     std::string text;

@@ -1,11 +1,11 @@
--- Compares every parameter with a golden table: its number, the method that reaches it by name, its
--- type, the texts of its values, and what typed texts store.
+-- Compares every parameter with a golden table: its number, its field method, its type, the texts of
+-- its values, and the values of typed texts.
 --
---   zyl run Parameters.lua parameters.txt           fails where the table differs
---   zyl run Parameters.lua --write parameters.txt   writes the table anew
+--   zyl run Parameters.lua parameters.txt           fails if the table differs
+--   zyl run Parameters.lua --write parameters.txt   rewrites the table
 --
--- Everything is found out through script calls. The table does not repeat the texts of a parameter
--- that shows and takes the same texts as an earlier one.
+-- Uses script calls only. If a parameter has the same texts as an earlier one, the table refers to
+-- that one.
 
 local levels = {
   { name = "program", first = 0, last = 99, call = "PRG", at = {} },
@@ -21,7 +21,7 @@ local typedTexts = { "", " ", "x", "zz", "0", "1", "3", " 3x", "9", "12", "16", 
 
 -- ---- The program under test ----
 
-local prg, listener, told
+local prg, listener, received
 
 -- Two keygroups, and a sample of 100 positions in keygroup 0, zone 0.
 local function fresh(channels)
@@ -36,9 +36,9 @@ local function fresh(channels)
   prg:SampleEnd(sample, 99)
   prg:SampleLoopEnd(sample, 0, 99)
   prg:SampleFilePath(sample, "folder/tone.wav")
-  listener = host.algo { OnProgramParameterChanged = function(_, number) told[number] = true end }
+  listener = host.algo { OnProgramParameterChanged = function(_, number) received[number] = true end }
   prg:Register(listener)
-  told = {}
+  received = {}
 end
 
 local function invoke(level, form, number, ...)
@@ -53,7 +53,7 @@ local function text(level, number, new) return invoke(level, "StringValue", numb
 local function clean()
   prg:Dirty(false)
   prg:SampleDirty(0, 0, false)
-  told = {}
+  received = {}
 end
 
 -- ---- The methods by name ----
@@ -94,7 +94,7 @@ do
   add("sample", "SampleFileName", 0, 0)
 end
 
--- The name of the method that reads what `write(a)` and `write(b)` store.
+-- The name of the field method that reads the values stored by `write(a)` and `write(b)`.
 local function methodOf(level, write, a, b)
   local before = {}
   write(a)
@@ -114,7 +114,7 @@ local kProbe = 0x18080
 
 local function quoted(given) return '"' .. given:gsub('[\\"]', "\\%0") .. '"' end
 
--- Items after a heading, in lines of a readable length.
+-- Appends a heading and its items, wrapped into lines.
 local function wrapped(lines, heading, items, separator)
   local line = heading
   for i, item in ipairs(items) do
@@ -128,7 +128,7 @@ local function wrapped(lines, heading, items, separator)
   lines[#lines + 1] = line
 end
 
--- The texts of the values that a parameter takes, equal ones in a row as one.
+-- The texts of a parameter's values; consecutive equal texts are merged.
 local function shownTexts(level, number, lines, values)
   local texts, numbers = {}, {}
   for _, written in ipairs(values) do
@@ -150,8 +150,9 @@ local function shownTexts(level, number, lines, values)
   return texts
 end
 
--- What each typed text stores, and what replaces it, grouped by the outcome. Two starts tell what is
--- stored from what is left alone. A text that is not replaced is shown only where it is a name.
+-- The value that each typed text stores and the text that replaces it, grouped by result. Each is
+-- tried with two initial values, to distinguish a store from no effect. An unreplaced text is shown
+-- only if it is a name.
 local function takenTexts(level, number, lines, typed, names, read, reset)
   local outcomes, groups, isName = {}, {}, {}
   for _, name in pairs(names) do isName[name] = name ~= "" end
@@ -164,7 +165,7 @@ local function takenTexts(level, number, lines, typed, names, read, reset)
       text(level, number, new)
       stored[start], replaced = read(), new.value
       marks = prg:Dirty() or marks
-      for one in pairs(told) do numbers[one] = true end
+      for one in pairs(received) do numbers[one] = true end
     end
     reset(1)
     local first = read()
@@ -192,7 +193,7 @@ local function takenTexts(level, number, lines, typed, names, read, reset)
   return #outcomes == 1 and outcomes[1] == "nothing"
 end
 
--- All typed texts, and the names that the parameter shows.
+-- The texts to type: the common ones and the names of the parameter.
 local function typedFor(texts)
   local typed, known = {}, {}
   local function add(given)
@@ -214,7 +215,7 @@ local shown = { -1 }
 for v = 0, 25 do shown[#shown + 1] = v end
 table.move({ 31, 32, 99, 127, 128, 255 }, 1, 6, #shown + 1, shown)
 
--- The lines that tell of a parameter's texts; nil when it has none and takes none.
+-- The lines about a parameter's texts; nil if it neither shows nor accepts any.
 local function textLines(level, number)
   local lines = {}
   local start = starts[number] or { 1, 2 }
@@ -314,7 +315,7 @@ local function describeChannels(channels, lines)
   takenTexts(level, number, lines, names, texts, read, reset)
 end
 
--- Typed outputs of a program object with this many.
+-- Typed outputs of a program object with that number of outputs.
 local function describeOutputs(outputs, lines)
   fresh(2)
   prg:MaxIndyOut(outputs)

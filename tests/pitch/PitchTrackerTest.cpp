@@ -19,6 +19,7 @@
 #include "pitch/TrackCorrection.h"
 #include "sample/ValueRanges.h"
 
+namespace zyl::test {
 namespace {
 
 constexpr double kRateHz = 44100.0;
@@ -32,7 +33,7 @@ std::vector<uint32_t> BitsOf(const std::vector<float>& track) {
   return bits;
 }
 
-// Frames of any value, read one by one.
+// Reads its frames one by one.
 class FrameTracker : public PitchTracker {
  public:
   explicit FrameTracker(const std::vector<double>& frames)
@@ -84,7 +85,7 @@ double Tone(double frame, double pitchHz) {
   return std::sin(2 * 3.141592653589793 * pitchHz * frame / kRateHz);
 }
 
-// From 0 to below 1.
+// Uniform in [0, 1).
 double Random(std::mt19937& random) { return static_cast<double>(random()) / 4294967296.0; }
 
 std::vector<double> Noise(size_t count, double level, unsigned seed) {
@@ -125,7 +126,7 @@ std::map<std::string, std::vector<double>> Signals() {
       {"least constant", Generate(9000, [](double) { return -1 / 32768.0; })},
       {"silence", std::vector<double>(9000)},
       {"step", Generate(45000, [](double i) { return i < 22000 ? 0.0 : 0.7; })},
-      // Two have their peak at the longest lag that can be one, and just beyond it.
+      // The last two impulse signals peak at the longest possible lag and just beyond it.
       {"impulses 400", Generate(15000, impulses(400))},
       {"impulses 2036", Generate(15000, impulses(2036))},
       {"impulses 2040", Generate(15000, impulses(2040))},
@@ -145,8 +146,8 @@ std::map<std::string, std::vector<double>> Signals() {
 }
 
 TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
-  // The last ones put the shortest and the longest lag at 31 to 33 and 95 to 97, around the edges
-  // of what the screen takes at a time.
+  // The last ones have shortest and longest lags of 31 to 33 and 95 to 97, around the limits of
+  // the groups that the screen processes.
   const PlainPitchSettings settings[] = {{},
                                          {2000, 50, 0},
                                          {500, 80, 1e-5},
@@ -163,7 +164,7 @@ TEST(PitchTracker, TracksEqualThePlainEvaluationBitByBit) {
   }
 }
 
-TEST(PitchTracker, TakesAnySetting) {
+TEST(PitchTracker, AcceptsAnySettings) {
   const std::vector<double> tone = Generate(9000, [](double i) { return 0.4 * Tone(i, 147); });
   for (const std::vector<double>& frames : {tone, Noise(9000, 0.3, 3)}) {
     for (const int minPeriodHz : {0, 1, -1, -2000, 50, 22049, 22050, 30000, INT_MAX, INT_MIN}) {
@@ -181,13 +182,13 @@ TEST(PitchTracker, TakesAnySetting) {
   for (const float value : tracker.output) EXPECT_TRUE(std::isfinite(value));
 }
 
-TEST(PitchTracker, TakesAnyLength) {
+TEST(PitchTracker, AcceptsAnyLength) {
   const std::vector<double> all = Generate(5000, [](double i) { return 0.4 * Tone(i, 300); });
   for (size_t count = 0; count <= all.size(); ++count) {
     ExpectPlainTrack({all.begin(), all.begin() + static_cast<ptrdiff_t>(count)}, {},
                      std::to_string(count));
   }
-  // Lengths around those at which reading, filtering and screening change over.
+  // Lengths around the block limits of reading, filtering and screening.
   const std::vector<double> noise = Noise(2 * 36864 + 300, 0.4, 4);
   for (const size_t count : {36863U, 36864U, 36865U, 36991U, 36992U, 69631U, 69632U, 73999U}) {
     ExpectPlainTrack({noise.begin(), noise.begin() + static_cast<ptrdiff_t>(count)}, {},
@@ -223,7 +224,7 @@ TEST(PitchTracker, ReportsProgressAndStopsAtTheNextBlock) {
   EXPECT_EQ(early.output, std::vector<float>(early.output.size()));
 }
 
-// Each channel's values in `bytesPerSample` bytes, in a buffer without a byte to spare.
+// Each channel's values in `bytesPerSample` bytes, in a buffer of exactly that size.
 class Sample {
  public:
   Sample(const std::vector<std::vector<double>>& channels, int bytesPerSample) {
@@ -286,7 +287,7 @@ TEST(SamplePitchTracker, SumsTheFirst16Channels) {
   }
 }
 
-TEST(SamplePitchTracker, TakesAnUnreadableSourceAsEmpty) {
+TEST(SamplePitchTracker, TreatsAnUnreadableSourceAsEmpty) {
   const Sample sample({Noise(6000, 0.2, 1), Noise(6000, 0.2, 2)}, 2);
   std::vector<zyl::PitchSource> sources(4, sample.source);
   sources[0].bytesPerSample = 5;
@@ -366,7 +367,7 @@ TEST(SmoothTrack, EqualsThePlainEvaluation) {
   }
 }
 
-TEST(SmoothTrack, EndsForAnyLength) {
+TEST(SmoothTrack, TerminatesForAnyLength) {
   for (const int length : {INT_MAX, 0, -1, INT_MIN}) {
     std::vector<float> track = {0, 7};
     EXPECT_TRUE(SmoothTrack(track.data(), 2, length));
@@ -379,3 +380,4 @@ TEST(SmoothTrack, EndsForAnyLength) {
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -31,13 +31,13 @@ TEST_F(FileMethods, CreateMakesADefaultProgramOrACopy) {
     EXPECT_EQ(copy("PRGpoly").Int(), 15);
     EXPECT_EQ(copy("PRGmidiChannel").Int(), 0);
   }
-  // A copy of itself: the new record has nothing to copy and no channel.
+  // A copy of itself copies the object's new, empty record, which has no channel.
   EXPECT_TRUE(copy("Create", copy.Algo()).Bool());
   EXPECT_EQ(copy("PRGkeyGroups").Int(), 0);
   EXPECT_EQ(copy("PRGmidiChannel").Int(), 99);
 }
 
-TEST_F(FileMethods, ReadTakesTheGivenOrTheRecordsChannel) {
+TEST_F(FileMethods, ReadUsesTheGivenOrTheRecordsChannel) {
   const Program program;
   program.Make();
   for (const int channel : {5, -1}) {
@@ -58,7 +58,7 @@ TEST_F(FileMethods, ReadTakesTheGivenOrTheRecordsChannel) {
       EXPECT_FALSE(program("IsValid").Bool());
     }
   }
-  EXPECT_TRUE(program("Dirty").Bool()) << "only a write clears the mark";
+  EXPECT_TRUE(program("Dirty").Bool()) << "only a write clears the flag";
 }
 
 TEST_F(FileMethods, FindSharesARecordByPathProgramNameOrFileName) {
@@ -80,7 +80,7 @@ TEST_F(FileMethods, FindSharesARecordByPathProgramNameOrFileName) {
 TEST_F(FileMethods, WriteUsesTheRecordsNameUnlessAPathIsGiven) {
   const Program program;
   program.Make();
-  EXPECT_FALSE(program("Write").Bool()) << "without any name";
+  EXPECT_FALSE(program("Write").Bool()) << "without a name";
   EXPECT_EQ(program("FileName", Path("own.zprg")).Text(), "");
   EXPECT_FALSE(program("Dirty").Bool());
   ASSERT_TRUE(program("Write", Path("other.zprg"), 1).Bool());
@@ -120,8 +120,8 @@ TEST_F(FileMethods, AFileIsLoadedOnceAndTheMemoryFiguresAddUp) {
   EXPECT_EQ(getTotalMem(), 0);
 }
 
-// The system would cut such a path at the zero byte.
-TEST_F(FileMethods, APathWithAZeroByteIsRefused) {
+// The system would truncate such a path at the zero byte.
+TEST_F(FileMethods, APathWithAZeroByteIsRejected) {
   WriteWave(Path("a.wav"), {{1, 2}});
   const std::string path = Path("a.wav") + std::string("\0.wav", 5);
   const Program program;

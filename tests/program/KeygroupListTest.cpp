@@ -18,7 +18,7 @@ class KeygroupList : public ModuleTest {
       Mark(k, k);
     }
   }
-  // Marks record, extension and a zone's path of a keygroup with a number.
+  // Stores a number in record, extension and a zone's path of a keygroup.
   void Mark(int k, int mark) {
     program("KGtune", k, mark);
     program("KGenv3Rate1", k, mark);
@@ -90,9 +90,11 @@ TEST_F(KeygroupList, CreateInsertsAndDeleteRemoves) {
   EXPECT_TRUE(copy("ZoneSampleExists", 0, 0).Bool());
   EXPECT_EQ(copy("KGCreate", 0, copy.Algo()).Int(), 2) << "a copy of its keygroup 0";
   for (const int missing : {-1, 5, INT32_MAX}) {
-    EXPECT_EQ(copy("KGCreate", 0, program.Algo(), missing).Int(), 2) << "there is nothing to copy";
+    EXPECT_EQ(copy("KGCreate", 0, program.Algo(), missing).Int(), 2)
+        << "the source has no such keygroup";
   }
-  EXPECT_EQ(copy("KGCreate", 0, NullObject{}, "x").Int(), 3) << "unread without a source";
+  EXPECT_EQ(copy("KGCreate", 0, NullObject{}, "x").Int(), 3)
+      << "the argument is ignored without a source";
   EXPECT_TRUE(copy("KGDelete", -1).Ok());
   for (int left = 4; left > 0; --left) EXPECT_TRUE(copy("KGDelete", 0).Ok());
   ASSERT_TRUE(copy("Write", Path("none.zprg")).Bool());

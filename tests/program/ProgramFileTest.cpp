@@ -1,4 +1,4 @@
-// Program files: what is written is read back; damaged files are refused.
+// Program files: round trips, and rejection of damaged files.
 #include <random>
 
 #include "program/ProgramFileTools.h"
@@ -17,7 +17,7 @@ class ProgramFile : public ModuleTest {
     fs::create_directories(Path("a/samples"));
     WriteWave(Path("a/samples/s.wav"), {{1, 2, 3, 4}, {5, 6, 7, 8}});
   }
-  // A program of two keygroups in a/p.zprg, one zone of it on the second channel of a sample.
+  // Writes a program of two keygroups to a/p.zprg; one zone plays the second channel of a sample.
   void WriteSmall(int mode = 51) {
     program.Make(2);
     program("FileName", Path("a/p.zprg"));
@@ -46,7 +46,7 @@ TEST_F(ProgramFile, EveryByteOfTheImagesIsReadBack) {
         static_cast<uint8_t*>(image)[i] = static_cast<uint8_t>(random());
       }
     };
-    // All but what the library maintains: channel, count, file name, mask and locks.
+    // All fields but those that the library maintains: channel, count, file name, mask and locks.
     auto* header = static_cast<akaiProgramHdrImage*>(record.Get());
     const size_t ranges[][2] = {{0, 16}, {17, 42}, {43, 164}, {168, 220}, {352, 356}};
     for (const auto& [from, to] : ranges) scramble(header, from, to);
@@ -79,7 +79,7 @@ TEST_F(ProgramFile, UnknownChunksAreKept) {
   EXPECT_EQ(ReadBytes(Path("a/q.zprg")), WithSum(body + others));
 }
 
-TEST_F(ProgramFile, DamagedFilesAreRefused) {
+TEST_F(ProgramFile, DamagedFilesAreRejected) {
   WriteSmall();
   const std::string file = ReadBytes(Path("a/p.zprg"));
   for (size_t i = 0; i < file.size(); ++i) {
@@ -91,7 +91,7 @@ TEST_F(ProgramFile, DamagedFilesAreRefused) {
   EXPECT_TRUE(Reads(file));
 }
 
-TEST_F(ProgramFile, DamageWithAValidChecksumIsRefused) {
+TEST_F(ProgramFile, DamageWithAValidChecksumIsRejected) {
   WriteSmall();
   const std::string body = Body(ReadBytes(Path("a/p.zprg")));
   const std::string head = body.substr(0, 8 + 8 + sizeof(akaiProgramHdrImage));
@@ -105,7 +105,7 @@ TEST_F(ProgramFile, DamageWithAValidChecksumIsRefused) {
     std::string body;
     bool good;
   } const rows[] = {
-      {"no keygroups at all", head, true},
+      {"no keygroups", head, true},
       {"a path of the zone after the last", otherZone, false},
       {"a chunk twice", body + body.substr(8, 8 + sizeof(akaiProgramHdrImage)), false},
       {"keygroups without extensions", head + Chunk("KGRP", std::string(192, 'k')), false},
@@ -124,7 +124,7 @@ TEST_F(ProgramFile, DamageWithAValidChecksumIsRefused) {
 TEST_F(ProgramFile, TheModeSelectsWhichPathsAreStored) {
   struct {
     int mode;
-    bool folderMoved;  // else only the program file
+    bool folderMoved;  // otherwise only the program file
     bool found;
   } const rows[] = {{51, true, true},      {51, false, true},     {1 + 16, true, true},
                     {1 + 32, true, false}, {1 + 32, false, true}, {1, false, true}};
@@ -160,7 +160,7 @@ TEST_F(ProgramFile, AMissingSampleKeepsItsPathsThroughWrites) {
   for (const char* home : {"a/samples", "b/samples"}) {
     fs::rename(Path("aside"), Path(home));
     ASSERT_TRUE(program("Read", Path("b/p.zprg"), 0).Bool());
-    EXPECT_FALSE(HasSample(program)) << "no samples were to be loaded";
+    EXPECT_FALSE(HasSample(program)) << "LoadSmpl was 0";
     EXPECT_EQ(ZonePath(program), Path(home) + "/s.wav");
     ASSERT_TRUE(program("Read", Path("b/p.zprg")).Bool());
     EXPECT_TRUE(HasSample(program)) << home;
@@ -169,7 +169,7 @@ TEST_F(ProgramFile, AMissingSampleKeepsItsPathsThroughWrites) {
   }
 }
 
-TEST_F(ProgramFile, LongPathsAreReadBackWhole) {
+TEST_F(ProgramFile, LongPathsAreReadBackCompletely) {
   std::string folder = Path("a");
   while (folder.size() < 400) folder += "/\u00e4\u6f22\U0001f3b9-" + std::string(40, 'x');
   fs::create_directories(folder);
@@ -183,12 +183,13 @@ TEST_F(ProgramFile, LongPathsAreReadBackWhole) {
   EXPECT_EQ(program("FileName").Text(), path);
   EXPECT_EQ(ZonePath(program), folder + "/s.wav");
   const ProgramRecord record(program);
-  EXPECT_TRUE(path.starts_with(record->fileName)) << "the field holds the beginning";
+  EXPECT_TRUE(path.starts_with(record->fileName)) << "the field has the start of the path";
   for (std::string name : {"/", "/x"}) {
     const size_t ascii = name.size();
     for (int i = 0; i < 300; ++i) name += "\u00e9";
     program("FileName", name);
-    EXPECT_EQ((std::string(record->fileName).size() - ascii) % 2, 0u) << "cut in a character";
+    EXPECT_EQ((std::string(record->fileName).size() - ascii) % 2, 0u)
+        << "truncated inside a character";
   }
 }
 
@@ -249,7 +250,7 @@ TEST_F(ProgramFile, AChangedSampleOfAReadOnlyFormatIsStoredAsANewWave) {
   program("Create", NullObject{});
   ASSERT_TRUE(program("Read", Path("a/p.zprg")).Bool());
   EXPECT_EQ(ProgramRecord(program)->sampleTable[0]->shared().frameCount, 2);
-  // A sample must not take the file name of the program being written.
+  // A sample must not be stored under the path of the program being written.
   program("SampleName", program("SampleGet", 0, 0).Object(), "same");
   ProgramRecord(program)->sampleTable[0]->setFilePath("");
   ASSERT_TRUE(program("Write", Path("a/same.wav")).Bool()) << diagnostics;

@@ -1,4 +1,4 @@
-// Program files taken apart and put together for tests.
+// Helpers that split and assemble program files.
 #pragma once
 
 #include <algorithm>
@@ -30,7 +30,7 @@ inline uint32_t PlainChecksum(const std::string& bytes) {
   return ~sum;
 }
 inline constexpr size_t kSumChunkBytes = 12;
-// A program file without its checksum, and with a fitting one again.
+// A program file without its checksum, and with a valid one.
 inline std::string Body(const std::string& file) {
   return file.substr(0, file.size() - kSumChunkBytes);
 }

@@ -1,4 +1,4 @@
-// Where files are written, the size of the pads' queue, short memory, and what a rewrite keeps.
+// Limits: where files are written, the size of the pad queue, short memory, what rewrites preserve.
 #include <filesystem>
 #include <map>
 #include <thread>
@@ -48,7 +48,7 @@ TEST_F(Bounds, AProgramFileNeverChoosesWhatIsWritten) {
   EXPECT_EQ(after.erase("home/programs/mine.zprg"), 1u);
   EXPECT_EQ(after, before);
 
-  // A name is no path: a sample without a file is stored beside the program, whatever it is called.
+  // A name isn't a path: a sample without a file is always stored next to the program.
   ASSERT_TRUE(victim("SampleCreate", 1, 0, "wav", 1).Bool());
   RIOObject* made = victim("SampleGet", 1, 0).Object();
   victim("SampleSize", made, 5);
@@ -99,7 +99,7 @@ TEST_F(Bounds, AnUndeliveredQueueOfStatesStaysSmall) {
 }
 
 TEST_F(Bounds, ARewriteKeepsSurplusLoopsAndUpdatesInst) {
-  // The seeds of the fuzzers contain what our writers never produce.
+  // These fuzzer seeds have content that our writers never produce.
   const fs::path seeds = fs::path(SourcePath()) / "fuzz" / "corpus";
   fs::copy(seeds / "wave" / "surplus-loops.wav", Path("loops.wav"));
   fs::copy(seeds / "wave" / "chunks.wav", Path("chunks.wav"));
@@ -118,7 +118,7 @@ TEST_F(Bounds, ARewriteKeepsSurplusLoopsAndUpdatesInst) {
   ASSERT_TRUE(program("SampleWrite", loops).Bool());
   EXPECT_LT(sizeOf("loops.wav", "smpl"), before);
 
-  // An "inst" chunk follows key and tune.
+  // An "inst" chunk is updated with key and tune.
   RIOObject* wave = program("ReadTempSample", Path("chunks.wav")).Object();
   program("Samplekey", wave, 40);
   program("Sampletune", wave, -64);

@@ -1,9 +1,8 @@
-// Saving while the system fails: the n-th write, flush, rename or allocation of a save, for every
-// n; a disk that is full; a process that is killed. What the target holds afterwards
-// is the old file or the new one, whole, and no temporary file is left beside it.
+// Saving under faults: the n-th write, flush, rename or allocation of a save fails, for every n;
+// the disk is full; the process is killed. The target is then the complete old or new file, and no
+// temporary file is left.
 //
-// The linker redirects the system calls (--wrap in CMakeLists.txt), so that the product has no
-// hooks.
+// The linker redirects the system calls (--wrap in CMakeLists.txt), so the product needs no hooks.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
@@ -21,16 +20,15 @@
 
 namespace {
 
-// How many of the wrapped calls still succeed; negative: all of them.
+// How many more wrapped calls succeed; negative: all.
 int callsLeft = -1;
 int failure = EIO;
-// A save writes to this pipe before it renames its file, and then waits forever; negative: it
-// continues.
+// If not negative, a save writes to this pipe before it renames its file, and then waits forever.
 int renamePipe = -1;
 
-// Bytes or a new name that were not flushed yet, and renames of a file in that state.
+// Whether bytes or a new name have not been flushed, and the number of renames in that state.
 bool unflushed = false;
-int hastyRenames = 0;
+int unflushedRenames = 0;
 
 bool Fails() {
   if (callsLeft < 0 || callsLeft-- > 0) return false;
@@ -57,7 +55,7 @@ int __wrap_fsync(int handle) {
   return __real_fsync(handle);
 }
 int __wrap_rename(const char* from, const char* to) {
-  if (unflushed) ++hastyRenames;
+  if (unflushed) ++unflushedRenames;
   unflushed = true;
   if (renamePipe >= 0 && __real_write(renamePipe, "r", 1) == 1) {
     for (;;) pause();
@@ -74,7 +72,7 @@ namespace {
 
 constexpr int kMostSteps = 3000;
 
-// A copy of the process that does `work`. It ends with this object, and with the test's process.
+// A fork of the process that does `work`. The destructor kills it, and so does the end of the test.
 class Child {
  public:
   explicit Child(const std::function<void()>& work) {
@@ -100,13 +98,13 @@ class Child {
   pid_t process_ = 0;
 };
 
-// A program with a sample of its own, and what is to be saved of them.
+// A program with a sample, and the files that they are saved to.
 class Saves : public testing::Test {
  protected:
   struct Target {
     std::string path;
     std::function<bool()> save;
-    std::function<void(int)> change;  // what the number says is seen in the file
+    std::function<void(int)> change;  // makes a change that shows in the file, by number
   };
 
   void SetUp() override {
@@ -140,7 +138,7 @@ class Saves : public testing::Test {
     ZylSetDiagnosticSink({});
   }
 
-  // Both contents that a target may have: before a change, and after it.
+  // The contents of a target before and after a change.
   std::pair<Octets, Octets> OldAndNew(const Target& target) {
     target.change(2);
     EXPECT_TRUE(target.save());
@@ -153,7 +151,7 @@ class Saves : public testing::Test {
     return {before, changed};
   }
 
-  // Makes each step of a save fail in turn, until a save has no such step left. `disarm` gets the
+  // Makes each step of a save fail in turn, until a save has fewer steps. `disarm` receives the
   // result of the save and returns whether a step failed.
   void FailEveryStep(const std::function<void(int)>& arm, const std::function<bool(bool)>& disarm) {
     for (const Target& target : targets_) {
@@ -170,12 +168,13 @@ class Saves : public testing::Test {
           break;
         }
         const Octets now = ReadBytes<Octets>(target.path);
-        // After the rename the new file is there, though its name may not be on disk.
+        // A failure after the rename leaves the new file, whose name may not be on disk yet.
         EXPECT_TRUE(now == before || now == changed) << target.path << " at step " << steps;
-        EXPECT_TRUE(!saved || now == changed) << "a save that went well in spite of " << steps;
+        EXPECT_TRUE(!saved || now == changed)
+            << "reported success although this step failed: " << steps;
         EXPECT_EQ(folder_.EntryCount(), entries) << target.path << " at step " << steps;
       }
-      EXPECT_GE(steps, 4) << target.path << ": a save has several steps";
+      EXPECT_GE(steps, 4) << target.path << ": too few steps";
       EXPECT_EQ(ReadBytes<Octets>(target.path), changed) << "the object can still be saved";
     }
   }
@@ -187,12 +186,12 @@ class Saves : public testing::Test {
   std::vector<Target> targets_;
 };
 
-// A power failure after a save leaves the new file, whole.
+// After a save, a power failure leaves the complete new file.
 TEST_F(Saves, AreFlushedBeforeAndAfterTheRename) {
-  hastyRenames = 0;
+  unflushedRenames = 0;
   for (const Target& target : targets_) {
     EXPECT_TRUE(target.save());
-    EXPECT_EQ(hastyRenames, 0) << target.path;
+    EXPECT_EQ(unflushedRenames, 0) << target.path;
     EXPECT_FALSE(unflushed) << target.path << ": its new name";
   }
 }
@@ -218,7 +217,7 @@ TEST_F(Saves, SurviveEveryFailingAllocation) {
                 });
 }
 
-// The system refuses to let a file grow past a limit, as a full disk does.
+// A file size limit acts like a full disk.
 TEST_F(Saves, LeaveTheOldFileOnAFullDisk) {
   constexpr rlim_t kStepBytes = 1500;
   rlimit old{};
@@ -249,7 +248,7 @@ TEST_F(Saves, RemoveStaleFilesAndNoneInUse) {
   });
   close(atRename[1]);
   char reported = 0;
-  ASSERT_EQ(read(atRename[0], &reported, 1), 1) << "the save came to no rename";
+  ASSERT_EQ(read(atRename[0], &reported, 1), 1) << "the save did not reach the rename";
   close(atRename[0]);
   EXPECT_EQ(folder_.EntryCount(), entries + 1);
   EXPECT_TRUE(target.save());

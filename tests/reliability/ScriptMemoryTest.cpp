@@ -1,4 +1,4 @@
-// What a script gets when memory runs out in a call: a short line, whichever allocation fails.
+// A call that runs out of memory raises an error of one short line, whichever allocation fails.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -13,7 +13,7 @@
 namespace zyl::test {
 namespace {
 
-// Lua's allocations count among those of operator new.
+// Counts each Lua allocation as one of operator new.
 void* CountedAllocation(void* wrapped, void* memory, size_t oldSize, size_t newSize) {
   if (newSize > (memory == nullptr ? 0 : oldSize)) {
     const std::unique_ptr<char> counted(new (std::nothrow) char);

@@ -11,14 +11,13 @@
 #include <string>
 #include <vector>
 
+namespace zyl::test {
 namespace {
-
-using zyl::LoopPoints;
 
 constexpr int32_t kHighestInt = std::numeric_limits<int32_t>::max();
 constexpr int32_t kLowestInt = std::numeric_limits<int32_t>::min();
 
-// A channel in memory, and the rating and searching of its loops word for word by their rules.
+// A channel in memory, with a literal implementation of the rating and of the searches.
 struct Channel {
   Channel(int bytesPerValue, const std::vector<int32_t>& data)
       : bytes(data.size() * static_cast<size_t>(bytesPerValue)),
@@ -79,8 +78,8 @@ struct Channel {
   zyl::ValueView view;
 };
 
-// Signals between -1 and 1 on which searches behave differently: distinct minima, exact ties,
-// nothing but improvements, near ties in the last bits.
+// Signals between -1 and 1 that exercise different paths of the searches: distinct minima, exact
+// ties, constant improvement, near ties in the last bits.
 using Signal = std::function<double(int)>;
 std::vector<Signal> Signals(std::mt19937& random) {
   std::uniform_real_distribution<double> uniform(-1.0, 1.0);
@@ -92,7 +91,7 @@ std::vector<Signal> Signals(std::mt19937& random) {
           [](int i) { return 0.0002 * i - 0.5; }, [](int i) { return i % 2 == 0 ? 0.4 : -0.4; },
           [](int i) { return 0.9 * std::exp(-i * 1e-3) * std::sin(i * 0.21); },
           [](int) { return 0.25; },
-          // steps that single precision rounds, alike but for their last bits
+          // steps that differ only in bits that single precision drops
           [noise](int i) { return (i % 32 - 16) * 0.05 + noise(2e-9)(i); }};
 }
 
@@ -115,7 +114,7 @@ TEST(LoopQuality, IsOneForUnratableLoops) {
   }
 }
 
-TEST(LoopQuality, FollowsTheFormulaToTheLastBit) {
+TEST(LoopQuality, EqualsTheFormulaBitByBit) {
   std::mt19937 random(5);
   for (const int width : {1, 2, 3, 4}) {
     for (const Signal& signal : Signals(random)) {
@@ -145,7 +144,7 @@ TEST_P(LoopSearch, EqualsRatingEveryCandidateInOrder) {
   const int width = GetParam();
   const uint32_t fineLens[] = {0, 1, 2000000000, 4294967295u};
   const int32_t thresholds[] = {0, kLowestInt, -1000000000, 2000000000, 2147483000, kHighestInt};
-  // Quiet data of a wide width has qualities like those of a narrow one.
+  // Quiet data of a wide width has the qualities of a narrow width.
   const double quiet = width == 4 ? 3e-5 : width == 3 ? 8e-3 : 0.3;
   for (const double level : {1.0, quiet}) {
     for (const Signal& signal : Signals(random)) {
@@ -171,8 +170,8 @@ TEST(LoopSearchRange, AcceptsUnratableLoopsBelowZeroOnly) {
   Channel(2, {}).CheckBoth({100, 400, 0}, 0, 400, kLowestInt);
 }
 
-// Searches candidate p alone with a threshold just below and just above its quality, which shows
-// the quality that the search computed.
+// Searches candidate p alone with thresholds just below and just above its quality, which checks
+// the quality that the search computes.
 void CheckSingleCandidate(const Channel& channel, bool start, LoopPoints loop, int32_t p) {
   (start ? loop.start : loop.end) = p;
   const double quality = channel.Quality(loop);
@@ -184,8 +183,8 @@ void CheckSingleCandidate(const Channel& channel, bool start, LoopPoints loop, i
 }
 
 TEST(LoopSearchRange, FollowsTheFineStartAcrossPowersOfTwo) {
-  // Near 2^22 a small fine length is lost in rounding on one side, and adding 1 to a position may
-  // round to the next one, so that a slope is passed over.
+  // Near 2^22 a small fine length is rounded away on one side, and adding 1 to a position may round
+  // to the next one, so that a slope is skipped.
   constexpr int32_t middle = 1 << 22;
   std::mt19937 random(10);
   std::vector<int32_t> data(middle + 300);
@@ -201,3 +200,4 @@ TEST(LoopSearchRange, FollowsTheFineStartAcrossPowersOfTwo) {
 }
 
 }  // namespace
+}  // namespace zyl::test

@@ -11,25 +11,26 @@
 
 #include "host/valueAccess.h"
 
+namespace zyl::test {
 namespace {
 
 constexpr int32_t kHighestInt = std::numeric_limits<int32_t>::max();
 constexpr int32_t kLowestInt = std::numeric_limits<int32_t>::min();
 
-// Values with a few bytes before and after them that no operation may touch. The values begin at
-// an odd address.
+// Values at an odd address, with guard bytes before and after them that no operation may change.
 class GuardedValues {
  public:
   GuardedValues(int bytesPerValue, const std::vector<int32_t>& values)
-      : bytes_(values.size() * static_cast<size_t>(bytesPerValue) + 2 * guard, std::byte{0x5A}),
-        buffer_{bytes_.data() + guard, static_cast<int32_t>(values.size()), bytesPerValue} {
+      : bytes_(values.size() * static_cast<size_t>(bytesPerValue) + 2 * kGuardBytes,
+               std::byte{0x5A}),
+        buffer_{bytes_.data() + kGuardBytes, static_cast<int32_t>(values.size()), bytesPerValue} {
     for (int32_t i = 0; i < buffer_.frameCount; ++i) {
       zyl::SetValue(buffer_, i, values[static_cast<size_t>(i)]);
     }
   }
   const zyl::ValueBuffer& buffer() const { return buffer_; }
   std::vector<int32_t> Read() const {
-    for (size_t i = 0; i < guard; ++i) {
+    for (size_t i = 0; i < kGuardBytes; ++i) {
       EXPECT_EQ(bytes_[i], std::byte{0x5A});
       EXPECT_EQ(bytes_[bytes_.size() - 1 - i], std::byte{0x5A});
     }
@@ -41,25 +42,25 @@ class GuardedValues {
   }
 
  private:
-  static constexpr size_t guard = 9;
+  static constexpr size_t kGuardBytes = 9;
   std::vector<std::byte> bytes_;
   zyl::ValueBuffer buffer_;
 };
 
 int64_t Highest(int bytesPerValue) { return (int64_t{1} << (8 * bytesPerValue - 1)) - 1; }
 
-int32_t Held(int64_t value, int bytesPerValue) {
+int32_t ClampToWidth(int64_t value, int bytesPerValue) {
   const int64_t highest = Highest(bytesPerValue);
   return static_cast<int32_t>(std::clamp(value, -highest - 1, highest));
 }
 
-// Random values of a width, its limits among them.
+// Random values of a width, including its limits.
 std::vector<int32_t> RandomValues(std::mt19937& random, int bytesPerValue, int count) {
   std::vector<int32_t> values;
   for (int i = 0; i < count; ++i) {
     const int64_t pick = random() % 8;
-    values.push_back(pick == 0   ? Held(kHighestInt, bytesPerValue)
-                     : pick == 1 ? Held(kLowestInt, bytesPerValue)
+    values.push_back(pick == 0   ? ClampToWidth(kHighestInt, bytesPerValue)
+                     : pick == 1 ? ClampToWidth(kLowestInt, bytesPerValue)
                                  : static_cast<int32_t>(random()) >> (32 - 8 * bytesPerValue));
   }
   return values;
@@ -100,7 +101,7 @@ TEST_P(EveryWidth, EditsOfValuesClampToTheWidth) {
   const int64_t highest = Highest(GetParam());
   for (const int64_t offset :
        {int64_t{0}, int64_t{-1000}, highest, -highest - 1, 2 * highest + 1, -2 * highest - 1}) {
-    const int32_t step = Held(offset, 4);
+    const int32_t step = ClampToWidth(offset, 4);
     Check(zyl::OffsetValues, step, [=](int32_t value) { return 1.0 * value + step; });
   }
   const double infinity = std::numeric_limits<double>::infinity();
@@ -129,14 +130,14 @@ TEST_P(EveryWidth, MeanValueExcludesTheEndAndTruncates) {
     const double mean = count == 2 ? 0.0 : sum / (count - 2);
     EXPECT_EQ(zyl::MeanValue(values.buffer(), 1, count - 1), static_cast<int32_t>(mean));
   }
-  const int32_t lowest = Held(kLowestInt, GetParam());
+  const int32_t lowest = ClampToWidth(kLowestInt, GetParam());
   const GuardedValues loud(GetParam(), std::vector<int32_t>(200000, lowest));
   EXPECT_EQ(zyl::MeanValue(loud.buffer(), 0, 200000), lowest);
 }
 
 TEST(ValueRanges, MeanValueOfLoudLongDataRoundsAsInOrderAddition) {
-  // Beyond 2^53 only even sums can be held: each addition of this odd value loses 1, and the mean
-  // ends below the value.
+  // Beyond 2^53 doubles represent only even sums: each addition of this odd value loses 1, so the
+  // mean is below the value.
   constexpr int32_t frames = 6'000'000;
   constexpr int32_t value = 2147483645;
   std::vector<std::byte> bytes(size_t{frames} * 4);
@@ -146,3 +147,4 @@ TEST(ValueRanges, MeanValueOfLoudLongDataRoundsAsInOrderAddition) {
 }
 
 }  // namespace
+}  // namespace zyl::test

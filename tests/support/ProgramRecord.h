@@ -1,4 +1,4 @@
-// The record behind a program object, for tests that look at its bytes.
+// A program object's record, for tests that check its bytes.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +10,7 @@
 
 namespace zyl::test {
 
-// Holds one use of the record. The images of header, keygroups and extensions are seen as one row
-// of bytes, in this order.
+// Owns one use of the record. Concatenates the images of header, keygroups and extensions.
 class ProgramRecord {
  public:
   explicit ProgramRecord(const Program& program) {

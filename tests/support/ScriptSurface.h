@@ -1,5 +1,5 @@
-// The script surface for tests: the built module, loaded once a process, and its objects called by
-// method name, as a script does.
+// The script surface for tests: loads the built module once per process and calls methods of its
+// objects by name, as scripts do.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,12 +21,12 @@
 
 namespace zyl::test {
 
-// Loads the module when it is not loaded; the profile is read at that moment.
+// The loaded module, or null.
 inline std::unique_ptr<ZylModule>& LoadedModule() {
   static std::unique_ptr<ZylModule> module;
   return module;
 }
-// The module goes with the last test, while all that it uses is there.
+// Unloads the module after the last test, before the objects that it uses are destroyed.
 struct Unloader : testing::Environment {
   void TearDown() override { LoadedModule().reset(); }
 };
@@ -39,8 +39,8 @@ inline void LoadModule(const std::string& profile = {}) {
   ASSERT_NE(LoadedModule(), nullptr) << reason;
 }
 
-struct NullEntry {};   // an absent argument that takes a position
-struct NullObject {};  // an object value that holds no object
+struct NullEntry {};   // an absent argument
+struct NullObject {};  // a null object
 
 inline ROCParam* ToParam(int value) { return newROCParam(int32_t{value}); }
 inline ROCParam* ToParam(bool value) { return newROCParam(value); }
@@ -50,13 +50,13 @@ inline ROCParam* ToParam(const std::string& value) { return newROCParam(std::str
 inline ROCParam* ToParam(RIOObject* value) { return newROCParam(value); }
 inline ROCParam* ToParam(NullObject) { return newROCParam(static_cast<RIOObject*>(nullptr)); }
 inline ROCParam* ToParam(NullEntry) { return nullptr; }
-// The test's own value: what the call changes in place is seen afterwards.
+// Passes the test's value by reference, so that it sees changes in place.
 inline ROCParam* ToParam(ROCParam* value) {
   value->AddReference();
   return value;
 }
 
-// What a call came to: its result, if it set one, and its error, if it failed.
+// The result of a call, if it returned one, and its error, if it failed.
 struct Outcome {
   int status = 0;
   std::shared_ptr<ROCParam> result;
@@ -74,12 +74,12 @@ struct Outcome {
   bool Is(int type) const {
     EXPECT_TRUE(Ok()) << Message();
     EXPECT_TRUE(result != nullptr && result->Type() == type)
-        << "result is no " << ZylTypeName(type);
+        << "the result is not of type " << ZylTypeName(type);
     return result != nullptr && result->Type() == type;
   }
 };
 
-// Calls a method of whatever an object leads to.
+// Calls a method of any script object.
 inline Outcome CallList(RIOObject* object, const char* method, ROCParams* arguments) {
   Outcome outcome;
   ROCParam* result = nullptr;
@@ -107,7 +107,7 @@ class Program {
   }
   RIOObject* Algo() const { return algo_.get(); }
   void Delete() { algo_.reset(); }
-  // A program with this many default keygroups.
+  // Attaches a new program with that number of default keygroups.
   void Make(int keygroups = 1) const {
     (*this)("Create", NullObject{});
     for (int k = 1; k < keygroups; ++k) (*this)("KGCreate", k);
@@ -145,13 +145,14 @@ class Listener : public ROCAlgo {
    private:
     Listener& listener_;
   };
-  std::map<std::string, Function, std::less<>> functions_;  // looked up without allocating
+  std::map<std::string, Function, std::less<>>
+      functions_;  // std::less<>: lookup without allocation
 };
 
-// A fixture with the module loaded and a folder that goes with the test.
+// A fixture with the loaded module and a temporary folder.
 class ModuleTest : public testing::Test {
  protected:
-  // Loaded before the members of a fixture are made: they may be program objects.
+  // Loads the module before members of derived fixtures are constructed: these may be programs.
   ModuleTest() {
     if (LoadedModule() == nullptr) LoadModule();
   }
@@ -170,26 +171,26 @@ class ModuleTest : public testing::Test {
   std::optional<TempFolder> folder_;
 };
 
-// A fixture with a program object and the parameter changes that it announces.
+// A fixture with a program object that records its OnProgramParameterChanged notifications.
 class ProgramTest : public ModuleTest {
  protected:
-  // Appends the changes from now on to `heard`, each as "number value keygroup zone ".
+  // Appends further notifications to `notified`, each as "number value keygroup zone ".
   void Listen() {
     listener["OnProgramParameterChanged"] = [this](ROCParams& list, ROCParam**) {
       EXPECT_EQ(list.Entry(0)->Object(), program.Algo());
-      for (int i = 1; i < list.count; ++i) heard += std::to_string(list.Entry(i)->Int()) + " ";
+      for (int i = 1; i < list.count; ++i) notified += std::to_string(list.Entry(i)->Int()) + " ";
     };
     program("Register", &listener);
   }
-  std::string TakeHeard() { return std::exchange(heard, {}); }
+  std::string TakeNotified() { return std::exchange(notified, {}); }
   bool TakeDirty() const { return program("Dirty", false).Bool(); }
 
-  std::string heard;
+  std::string notified;
   Program program;
   Listener listener;
 };
 
-// Expects that a call failed with a report of this kind.
+// Expects that a call failed with an error of this kind.
 inline void ExpectError(const Outcome& outcome, const char* kind) {
   ASSERT_TRUE(outcome.error) << "no error was reported";
   EXPECT_NE(outcome.status, 0);

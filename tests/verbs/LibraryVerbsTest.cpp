@@ -134,7 +134,7 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
   EXPECT_EQ(Sounds("lib/deep/b.zprg"), "1224");
   EXPECT_EQ(Zyl("undo --last").status, 0);
   EXPECT_TRUE(Snapshot() == before);
-  // A program that cannot be written: everything is taken back.
+  // A program cannot be written: all changes are undone.
   fs::permissions(Path("lib/a.zprg"), fs::perms{0444});
   EXPECT_EQ(Zyl("rename --replace x=q " + Quoted("lib/a.zprg")).status, 4);
   EXPECT_TRUE(Snapshot() == before);
@@ -153,7 +153,7 @@ TEST_F(LibraryVerbs, CollectCopiesAndRelinks) {
   EXPECT_EQ(std::distance(fs::directory_iterator(Path("moved")), {}), 6);
   const std::string shown = Zyl("find 60 --json " + Quoted("moved/b.zprg")).out;
   EXPECT_TRUE(Has(shown, "\"channel\": 2")) << shown;
-  // Missing samples: by name; different ones with the name are told apart by their folder.
+  // Missing samples are found by name, and among different files with the name by the folder.
   for (const char* name : {"gone/s/x.wav", "gone/deep/x.wav", "gone/s/y.wav"}) {
     fs::create_directories(Path("found/" + fs::path(name).parent_path().filename().string()));
     fs::rename(Path(name), Path("found/" + fs::path(name).parent_path().filename().string() + "/" +
@@ -177,7 +177,7 @@ TEST_F(LibraryVerbs, CollectCopiesAndRelinks) {
     EXPECT_EQ(run.status, it.status) << it.arguments << run.out;
     EXPECT_EQ(Sounds("out/b.zprg"), it.sounds) << it.arguments << run.out;
   }
-  // Candidates that nothing tells apart.
+  // Candidates that cannot be distinguished.
   fs::rename(Path("found/s"), Path("found/one"));
   fs::rename(Path("found/deep"), Path("found/two"));
   const Finished unclear =

@@ -56,7 +56,7 @@ TEST_F(Map, ReadsNotesAndLayersInNames) {
   }
 }
 
-TEST_F(Map, TakesAnyName) {
+TEST_F(Map, AcceptsAnyName) {
   const Finished run = Zyl("run " ZYL_SOURCE "/tests/verbs/Names.lua " ZYL_SOURCE, true);
   EXPECT_EQ(run.status, 0) << run.out;
   std::filesystem::create_directories(Path("empty"));
@@ -231,7 +231,7 @@ TEST_F(Map, OrdersLayersByLoudnessAndLeavesOutRoundRobins) {
     int highVelocity;
   };
   const Case cases[] = {
-      // Nothing in the names: by loudness. 0.5 and 0.55 differ by 0.8 dB.
+      // No layers in the names: ordered by loudness. 0.5 and 0.55 differ by 0.8 dB.
       {"l/rec 9.wav", 57, 0.05, 0, 41},
       {"l/rec 4.wav", 57, 0.9, 85, 127},
       {"l/rec 2.wav", 57, 0.5, 42, 84},
@@ -240,7 +240,7 @@ TEST_F(Map, OrdersLayersByLoudnessAndLeavesOutRoundRobins) {
       {"l/E4 soft rr2.wav", 64, 0.9, -1, 0},
       {"l/E4 soft rr1.wav", 64, 0.1, 0, 75},
       {"l/E4 hard rr1.wav", 64, 0.1, 76, 127},
-      // A ladder of small steps is no round robin.
+      // Takes that rise in small steps are layers, not round robins.
       {"l/C5_1.wav", 72, 0.50, 0, 24},
       {"l/C5_2.wav", 72, 0.53, 25, 50},
       {"l/C5_3.wav", 72, 0.56, 51, 75},

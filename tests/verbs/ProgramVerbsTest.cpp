@@ -138,7 +138,7 @@ TEST_F(ProgramVerbs, EditKeepsKeysOnTheKeyboard) {
   EXPECT_TRUE(Has(Edit("KGlowKey=-99").out, "keygroup 1-5 clamped to C-2 (0)")) << run.out;
 }
 
-TEST_F(ProgramVerbs, VerifySeesEachField) {
+TEST_F(ProgramVerbs, VerifyDetectsEveryField) {
   const std::string both = Quoted("p.zprg") + " " + Quoted("q.zprg");
   const struct {
     const char* change;
@@ -159,7 +159,7 @@ TEST_F(ProgramVerbs, VerifySeesEachField) {
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("same.zprg")).status, 0);
   EXPECT_EQ(Zyl("verify " + Quoted("p.zprg") + " " + Quoted("missing.zprg")).status, 4);
   std::ofstream(Path("bad")) << "no program";
-  // Folders: by name, as far as both have it.
+  // Folders: files with the same names are compared.
   for (const char* name : {"A/in/p.zprg", "B/in/p.zprg", "A/in/only.zprg"}) {
     std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
     std::filesystem::copy_file(Path("p.zprg"), Path(name));

@@ -2,12 +2,12 @@
 --
 --   zyl run RunDocument.lua DOCUMENT SOURCE BIN SCRATCH [machines]
 --
--- In every fenced block that begins with "$ ", the lines after a command are what it prints, on both
--- outputs; a line of "..." matches any number of lines, and "..." in a line any text. A
--- Lua block whose first line is "-- NAME.lua" becomes that file first. The commands run in order in the
--- folder SCRATCH, with the build's programs in the PATH and below build/bin, and examples/ at hand. A
--- command that needs GNU parallel ends the run with status 77 where that is missing. Commands for
--- the machines anna and bert run only if the last argument is "machines", see TwoMachines.sh.
+-- In a fenced block that begins with "$ ", the lines after a command are its expected output, both
+-- standard output and standard error. A line "..." matches any number of lines, "..." in a line any
+-- text. A Lua block whose first line is "-- NAME.lua" is first written to that file. The commands run
+-- in order in the folder SCRATCH, which contains links to examples/ and, as build/bin and in the PATH,
+-- to the programs. If GNU parallel is missing, a command that needs it ends the run with status 77.
+-- Commands for the machines anna and bert run only if the last argument is "machines" (TwoMachines.sh).
 
 local document, source, bin, scratch, machines = table.unpack(arg)
 
@@ -94,7 +94,7 @@ for _, it in ipairs(read(document)) do
       failures = failures + 1
       print(("%s:%d: $ %s"):format(document, it.line, it.command))
       print("  expected:\n    " .. table.concat(it.expected, "\n    "))
-      print("  came:\n    " .. table.concat(lines, "\n    "))
+      print("  got:\n    " .. table.concat(lines, "\n    "))
     end
   end
 end

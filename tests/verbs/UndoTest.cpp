@@ -1,4 +1,4 @@
-// zyl undo: what it restores, and what it refuses.
+// zyl undo: restoring batches, and refusing to.
 #include <sys/stat.h>
 
 #include <chrono>
@@ -104,7 +104,7 @@ TEST_F(Undo, RecognisesAnInterruptedBatch) {
   EXPECT_TRUE(Has(damaged.out, "missing or damaged") && !Has(damaged.out, "nowhe")) << damaged.out;
 }
 
-TEST_F(Undo, ProcessesAndTheLimitLeaveWholeBatches) {
+TEST_F(Undo, ParallelProcessesAndTheLimitKeepBatchesComplete) {
   Shell("for i in 1 2 3 4 5 6; do " ZYL_PROGRAM " edit " + Path("in") +
             "/p1$i.zprg poly=$i & done; wait",
         true);
@@ -116,7 +116,7 @@ TEST_F(Undo, ProcessesAndTheLimitLeaveWholeBatches) {
   for (const char* poly : {"3", "4", "5"}) {
     EXPECT_EQ(Shell(limited + "edit " + All() + "poly=" + poly, true).status, 0);
   }
-  EXPECT_EQ(Zyl("undo 1").status, 2) << "the oldest batches are gone";
+  EXPECT_EQ(Zyl("undo 1").status, 2) << "the oldest batches are removed";
   const Finished large =
       Shell("ZYL_UNDO_LIMIT=1K " ZYL_PROGRAM " edit --quiet " + All() + "poly=6", true);
   EXPECT_EQ(large.status, 0);

@@ -1,4 +1,4 @@
-// What the tests of the editor's views share: an editor's list module with templates of its own.
+// A list module with templates, for the tests of the editor's views.
 #pragma once
 
 #include "host/lists.h"
@@ -16,7 +16,7 @@ inline std::unique_ptr<GOContainer> MakeBoard(const char* name, int32_t width, i
   return board;
 }
 
-// A list module: "GetList" gives its list.
+// A list module whose "GetList" returns its list.
 class Editor : public Listener {
  public:
   static constexpr int32_t kRowHeight = 20;

@@ -1,4 +1,4 @@
-// Lists and keyboards that lack parts; Views.lua has what complete ones show.
+// Lists and keyboards with missing parts; Views.lua tests complete ones.
 #include "views/EditorTools.h"
 
 namespace zyl::test {
@@ -31,7 +31,7 @@ TEST_F(Lists, KeyboardsRowsAndColumnsMayBeIncomplete) {
   editor.Cell(3, 0).value = 0;
   program("ListFillKeygroups", editor.Module());
   editor.Cell(5, 3).CreateGO(nullptr, 1);
-  editor.list->AddTail(new ListItem(0));  // ends the walk
+  editor.list->AddTail(new ListItem(0));  // ends the iteration
   program("ListFillKeygroups", editor.Module());
   EXPECT_TRUE(program("UpdateKeyboardSelection", 20, 255.9, 2.0, 3.0, 4.0, editor.Module()).Ok());
   std::string colors;
