@@ -9,7 +9,7 @@ local progress = require "progress"
 local references = require "references"
 local text = require "text"
 
-local MOST_NAMED = 3  -- of files in a message
+local MOST_NAMED = 3  -- files named in a message
 
 local options, files = cli.parse {
   verb = "collect", folders = "programs", operands = "PROGRAM|FOLDER… -o FOLDER",
@@ -63,7 +63,7 @@ local function candidates(name)
   return #exact > 0 and exact or all
 end
 
--- How many folders at the ends of two paths have the same names.
+-- The number of folders with equal names at the ends of two paths.
 local function alike(a, b)
   local count = 0
   repeat
@@ -74,7 +74,7 @@ local function alike(a, b)
   return count
 end
 
--- The file for a missing sample; nil and the reason if there is none, or no clear one.
+-- The file to use for a missing sample; nil and the reason if there is none or the choice is ambiguous.
 local function relink(path)
   local best, most, rivals = nil, -1, {}
   for _, candidate in ipairs(candidates(references.base(path))) do

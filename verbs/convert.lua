@@ -39,7 +39,7 @@ local options, words = cli.parse {
     { name = "dry-run", help = "print the changes, but write nothing" },
     { name = "json", help = "print a JSON list, one object per file" },
   },
-  more = "The steps are done in this order, whatever the order of the options is. A file that needs no change\n"
+  more = "The steps are always done in this order. A file that needs no change\n"
       .. "is not written; with -o it is copied. Fades leave out loops that play. Files that are neither WAVE\n"
       .. "nor AIFF need -o.",
 }

@@ -16,7 +16,7 @@ local options, words = cli.parse {
       help = "only zones that play that velocity" },
     { name = "json", help = "print a JSON list, one object per program" },
   },
-  answers = true, status = "0 found, 1 nothing plays the key, 2 wrong command line, 4 some files failed",
+  resultStatus = true, status = "0 found, 1 nothing plays the key, 2 wrong command line, 4 some files failed",
 }
 local key = notes.key(words[1])
 if not key then cli.usage("'" .. words[1] .. "' is not " .. notes.accepted()) end

@@ -30,7 +30,7 @@ if options.name then
   if obstacle then cli.usage(obstacle) end
 end
 
--- Notes fields of the header that differ from the first program.
+-- Prints a note with the header fields that differ from the first program.
 local function compareHeaders(first, other, path)
   local names = {}
   for _, field in ipairs(fields.all()) do

@@ -63,7 +63,7 @@ checkPattern("zones", SAMPLE_WORDS)
 checkPattern("files", PROGRAM_WORDS)
 checkPattern("names", PROGRAM_WORDS)
 
--- The name that a pattern makes of words.
+-- Replaces the words in a pattern.
 local function made(pattern, words)
   local name = pattern:gsub("{(.-)}", function(word)
     local value = words[word]
@@ -212,7 +212,7 @@ local function planPrograms()
     for _, zone in ipairs(it.zones) do
       local source = sources[zone.real]
       if source and source.to ~= zone.real then
-        -- A link in the path keeps its name: only its target was renamed.
+        -- A link in the path keeps its name: only its target has been renamed.
         zone.target = references.base(zone.path) == references.base(zone.real)
                       and references.folder(zone.path) .. source.name or nil
         it.updated = it.updated + (zone.target and 1 or 0)
@@ -234,8 +234,8 @@ local function rename(from, to)
   if not done then error(("%s: %s"):format(from, reason), 0) end
 end
 
--- Renames the files, those whose target is the source of another one after it; a cycle is opened with
--- a temporary name.
+-- Renames the files. A file whose new name is the old name of another one is renamed after it; a
+-- temporary name breaks cycles.
 local function renameAll()
   local left = table.move(moves, 1, #moves, 1, {})
   while #left > 0 do

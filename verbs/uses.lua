@@ -20,7 +20,8 @@ local options, words = cli.parse {
     { name = "unused", help = "only unused sound files" },
     { name = "json", help = "print a JSON list, one object per sample" },
   },
-  answers = true, status = "0 something is listed, 1 nothing is, 2 wrong command line, 4 some files failed",
+  resultStatus = true,
+  status = "0 something is listed, 1 nothing is, 2 wrong command line, 4 some files failed",
 }
 
 local files, sounds, seen = {}, {}, {}

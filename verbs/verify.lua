@@ -18,14 +18,14 @@ local options, words = cli.parse {
        .. "paths are relative to the program's folder, so that a folder can be compared with its copy. Of two\n"
        .. "folders, the programs and samples with the same names are compared.",
   options = { { name = "json", help = "print a JSON object with the differences; of folders, a list, one\nobject per name" } },
-  answers = true, status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
+  resultStatus = true, status = "0 the same, 1 different, 2 wrong command line, 4 a file cannot be read",
 }
 if #words ~= 2 then cli.usage("give two files or two folders, A and B") end
 local isFolder = disk.isFolder(words[1])
 if isFolder ~= disk.isFolder(words[2]) then cli.usage("one is a folder and the other is not") end
 
 local ORGAN = "TOLM"   -- the chunk of a program's organ extension
--- Of the pair that is compared:
+-- For the current pair of files:
 local files, compared, differences, failure = words, 0, {}, nil
 
 local function fail(path, reason)

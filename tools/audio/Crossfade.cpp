@@ -23,8 +23,9 @@ double Correlation(Channel a, Channel b) {
   return aa > 0 && bb > 0 ? ab / std::sqrt(aa * bb) : 1;
 }
 
-// Fades from `from` to `to`. With weights 1 - f and f for sections of equal power and correlation
-// r, the power is (1 - f)^2 + f^2 + 2 r f (1 - f) times theirs; dividing by its root keeps it.
+// Fades from `from` to `to`. For sections of equal power and correlation r, the weights 1 - f and f
+// scale the power by (1 - f)^2 + f^2 + 2 r f (1 - f); dividing by its square root keeps it
+// constant.
 void Fade(Channel from, Channel to, float* out) {
   const size_t count = from.size();
   const double correlation = std::max(Correlation(from, to), 0.0);

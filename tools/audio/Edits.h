@@ -14,9 +14,8 @@ Sound Mixed(const Sound& sound);
 
 void Scale(Sound& sound, double factor);
 
-// Raise the level from silence over the first `frames` frames of a range that starts at `first`, or
-// lower it to silence over as many frames that end with `last`: sin^2 from 0 to a quarter turn. The
-// frames are in the sound.
+// Fade in from silence over `frames` frames from `first`, or out to silence over `frames` frames up
+// to `last`, with a gain of sin^2 from 0 to a quarter turn. The frames must be within the sound.
 void FadeIn(Sound& sound, size_t first, size_t frames);
 void FadeOut(Sound& sound, size_t last, size_t frames);
 

@@ -18,8 +18,8 @@ double Peak(const Sound& sound);
 double Power(const Sound& sound);
 
 // The loudest 400 ms in LUFS: K-weighted mean square, summed over the channels (ITU-R BS.1770-4,
-// momentary loudness, without gating and channel weights). Shorter sounds count as if silence
-// followed. Requires a rate above 0.
+// momentary loudness, without gating and channel weights). Shorter sounds are
+// padded with silence. Requires a rate above 0.
 double Loudness(const Sound& sound);
 
 // First and last frame at which a channel exceeds `thresholdDb` relative to the peak.

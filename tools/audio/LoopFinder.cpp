@@ -23,17 +23,17 @@ constexpr double kLevelSeconds = 0.01;
 constexpr double kAttackLevel = 0.5;                             // of the loudest block
 constexpr std::array kSustainLevels = {0.1, 0.03, 0.01, 0.003};  // of the loudest block
 constexpr double kAttackSeconds = 0.05;  // left out after the attack's level is reached
-constexpr double kCrossfadedSeam = 0.1;  // weight of a seam that a crossfade mends
+constexpr double kCrossfadedSeam = 0.1;  // weight of a seam that is to be crossfaded
 constexpr double kLevelWeight = 1.5;
-constexpr double kUnlikenessDb = 20;
+constexpr double kDistanceDb = 20;
 constexpr double kShortDb = 3;  // per octave below kLongSeconds
 constexpr double kLongSeconds = 1;
 constexpr double kVeryShortDb = 10;  // more, per octave below kShortestSeconds
 
 double Square(double x) { return x * x; }
 
-// First and last frame of the sustained part: after the attack, and as loud as possible where it is
-// long enough. Never the silence after the sound.
+// First and last frame of the sustained part: after the attack, and the loudest part that is long
+// enough. Never includes the silence after the sound.
 FrameRange Sustained(const Sound& sound, size_t shortest) {
   const auto block = std::max<size_t>(1, static_cast<size_t>(kLevelSeconds * sound.rateHz));
   const std::vector<float> levels = BlockLevels(sound, block);
@@ -76,7 +76,7 @@ std::vector<double> Energies(const std::vector<std::vector<float>>& channels) {
   return energies;
 }
 
-// d(a) of this system's loops for one end: the sound of all channels in a window around places.
+// Computes d(a), see LoopFinder.h: compares the sound of all channels in windows around two places.
 class Likeness {
  public:
   explicit Likeness(const std::vector<std::vector<float>>& channels)
@@ -84,9 +84,9 @@ class Likeness {
 
   size_t Frames() const { return energies_.size() - 1; }
 
-  // The unlikeness of the `window` values from each place first ... first + count - 1 to those from
-  // `other`.
-  std::vector<float> Unlikeness(size_t first, size_t count, size_t other, size_t window) const {
+  // d between the `window` values from `other` and those from each of the places
+  // first ... first + count - 1.
+  std::vector<float> Distances(size_t first, size_t count, size_t other, size_t window) const {
     std::vector<float> result(count);
     constexpr size_t kBlock = 2048;
     for (size_t start = 0; start < count; start += kBlock) {
@@ -140,8 +140,8 @@ class JumpRating {
     first_ += kPredictionOrder;
   }
 
-  // The largest residual after the jump relative to the sound's own, of the worst channel; some
-  // value above `limit` if it is above `limit`.
+  // The largest residual after the jump relative to that of the sound, in the worst channel. If it
+  // exceeds `limit`, returns any value above `limit`.
   double Rate(size_t start, size_t end, double limit) const {
     double worst = 0;
     std::array<double, kSeamFrames> d;
@@ -213,7 +213,7 @@ class Search {
   }
 
  private:
-  // All lengths of loops that end near `end`, which is the frame after the last one.
+  // Searches all lengths of loops that end near `end`, the frame after the last one.
   void SearchEnd(size_t end, const Likeness& coarse, const Likeness& exact) {
     const size_t half = window_ / 2;
     const size_t coarseWindow = std::max<size_t>(window_ / factor_, 1);
@@ -222,7 +222,8 @@ class Search {
     other = std::min(other, coarse.Frames() - coarseWindow);
     const size_t limit = other - std::min(other, shortest_ / factor_);
     if (limit <= first + 2) return;
-    const std::vector<float> unlike = coarse.Unlikeness(first, limit - first, other, coarseWindow);
+    const std::vector<float> distances =
+        coarse.Distances(first, limit - first, other, coarseWindow);
     const JumpRating rating(sound_, end, SlideFrames());
     // The most similar start of each range of lengths.
     double length = static_cast<double>(shortest_) / static_cast<double>(factor_);
@@ -230,11 +231,11 @@ class Search {
     while (length < static_cast<double>(longest)) {
       const double next = length * kLengthRatio;
       const size_t from = longest - std::min(longest, static_cast<size_t>(next));
-      const size_t to = std::min(longest - static_cast<size_t>(length), unlike.size());
+      const size_t to = std::min(longest - static_cast<size_t>(length), distances.size());
       if (from < to) {
-        const auto best = std::min_element(unlike.begin() + static_cast<std::ptrdiff_t>(from),
-                                           unlike.begin() + static_cast<std::ptrdiff_t>(to));
-        const size_t place = first + static_cast<size_t>(best - unlike.begin());
+        const auto best = std::min_element(distances.begin() + static_cast<std::ptrdiff_t>(from),
+                                           distances.begin() + static_cast<std::ptrdiff_t>(to));
+        const size_t place = first + static_cast<size_t>(best - distances.begin());
         Refine((other - place) * factor_, end, exact, rating);
       }
       length = next;
@@ -250,14 +251,14 @@ class Search {
     const size_t first = middle > reach ? middle - reach : 0;
     const size_t last = std::min(middle + reach, other - std::min(other, shortest_));
     if (last < first) return;
-    const std::vector<float> unlike = exact.Unlikeness(first, last - first + 1, other, window_);
-    const auto best = std::min_element(unlike.begin(), unlike.end());
-    const size_t found = other - (first + static_cast<size_t>(best - unlike.begin()));
+    const std::vector<float> distances = exact.Distances(first, last - first + 1, other, window_);
+    const auto best = std::min_element(distances.begin(), distances.end());
+    const size_t found = other - (first + static_cast<size_t>(best - distances.begin()));
     Slide(found, end, static_cast<double>(*best), rating);
   }
 
   // Moves a loop of `length` to the place near `end` with the best seam.
-  void Slide(size_t length, size_t end, double unlike, const JumpRating& rating) {
+  void Slide(size_t length, size_t end, double distance, const JumpRating& rating) {
     const size_t reach = SlideFrames();
     const size_t lowEnd =
         std::max({low_ + length, end > reach ? end - reach : 0, rating.FirstEnd()});
@@ -272,7 +273,7 @@ class Search {
       best.loop = {at - length, at - 1};
     }
     best.seamDb = Decibels(least);
-    best.likeness = 1 - unlike;
+    best.likeness = 1 - distance;
     best.cost = Cost(best);
     found_.push_back(best);
   }
@@ -284,7 +285,7 @@ class Search {
     const double seam = std::max(found.seamDb, 0.0);
     return seam * (wish_.crossfadeFrames > 0 ? kCrossfadedSeam : 1) +
            kLevelWeight * std::fabs(found.steps.levelDb) + found.steps.spectrumDb +
-           kUnlikenessDb * (1 - found.likeness) +
+           kDistanceDb * (1 - found.likeness) +
            kShortDb * std::max(0.0, std::log2(kLongSeconds / seconds)) +
            kVeryShortDb * std::max(0.0, std::log2(kShortestSeconds / seconds));
   }

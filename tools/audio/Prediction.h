@@ -1,4 +1,4 @@
-// Linear prediction: what of a sound does not follow from the values before it.
+// Linear prediction: the part of a sound that does not follow from the preceding values.
 //
 // A predictor estimates each value from the kPredictionOrder before it,
 //

@@ -12,11 +12,11 @@ namespace zyl::audio {
 
 namespace {
 
-constexpr size_t kTail = 32;  // values at the end of a track that repeat one
+constexpr size_t kTail = 32;  // repeated values at the end of a track
 constexpr std::array kFactors = {1. / 8, 1. / 6, 1. / 5, 1. / 4, 1. / 3, 1. / 2, 1., 2., 3., 4.};
 constexpr std::array kPlaces = {0.15, 0.35, 0.55};
 constexpr std::array kHighPlaces = {0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8};
-constexpr float kFaded = 0.05F;  // level of the quietest of these places relative to the loudest
+constexpr float kFaded = 0.05F;        // minimum level of a place relative to the loudest
 constexpr double kShortPeriod = 200;   // frames; longer periods are at most four true ones
 constexpr double kPeriodValues = 100;  // values that a period is reduced to by averaging
 constexpr double kLowestHz = 16;
@@ -61,7 +61,7 @@ std::vector<double> Excerpt(Channel channel, size_t first, size_t count, size_t 
   return values;
 }
 
-// An excerpt whose likeness to itself is computed over its first `length` values.
+// An excerpt; s(L) is computed over its first `length` values.
 class Look {
  public:
   Look(Channel channel, size_t first, size_t count, size_t step, int length)
@@ -84,8 +84,7 @@ class Look {
     double likeness;
   };
 
-  // The lag with the highest likeness at most `reach` from `lag`; nothing if the excerpt is too
-  // short.
+  // The lag with the highest likeness within `reach` of `lag`; nothing if the excerpt is too short.
   std::optional<Lag> Near(double lag, double reach) const {
     const int from = std::max(static_cast<int>(std::floor(lag - reach)), 2);
     const int to = static_cast<int>(std::ceil(lag + reach));
@@ -106,8 +105,8 @@ class Look {
     return Lag{at + shift, best + (above - below) * shift / 4};
   }
 
-  // The period in frames, measured over several periods, at least kRefinedFrames, from the lag of
-  // one.
+  // The period in frames for the lag of one period, refined over several periods and at least
+  // kRefinedFrames.
   double Refined(double lag) const {
     double refined = lag;
     for (int times = 2; times <= 8 || times * lag <= kRefinedFrames; times *= 2) {
@@ -156,7 +155,9 @@ double Median(std::vector<double>& values) {
 }
 
 // Whether a likeness is nearly as high as the highest one.
-bool IsAsAlike(double likeness, double best) { return 1 - likeness <= 0.02 + 1.3 * (1 - best); }
+bool IsNearlyAsHigh(double likeness, double best) {
+  return 1 - likeness <= 0.02 + 1.3 * (1 - best);
+}
 
 struct Repetition {
   double factor;
@@ -174,7 +175,7 @@ std::optional<Repetition> Choose(const std::vector<Look>& looks) {
     best = std::max(best, means[i]);
   }
   for (size_t i = 0; i < kFactors.size(); ++i) {
-    if (means[i] <= 0 || !IsAsAlike(means[i], best)) continue;
+    if (means[i] <= 0 || !IsNearlyAsHigh(means[i], best)) continue;
     std::vector<double> periods;
     for (const Look& look : looks) {
       if (look.lags[i]) periods.push_back(look.Refined(look.lags[i]->values));
@@ -184,7 +185,8 @@ std::optional<Repetition> Choose(const std::vector<Look>& looks) {
   return std::nullopt;
 }
 
-// Blocks at which to look for a high note: before it has faded, and with `frames` frames after it.
+// Blocks in which to search for a high note: those where it has not faded and `frames` frames
+// follow.
 std::vector<size_t> LoudPlaces(const Sound& sound, size_t frames) {
   const std::vector<float> levels = BlockLevels(sound, kTrackBlock);
   const float loudest = *std::max_element(levels.begin(), levels.end());
@@ -200,8 +202,8 @@ std::vector<size_t> LoudPlaces(const Sound& sound, size_t frames) {
   return places;
 }
 
-// The lags from `shortest` on at which the likeness has a peak. Before a peak it must have been
-// negative: the likeness of a low note falls slowly from 1.
+// The lags from `shortest` at which the likeness has a peak. It must have been negative before the
+// peak, because the likeness of a low note falls slowly from 1.
 std::vector<int> Peaks(const std::vector<double>& likeness, int shortest) {
   const auto at = [&](int lag) { return likeness[static_cast<size_t>(lag)]; };
   double lowest = 1;
@@ -214,7 +216,7 @@ std::vector<int> Peaks(const std::vector<double>& likeness, int shortest) {
   return peaks;
 }
 
-// The period near a lag, and the likeness between frames.
+// The period near a lag and its likeness, interpolated between frames.
 Repetition Repeat(const std::vector<Look>& looks, int lag) {
   Repetition found{1, 0, 0};
   std::vector<double> periods;
@@ -255,7 +257,7 @@ std::optional<Repetition> HighNote(const Sound& sound) {
     best = std::max(best, repetitions.back().likeness);
   }
   for (const Repetition& it : repetitions) {
-    if (it.likeness >= kHighLikeness && IsAsAlike(it.likeness, best)) return it;
+    if (it.likeness >= kHighLikeness && IsNearlyAsHigh(it.likeness, best)) return it;
   }
   return std::nullopt;
 }
@@ -321,7 +323,7 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
   const bool isTracked = !periods.empty() && 2 * agreeing >= periods.size();
   auto high = HighNote(sound);
   if (high && isTracked && chosen * kTrackedHz >= sound.rateHz &&
-      (high->period > 0.97 * chosen || !IsAsAlike(high->likeness, likeness))) {
+      (high->period > 0.97 * chosen || !IsNearlyAsHigh(high->likeness, likeness))) {
     high.reset();
   }
   if (high) {

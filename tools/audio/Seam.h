@@ -1,4 +1,4 @@
-// How a loop sounds: its seam, and how much level and spectrum jump there.
+// Rates how a loop sounds: its seam, and the steps of level and spectrum there.
 #pragma once
 
 #include <cstddef>

@@ -9,8 +9,8 @@ local progress = require "progress"
 
 local CLOSED_PIPE = 32  -- EPIPE
 local cli = { FAILED = 4, USAGE = 2 }
-local verb, anyFailed, quiet, answers = "zyl", false, false, false
-local searched = {}         -- what folders stand for: kind and recursive
+local verb, anyFailed, quiet, resultStatus = "zyl", false, false, false
+local searched = {}         -- how folders are expanded: kind and recursive
 
 local function say(text)
   progress.hide()
@@ -96,7 +96,7 @@ cli.withoutFolders = withoutFolders
 --                 value (its name in the help), low, high, default; optionally short (a letter) and many
 --                 (the option can be repeated, and its value is a list), number (an option as here: a number
 --                 may follow, which becomes the option number.of)
---   answers       the verb may return exit status 1 as a result
+--   resultStatus  the verb may return exit status 1 as a result
 --   folders       "sounds" or "programs": replace folders with these files; adds the option --recursive
 --   mixed         not all words are files: the verb calls cli.withoutFolders
 --   repeats       keep duplicates
@@ -105,7 +105,7 @@ cli.withoutFolders = withoutFolders
 --   optional      operands may be missing
 --   operands, more, status   texts of the help
 function cli.parse(form)
-  verb, answers = form.verb, form.answers
+  verb, resultStatus = form.verb, form.resultStatus
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
   if form.notes then
@@ -242,7 +242,7 @@ function cli.finish()
   progress.hide()
   local flushed, _, code = io.stdout:flush()
   -- zyl itself reports lost output and changes status 0 to 1.
-  local lost = answers and not flushed and code ~= CLOSED_PIPE
+  local lost = resultStatus and not flushed and code ~= CLOSED_PIPE
   if anyFailed or lost then os.exit(cli.FAILED, true) end
 end
 

@@ -6,13 +6,13 @@ local conversion = {}
 
 local FRACTIONS = 4294967296          -- steps of a loop's fraction per frame
 local UNTIL_RELEASE = 1               -- the last playback type in which loops play
-local SMALLEST_GAIN = 0.01            -- dB; less is no change
+local SMALLEST_GAIN = 0.01            -- dB; smaller changes are not made
 local HEARD_CENTS = 1                 -- detuning that is reported
 conversion.TRIM, conversion.LEVELS = -60, { peak = -1, loudness = -18 }  -- default levels in dB
 
 local function round(x) return math.floor(x + 0.5) end
 
--- Where frames are after the start was cut off and the rate changed.
+-- The positions of frames after trimming and resampling.
 local function mapping(cut, from, to, frames)
   local function scaled(count) return count * to / from end
   local function limited(frame) return math.min(math.max(frame, 0), frames - 1) end
@@ -20,8 +20,8 @@ local function mapping(cut, from, to, frames)
   function map.marker(frame) return math.min(math.max(round(scaled(frame - cut)), 0), frames) end
   function map.first(frame) return limited(round(scaled(frame - cut))) end
   function map.last(frame) return limited(round(scaled(frame + 1 - cut)) - 1) end
-  -- The start is rounded. The length is exact, by the fraction: that keeps the pitch of a short loop,
-  -- and the seam of a long one.
+  -- Rounds the start and keeps the exact length, with its fraction: this preserves the pitch of a short
+  -- loop and the seam of a long one.
   function map.loop(loop)
     local steps = round(scaled(loop.last - loop.first + 1 + loop.fraction) % 1 * FRACTIONS)
     local length = math.floor(scaled(loop.last - loop.first + 1 + loop.fraction)) + steps // FRACTIONS
@@ -51,7 +51,7 @@ local function trim(done, level, it, path)
   if first > 0 or last < it.frames - 1 then done.sound = done.sound:copy(first, last) end
 end
 
--- The loop whose ends touch those of the sound.
+-- The loop that starts with the first frame or ends with the last one.
 local function edgeLoop(it, cut, frames)
   for _, loop in ipairs(it.playback <= UNTIL_RELEASE and it.loops or {}) do
     local first, last = loop.first - cut, loop.last - cut
@@ -73,7 +73,7 @@ local function normalize(done, wanted, level, path)
   local peak = done.sound:peak()
   if peak == -math.huge then return cli.note(path, "silence: not normalized") end
   local step = 2.0 ^ (1 - done.bits)
-  local most = 20 * math.log(1 - step, 10) - peak  -- up to the largest value
+  local most = 20 * math.log(1 - step, 10) - peak  -- gain up to full scale
   local now = wanted == "peak" and peak or done.sound:loudness()
   local gain = level - now
   if gain > most then
@@ -82,7 +82,7 @@ local function normalize(done, wanted, level, path)
     end
     gain = most
   end
-  -- Rounding to the width moves the peak by up to a step and a half.
+  -- Rounding to the width changes the peak by up to one and a half steps.
   if math.abs(gain) <= math.max(SMALLEST_GAIN, 20 * math.log(1 + 1.5 * step / 10 ^ (peak / 20), 10)) then return end
   done.sound:scale(gain)
   done.gain = gain
@@ -108,7 +108,7 @@ local function fade(done, options, it, path)
   if done.fadeOut > 0 then done.sound:fadeOut(done.last - done.fadeOut + 1, done.last) end
 end
 
--- Not all players know the fraction of a loop.
+-- Some players ignore the fraction of a loop.
 local function noteDetuned(loop, it, number, path)
   local cents = 1200 * math.log(1 + loop.fraction / (loop.last - loop.first + 1), 2)
   if cents > HEARD_CENTS and loop.fraction ~= it.loops[number].fraction then

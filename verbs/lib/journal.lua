@@ -4,7 +4,7 @@
 -- any other way of writing, call journal.save(path, write, ...), which keeps the file, calls
 -- write(...) and returns its results; or journal.keep(path) directly before the file is written,
 -- created or removed. journal.move(from, to) renames a file. A verb that replaces the files of its
--- command line calls journal.expect(files) before the first one, so that the user is told
+-- command line calls journal.expect(files) before the first one, so that the user is warned
 -- before anything is written if they exceed the limit. journal.all(body) restores the files that body
 -- wrote if it raises an error. cli.finish
 -- ends the batch. Nothing is stored unless a file is kept.
@@ -214,7 +214,7 @@ function journal.all(body, ...)
   return table.unpack(results, 2, results.n)
 end
 
--- If the files together exceed the limit, tells the user and keeps nothing in this batch.
+-- If the files together exceed the limit, warns the user and keeps nothing in this batch.
 function journal.expect(paths)
   local total = 0
   for _, path in ipairs(paths) do total = total + ((host.fileInfo(path) or {}).size or 0) end

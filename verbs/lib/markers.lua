@@ -70,8 +70,8 @@ local function wave(bytes, move)
   return changes.applied(bytes)
 end
 
--- The markers of loops have been moved already: they are those that INST or zyls name and that are at
--- the start or after the end of a loop.
+-- Skips the markers of loops, which have been moved already: those that INST or zyls refer to and that
+-- are at the start or after the end of a loop.
 local function aiff(bytes, move, loops)
   local named, places, changes = {}, {}, patch(">")
   for _, loop in ipairs(loops) do places[loop.first], places[loop.last + 1] = true, true end

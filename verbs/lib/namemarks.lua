@@ -2,7 +2,7 @@
 -- number at the end).
 local namemarks = {}
 
--- The velocity of a dynamic mark.
+-- Dynamic marks and their velocities.
 local DYNAMICS = { ppp = 16, pp = 32, p = 48, mp = 64, mf = 80, f = 96, ff = 112, fff = 127,
                    ghost = 20, quiet = 40, soft = 40, med = 72, medium = 72, hard = 110, loud = 110 }
 local VELOCITY_WORDS = { vel = true, velocity = true }

@@ -5,7 +5,7 @@ local programs = require "programs"
 local references = {}
 
 -- The zones of a program with a sample: { keygroup and zone from 0, path as in the program, real (the
--- path from the root, links resolved), missing }. real of a missing file is where it was looked for.
+-- path from the root, links resolved), missing }. For a missing file `real` is the path that was searched.
 function references.of(program)
   local list = {}
   for k = 0, program:PRGkeyGroups() - 1 do
