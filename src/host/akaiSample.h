@@ -167,9 +167,6 @@ class ZYLHOST_API genericSample {
   // Returns the number of values and a script handle for the track; both 0 without a track.
   int32_t PitchTrackHandle(int32_t& handle) const;
 
-  // Bytes used by the record's file: sound data and records.
-  int64_t FileMemory() const;
-
  private:
   friend class zyl::SampleFile;
   explicit genericSample(zyl::SampleFile* file) : useCount(0), file_(file) {}

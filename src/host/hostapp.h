@@ -68,11 +68,9 @@ ZYLHOST_API const char* ZylTypeName(int typeCode);
 // Makes the calling thread the script thread. ZylModule::Load does so too.
 ZYLHOST_API void ZylSetScriptThread();
 ZYLHOST_API bool ZylIsScriptThread();
-// Queues a call for ZylPump. Any thread may post.
-ZYLHOST_API void ZylPost(std::function<void()> call);
-// Runs the queued calls on the script thread in the order of posting, and returns their number.
-// Waits up to `seconds` for the first. A call may itself pump: the inner pump runs the calls that
-// follow.
+// Runs the pad sends that other threads have queued, in order, and returns their number. Waits up
+// to `seconds` for the first. Call it on the script thread. A listener may itself pump: the inner
+// pump runs the sends that follow.
 ZYLHOST_API int ZylPump(double seconds);
 
 // Sets the receiver of diagnostics. By default each is printed as a line on standard error.

@@ -163,5 +163,3 @@ std::shared_ptr<const std::vector<float>> genericSample::pitchTrack() const {
   const std::lock_guard<std::mutex> hold(file_->pitchMutex);
   return file_->pitchTrack;
 }
-
-int64_t genericSample::FileMemory() const { return file_->Memory(); }

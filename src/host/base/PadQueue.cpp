@@ -179,8 +179,6 @@ void ROCPad::UpdateOwner() {
 void ZylSetScriptThread() { scriptThread = std::this_thread::get_id(); }
 bool ZylIsScriptThread() { return scriptThread.load() == std::this_thread::get_id(); }
 
-void ZylPost(std::function<void()> call) { Post(ROCParam(), std::move(call)); }
-
 int ZylPump(double seconds) {
   uint64_t last;
   {
