@@ -7,6 +7,7 @@ local json = require "json"
 local programs = require "programs"
 local progress = require "progress"
 local references = require "references"
+local samples = require "samples"
 local text = require "text"
 
 local MOST_NAMED = 3  -- files named in a message
@@ -17,20 +18,25 @@ local options, files = cli.parse {
   options = {
     { name = "output", short = "o", kind = "text", value = "FOLDER", help = "the folder, created if necessary" },
     { name = "search", kind = "text", value = "FOLDER", many = true,
-      help = "search missing samples by name in FOLDER and its subfolders; may\nbe repeated" },
+      help = "search missing samples by file name in FOLDER and its subfolders;\nmay be repeated" },
     { name = "partial", help = "collect programs although samples are missing" },
-    { name = "force", help = "replace programs in FOLDER" },
+    { name = "force", help = "replace programs in FOLDER, also the given ones" },
     { name = "dry-run", help = "print the files, but write nothing" },
     { name = "json", help = "print a JSON list, one object per program" },
   },
   more = "Samples with the same name and content are copied once; different ones with the same name get\n"
       .. "numbers. Of several files found for a missing sample, identical ones count as one, and the one in\n"
-      .. "the most similar folder is taken. Either all files are copied, or none.",
+      .. "the most similar folder is taken. It must have the channels that the zones play. A program stores\n"
+      .. "nothing else of its samples, so the content cannot be compared, and a renamed file is not found.\n"
+      .. "Either all files are copied, or none.",
 }
 local output = options.output
 if not output then cli.usage("-o FOLDER is missing") end
 if #output > 1 then output = output:gsub("/+$", "") end
 if host.fileType(output) and not disk.isFolder(output) then cli.usage(output .. " is not a folder") end
+for _, folder in ipairs(options.search or {}) do
+  if not disk.isFolder(folder) then cli.usage("--search: " .. folder .. " is not a folder") end
+end
 
 local digests = {}
 -- Equal for files with the same content.
@@ -56,11 +62,32 @@ local function candidates(name)
       end
     end
   end
-  local all, exact = found[name:lower()] or {}, {}
-  for _, path in ipairs(all) do
-    if references.base(path) == name then exact[#exact + 1] = path end
+  return found[name:lower()] or {}
+end
+
+local scratch, counts = host.new("ZylSProgram"), {}
+-- nil if a file is a sound with that channel, otherwise the reason.
+local function whyNotSound(path, channel)
+  if not counts[path] then
+    local sample, reason = samples.open(scratch, path)
+    counts[path] = { sample and scratch:SampleChannelCount(sample) or 0, reason }
+    if sample then samples.close(scratch, sample) end
   end
-  return #exact > 0 and exact or all
+  local count, reason = counts[path][1], counts[path][2]
+  if count == 0 then return reason or "not a readable sound file" end
+  return channel >= count and "has no channel " .. channel + 1 or nil
+end
+
+-- The candidates for a missing sample that have the channel, those with exactly its name if there are
+-- any. If there are none, also returns why not.
+local function usable(name, channel)
+  local all, exact, unusable = {}, {}, nil
+  for _, path in ipairs(candidates(name)) do
+    local reason = whyNotSound(path, channel)
+    if reason then unusable = unusable or path .. ": " .. reason else all[#all + 1] = path end
+    if not reason and references.base(path) == name then exact[#exact + 1] = path end
+  end
+  return #exact > 0 and exact or all, #all == 0 and unusable or nil
 end
 
 -- The number of folders with equal names at the ends of two paths.
@@ -74,10 +101,12 @@ local function alike(a, b)
   return count
 end
 
--- The file to use for a missing sample; nil and the reason if there is none or the choice is ambiguous.
-local function relink(path)
+-- The file for a missing sample of which channels up to `channel` are played; nil and the reason if
+-- there is none, or no clear one.
+local function relink(path, channel)
   local best, most, rivals = nil, -1, {}
-  for _, candidate in ipairs(candidates(references.base(path))) do
+  local list, unusable = usable(references.base(path), channel)
+  for _, candidate in ipairs(list) do
     local likeness = alike(path, candidate)
     if likeness > most then
       best, most, rivals = candidate, likeness, {}
@@ -85,7 +114,7 @@ local function relink(path)
       rivals[#rivals + 1] = candidate
     end
   end
-  if not best then return nil, path .. " is missing" end
+  if not best then return nil, path .. " is missing" .. (unusable and " (" .. unusable .. ")" or "") end
   if #rivals > 0 then
     return nil, ("%s is missing, and several different files have its name: %s, %s"):format(path, best, rivals[1])
   end
@@ -109,12 +138,14 @@ end
 
 local function readProgram(path)
   local program = programs.read(path)
-  local it = { path = path, program = program, zones = references.of(program), relinked = {}, missing = {} }
+  local it = { path = path, program = program, zones = references.of(program, programs.channels(path)), relinked = {}, missing = {} }
+  local highest = {}   -- channel, by path
+  for _, zone in ipairs(it.zones) do highest[zone.path] = math.max(highest[zone.path] or -1, zone.channel) end
   for _, zone in ipairs(it.zones) do
     zone.source = zone.path
     if zone.missing then
       local reason
-      zone.source, reason = relink(zone.path)
+      zone.source, reason = relink(zone.path, highest[zone.path])
       local list = zone.source and it.relinked or it.missing
       if not list[zone.path] then
         list[zone.path] = true
@@ -132,7 +163,7 @@ end
 -- Sets the target of the program and of its zones.
 local function place(it, copies)
   local function replaceable(target)
-    return options.force and programs.isProgram(target) or host.absolutePath(target) == host.absolutePath(it.path)
+    return options.force and programs.isProgram(target)
   end
   local target = output .. "/" .. references.base(it.path)
   if host.fileType(target) and not taken[references.base(it.path):lower()] and not replaceable(target) then
@@ -201,26 +232,33 @@ if options.json then
   local byPath, printer = {}, cli.printer(true)
   for _, it in ipairs(list) do byPath[it.path] = it end
   for i, path in ipairs(files) do
-    local it, samples, seen = byPath[path], {}, {}
+    local it, shown, seen = byPath[path], {}, {}
     for _, zone in ipairs(it and it.zones or {}) do
       if not seen[zone.path] then
-        samples[#samples + 1] = json.object("from", zone.source or zone.path, "to", zone.target or json.null,
+        shown[#shown + 1] = json.object("from", zone.source or zone.path, "to", zone.target or json.null,
                                             "missing", zone.source == nil, "relinked", zone.missing and zone.source ~= nil)
       end
       seen[zone.path] = true
     end
     printer.result(i, json.object("file", path, "error", failed[path], "to", it and it.target, "samples",
-                                  json.list(samples), "written", written))
+                                  json.list(shown), "written", written))
   end
   printer.close()
 elseif not next(failed) then
-  local rows = {}
+  local rows, byName, seen = {}, 0, {}
+  for _, it in ipairs(list) do
+    for _, link in ipairs(it.relinked) do
+      byName = byName + (seen[link.to] and 0 or 1)
+      seen[link.to] = true
+    end
+  end
   for _, it in ipairs(list) do rows[#rows + 1] = { text.printable(it.path), "->", text.printable(it.target) } end
   for _, target in ipairs(copies) do
     rows[#rows + 1] = { text.printable(copies[target]), "->", text.printable(target) }
   end
   io.write(options["dry-run"] and text.columns(rows, { true, true, true }) or "",
-           ("%d program%s and %d sample%s %s to %s\n"):format(#list, #list == 1 and "" or "s", #copies,
-           #copies == 1 and "" or "s", options["dry-run"] and "would be copied" or "copied", text.printable(output)))
+           ("%d program%s and %d sample%s %s to %s%s\n"):format(#list, #list == 1 and "" or "s", #copies,
+           #copies == 1 and "" or "s", options["dry-run"] and "would be copied" or "copied", text.printable(output),
+           byName > 0 and ("; %d found by name only, content not compared"):format(byName) or ""))
 end
 cli.finish()

@@ -6,6 +6,7 @@ local folders = require "folders"
 local journal = require "journal"
 local json = require "json"
 local markers = require "markers"
+local programs = require "programs"
 local progress = require "progress"
 local references = require "references"
 local samples = require "samples"
@@ -35,7 +36,9 @@ local options, words = cli.parse {
     { name = "format", kind = "text", value = "TYPE", help = "with -o: write wav or aif (default: that of the file, wav for others)" },
     { name = "output", short = "o", kind = "text", value = "FOLDER|FILE",
       help = "write to FOLDER, created if necessary, or one file to FILE" },
-    { name = "force", help = "with -o: replace existing files" },
+    { name = "force", help = "with -o: replace existing files; with --mono in place: convert files\nalthough programs play a channel that is removed" },
+    { name = "search", kind = "text", value = "FOLDER", many = true,
+      help = "with --mono in place: also look for such programs below FOLDER; may\nbe repeated" },
     { name = "dry-run", help = "print the changes, but write nothing" },
     { name = "json", help = "print a JSON list, one object per file" },
   },
@@ -57,7 +60,7 @@ local format = oneOf("format", { wav = ".wav", aif = ".aif" }, "wav or aif")
 local output = options.output
 if not output then
   if format then cli.usage("--format needs -o") end
-  if options.force then cli.usage("--force needs -o") end
+  if options.force and not options.mono then cli.usage("--force needs -o or --mono") end
   local any = false
   for _, name in ipairs { "mono", "trim", "rate", "normalize", "fade-in", "fade-out", "bits" } do
     any = any or options[name] ~= nil
@@ -119,7 +122,43 @@ local function place()
 end
 if output then place() end
 
+if options.search and (output or not options.mono) then cli.usage("--search needs --mono, without -o") end
+for _, folder in ipairs(options.search or {}) do
+  if not disk.isFolder(folder) then cli.usage("--search: " .. folder .. " is not a folder") end
+end
+
 local program = host.new("ZylSProgram")
+
+-- The zones of programs that play a sample file: by its real path, a list of { program, channel }.
+local users
+local function usersOf(path)
+  if not users then
+    users = {}
+    local paths = {}
+    for i, file in ipairs(files) do paths[i] = file.path end
+    for _, user in ipairs((references.programsNear(paths, options.search))) do
+      local object = programs.open(user)
+      for _, zone in ipairs(object and references.of(object, programs.channels(user)) or {}) do
+        users[zone.real] = users[zone.real] or {}
+        table.insert(users[zone.real], { program = user, channel = zone.channel })
+      end
+      if object then host.delete(object) end
+    end
+  end
+  return users[host.absolutePath(path) or path] or {}
+end
+
+-- Refuses, or with --force warns of, a file of which a program plays a channel that --mono removes.
+local function checkUsers(path)
+  local kept = options.mono == "right" and 1 or 0
+  for _, use in ipairs(usersOf(path)) do
+    if use.channel >= 0 and use.channel ~= kept then
+      local reason = ("%s plays channel %d, which --mono %s removes"):format(use.program, use.channel + 1, options.mono)
+      if not options.force then error(reason .. " (see --force)", 0) end
+      return cli.warn(path, reason)
+    end
+  end
+end
 
 -- Why a file cannot be written to its place; nil if it can.
 local function obstacleOf(file, found)
@@ -165,7 +204,7 @@ local function write(file, sample, found, done)
   else
     written = samples.write(program, sample, target)
   end
-  if not written then error(target .. ": could not be written", 0) end
+  if not written then error((output and target .. " " or "") .. "could not be written", 0) end
 end
 
 -- Converts an open sample. Returns what conversion.of returns, with written and clipped.
@@ -173,6 +212,7 @@ local function convert(file, sample, found)
   local obstacle = obstacleOf(file, found)
   if obstacle then error(obstacle, 0) end
   local it = samples.facts(program, sample)
+  if options.mono and not output and it.channels > 1 then checkUsers(file.path) end
   local done = conversion.of(program, sample, it, options, file.path)
   done.from, done.found, done.clipped = it, found, 0
   local container = FORMATS[(file.target or file.path):lower():match("%.([^./]*)$")]

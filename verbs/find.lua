@@ -1,9 +1,9 @@
 -- zyl find: lists the keygroups, zones and samples that play a key.
 local cli = require "cli"
-local disk = require "disk"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local references = require "references"
 local stereo = require "stereo"
 local text = require "text"
 
@@ -40,12 +40,13 @@ local function find(path)
     for z = 0, programs.ZONES - 1 do
       local low, high = program:ZonelowVel(k, z), program:ZonehighVel(k, z)
       local sounds = not options.velocity or options.velocity >= low and options.velocity <= high
-      if sounds and program:ZoneSamplePath(k, z) ~= "" then
+      local samplePath, channel = program:ZoneSamplePath(k, z), channels[k * programs.ZONES + z] or 0
+      if sounds and samplePath ~= "" then
         zones[#zones + 1] = { keygroup = k, zone = z, lowKey = program:KGlowKey(k),
                               highKey = program:KGhighKey(k), low = low, high = high,
-                              path = program:ZoneSamplePath(k, z), pan = program:ZonepanOffset(k, z),
+                              path = samplePath, pan = program:ZonepanOffset(k, z),
                               tune = program:ZonetuneOffset(k, z),
-                              channel = channels[k * programs.ZONES + z] }
+                              channel = channel, lack = references.lack(samplePath, channel) }
       end
     end
     stereo.pair(zones)
@@ -58,12 +59,13 @@ end
 local function shown(path, found)
   local rows = { { "program", "keygroup", "zone", "keys", "velocities", "channel", "sample" } }
   for _, it in ipairs(found) do
+    local lack = it.lack or it.pair and it.pair.lack
     if not it.isRight then
       rows[#rows + 1] = {
         text.printable(path), tostring(it.keygroup + 1),
         it.zone + 1 .. (it.pair and "+" .. it.pair.zone + 1 or ""), notes.range(it.lowKey, it.highKey),
         it.low .. "-" .. it.high, stereo.name(it),
-        text.printable(it.path) .. (disk.isFile(it.path) and "" or " (missing)"),
+        text.printable(it.path) .. (lack and " (" .. lack .. ")" or ""),
       }
     end
   end
@@ -77,7 +79,8 @@ local function record(path, found, failure)
                           "high_key", it.highKey,
                           "low_note", notes.name(it.lowKey), "high_note", notes.name(it.highKey),
                           "low_velocity", it.low, "high_velocity", it.high,
-                          "sample", it.path, "missing", not disk.isFile(it.path),
+                          "sample", it.path, "missing", it.lack == "missing",
+                          "channel_missing", it.lack ~= nil and it.lack ~= "missing",
                           "channel", it.channel >= 0 and it.channel + 1 or json.null,
                           "stereo_with", it.pair and it.pair.zone + 1 or json.null)
   end

@@ -1,7 +1,7 @@
 -- zyl rename: renames programs and their samples, and keeps the references to them.
 local cli = require "cli"
+local disk = require "disk"
 local fields = require "fields"
-local folders = require "folders"
 local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
@@ -18,8 +18,8 @@ local MOST_BYTES = 255   -- of a file name
 local options, files = cli.parse {
   verb = "rename", notes = true, folders = "programs",
   about = "Renames the samples of programs, program files, and the names in programs. All programs that\n"
-       .. "use a renamed sample are updated: the given ones, those in the folders of programs and samples,\n"
-       .. "and those below --search.",
+       .. "use a renamed sample are updated: the given ones, those in and below the folders of programs and\n"
+       .. "samples and in their parent folders, and those below --search.",
   options = {
     { name = "samples", kind = "text", value = "PATTERN", help = "new names of the sample files, without extension" },
     { name = "zones", kind = "text", value = "PATTERN",
@@ -39,6 +39,9 @@ local options, files = cli.parse {
       .. "{lowvel} and {highvel}, of the first zone with the sample. Collisions are refused before anything\n"
       .. "is changed. Either all files are renamed, or none.",
 }
+for _, folder in ipairs(options.search or {}) do
+  if not disk.isFolder(folder) then cli.usage("--search: " .. folder .. " is not a folder") end
+end
 local replacements = {}
 for i, word in ipairs(options.replace or {}) do
   local old, new = word:match("^(.-)=(.*)$")
@@ -78,6 +81,7 @@ local function padded(number, most) return ("%0" .. #tostring(most) .. "d"):form
 -- The programs to be written: those given, and later those that use a renamed sample. Each has path,
 -- real, given, object, zones.
 local list, byReal = {}, {}
+local moves, sources, targets = {}, {}, {}   -- of files: { from, to }, both real paths
 local function take(path, given)
   local real = host.absolutePath(path) or path
   if byReal[real] then return end
@@ -87,10 +91,14 @@ local function take(path, given)
     return
   end
   local it = { path = path, real = real, given = given, object = object, zones = references.of(object) }
+  local uses = given
+  for _, zone in ipairs(it.zones) do
+    uses = uses or sources[zone.real] ~= nil and sources[zone.real].to ~= zone.real
+  end
+  if not uses then return host.delete(object) end
   byReal[real], list[#list + 1] = it, it
 end
 
-local moves, sources, targets = {}, {}, {}   -- of files: { from, to }, both real paths
 local titles = {}                            -- of samples: { real, path, name }
 
 -- Plans to rename a file within its folder.
@@ -176,18 +184,12 @@ end
 
 -- Finds the other programs that use a renamed sample.
 local function takeUsers()
-  local places, seen = {}, {}
-  for _, path in ipairs(files) do places[#places + 1] = { references.folder(path), false } end
-  for _, move in ipairs(moves) do places[#places + 1] = { references.folder(move.from), false } end
-  for _, folder in ipairs(options.search or {}) do places[#places + 1] = { folder, true } end
-  for _, place in ipairs(places) do
-    local folder, recursive = place[1] == "" and "." or place[1], place[2]
-    local real = host.absolutePath(folder) or folder
-    if not seen[real] or recursive then
-      for _, path in ipairs(folders.files(folder, "programs", recursive)) do take(path:gsub("^%./", ""), false) end
-      seen[real] = true
-    end
-  end
+  if #moves == 0 then return end
+  local paths = table.move(files, 1, #files, 1, {})
+  for _, move in ipairs(moves) do paths[#paths + 1] = move.from end
+  local users, places = references.programsNear(paths, options.search)
+  for _, path in ipairs(users) do take(path, false) end
+  cli.note(nil, ("programs that use the samples were searched %s (see --search)"):format(places))
 end
 
 local function planPrograms()
@@ -292,7 +294,7 @@ end
 
 local done, failure = cli.try(run)
 progress.hide()
-if failure then cli.failed("rename", failure .. ": nothing was changed") end
+if failure then cli.failed(nil, failure .. ": nothing was changed") end
 local printer, count = cli.printer(options.json), 0
 local function result(object, shown)
   count = count + 1

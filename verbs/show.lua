@@ -1,10 +1,10 @@
 -- zyl show: prints programs as tables.
 local cli = require "cli"
-local disk = require "disk"
 local fields = require "fields"
 local json = require "json"
 local notes = require "notes"
 local programs = require "programs"
+local references = require "references"
 local stereo = require "stereo"
 local text = require "text"
 local values = require "values"
@@ -16,8 +16,8 @@ local options, files = cli.parse {
     { name = "quiet", help = "omit the zones" },
     { name = "json", help = "print a JSON list, one object per file" },
   },
-  more = "Samples are not loaded; those whose file does not exist are marked (missing). Zones without\n"
-      .. "a sample are omitted.",
+  more = "Samples are not loaded; those whose file does not exist are marked (missing), and zones whose\n"
+      .. "channel the file does not have (no channel 2). Zones without a sample are omitted.",
 }
 
 local function zonesOf(object, k, channels)
@@ -25,10 +25,11 @@ local function zonesOf(object, k, channels)
   for z = 0, programs.ZONES - 1 do
     local path = object:ZoneSamplePath(k, z)
     if path ~= "" then
+      local channel = channels[k * programs.ZONES + z] or 0
       zones[#zones + 1] = {
         number = z + 1, low = object:ZonelowVel(k, z), high = object:ZonehighVel(k, z),
         tune = object:ZonetuneOffset(k, z), pan = object:ZonepanOffset(k, z),
-        path = path, missing = not disk.isFile(path), channel = channels[k * programs.ZONES + z],
+        path = path, lack = references.lack(path, channel), channel = channel,
       }
     end
   end
@@ -58,10 +59,11 @@ local function value(method, stored) return values.text(fields.find(method), sto
 -- The cells of a zone. A stereo sample is one row, that of its left zone.
 local function cellsOf(zone)
   local pair = zone.pair
+  local lack = zone.lack or pair and pair.lack
   return { pair and zone.number .. "+" .. pair.number or tostring(zone.number),
            zone.low .. "–" .. zone.high, value("ZonetuneOffset", zone.tune),
            pair and ("±%d"):format(-zone.pan) or value("ZonepanOffset", zone.pan),
-           stereo.name(zone), text.printable(zone.path) .. (zone.missing and "  (missing)" or "") }
+           stereo.name(zone), text.printable(zone.path) .. (lack and "  (" .. lack .. ")" or "") }
 end
 
 local function shown(path, it)
@@ -98,7 +100,8 @@ local function record(path, it, failure)
     for i, zone in ipairs(keygroup.zones) do
       zones[i] = json.object("zone", zone.number, "low_velocity", zone.low,
         "high_velocity", zone.high, "tune", zone.tune / 256, "pan", zone.pan, "sample", zone.path,
-        "missing", zone.missing, "channel", zone.channel >= 0 and zone.channel + 1 or json.null,
+        "missing", zone.lack == "missing", "channel_missing", zone.lack ~= nil and zone.lack ~= "missing",
+        "channel", zone.channel >= 0 and zone.channel + 1 or json.null,
         "stereo_with", zone.pair and zone.pair.number or json.null)
     end
     keygroups[k] = json.object("keygroup", k, "low_key", keygroup.low, "high_key", keygroup.high,

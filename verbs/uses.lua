@@ -15,8 +15,8 @@ local options, words = cli.parse {
        .. "that no program uses.",
   options = {
     { name = "sample", kind = "text", value = "FILE",
-      help = "only that sample: a file, a name, or a pattern with * and ?" },
-    { name = "missing", help = "only missing samples" },
+      help = "only that sample: a file, a name with or without extension, or a\npattern with * and ?" },
+    { name = "missing", help = "only missing samples, and those without a channel that a zone plays" },
     { name = "unused", help = "only unused sound files" },
     { name = "json", help = "print a JSON list, one object per sample" },
   },
@@ -46,12 +46,14 @@ local function matcher(wanted)
   local whole = wanted:find("/", 1, true) ~= nil
   local pattern = wanted:gsub("[%^%$%(%)%%%.%[%]%+%-]", "%%%0"):gsub("%*", ".*"):gsub("%?", ".")
   return function(it)
-    return it.real == real or (whole and it.path or references.base(it.path)):match("^" .. pattern .. "$") ~= nil
+    local name = whole and it.path or references.base(it.path)
+    return it.real == real or name:match("^" .. pattern .. "$") ~= nil
+           or references.folder(name) .. references.parts(references.base(name)) == wanted
   end
 end
 local fits = matcher(options.sample)
 
--- The samples, in the order of the programs: { path, real, missing, uses = { { program, keygroup, zone } } }.
+-- The samples, in the order of the programs: { path, real, missing, lack, uses = { { program, keygroup, zone } } }.
 local samples, byPath, failures = {}, {}, {}
 local function sampleOf(path, real, missing)
   if not byPath[real] then
@@ -64,8 +66,10 @@ for i, path in ipairs(files) do
   progress.show((i - 1) / #files, path)
   local program, reason = programs.open(path)
   if program then
-    for _, it in ipairs(references.of(program)) do
-      local uses = sampleOf(it.path, it.real, it.missing).uses
+    for _, it in ipairs(references.of(program, programs.channels(path))) do
+      local sample = sampleOf(it.path, it.real, it.missing)
+      local uses = sample.uses
+      sample.lack = sample.lack or it.lack
       uses[#uses + 1] = { program = path, keygroup = it.keygroup, zone = it.zone }
     end
     host.delete(program)
@@ -78,7 +82,7 @@ progress.hide()
 for _, path in ipairs(sounds) do sampleOf(path, host.absolutePath(path) or path, false) end
 
 local function listed(it)
-  local kind = not options.missing and not options.unused or options.missing and it.missing
+  local kind = not options.missing and not options.unused or options.missing and it.lack
                or options.unused and #it.uses == 0
   return kind and fits(it)
 end
@@ -88,12 +92,12 @@ local function record(it)
   for i, use in ipairs(it.uses) do
     uses[i] = json.object("program", use.program, "keygroup", use.keygroup + 1, "zone", use.zone + 1)
   end
-  return json.object("file", it.path, "error", nil, "missing", it.missing, "used", #uses > 0, "uses", json.list(uses))
+  return json.object("file", it.path, "error", nil, "missing", it.missing, "channel_missing", it.lack ~= nil and not it.missing, "used", #uses > 0, "uses", json.list(uses))
 end
 
 -- A row for each program that uses the sample.
 local function addRows(rows, it)
-  local shown = text.printable(it.path) .. (it.missing and " (missing)" or "")
+  local shown = text.printable(it.path) .. (it.lack and " (" .. it.lack .. ")" or "")
   local i = 1
   repeat
     local use, keygroups = it.uses[i], {}

@@ -81,23 +81,20 @@ TEST_F(LibraryVerbs, UsesListsUsersMissingAndUnused) {
 
 TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
   const std::string before = Snapshot();
-  const std::string search = " --search " + Quoted("lib");
   const struct {
     std::string arguments;
     int status;
     std::vector<std::string> files;
     const char* says = "";
   } cases[] = {
-      {"--samples '{program}_{low}_{name}' " + Quoted("lib/a.zprg") + search,
+      {"--samples '{program}_{low}_{name}' " + Quoted("lib/a.zprg"),
        0,
        {"lib/s/a_C-2_x.wav", "lib/s/a_C3_y.wav", "lib/deep/x.wav"}},
-      {"--replace x=z --replace 'y=%1' " + Quoted("lib/deep/b.zprg") + search,
+      {"--replace x=z --replace 'y=%1' " + Quoted("lib/deep/b.zprg"),
        0,
        {"lib/s/z.wav", "lib/s/%1.wav", "lib/deep/z.wav"}},
       // A cycle, and a name that is only free because its file is renamed too.
-      {"--replace x=t --replace y=x --replace t=y " + Quoted("lib/a.zprg") + search,
-       0,
-       {"lib/s/x.wav"}},
+      {"--replace x=t --replace y=x --replace t=y " + Quoted("lib/a.zprg"), 0, {"lib/s/x.wav"}},
       {"-r --files '{name}{number}' --names N{number} " + Quoted("lib"),
        0,
        {"lib/a1.zprg", "lib/deep/b2.zprg"}},
@@ -126,10 +123,17 @@ TEST_F(LibraryVerbs, RenameKeepsReferencesAndRefusesCollisions) {
     EXPECT_EQ(Zyl("undo --last").status, 0);
     EXPECT_TRUE(Snapshot() == before) << it.arguments;
   }
-  // Titles of samples, also of those that are renamed.
-  EXPECT_EQ(
-      Zyl("rename --samples new_{name} --zones 'T {name}' " + Quoted("lib/a.zprg") + search).status,
-      0);
+  // Titles of samples, also of those that are renamed, and a program elsewhere.
+  const Program far;
+  ASSERT_TRUE(far("Read", Path("lib/a.zprg"), 0).Bool());
+  fs::create_directories(Path("far/away"));
+  ASSERT_TRUE(far("Write", Path("far/away/c.zprg"), 16).Bool());
+  const Finished titled = Zyl("rename --samples new_{name} --zones 'T {name}' " +
+                                  Quoted("lib/a.zprg") + " --search " + Quoted("far"),
+                              true);
+  EXPECT_EQ(titled.status, 0);
+  EXPECT_TRUE(Has(titled.out, "searched below " + Path("far"))) << titled.out;
+  EXPECT_EQ(Sounds("far/away/c.zprg"), "12");
   EXPECT_TRUE(Has(Zyl("sample " + Quoted("lib/s/new_x.wav")).out, "T x"));
   EXPECT_EQ(Sounds("lib/deep/b.zprg"), "1224");
   EXPECT_EQ(Zyl("undo --last").status, 0);
@@ -184,6 +188,37 @@ TEST_F(LibraryVerbs, CollectCopiesAndRelinks) {
       Zyl("collect" + out + Quoted("gone/a.zprg") + " --search " + Quoted("found"), true);
   EXPECT_EQ(unclear.status, 4);
   EXPECT_TRUE(Has(unclear.out, "several different files")) << unclear.out;
+  // A file that is no sound, or lacks a channel, is not taken for a sample.
+  fs::remove_all(Path("found/two"));
+  std::ofstream(Path("found/one/x.wav")) << "text";
+  WriteWave(Path("found/one/y.wav"), {std::vector<int16_t>(300, 2)});
+  const Finished wrong =
+      Zyl("collect" + out + Quoted("gone/deep/b.zprg") + " --search " + Quoted("found"), true);
+  EXPECT_EQ(wrong.status, 4);
+  EXPECT_TRUE(Has(wrong.out, "x.wav: not a readable sound") &&
+              Has(wrong.out, "y.wav: has no channel 2"))
+      << wrong.out;
+  EXPECT_EQ(Zyl("collect --partial -o " + Quoted("gone") + " " + Quoted("gone/a.zprg")).status, 4);
+  EXPECT_EQ(Zyl("collect" + out + Quoted("gone/a.zprg") + " --search none").status, 2);
+}
+
+TEST_F(LibraryVerbs, AChannelThatIsPlayedIsNotRemovedSilently) {
+  const std::string before = FileBytes(Path("lib/s/y.wav"));
+  const std::string convert = "convert --mono left " + Quoted("lib/s/y.wav") + " ";
+  const std::string search = "--search " + Quoted("lib");  // b is in a folder beside that of y
+  EXPECT_EQ(Zyl(convert + search).status, 4);
+  const Finished other = Zyl("convert --mono right " + Quoted("lib/s/y.wav"), true);
+  EXPECT_EQ(other.status, 4);
+  EXPECT_TRUE(Has(other.out, "a.zprg plays channel 1")) << other.out;
+  EXPECT_EQ(FileBytes(Path("lib/s/y.wav")), before);
+  const Finished forced = Zyl(convert + search + " --force", true);
+  EXPECT_EQ(forced.status, 0);
+  EXPECT_TRUE(Has(forced.out, "b.zprg plays channel 2, which --mono left removes")) << forced.out;
+  EXPECT_TRUE(Has(Zyl("show " + Quoted("lib/deep/b.zprg")).out, "y.wav  (no channel 2)"));
+  EXPECT_TRUE(
+      Has(Zyl("find 60 --json " + Quoted("lib/deep/b.zprg")).out, "\"channel_missing\": true"));
+  const Finished uses = Zyl("uses -r --missing " + Quoted("lib"));
+  EXPECT_TRUE(Has(uses.out, "y.wav (no channel 2)") && !Has(uses.out, "x.wav")) << uses.out;
 }
 
 }  // namespace

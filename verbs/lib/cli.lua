@@ -179,21 +179,24 @@ function cli.parse(form)
   return options, form.folders and not form.mixed and withoutFolders(files) or files
 end
 
+-- A message about a file, or, with nil, about all of them.
+local function about(file, text) say(file and file .. ": " .. text or text) end
+
 -- Reports why a file failed; the batch continues and ends with status 4.
 function cli.failed(file, reason)
   anyFailed = true
-  say(file .. ": " .. reason)
+  about(file, reason)
 end
 
 function cli.anyFailed() return anyFailed end
 
 -- Prints a note unless --quiet is given.
 function cli.note(file, text)
-  if not quiet then say(file .. ": " .. text) end
+  if not quiet then about(file, text) end
 end
 
 -- Prints a warning, even with --quiet.
-function cli.warn(file, text) say(file .. ": " .. text) end
+cli.warn = about
 
 -- Formats an error of a method or of Lua as one line without the script position.
 function cli.reason(failure)

@@ -5,6 +5,7 @@ local disk = require "disk"
 local soundfile = {}
 
 local MOST_CHUNKS = 4096
+local FLAC_CHANNELS = 20   -- place of the byte whose bits 1 to 3 are the number of channels minus 1
 local WAVE_CODES = { [1] = "PCM", [2] = "ADPCM", [3] = "float", [6] = "A-law", [7] = "µ-law",
                      [0x11] = "IMA ADPCM", [0x31] = "GSM", [0x55] = "MP3" }
 local AIFC_PLAIN = { NONE = true, twos = true, sowt = true, in24 = true, in32 = true,
@@ -50,8 +51,10 @@ local function walk(file, found, order, fileSize)
       if id == "ds64" and #data >= 16 then size64 = string.unpack("<I8", data, 9) & (1 << 62) - 1
       elseif id == "fmt " and not found.encoding then
         found.encoding, found.plain = waveEncoding(data)
+        found.channels = found.encoding and string.unpack("<I2", data, 3)
       elseif id == "COMM" and not found.encoding then
         found.encoding, found.plain = aiffEncoding(data, found.form)
+        found.channels = found.encoding and string.unpack(">I2", data)
       end
     end
     if chunk.cut then found.problem = "chunk '" .. chunk.id .. "' is truncated" end
@@ -63,7 +66,7 @@ local function walk(file, found, order, fileSize)
 end
 
 -- Returns container ("WAVE", "AIFF" or nil for others), form (as in the file), encoding (text),
--- plain (whether it is PCM), chunks (id, available size, declared size, cut), and problem (text);
+-- plain (whether it is PCM), channels (nil if unknown), chunks (id, available size, declared size, cut), and problem (text);
 -- or nil and the reason if the file cannot be read.
 function soundfile.inspect(path)
   local file, reason = disk.open(path)
@@ -84,6 +87,9 @@ function soundfile.inspect(path)
     walk(file, found, ">", size)
   else
     found.form = outer == "fLaC" and "FLAC" or outer == "OggS" and "Ogg" or "other"
+    file:seek("set", FLAC_CHANNELS)
+    local byte = outer == "fLaC" and file:read(1)
+    found.channels = byte and (byte:byte() >> 1 & 7) + 1 or nil
   end
   file:close()
   return found
