@@ -29,7 +29,7 @@ int Help(lua_State* L) {
 }
 
 // Adds the Lua files that ship with zyl to package.path: zyl's own first, those of the verbs last
-// because their names are common.
+// because their names are common. Adds the plug-ins to package.cpath.
 void OpenLuaFolder(lua_State* L) {
   lua_pushcfunction(L, Guarded<Help>);
   lua_setglobal(L, "help");
@@ -39,6 +39,12 @@ void OpenLuaFolder(lua_State* L) {
   lua_pushfstring(L, "%s/?.lua;%s;%s/?.lua", LuaFolder().c_str(), lua_tostring(L, -1),
                   VerbLibrary().c_str());
   lua_setfield(L, -3, "path");
+  lua_pop(L, 1);
+  lua_getfield(L, -1, "cpath");
+  const std::string program = ProgramFolder().string();
+  lua_pushfstring(L, "%s/plugins/?.so;%s/../lib/zyl/plugins/?.so;%s", program.c_str(),
+                  program.c_str(), lua_tostring(L, -1));
+  lua_setfield(L, -3, "cpath");
   lua_pop(L, 2);
 }
 
