@@ -1,128 +1,143 @@
--- zyl play: renders notes of a program to a sound file.
+-- zyl play: plays programs, or renders them to sound files.
 local cli = require "cli"
-local core = require "zyl.player.core"
+local disk = require "disk"
 local instrument = require "formats.instrument"
-local journal = require "journal"
 local json = require "json"
+local midi = require "midi"
 local notes = require "notes"
 local progress = require "progress"
 local sf2 = require "formats.sf2"
 local text = require "text"
 
-local BLOCK = 4096          -- frames rendered at once, and the resolution of the end
-local LONGEST_TAIL = 20     -- seconds after the last release
-local MOST_SECONDS = 3600
-local CHANNELS, BYTES = 2, 3
+local LOWEST_RATE, HIGHEST_RATE, BITS = 8000, 96000, 24
+local DEFAULT_VELOCITY, DEFAULT_SECONDS, MOST_SECONDS = 100, 1, 600
+local WAIT_SECONDS = 0.05
 
 local options, words = cli.parse {
-  verb = "play", notes = true, operands = "PROGRAM [KEY[+KEY…][:VELOCITY[:SECONDS]]…] -o OUT.wav", repeats = true,
-  about = "Plays notes of a program, one after the other, into a WAVE file of 24 bits. KEY+KEY is a chord.\n"
-       .. "Without notes plays C3 (60). Uses libfluidsynth, if it is installed.",
+  verb = "play", notes = true, operands = "PROGRAM [KEY[+KEY…][:VELOCITY[:SECONDS]]…|SONG.mid]", repeats = true,
+  about = "Plays a program on the machine's audio output: the notes one after another, or a standard MIDI\n"
+       .. "file. Without notes plays the middle of each key range.",
   options = {
-    { name = "output", short = "o", kind = "text", value = "OUT.wav", help = "the file to write" },
-    { name = "gain", kind = "number", value = "DB", low = -96, high = 96, default = 0, help = "added to the level (default 0)" },
-    { name = "rate", kind = "integer", value = "HZ", low = 8000, high = 96000, default = 44100, help = "sample rate (default 44100)" },
-    { name = "force", help = "replace a file that exists" },
-    { name = "dry-run", help = "print what would be played, but write nothing" },
+    { name = "output", short = "o", kind = "text", value = "OUT.wav",
+      help = "write a sound file instead, stereo, 24 bits" },
+    { name = "rate", kind = "integer", value = "HZ", low = LOWEST_RATE, high = HIGHEST_RATE, default = 44100,
+      help = "sample rate (default 44100)" },
+    { name = "gain", kind = "number", value = "DB", low = -60, high = 20, default = -6,
+      help = "level (default -6)" },
+    { name = "dry-run", help = "render, but neither play nor write" },
     { name = "json", help = "print a JSON object" },
   },
-  more = "Default velocity is 100, default length 1 second; the sound ends when the last note has faded. What\n"
-      .. "the program has beyond a SoundFont bank (see zyl export) is not heard.",
+  more = "KEY is a note such as C3 or a number from 0 to 127. VELOCITY is 1 to 127 (default 100), SECONDS the\n"
+      .. "length (default 1). The program is played as `zyl export` writes it, through FluidSynth.",
 }
 
-local function noteOf(word)
-  local keys, velocity, seconds = word:match("^([^:]+):?([^:]*):?([^:]*)$")
-  local it = { keys = {}, velocity = velocity == "" and 100 or math.tointeger(tonumber(velocity or "")),
-               seconds = seconds == "" and 1 or tonumber(seconds or "") }
-  for name in ((keys or "") .. "+"):gmatch("(.-)%+") do
-    local key = notes.key(name)
-    if not key then cli.usage(("'%s' is not %s"):format(name, notes.accepted())) end
-    it.keys[#it.keys + 1] = key
+-- The notes of a word: one, or a chord.
+local function notesOf(word)
+  local parts, chord = {}, {}
+  for part in (word .. ":"):gmatch("(.-):") do parts[#parts + 1] = part end
+  local velocity = math.tointeger(tonumber(parts[2] or DEFAULT_VELOCITY))
+  local seconds = tonumber(parts[3] or DEFAULT_SECONDS)
+  local valid = #parts <= 3 and velocity and velocity >= 1 and velocity <= 127 and seconds and seconds > 0
+                and seconds <= MOST_SECONDS
+  for name in (parts[1] .. "+"):gmatch("(.-)%+") do
+    chord[#chord + 1] = { key = notes.key(name), velocity = velocity, seconds = seconds }
+    valid = valid and notes.key(name)
   end
-  if not it.velocity or it.velocity < 1 or it.velocity > 127 then cli.usage(word .. ": the velocity is not 1 to 127") end
-  if not it.seconds or not (it.seconds > 0 and it.seconds <= MOST_SECONDS) then
-    cli.usage(("%s: the length is not up to %d seconds"):format(word, MOST_SECONDS))
+  if not valid then
+    cli.usage(("'%s' is not KEY[:VELOCITY[:SECONDS]], such as C3:100:2; KEY is %s"):format(word,
+              notes.accepted()))
   end
-  return it
+  return chord
 end
 
-local path, output = words[1], options.output
-if not output then cli.usage("-o OUT.wav is missing") end
-if not output:lower():find("%.wav$") then cli.usage(output .. ": the extension is not wav") end
-local list, total = {}, 0
-for i = 2, math.max(#words, 2) do
-  list[#list + 1] = noteOf(words[i] or "60")
-  total = total + list[#list].seconds
+local path, song, list = table.remove(words, 1), nil, {}
+for _, word in ipairs(words) do
+  if word:lower():match("%.midi?$") then
+    song = not song and word or cli.usage("only one song can be played")
+  else
+    list[#list + 1] = notesOf(word)
+  end
 end
-if total > MOST_SECONDS then cli.usage(("more than %d seconds"):format(MOST_SECONDS)) end
-if host.fileType(output) and not options.force then
-  cli.usage(output .. " exists (see --force)")
+if song and #list > 0 then cli.usage("a song and notes cannot be played together") end
+
+-- The middle of each key range, once.
+local function everyRange(it)
+  local taken, keys = {}, {}
+  for _, region in ipairs(it.regions) do
+    local key = (region.low + region.high) // 2
+    if not taken[key] then keys[#keys + 1] = key end
+    taken[key] = true
+  end
+  table.sort(keys)
+  for i, key in ipairs(keys) do
+    keys[i] = { { key = key, velocity = DEFAULT_VELOCITY, seconds = DEFAULT_SECONDS } }
+  end
+  return keys
 end
 
-local function header(bytes)
-  local frame = CHANNELS * BYTES
-  return "RIFF" .. string.pack("<I4", 36 + bytes) .. "WAVEfmt "
-         .. string.pack("<I4I2I2I4I4I2I2", 16, 1, CHANNELS, options.rate, options.rate * frame, frame, 8 * BYTES)
-         .. "data" .. string.pack("<I4", bytes)
+local function load(synth, it)
+  local bank = os.tmpname()
+  local loaded, failure = cli.try(function()
+    sf2.write(sf2.bank({ it }, it.name), bank, progress.show)
+    local accepted, reason = synth:load(bank, it.bank, it.preset)
+    return accepted or error(reason, 0)
+  end)
+  os.remove(bank)
+  if not loaded then error(failure, 0) end
 end
 
--- Plays the notes and calls write with the bytes of each block; returns frames and peak.
-local function play(player, write)
-  local gain, frames, peak = 10 ^ (options.gain / 20), 0, 0
-  local function render(count)
-    while count > 0 do
-      local block = math.min(count, BLOCK)
-      local bytes, highest = player:render(block, gain)
-      write(bytes)
-      frames, peak, count = frames + block, math.max(peak, highest), count - block
+local function render()
+  local present, player = pcall(require, "zyl.player")
+  if not present then error("the player is not installed (FluidSynth's library is missing)", 0) end
+  local it = instrument.read(path, function(fraction) progress.show(fraction, path) end)
+  local synth = player.new { rate = options.rate, gain = 10 ^ (options.gain / 20) }
+  load(synth, it)
+  if song then
+    local _, damage = cli.try(midi.notes, song)
+    if damage then error(song .. ": " .. damage, 0) end
+    local file = disk.open(song)
+    synth:song(file:read("a"))
+    file:close()
+  end
+  if not song and #list == 0 then list = everyRange(it) end
+  local at = 0.0
+  for _, chord in ipairs(list) do
+    for _, note in ipairs(chord) do
+      synth:note { at = at, key = note.key, velocity = note.velocity, seconds = note.seconds }
     end
+    at = at + chord[1].seconds
   end
-  for i, it in ipairs(list) do
-    progress.show((i - 1) / #list, output)
-    for _, key in ipairs(it.keys) do player:noteOn(key, it.velocity) end
-    render(math.floor(it.seconds * options.rate + 0.5))
-    for _, key in ipairs(it.keys) do player:noteOff(key) end
-  end
-  local most = frames + LONGEST_TAIL * options.rate
-  while player:voices() > 0 and frames < most do render(BLOCK) end
-  return frames, peak
+  progress.hide()
+  return synth:render(), player
 end
 
--- The bank is stored in the temporary file of the output, which the player has read before the sound
--- replaces it.
-local function perform(it, temporary)
-  sf2.write(sf2.bank({ it }, it.name), temporary, progress.show)
-  local player, reason = core.new(temporary, it.bank, it.preset, options.rate, it.voices)
-  if not player then return nil, reason end
-  local file <close> = assert(io.open(temporary, "wb"))
-  assert(file:write(header(0)))
-  it.frames, it.peak = play(player, function(bytes) assert(file:write(bytes)) end)
-  file:seek("set", 0)
-  assert(file:write(header(it.frames * CHANNELS * BYTES)))
-  assert(file:flush())
-  return true
+local function sounded(sound, player)
+  if options["dry-run"] then return "would be played" end
+  if options.output then
+    local written, reason = disk.write(options.output, (sound:wave(BITS)))
+    return written and "written to " .. text.printable(options.output)
+           or error(options.output .. ": " .. reason, 0)
+  end
+  local playback, reason = player.listen(sound)
+  if not playback then error(reason .. " (-o OUT.wav writes a sound file)", 0) end
+  while playback:playing() do host.pump(WAIT_SECONDS) end
+  return "played"
 end
 
-local it, failure = cli.try(instrument.read, path, function(fraction) progress.show(fraction, path) end)
-if it and not options["dry-run"] then
-  local function write(temporary) return perform(it, temporary) end
-  local done, reason = cli.try(journal.save, output, host.replaceFile, output, write)
-  if not done then failure = reason end
+local printer = cli.printer(options.json)
+local sound, player = cli.try(render)
+local failure = not sound and player or nil
+local seconds, done
+if sound then
+  seconds = sound:frames() / options.rate
+  done, failure = cli.try(sounded, sound, player)
 end
-progress.hide()
-if failure then
-  cli.failed(path, failure)
-elseif it.peak and it.peak > 1 then
-  cli.warn(output, ("louder than full scale by %.1f dB (see --gain)"):format(20 * math.log(it.peak, 10)))
-end
-local seconds = it and it.frames and it.frames / options.rate
-local decibels = it and it.peak and 20 * math.log(it.peak, 10)
+if failure then cli.failed(path, failure) end
 if options.json then
-  io.write(json.encode(json.object("file", path, "error", failure, "to", output, "notes", #list, "seconds", seconds,
-                                   "peak", decibels, "written", seconds ~= nil and not failure)), "\n")
-elseif not failure then
-  io.write(("%s: %d note%s %s %s%s\n"):format(text.printable(path), #list, #list == 1 and "" or "s",
-           seconds and "in" or "would be played to", text.printable(output),
-           seconds and (", %.2f s, peak %.1f dB"):format(seconds, decibels) or ""))
+  printer.result(1, json.object("file", path, "error", failure, "seconds", seconds, "peak_db",
+                                sound and sound:peak(), "output", done and options.output or nil))
+elseif done then
+  printer.result(1, ("%s: %.1f s, peak %.1f dB, %s\n"):format(text.printable(path), seconds, sound:peak(), done))
 end
+printer.close()
 cli.finish()

@@ -1,4 +1,4 @@
--- zyl sample: shows format, key, loops and chunks of sample files.
+-- zyl sample: shows and sets key, loops and other fields of sample files.
 local cli = require "cli"
 local journal = require "journal"
 local json = require "json"

@@ -3,7 +3,7 @@
 //
 //   local player = require "zyl.player"
 //   local synth = player.new { rate = 44100 }
-//   synth:load(bytes)                          -- a bank as a string
+//   synth:load("piano.sf2")
 //   synth:note { at = 0, key = 60, velocity = 100, seconds = 2 }
 //   local sound = synth:render()               -- a sound as of zyl.audio
 //
@@ -15,13 +15,10 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -56,47 +53,10 @@ struct Event {
   int velocity;  // 0: the key is released
 };
 
-// A bank in memory, read by the synthesiser through callbacks. The name of a bank is its address.
-struct Bank {
-  std::string bytes;
-  size_t place = 0;
-};
-
-void* OpenBank(const char* name) {
-  Bank* bank = nullptr;
-  std::sscanf(name, "%p", reinterpret_cast<void**>(&bank));
-  bank->place = 0;
-  return bank;
-}
-int ReadBank(void* out, fluid_long_long_t count, void* handle) {
-  auto* bank = static_cast<Bank*>(handle);
-  if (count < 0 || static_cast<size_t>(count) > bank->bytes.size() - bank->place) {
-    return FLUID_FAILED;
-  }
-  std::memcpy(out, bank->bytes.data() + bank->place, static_cast<size_t>(count));
-  bank->place += static_cast<size_t>(count);
-  return FLUID_OK;
-}
-int SeekBank(void* handle, fluid_long_long_t offset, int origin) {
-  auto* bank = static_cast<Bank*>(handle);
-  const size_t base = origin == SEEK_SET   ? 0
-                      : origin == SEEK_CUR ? bank->place
-                                           : bank->bytes.size();
-  const fluid_long_long_t place = static_cast<fluid_long_long_t>(base) + offset;
-  if (place < 0 || static_cast<size_t>(place) > bank->bytes.size()) return FLUID_FAILED;
-  bank->place = static_cast<size_t>(place);
-  return FLUID_OK;
-}
-fluid_long_long_t TellBank(void* handle) {
-  return static_cast<fluid_long_long_t>(static_cast<Bank*>(handle)->place);
-}
-int CloseBank(void*) { return FLUID_OK; }
-
 struct Synth {
   double rateHz = 44100;
-  std::unique_ptr<Bank> bank;
   Owned<fluid_settings_t, delete_fluid_settings> settings;
-  Owned<fluid_synth_t, delete_fluid_synth> synth;  // uses the two above
+  Owned<fluid_synth_t, delete_fluid_synth> synth;  // uses the settings
   std::vector<Event> events;
   std::string song;
 };
@@ -147,29 +107,30 @@ int New(lua_State* L) {
   return 1;
 }
 
-// load(bytes): loads a SoundFont bank. Returns true, or nil and the reason.
+// load(path, [bank], [program]): loads a SoundFont bank and selects a preset (default 0, 0); the
+// file is not needed afterwards. Returns true, or nil and the reason.
 int Load(lua_State* L) {
-  Synth& synth = CheckSynth(L);
-  size_t length = 0;
-  const char* bytes = luaL_checklstring(L, 2, &length);
-  auto bank = std::make_unique<Bank>();
-  bank->bytes.assign(bytes, length);
-  auto* loader = new_fluid_defsfloader(synth.settings.get());
-  fluid_sfloader_set_callbacks(loader, OpenBank, ReadBank, SeekBank, TellBank, CloseBank);
-  fluid_synth_add_sfloader(synth.synth.get(), loader);
-  char name[32];
-  std::snprintf(name, sizeof name, "%p", static_cast<void*>(bank.get()));
-  if (fluid_synth_sfload(synth.synth.get(), name, 1) == FLUID_FAILED) {
-    lua_pushnil(L);
-    lua_pushliteral(L, "the synthesiser does not accept the bank");
-    return 2;
+  fluid_synth_t* engine = CheckSynth(L).synth.get();
+  const char* path = luaL_checkstring(L, 2);
+  const auto bank = static_cast<int>(luaL_optinteger(L, 3, 0));
+  const auto program = static_cast<int>(luaL_optinteger(L, 4, 0));
+  const int font = fluid_synth_sfload(engine, path, 1);
+  const char* reason = nullptr;
+  if (font == FLUID_FAILED) {
+    reason = "the synthesiser does not accept the bank";
+  } else if (fluid_synth_program_select(engine, 0, font, bank, program) == FLUID_FAILED) {
+    reason = "the bank has no such preset";
   }
-  synth.bank = std::move(bank);
-  lua_pushboolean(L, 1);
-  return 1;
+  if (reason == nullptr) {
+    lua_pushboolean(L, 1);
+    return 1;
+  }
+  lua_pushnil(L);
+  lua_pushstring(L, reason);
+  return 2;
 }
 
-// note { at, key, velocity, seconds }: a note of the bank's first preset, in seconds from the
+// note { at, key, velocity, seconds }: a note of the selected preset, in seconds from the
 // start.
 int AddNote(lua_State* L) {
   Synth& synth = CheckSynth(L);

@@ -11,7 +11,6 @@
 #include "HostTable.h"
 #include "Interruption.h"
 #include "Objects.h"
-#include "PlayerCalls.h"
 #include "Shipped.h"
 
 namespace zyl {
@@ -64,7 +63,6 @@ int OpenState(lua_State* L) {
   OpenObjects(L);
   OpenHostTable(L);
   OpenAudio(L);
-  OpenPlayer(L);
   OpenLuaFolder(L);
   return 0;
 }
