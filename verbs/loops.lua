@@ -93,11 +93,13 @@ local function search(sample, track, sound, rateHz)
   if shortest and shortest > frames - 2 then
     error("the sound is shorter than the minimum loop length", 0)
   end
+  local crossfade = inFrames(options.crossfade and options.crossfade / 1000)
+  if crossfade and 4 * crossfade > frames then error("the crossfade is longer than a quarter of the sound", 0) end
   local root = sound:root(track)
   local all = looping.find(sound, {
     shortest = shortest, most = options.top,
     period = root and root.sure and rateHz / root.hertz or nil,
-    crossfade = inFrames(options.crossfade and options.crossfade / 1000),
+    crossfade = crossfade,
     all = options["crossfade-all"],
   })
   local good, best = {}, nil

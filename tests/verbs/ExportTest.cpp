@@ -385,8 +385,8 @@ TEST_F(Export, PlayRendersLayersPitchAndSides) {
     size_t silentChannel;
   } cases[] = {{"57:63:0.8", 220, 1}, {"57:64:0.8", 330, 0}, {"69:20:0.4", 440, 1}};
   for (const auto& it : cases) {
-    const Finished run = Zyl(
-        "play " + Quoted("tones.zprg") + " " + it.note + " --force -o " + Quoted("out.wav"), true);
+    const Finished run =
+        Zyl("play " + Quoted("tones.zprg") + " " + it.note + " -o " + Quoted("out.wav"), true);
     if (Has(run.out, "is not installed")) GTEST_SKIP() << run.out;
     ASSERT_EQ(run.status, 0) << run.out;
     const std::string bytes = FileBytes(Path("out.wav"));
@@ -406,6 +406,21 @@ TEST_F(Export, PlayRendersLayersPitchAndSides) {
     const double period = (rises.back() - rises.front()) / static_cast<double>(rises.size() - 1);
     EXPECT_NEAR(1200 * std::log2(44100 / period / it.hertz), 0, 2) << it.note;
   }
+}
+
+TEST_F(Export, PlayReportsWhatItCannotPlay) {
+  Recording("C3.wav", 60);
+  ASSERT_EQ(Zyl("map " + Quoted("C3.wav") + " -o " + Quoted("p.zprg")).status, 0);
+  const std::string play = "play " + Quoted("p.zprg");
+  for (const char* word :
+       {" H3", " C3:0", " C3:100:0", " C3:1:1:1", " 128", " a.mid C3", " a.mid b.mid"}) {
+    EXPECT_EQ(Zyl(play + word).status, 2) << word;
+  }
+  EXPECT_EQ(Zyl("play " + Quoted("missing.zprg") + " -o " + Quoted("o.wav")).status, 4);
+  EXPECT_EQ(Zyl(play + " " + Quoted("C3.wav") + " -o " + Quoted("o.wav")).status, 2);
+  std::ofstream(Path("bad.mid")) << "not a song";
+  EXPECT_EQ(Zyl(play + " " + Quoted("bad.mid") + " -o " + Quoted("o.wav")).status, 4);
+  EXPECT_FALSE(std::filesystem::exists(Path("o.wav")));
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ constexpr double kLengthRatio = 1.4;      // between the ranges of lengths
 constexpr double kWindowSeconds = 0.025;  // compared around start and end
 constexpr double kSlideSeconds = 0.06;    // start and end move together by up to this
 constexpr double kFitSeconds = 0.1;
-constexpr size_t kRated = 16;  // candidates whose steps are measured, at least
+constexpr size_t kRated = 16;  // candidates that are rated more exactly
 constexpr double kLevelSeconds = 0.01;
 constexpr double kAttackLevel = 0.5;                             // of the loudest block
 constexpr std::array kSustainLevels = {0.1, 0.03, 0.01, 0.003};  // of the loudest block
@@ -304,22 +304,23 @@ class Search {
       return std::pair(a.loop.first, a.loop.last) < std::pair(b.loop.first, b.loop.last);
     };
     std::sort(found_.begin(), found_.end(), cheaper);
+    // The best kRated are rated more exactly and ordered by that. It is always the same number, so
+    // that the best loop does not depend on how many are wanted.
     std::vector<FoundLoop> kept;
+    const size_t wanted = std::max(kRated, wish_.most);
     for (const FoundLoop& found : found_) {
-      if (kept.size() == std::max(kRated, 2 * wish_.most)) break;
+      if (kept.size() == wanted) break;
       if (Differs(found, kept)) kept.push_back(found);
     }
     for (FoundLoop& found : kept) {
       found.steps = StepsOf(sound_, found.loop);
+      found.seamDb = RoughSeamDecibels(sound_, found.loop);
       found.cost = Cost(found);
     }
-    std::sort(kept.begin(), kept.end(), cheaper);
+    const size_t rated = std::min(kRated, kept.size());
+    std::sort(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(rated), cheaper);
     if (kept.size() > wish_.most) kept.resize(wish_.most);
-    for (FoundLoop& found : kept) {
-      found.seamDb = SeamDecibels(sound_, found.loop);
-      found.cost = Cost(found);
-    }
-    std::sort(kept.begin(), kept.end(), cheaper);
+    for (FoundLoop& found : kept) found.seamDb = SeamDecibels(sound_, found.loop);
     return kept;
   }
 

@@ -24,6 +24,7 @@ constexpr double kHighestHz = 4700;
 constexpr double kSureLikeness = 0.6;
 constexpr double kCertainLikeness = 0.95;
 constexpr double kSureShare = 0.3;
+constexpr double kSureSpreadCents = 620;  // more than a track between two octaves
 constexpr double kSteadyCents = 8;
 constexpr double kRefinedFrames = 300;
 constexpr int kSmoothings = 3;          // passes of (1, 2, 1) / 4
@@ -340,7 +341,7 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
       .voiced = tracked / static_cast<double>(end),
       .spreadCents = spread,
       .likeness = likeness,
-      .sure = high || likeness >= kCertainLikeness ||
+      .sure = high || (spread <= kSureSpreadCents && likeness >= kCertainLikeness) ||
               (likeness >= kSureLikeness && often &&
                static_cast<double>(agreeing) >= kSureShare * tracked),
   };

@@ -4,12 +4,14 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace zyl::audio {
 
 namespace {
 
 constexpr double kFitSeconds = 0.1;
+constexpr double kRoughSeconds = 0.15;  // on each side of the jump
 // The residual of a sound counts as at least this, relative to the sound's level.
 constexpr double kFloor = 1e-5;
 constexpr double kStepSeconds = 0.1;
@@ -43,9 +45,8 @@ std::array<double, kOctaves> OctaveEnergies(Channel section) {
   return energies;
 }
 
-}  // namespace
-
-double SeamDecibels(Channel channel, double rateHz, const Loop& loop) {
+// The sound's own residual is measured in the first and the last `sideFrames` of the loop.
+double Seam(Channel channel, double rateHz, const Loop& loop, size_t sideFrames) {
   const auto fit = std::max(static_cast<size_t>(kFitSeconds * rateHz), 4 * kPredictionOrder);
   const size_t end = loop.last + 1;
   const Channel before = Section(channel, end > fit ? end - fit : 0, end);
@@ -61,17 +62,39 @@ double SeamDecibels(Channel channel, double rateHz, const Loop& loop) {
       jump.begin(), jump.end(), [](float a, float b) { return std::fabs(a) < std::fabs(b); });
   if (most == 0) return -std::numeric_limits<double>::infinity();
   const double level = std::sqrt(0.5 * (MeanSquare(before) + MeanSquare(after)));
-  const double tone = ResidualLevel(predictor.Residual(Section(channel, loop.first, end)),
+  std::vector<float> residual;
+  if (loop.Length() <= 2 * sideFrames) {
+    residual = predictor.Residual(Section(channel, loop.first, end));
+  } else {
+    residual = predictor.Residual(Section(channel, loop.first, loop.first + sideFrames));
+    const std::vector<float> rest = predictor.Residual(Section(channel, end - sideFrames, end));
+    residual.insert(residual.end(), rest.begin(), rest.end());
+  }
+  const double tone = ResidualLevel(std::move(residual),
                                     std::max(kFloor * level, std::numeric_limits<double>::min()));
   return 20 * std::log10(static_cast<double>(std::fabs(most)) / tone);
 }
 
-double SeamDecibels(const Sound& sound, const Loop& loop) {
+double WorstSeam(const Sound& sound, const Loop& loop, size_t sideFrames) {
   double worst = -std::numeric_limits<double>::infinity();
   for (const auto& channel : sound.channels) {
-    worst = std::max(worst, SeamDecibels(channel, sound.rateHz, loop));
+    worst = std::max(worst, Seam(channel, sound.rateHz, loop, sideFrames));
   }
   return worst;
+}
+
+}  // namespace
+
+double SeamDecibels(Channel channel, double rateHz, const Loop& loop) {
+  return Seam(channel, rateHz, loop, loop.Length());
+}
+
+double SeamDecibels(const Sound& sound, const Loop& loop) {
+  return WorstSeam(sound, loop, loop.Length());
+}
+
+double RoughSeamDecibels(const Sound& sound, const Loop& loop) {
+  return WorstSeam(sound, loop, static_cast<size_t>(kRoughSeconds * sound.rateHz));
 }
 
 Steps StepsOf(const Sound& sound, const Loop& loop) {

@@ -28,6 +28,8 @@ constexpr size_t kSeamFrames = kPredictionOrder + 1;
 double SeamDecibels(Channel channel, double rateHz, const Loop& loop);
 // Of the worst channel.
 double SeamDecibels(const Sound& sound, const Loop& loop);
+// The same, with the residual of at most 0.3 s of the loop: for comparing many loops.
+double RoughSeamDecibels(const Sound& sound, const Loop& loop);
 
 // How the sound after the loop's start differs from the sound before its end.
 struct Steps {
