@@ -200,6 +200,8 @@ class Export : public Verbs {
     program("Zoneplaybacktype", 2, 0, 4);
     program("ZoneloudnessOffset", 3, 0, -20);
     program("KGtimeStretchModGain1", 3, 9);
+    program("KGtimeStretchModSel1", 3, 5);
+    program("PRGLFOSpeedModGain", 9);  // without a source
     program("PRGbendRangeUp", 12);
     ASSERT_TRUE(program("Write", Path("p.zprg")).Bool());
   }
@@ -209,6 +211,7 @@ TEST_F(Export, SfzHasTheOpcodesOfEachRegion) {
   const Finished run = Zyl("export " + Quoted("p.zprg") + " -o " + Quoted("out/p.sfz"));
   EXPECT_EQ(run.status, 0);
   EXPECT_TRUE(Has(run.out, "KGtimeStretchModGain1, keygroup 4: 9")) << run.out;
+  EXPECT_FALSE(Has(run.out, "PRGLFO")) << run.out;
   const auto regions = ReadSfz(FileBytes(Path("out/p.sfz")));
   ASSERT_EQ(regions.size(), 6u);
   const std::string none = "(none)";

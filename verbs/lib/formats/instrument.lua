@@ -350,6 +350,17 @@ local function addFades(it, read)
   end
 end
 
+-- Whether the field is the source or the amount of a modulation that has only one of both.
+local function isHalf(program, field, k)
+  local other
+  if field.method:find("ModGain") then
+    other = field.method:gsub("ModGain", "ModSel"):gsub("^PRGLFO", "PRGLFO1")
+  elseif field.method:find("ModSel") then
+    other = field.method:gsub("ModSel", "ModGain"):gsub("^PRGLFO1", "PRGLFO")
+  end
+  return other and fields.read(program, { method = other, family = field.family }, k) == 0
+end
+
 -- Fields that no part of an instrument corresponds to, if their value is not that of a new program.
 local function addUnread(it, program, read)
   local new = host.new("ZylSProgram")
@@ -361,7 +372,7 @@ local function addUnread(it, program, read)
     if field.family ~= "PRG" and not used[k] then return end
     if field.family == "Zone" and program:ZoneSamplePath(k, z) == "" then return end
     local value = fields.read(program, field, k, z)
-    if value ~= fields.read(new, field, 0, 0) then
+    if value ~= fields.read(new, field, 0, 0) and not isHalf(program, field, k) then
       it.losses:add(field.name, values.text(field, value), field.family ~= "PRG" and k + 1 or nil)
     end
   end)
