@@ -42,5 +42,5 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/bin)
 # The verbs run find and nproc.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "coreutils, findutils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "parallel, bash-completion, libfluidsynth3")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "parallel, bash-completion")
 include(CPack)
