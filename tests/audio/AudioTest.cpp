@@ -254,7 +254,12 @@ TEST(RootPitch, CorrectsTracksThatAreOctavesOff) {
       EXPECT_TRUE(root->sure);
     }
   }
+  // A silent channel does not count.
+  Sound oneSided = Note(220, 1, 2);
+  std::fill(oneSided.channels[1].begin(), oneSided.channels[1].end(), 0.0F);
   std::string reason;
+  const std::vector<float> track(oneSided.Frames() / kTrackBlock, 200.0F);
+  EXPECT_NEAR(FindRootPitch(oneSided, track, reason)->hertz, 220, 0.1);
   EXPECT_FALSE(FindRootPitch(Note(440, 0.05, 1), {}, reason));
   EXPECT_EQ(reason, "2205 frames are too few for a pitch");
 }

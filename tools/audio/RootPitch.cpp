@@ -231,6 +231,23 @@ Repetition Repeat(const std::vector<Look>& looks, int lag) {
   return found;
 }
 
+// Of the first two channels those that are not nearly silent beside the other.
+std::vector<Channel> Audible(const Sound& sound) {
+  constexpr double kSilentPart = 1e-4;  // -40 dB
+  std::vector<double> powers;
+  for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
+    double power = 0;
+    for (const float x : sound.channels[c]) power += static_cast<double>(x * x);
+    powers.push_back(power);
+  }
+  const double limit = kSilentPart * *std::max_element(powers.begin(), powers.end());
+  std::vector<Channel> audible;
+  for (size_t c = 0; c < powers.size(); ++c) {
+    if (powers[c] >= limit) audible.emplace_back(sound.channels[c]);
+  }
+  return audible;
+}
+
 // The period of a note above kLowestHighHz.
 std::optional<Repetition> HighNote(const Sound& sound) {
   const int longest = static_cast<int>(sound.rateHz / kLowestHighHz);
@@ -240,9 +257,9 @@ std::optional<Repetition> HighNote(const Sound& sound) {
   const std::vector<size_t> places = LoudPlaces(sound, count);
   std::vector<Look> looks;
   std::vector<double> likeness(static_cast<size_t>(longest) + 2);
-  for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
+  for (const Channel channel : Audible(sound)) {
     for (const size_t block : places) {
-      Look look(sound.channels[c], block * kTrackBlock, count, 1, length);
+      Look look(channel, block * kTrackBlock, count, 1, length);
       if (look.Likeness(0) == 0) continue;  // silence
       for (int lag = 1; lag < longest + 2; ++lag) {
         likeness[static_cast<size_t>(lag)] += look.Likeness(lag);
@@ -306,9 +323,9 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
   }
 
   std::vector<Look> looks;
-  for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
+  for (const Channel channel : Audible(sound)) {
     for (const size_t block : places) {
-      if (auto look = LookAt(sound.channels[c], sound.rateHz, block * kTrackBlock, period)) {
+      if (auto look = LookAt(channel, sound.rateHz, block * kTrackBlock, period)) {
         looks.push_back(std::move(*look));
       }
     }
