@@ -16,8 +16,16 @@ end
 
 for file, drum in pairs { ["Kick-01-Soft"] = "kick", ["Snare v1_rr2"] = "snare", ["Snare (2)"] = "snare",
                           ["Tom 3 (hard)"] = "tom", ["808 Kick"] = "808 kick", ["Hat_C1"] = "hat c1",
-                          ["12"] = "12", ["pp"] = "pp", ["Ride2"] = "ride" } do
+                          ["12"] = "12", ["pp"] = "pp", ["Ride2"] = "ride",
+                          ["BongoHi-Softest"] = "bongohi" } do
   assert(namemarks.drum(file) == drum, file .. ": " .. namemarks.drum(file))
+end
+
+local last = 0
+for word in ("Softest softer soft med hard Harder hardest"):gmatch("%a+") do
+  local velocity = namemarks.layer("Bongo-" .. word).velocity
+  assert(velocity > last, word)
+  last = velocity
 end
 
 for _ = 1, 3000 do

@@ -1,9 +1,10 @@
 -- Finds the velocity layers and round robins among recordings (see recordings.lua) of one key.
+local namemarks = require "namemarks"
 local recordings = require "recordings"
 
 local layering = {}
 
-local SAME_DB = 1.5       -- recordings whose loudness differs by at most this are round robins
+local SAME_DB = 1.5       -- recordings whose loudness differs by at most this are one layer
 local LADDER_TAKES = 5    -- takes whose numbers rise with the loudness are layers, from this number on
 
 local function quieter(a, b)
@@ -80,7 +81,9 @@ local function byLoudness(group, leaveOut)
     end
     for i = at, last do
       if group[i] ~= best then
-        leaveOut(group[i], ("round robin of %s (%.1f and %.1f LUFS)"):format(best.path,
+        local isTake = namemarks.areSimilar(group[i].name.name, best.name.name)
+        leaveOut(group[i], ("%s %s (%.1f and %.1f LUFS)"):format(
+                 isTake and "round robin of" or "same key and loudness as", best.path,
                  group[i].loudness, best.loudness))
       end
     end

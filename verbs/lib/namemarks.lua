@@ -1,12 +1,15 @@
--- Marks in names of recordings: the velocity layer (v2, vel96, pp, hard) and the take (rr1, or a
--- number at the end).
+-- Marks in names of recordings: the velocity layer (v2, vel96, pp, hard), the take (rr1, or a
+-- number at the end) and the side of a stereo pair (L, right).
 local namemarks = {}
 
 -- Dynamic marks and their velocities.
 local DYNAMICS = { ppp = 16, pp = 32, p = 48, mp = 64, mf = 80, f = 96, ff = 112, fff = 127,
-                   ghost = 20, quiet = 40, soft = 40, med = 72, medium = 72, hard = 110, loud = 110 }
+                   ghost = 20, quietest = 16, quieter = 28, quiet = 40, softest = 16, softer = 28, soft = 40,
+                   med = 72, medium = 72, hard = 110, harder = 118, hardest = 126,
+                   loud = 110, louder = 118, loudest = 126 }
 local VELOCITY_WORDS = { vel = true, velocity = true }
 local LAYER_WORDS = { v = true, layer = true, lay = true, dyn = true }
+local SIDES = { l = "left", left = "left", r = "right", right = "right" }
 local TAKE_WORDS = { rr = true, robin = true, roundrobin = true }
 
 -- Whether a word may follow a note directly, because it marks a layer.
@@ -67,6 +70,23 @@ function namemarks.drum(name)
   local take = namemarks.take(rest)
   rest = (take and take.base or rest):lower():gsub("[_%-%s]+", " "):gsub("^ ", ""):gsub(" $", "")
   return rest ~= "" and rest or name
+end
+
+-- Whether names differ only in layer, take and numbers.
+function namemarks.areSimilar(a, b)
+  return namemarks.drum(a):gsub("%d+", "") == namemarks.drum(b):gsub("%d+", "")
+end
+
+-- The side that a word of the name marks ("left" or "right") and the name without it; nil if none does.
+function namemarks.side(name)
+  local side, rest
+  for first, word, after in name:gmatch("%f[%w]()(%a+)()%f[%W]") do
+    if SIDES[word:lower()] then
+      side = SIDES[word:lower()]
+      rest = name:sub(1, first - 1):gsub("[_%-%s%.%(%[]+$", "") .. name:sub(after):gsub("^[%)%]]", "")
+    end
+  end
+  return side, rest
 end
 
 return namemarks
