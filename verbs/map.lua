@@ -47,9 +47,11 @@ local options, files = cli.parse {
     { name = "json", help = "print a JSON list, one object per file" },
   },
   more = "Names: a letter with an octave (C#3, Bb2, Cs4, F-1), or plain MIDI numbers if all names have\n"
-      .. "one. Layers: v1 to v4, vel96, pp to ff, soft, medium, hard; without them the files of a key are\n"
-      .. "ordered by loudness. Of round robins (rr1, rr2; the same loudness) one is used. Sample files\n"
-      .. "are not changed: the tuning is stored in the program.",
+      .. "one and measured pitches agree. Where a measured pitch contradicts a name, the pitch is used.\n"
+      .. "Layers: v1 to v4, vel96, pp to ff, soft, medium, hard; without them the files of a key are\n"
+      .. "ordered by loudness. Of round robins (rr1, rr2; the same loudness) one is used. Two mono files\n"
+      .. "named L and R, or left and right, become a stereo pair. Sample files are not changed: the tuning\n"
+      .. "is stored in the program.",
 }
 
 local order, use = {}, {}
@@ -91,9 +93,15 @@ local function tuneOffset(it)
   return math.min(math.max(math.floor((it.fileNote - it.note) * 256 + 0.5), -32768), 32767)
 end
 
-local function leaveOut(it, reason)
+local function leaveOutFile(it, reason)
+  if it.leftOut then return end
   it.leftOut = reason
   cli.note(it.path, "left out: " .. reason)
+end
+
+local function leaveOut(it, reason)
+  leaveOutFile(it, reason)
+  if it.right then leaveOutFile(it.right, reason) end
 end
 
 -- Gives each drum a key: the takes of a drum share one.
@@ -102,12 +110,27 @@ local function placeDrums()
   local keys, free = {}, firstDrum
   for _, it in ipairs(batch.list) do
     local drum = options.unstacked and it.path or it.name.folder .. namemarks.drum(it.name.name)
-    if not it.failure and not keys[drum] then keys[drum], free = free, free + 1 end
-    if not it.failure and keys[drum] > 127 then
+    local isOne = not it.failure and not it.isRight
+    if isOne and not keys[drum] then keys[drum], free = free, free + 1 end
+    if isOne and keys[drum] > 127 then
       leaveOut(it, "no key is left")
-    elseif not it.failure then
-      it.key, it.note, it.source = keys[drum], it.fileNote, "drums"
+    elseif isOne then
+      for _, half in ipairs { it, it.right } do
+        half.key, half.note, half.source = keys[drum], half.fileNote, "drums"
+      end
     end
+  end
+end
+
+-- Sets the zones of a recording, or of the two halves of a stereo recording.
+local function setParts(it)
+  local said
+  it.parts, said = stereo.parts(it.right and 2 or it.channels, options.mono)
+  if said then cli.note(it.path, ("%d channels: %s"):format(it.channels, said)) end
+  if it.right then it.parts = stereo.ofFiles(it.parts, it, it.right) end
+  for _, part in ipairs(it.parts) do
+    local sample = part.sample or it
+    sample.zones = (sample.zones or 0) + 1
   end
 end
 
@@ -115,10 +138,8 @@ local function layout()
   if options.drums then placeDrums() else rootkeys.find(batch, how) end
   local placed = {}
   for _, it in ipairs(batch.list) do
-    if it.key then
-      local said
-      it.parts, said = stereo.parts(it.channels, options.mono)
-      if said then cli.note(it.path, ("%d channels: %s"):format(it.channels, said)) end
+    if it.key and not it.isRight then
+      setParts(it)
       placed[#placed + 1] = it
     end
   end
@@ -129,6 +150,9 @@ local function layout()
              ordered == 1 and "" or "s"))
   end
   local roots = keymap.layers(placed, options.layers, leaveOut)
+  for _, it in ipairs(batch.list) do
+    if it.key and not it.zones then leaveOutFile(it, "--mono " .. options.mono) end
+  end
   keymap.ranges(roots, options.drums and 0 or options.reach)
   return keymap.keygroups(roots)
 end

@@ -227,7 +227,7 @@ TEST_F(Map, OrdersLayersByLoudnessAndLeavesOutRoundRobins) {
     const char* name;
     double note;
     double peak;
-    int lowVelocity;  // -1: left out
+    int lowVelocity;  // -1: left out as a round robin; -2: left out for other reasons
     int highVelocity;
   };
   const Case cases[] = {
@@ -236,6 +236,7 @@ TEST_F(Map, OrdersLayersByLoudnessAndLeavesOutRoundRobins) {
       {"l/rec 4.wav", 57, 0.9, 85, 127},
       {"l/rec 2.wav", 57, 0.5, 42, 84},
       {"l/rec 7.wav", 57, 0.55, -1, 0},
+      {"l/tone.wav", 57, 0.56, -2, 0},
       // Round robins by name, in spite of their loudness.
       {"l/E4 soft rr2.wav", 64, 0.9, -1, 0},
       {"l/E4 soft rr1.wav", 64, 0.1, 0, 75},
@@ -256,15 +257,16 @@ TEST_F(Map, OrdersLayersByLoudnessAndLeavesOutRoundRobins) {
     const std::string object = Of(run.out, Path(it.name));
     EXPECT_EQ(Number(object, "key"), it.note) << object;
     if (it.lowVelocity < 0) {
-      EXPECT_TRUE(Has(object, "\"left_out\": \"round robin of ")) << object;
-      EXPECT_TRUE(Has(run.out, "zyl map: " + Path(it.name) + ": left out: round robin of "));
+      const char* reason = it.lowVelocity == -1 ? "round robin of " : "same key and loudness as ";
+      EXPECT_TRUE(Has(object, std::string("\"left_out\": \"") + reason)) << object;
+      EXPECT_TRUE(Has(run.out, "zyl map: " + Path(it.name) + ": left out: " + reason));
     } else {
       EXPECT_EQ(Number(object, "low_velocity"), it.lowVelocity) << object;
       EXPECT_EQ(Number(object, "high_velocity"), it.highVelocity) << object;
     }
   }
   EXPECT_TRUE(Has(run.out, "those of 2 keys are in order of loudness")) << run.out;
-  EXPECT_TRUE(Has(run.out, "2 of 12 files left out"));
+  EXPECT_TRUE(Has(run.out, "3 of 13 files left out"));
 }
 
 TEST_F(Map, FindsTheColumnOfKeysByPitch) {
@@ -289,6 +291,69 @@ TEST_F(Map, FindsTheColumnOfKeysByPitch) {
       EXPECT_EQ(Number(object, "low_velocity"), Has(name, "100") ? 83 : 0) << object;
     }
   }
+}
+
+TEST_F(Map, PitchDecidesWhereItContradictsNames) {
+  struct File {
+    const char* name;
+    double note;
+    int key;
+    const char* source;
+  };
+  const struct {
+    std::vector<File> files;
+    const char* says;
+  } batches[] = {
+      {{{"a-60-40", 60, 60, "name"}, {"a-60-80", 60, 60, "name"}, {"a-60-99", 60, 60, "name"}},
+       "column 1 of their numbers has the keys, column 2 the velocities (3 of 3 pitches)"},
+      {{{"Take_51", 40, 40, "pitch"}, {"Take_52", 47, 47, "pitch"}, {"Take_53", 71, 71, "pitch"}},
+       "their numbers do not match the pitches: not used"},
+      {{{"organ 48", 36, 48, "name"}, {"organ 55", 43, 55, "name"}},
+       "2 of 2 pitches are 12 keys below their numbers"},
+      {{{"Klavier Es4", 63, 63, "name"}}, "C4 is key 60"},
+      {{{"Piano_C3", 60, 60, "name"}}, ""},
+      {{{"x C4", 60, 60, "name"}, {"x E4", 64, 64, "name"}, {"x G4", 68, 68, "pitch"}},
+       "x G4.wav: name G3 (67), pitch G#3 (68): the pitch is used"},
+      {{{"x C4", 60, 60, "name"}, {"x E4", 64, 64, "name"}, {"x E5", 64, 76, "name"}},
+       "x E5.wav: name E4 (76), pitch E3 (64): the name is used"},
+  };
+  for (size_t i = 0; i < std::size(batches); ++i) {
+    const std::string folder = std::to_string(i);
+    for (const File& it : batches[i].files) Recording(folder + "/" + it.name + ".wav", it.note);
+    const Finished run = Zyl("map --json --dry-run " + Quoted(folder), true);
+    EXPECT_TRUE(Has(run.out, batches[i].says)) << run.out;
+    for (const File& it : batches[i].files) {
+      const std::string object = Of(run.out, folder + "/" + it.name + ".wav");
+      EXPECT_EQ(Number(object, "key"), it.key) << object;
+      EXPECT_TRUE(Has(object, std::string("\"source\": \"") + it.source)) << object;
+    }
+  }
+}
+
+TEST_F(Map, JoinsMonoFilesMarkedLeftAndRight) {
+  for (const char* name : {"P60_L", "P60_R", "P65-left", "P65-right"}) {
+    Recording(std::string("lr/") + name + ".wav", Has(name, "60") ? 60 : 65);
+  }
+  Recording("lr/P71_L.wav", 71, 0.6);
+  Recording("lr/P71_R.wav", 71, 0.9);
+  const Finished run = Zyl("map " + Quoted("lr") + " -o " + Quoted("lr.zprg"), true);
+  EXPECT_TRUE(Has(run.out, "P60_L.wav + P60_R.wav")) << run.out;
+  EXPECT_TRUE(Has(run.out, "P71_L.wav: not joined with ")) << run.out;
+  const Program program;
+  ASSERT_TRUE(program("Read", Path("lr.zprg")).Bool());
+  const char* names[][2] = {{"P60_L", "P60_R"}, {"P65-left", "P65-right"}};
+  for (int k = 0; k < 2; ++k) {
+    for (int z = 0; z < 2; ++z) {
+      EXPECT_EQ(program("Zonename", k, z).Text(), names[k][z]);
+      EXPECT_EQ(program("ZonepanOffset", k, z).Int(), z == 0 ? -50 : 50);
+      EXPECT_EQ(program("ZonehighVel", k, z).Int(), 127);
+    }
+  }
+  const Finished right = RunMap("--mono right --dry-run " + Quoted("lr"));
+  EXPECT_TRUE(Has(Of(right.out, "P60_L.wav"), "\"left_out\": \"--mono right\"")) << right.out;
+  EXPECT_EQ(Number(Of(right.out, "P60_R.wav"), "zone"), 1) << right.out;
+  EXPECT_TRUE(Has(Zyl("map --unstacked --drums 36 --dry-run " + Quoted("lr")).out,
+                  "4 keygroups, 4 samples"));
 }
 
 TEST_F(Map, TakesOfADrumShareAKey) {

@@ -21,7 +21,8 @@ local function ends(rest)
   return word ~= nil and (word:match("^%u%l") ~= nil or namemarks.isLayer(word))
 end
 
--- The notes in a name: { text, step }; step is in semitones from the C of octave 0.
+-- The notes in a name: { text, step, flatStep }; step is in semitones from the C of octave 0.
+-- flatStep is set for Es and As, which are flats in German and sharps in "Cs" notation.
 function filenames.notes(name)
   local found = {}
   for at in name:gmatch("()[A-Ga-g]") do
@@ -34,8 +35,9 @@ function filenames.notes(name)
         -- The lowest octave is -2: before a greater number the dash is a separator.
         local number = tonumber(octave)
         if minus == "-" and number > 0 and number <= 2 then number = -number end
-        found[#found + 1] = { text = name:sub(at, #name - #rest),
-                              step = notes.STEPS[letter:upper()] + accidental[2] + 12 * number }
+        local step = notes.STEPS[letter:upper()] + 12 * number
+        found[#found + 1] = { text = name:sub(at, #name - #rest), step = step + accidental[2],
+                              flatStep = accidental[1] == "s" and letter:match("[EeAa]") and step - 1 or nil }
         break
       end
     end
@@ -82,22 +84,45 @@ function filenames.apply(read, way)
   end
 end
 
--- Returns for each path: folder, name (without folder and extension), key (C4 is 60) or nil, how ("note" or
--- "number"), text (as in the name), layer and take (see namemarks.lua). Also returns the ways to
--- read columns of numbers as keys, of which the first is applied.
-function filenames.read(paths)
-  local candidates, read, anyKey = {}, {}, false
+-- Splits the paths into { folder, name }. If the names of two files of a folder differ only in the
+-- side, both lose the mark, and the left one has `right`, the index of the other.
+local function split(paths)
+  local read, pairsOf = {}, {}
   for i, path in ipairs(paths) do
-    local name = stem(path)
-    local layer = namemarks.layer(name)
-    candidates[i] = filenames.notes(name)
-    read[i] = { name = name, folder = path:match("^.*/") or "", layer = layer, markedLayer = layer, take = namemarks.take(name) }
+    read[i] = { name = stem(path), folder = path:match("^.*/") or "" }
+    local side, rest = namemarks.side(read[i].name)
+    if side then
+      local id = read[i].folder .. rest
+      local pair = pairsOf[id] or { rest = rest }
+      pairsOf[id], pair[side], pair.isAmbiguous = pair, i, pair.isAmbiguous or pair[side] ~= nil
+    end
+  end
+  for _, pair in pairs(pairsOf) do
+    if pair.left and pair.right and not pair.isAmbiguous then
+      read[pair.left].name, read[pair.right].name = pair.rest, pair.rest
+      read[pair.left].right = pair.right
+    end
+  end
+  return read
+end
+
+-- Returns for each path: folder, name (without folder and extension), right (see split), key (C4 is
+-- 60) or nil, how ("note" or "number"), text (as in the name), flatKey (the key if Es or As is a
+-- flat), layer and take (see namemarks.lua). Also returns the ways to read columns of numbers as
+-- keys, for filenames.apply.
+function filenames.read(paths)
+  local candidates, read, anyKey = {}, split(paths), false
+  for i, it in ipairs(read) do
+    it.layer, it.take = namemarks.layer(it.name), namemarks.take(it.name)
+    it.markedLayer = it.layer
+    candidates[i] = filenames.notes(it.name)
   end
   local everywhere = frequencies(candidates)
   for i, it in ipairs(read) do
     local note = distinctNote(candidates[i], everywhere, #paths)
     if note then
       it.key, it.text, it.how = note.step + 12, note.text, "note"
+      it.flatKey = note.flatStep and note.flatStep + 12
     else
       it.key, it.how = numberedKey(it.name), "number"
       it.text = it.key and tostring(it.key)
@@ -107,9 +132,7 @@ function filenames.read(paths)
   if anyKey then return read, {} end
   local names = {}
   for i, it in ipairs(read) do names[i] = it.name end
-  local ways = numbercolumns.read(names)
-  if ways[1] then filenames.apply(read, ways[1]) end
-  return read, ways
+  return read, numbercolumns.read(names)
 end
 
 return filenames

@@ -1,7 +1,7 @@
 -- Maps samples to keys and velocities. A sample has
 --   key        its root key
 --   layer      { velocity }, { rank } (a number in the name) or { order }; optional
---   parts      its zones: a list of { channel, pan }
+--   parts      its zones: a list of { channel, pan, sample }, the last one if another sample plays
 -- The samples of one root are its velocity layers. They share keygroups over the same keys: as many
 -- as their zones need.
 local keymap = { MOST_ZONES = 4, MOST_LAYERS = 127 }
@@ -100,9 +100,9 @@ function keymap.ranges(roots, reach)
   end
 end
 
--- Returns the keygroups of the roots: { key, low, high, zones = { { sample, low, high, channel, pan,
--- first } } }, where `first` marks the first zone of a sample. The zones of a sample share a
--- keygroup.
+-- Returns the keygroups of the roots: { key, low, high, zones = { { sample, of, low, high, channel,
+-- pan, first } } }, where `of` is the sample in the list, `sample` the one that the zone plays, and
+-- `first` marks the first zone of a sample. The zones of a sample share a keygroup.
 function keymap.keygroups(roots)
   local keygroups = {}
   for _, root in ipairs(roots) do
@@ -114,7 +114,8 @@ function keymap.keygroups(roots)
         keygroups[#keygroups + 1] = group
       end
       for p, part in ipairs(parts) do
-        group.zones[#group.zones + 1] = { sample = layer.sample, low = layer.low, high = layer.high,
+        group.zones[#group.zones + 1] = { sample = part.sample or layer.sample, of = layer.sample,
+                                          low = layer.low, high = layer.high,
                                           channel = part.channel, pan = part.pan, first = p == 1 }
       end
     end

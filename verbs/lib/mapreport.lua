@@ -8,23 +8,32 @@ local mapreport = {}
 
 local function cents(it) return 100 * (it.note - it.key) end
 
--- "stereo", "mono", or the channel of a file with several that is played.
+-- "stereo", "mono", or the channel that is played of a file with several or of a pair.
 local function channelsOf(it)
   if #it.parts > 1 then return it.parts[1].pan == it.parts[2].pan and "mix" or "stereo" end
-  return it.channels == 1 and "mono" or it.parts[1].channel == 0 and "left" or "right"
+  if it.channels == 1 and not it.right then return "mono" end
+  local part = it.parts[1]
+  return (part.channel == 0 and (part.sample or it) == it) and "left" or "right"
+end
+
+-- The file, or those of a pair that are played.
+local function pathsOf(it)
+  local first, last = it.parts[1].sample or it, it.parts[#it.parts].sample or it
+  return text.printable(first.path)
+         .. (last ~= first and " + " .. text.printable(last.path:match("[^/]*$")) or "")
 end
 
 function mapreport.table(keygroups)
   local rows, key = { { "keys", "root", "velocities", "channels", "from", "cents", "file" } }, nil
   for _, group in ipairs(keygroups) do
     for _, zone in ipairs(group.zones) do
-      local it = zone.sample
+      local it = zone.of
       if zone.first then
         rows[#rows + 1] = {
           group.key ~= key and ("%3d-%-3d"):format(group.low, group.high) or "",
           group.key ~= key and notes.label(group.key) or "",
           ("%d-%d"):format(zone.low, zone.high), channelsOf(it), it.source,
-          ("%+.1f"):format(cents(it)), text.printable(it.path),
+          ("%+.1f"):format(cents(it)), pathsOf(it),
         }
       end
       key = group.key
@@ -57,7 +66,7 @@ function mapreport.records(list, keygroups, how, written, each)
                                            (select(2, notes.nearest(it.pitch))))
     each(i, json.object("file", it.path, "error", it.failure, "key", it.key,
       "note", it.key and notes.name(it.key), "cents", it.key and cents(it), "source", it.source,
-      "channels", it.channels, "zones", it.parts and #it.parts, "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
+      "channels", it.channels, "zones", it.zones, "chunk_key", it.chunk, "name_key", rootkeys.ofName(it, how), "pitch", pitch, "differ", it.differ,
       "loudness", it.loudness, "layer_from", it.layerFrom,
       "left_out", it.leftOut, table.unpack(place[it] or none, 1, 14)))
   end

@@ -35,26 +35,28 @@ end
 
 local function counts(distinct) return distinct[#distinct] - distinct[1] == #distinct - 1 end
 
--- The column c as velocities: numbers from 1 to 127 that repeat for other keys.
-local function velocities(lists, c)
+-- The column c as velocities: numbers from 1 to 127 that repeat for other keys, if there are any.
+local function velocities(lists, c, isOneKey)
   local values, distinct = column(lists, c, 1, 127)
-  if not values or #distinct < 2 or #distinct == #lists then return nil end
+  if not values or #distinct < 2 or #distinct == #lists and not isOneKey then return nil end
   if counts(distinct) and distinct[1] == 1 and #distinct <= MOST_TAKES then return nil end
   return values
 end
 
--- The ways to read the names: a list of { column, keys, velocityColumn, velocities }, the last two optional.
--- A column of keys is one that every name has, that is not below LOWEST_KEY and does not just count
--- the files. The velocities are in the column after it, or else before it.
+-- The ways to read the names: a list of { column, keys, isOneKey, velocityColumn, velocities }, the
+-- last two optional. A column of keys is one that every name has, that is not below LOWEST_KEY and
+-- does not just count the files; isOneKey is set if it has the same number in all names. The
+-- velocities are in the column after it, or else before it.
 function numbercolumns.read(names)
   local lists, ways = {}, {}
   for i, name in ipairs(names) do lists[i] = plainNumbers(name) end
   for c = 1, #names > 0 and MOST_COLUMNS or 0 do
     local keys, distinct = column(lists, c, LOWEST_KEY, 127)
-    if keys and #distinct > 1 and not (counts(distinct) and distinct[1] < LOWEST_PIANO) then
-      local way = { column = c, keys = keys }
+    local isOneKey = keys and #distinct == 1
+    if keys and (isOneKey or not (counts(distinct) and distinct[1] < LOWEST_PIANO)) then
+      local way = { column = c, keys = keys, isOneKey = isOneKey }
       for _, other in ipairs { c + 1, c - 1 } do
-        local values = not way.velocities and velocities(lists, other)
+        local values = not way.velocities and velocities(lists, other, isOneKey)
         if values then way.velocities, way.velocityColumn = values, other end
       end
       ways[#ways + 1] = way

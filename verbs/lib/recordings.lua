@@ -8,12 +8,15 @@
 -- and a recording the fields
 --   path, index, name    name as parsed by filenames.read
 --   failure              why the file cannot be used
+--   right, isRight       the right half of a left one, and whether it is one; both are mono files,
+--                        joined once they were opened
 --   known, chunk, fileNote, rate, frames, channels
 --                        set once the file was opened: the root key in the file, and the note at
 --                        which the file plays at its original pitch
 --   loudness             in LUFS, set once it was measured
---   measured, pitch, noPitch
---                        set once the pitch was measured: a note, or why there is none
+--   measured, pitch, noPitch, uncertainPitch
+--                        set once the pitch was measured: a note, or why there is none; a note that
+--                        is uncertain
 local audio = require "zyl.audio"
 local cli = require "cli"
 local filenames = require "filenames"
@@ -23,6 +26,8 @@ local samples = require "samples"
 local soundfile = require "soundfile"
 
 local recordings = {}
+
+local SAME_LENGTH = 0.9    -- the halves of a stereo recording have lengths at least in this ratio
 
 function recordings.batch(paths, a4)
   local batch = { program = host.new("ZylSProgram"), list = {}, a4 = a4 }
@@ -70,9 +75,32 @@ local function visit(batch, isWanted, use)
   end
 end
 
--- Opens all recordings that have not been opened.
+local function areHalves(left, right)
+  return not left.failure and not right.failure and left.channels == 1 and right.channels == 1
+         and left.rate == right.rate
+         and math.min(left.frames, right.frames) >= SAME_LENGTH * math.max(left.frames, right.frames)
+end
+
+-- Opens all recordings that have not been opened, and joins those whose names mark them as left and
+-- right.
 function recordings.open(batch)
   visit(batch, function(it) return not it.known end, function() end)
+  for _, it in ipairs(batch.list) do
+    local right = batch.list[it.name.right]
+    if right and areHalves(it, right) then
+      it.right, right.isRight = right, true
+    elseif right then
+      cli.note(it.path, "not joined with " .. right.path
+               .. ": they are not mono files of the same rate and about the same length")
+    end
+  end
+end
+
+-- Separates the halves of which one could not be read.
+function recordings.separate(batch)
+  for _, it in ipairs(batch.list) do
+    if it.right and (it.failure or it.right.failure) then it.right.isRight, it.right = nil, nil end
+  end
 end
 
 -- Measures the loudness of the recordings in the set `wanted` that have not been measured.
@@ -103,6 +131,7 @@ function recordings.measure(batch, wanted)
       local result, reason = sound:root(track)
       if not result or not result.sure then
         it.noPitch = reason or "no steady pitch"
+        it.uncertainPitch = result and notes.fromHertz(result.hertz, batch.a4)
       else
         it.pitch = notes.fromHertz(result.hertz, batch.a4)
       end

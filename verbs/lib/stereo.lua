@@ -25,6 +25,16 @@ function stereo.parts(channels, mono)
   return parts, channels > 2 and parts.taken .. " taken" or nil
 end
 
+-- The parts of a recording in two mono files: those of one file with two channels, where `left` and
+-- `right` play instead of the channels.
+function stereo.ofFiles(parts, left, right)
+  local list = {}
+  for i, part in ipairs(parts) do
+    list[i] = { channel = 0, pan = part.pan, sample = part.channel == 0 and left or right }
+  end
+  return list
+end
+
 -- Finds the pairs among the zones of a keygroup, each { low, high, path, channel, pan, tune }. Sets `pair`
 -- of either zone to the other one, and isRight of the right one.
 function stereo.pair(zones)
