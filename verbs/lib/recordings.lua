@@ -76,8 +76,7 @@ local function visit(batch, isWanted, use)
 end
 
 local function areHalves(left, right)
-  return not left.failure and not right.failure and left.channels == 1 and right.channels == 1
-         and left.rate == right.rate
+  return left.channels == 1 and right.channels == 1 and left.rate == right.rate
          and math.min(left.frames, right.frames) >= SAME_LENGTH * math.max(left.frames, right.frames)
 end
 
@@ -87,9 +86,10 @@ function recordings.open(batch)
   visit(batch, function(it) return not it.known end, function() end)
   for _, it in ipairs(batch.list) do
     local right = batch.list[it.name.right]
-    if right and areHalves(it, right) then
+    local isReadable = right and not it.failure and not right.failure
+    if isReadable and areHalves(it, right) then
       it.right, right.isRight = right, true
-    elseif right then
+    elseif isReadable then
       cli.note(it.path, "not joined with " .. right.path
                .. ": they are not mono files of the same rate and about the same length")
     end

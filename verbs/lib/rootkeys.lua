@@ -63,10 +63,10 @@ local function distance(list, keyOf)
   return best
 end
 
--- Whether all recordings have chunks, with different keys, which are those of the way.
+-- Whether all readable recordings have chunks, with different keys, which are those of the way.
 local function matchesChunks(list, way)
   for _, it in ipairs(list) do
-    if it.chunk ~= way.keys[it.index] then return false end
+    if not it.failure and it.chunk ~= way.keys[it.index] then return false end
   end
   return not way.isOneKey
 end
