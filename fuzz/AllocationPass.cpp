@@ -22,6 +22,7 @@
 // - An editor's list is a view, not a record: a failed call may leave fewer rows and cells, and the
 //   sample objects that those show.
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -80,7 +81,7 @@ class AllocationWorld {
  public:
   AllocationWorld() : editor_({{60, 100, {}, ""}, {60, 0, {}, ""}, {60, 0, {}, ""}}) {
     other_("Read", "full.zprg");
-    own_.Make(3);
+    own_.Make(4);  // as many keygroups as their arrays have room for
     own_("ZoneSampleSet", 0, 0, "left.wav");
     own_("ZoneSampleSet", 0, 1, "both.wav");
     own_("SampleChannel", 0, 1, 1);
@@ -410,8 +411,11 @@ std::string_view CallsOf(std::string_view method, bool isField) {
 // number of faults.
 int TryMethod(const ZylFuncInfo& method, const std::string& calls) {
   std::fflush(stdout);
+  const pid_t parent = ::getpid();
   const pid_t child = ::fork();
   if (child == 0) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) std::_Exit(1);  // it ended before the call above
     ::alarm(kMostSeconds);
     AllocationPass pass;
     int faults = 0;

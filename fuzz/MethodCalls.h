@@ -127,19 +127,27 @@ inline constexpr MethodCalls kMethodCalls[] = {
     {"SampleLoopQual", "S 0"},
     {"SampleLoopFindStart", "S 0 2 90 0"},
     {"SampleLoopFindEnd", "S 0 90 150 0"},
-    {"SampleBits", "S|S 8|S 24|W 12"},
+    {"SampleBits", "S|S 8|S 24|W 12|Z 8"},
     {"SampleName", "S|S 'a long name of a sample'"},
     {"SampleMemory", "S|S T"},
-    {"PRGIntValue", "4|4 9|3 5|9 1|90|91"},
-    {"KGIntValue", "0 100|1 100 9|-1 100 9"},
-    {"ZoneIntValue", "0 1 200|0 1 200 9|-1 1 200 9|0 1 200 9 -1|0 1 209 3"},
+    {"PRGIntValue", "4|4 9|3 5|9 1|90|91|10 5|21 2|77 5"},
+    {"KGIntValue", "0 100|1 100 9|-1 100 9|-2 169 300"},
+    {"ZoneIntValue", "0 1 200|0 1 200 9|-1 1 200 9|0 1 200 9 -1|0 1 209 3|0 1 230 5|-1 1 230 5 -1"},
     {"SampleIntValue",
      "0 0 300|0 0 300 9|0 0 301 1|0 0 305 3|0 1 306 0|0 0 307 50|0 0 312 8|0 1 315 1|1 3 315 1|1 3 "
-     "315 0"},
-    {"PRGStringValue", "1|1 'Twelve chars'|3 'Omni'|3 '7'|5 'High'|9 '2'|90|30 'Velocity'"},
-    {"KGStringValue", "0 100|1 115 'Velocity'|-1 130 'On'"},
-    {"ZoneStringValue", "0 1 200|0 1 209 '3'|-1 1 210 'On'"},
-    {"SampleStringValue", "0 0 300|0 0 300 '9'|0 0 301 'No looping'|0 1 306 '2'|0 0 307 '50'"},
+     "315 0|0 1 313 12|0 1 314 1|0 1 314 9|0 0 302 5|0 0 303 50"},
+    {"PRGStringValue",
+     "1|1 'Twelve chars'|3 'Omni'|3 '7'|5 'High'|9 '2'|90|91|36 'Vel'|10 '12'|10 'off'|26 'sq'|6 "
+     "'q'|"
+     "45 'abc'"},
+    {"KGStringValue", "0 100|-1 126 'on'|0 128 'of'|-2 168 'hp4'"},
+    {"ZoneStringValue",
+     "0 1 200|0 1 209 '3'|-1 1 210 'to'|0 1 200 'str/'|-2 0 221 'zzz'|0 1 230 '3'|-1 1 230 '99'|-1 "
+     "1 "
+     "230 'off'"},
+    {"SampleStringValue",
+     "0 0 300|0 0 300 '9'|0 0 301 'No looping'|0 1 306 '2'|0 1 306 'le'|0 0 307|0 0 312|0 1 313 "
+     "'8'|0 1 314 '32'"},
     {"ModulationSource", "'Velocity'|5"},
     {"CalcSamplePitch", "S|S 1000 60 3 5 0.5"},
     {"CalcKeygroupPitch", "0|0 1000 60 3 5 0.5"},

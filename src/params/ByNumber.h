@@ -27,13 +27,13 @@ int32_t ProgramParamValue(ZylSProgram& object, ROCParam* number, ROCParam* newVa
 class ProgramChange {
  public:
   ProgramChange(ZylSProgram& object, ROCParam* number, ROCParam* newValue);
-  // Returns the previous value.
+  // Stores the number that `newValue` holds now. Returns the previous value.
   int32_t Apply();
 
  private:
   ZylSProgram& object_;
   const Parameter* row_;
-  int32_t newValue_;
+  ROCParamPtr newValue_;
   int32_t value_ = -1;  // of a number without a row
   ChangeNotice notice_;
   std::optional<IndyOutputChange> output_;

@@ -57,24 +57,23 @@ int32_t GetZoneOutput(const ZylSProgram& object, int keygroup, int zone) {
 // Sets the output of a zone in some keygroups. Apply() doesn't allocate.
 class ZoneOutputChange {
  public:
-  ZoneOutputChange(ZylSProgram& object, int32_t output)
+  explicit ZoneOutputChange(ZylSProgram& object)
       : object_(object),
-        output_(output),
-        value_(newROCParam(output)),
+        value_(newROCParam(0)),
         offsetNotice_(object, number::kOutOffset, value_.get()),
         outputNotice_(object, number::kZoneOutput, value_.get()) {}
 
-  void Apply(int keygroup, int zone) {
+  void Apply(int32_t output, int keygroup, int zone) {
+    value_->SetInt(output);
     akaiProgram& record = *object_.program;
     record.keyGroupArray[keygroup].outOffset[zone] = static_cast<uint8_t>(
-        static_cast<uint32_t>(output_) - static_cast<uint32_t>(GetIndyOutput(record)));
+        static_cast<uint32_t>(output) - static_cast<uint32_t>(GetIndyOutput(record)));
     offsetNotice_.Send();
     outputNotice_.Send();
   }
 
  private:
   ZylSProgram& object_;
-  int32_t output_;
   ROCParamPtr value_;
   ChangeNotice offsetNotice_;
   ChangeNotice outputNotice_;
@@ -134,7 +133,7 @@ int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, in
   const Parameter* row = RowOfNumber(number, number::kFirstZone, kLastZone);
   int32_t value = -1;
   std::optional<ZoneOutputChange> output;
-  if (number == number::kZoneOutput && newValue) output.emplace(object, *newValue);
+  if (number == number::kZoneOutput && newValue) output.emplace(object);
   ForEachByNumber(object, keygroup, [&](akaiProgram& record, int k) {
     if (row != nullptr) {
       std::byte* field = ZoneField(record, *row, k, zone);
@@ -142,7 +141,7 @@ int32_t ZoneParamValue(ZylSProgram& object, int32_t number, int32_t keygroup, in
       if (newValue) StoreField(field, row->type, *newValue);
     } else if (number == number::kZoneOutput) {
       value = GetZoneOutput(object, k, zone);
-      if (output) output->Apply(k, zone);
+      if (output) output->Apply(*newValue, k, zone);
     } else if (number == number::kZoneNumber) {
       value = zone + 1;
     }
@@ -165,11 +164,11 @@ std::string ZoneParamText(ZylSProgram& object, int32_t number, int32_t keygroup,
       if (value != kNoValue) StoreField(field, row->type, value);
     } else if (number == number::kZoneOutput) {
       text = OutputText(GetZoneOutput(object, k, zone));
+      if (newText == nullptr) return;
+      if (!change) change.emplace(object);  // may throw; parsing replaces the typed text
       const int32_t output =
           typed.Value([&](ROCParam& given) { return OutputFromText(given, object.maxIndyOut); });
-      if (newText == nullptr) return;
-      if (!change) change.emplace(object, output);
-      change->Apply(k, zone);
+      change->Apply(output, k, zone);
     }
   });
   return text;

@@ -61,14 +61,16 @@ std::string FieldText(ZylSProgram& object, const Parameter& row, ROCParam* numbe
   if (row.text == nullptr) return {};
   std::string text = ValueText(*row.text, LoadField(field, row.type));
   if (typed == nullptr) return text;
-  const int32_t value = ValueFromText(*row.text, *typed);
-  if (value == kNoValue) return text;
   if (row.text == &text_form::kModSource) {
-    const ROCParamPtr newValue(newROCParam(value));
-    ProgramParamValue(object, number, newValue.get());
-  } else {
-    StoreField(field, row.type, value);
+    // Parsing replaces the typed text, so everything that may throw is done before.
+    const ROCParamPtr newValue(newROCParam(0));
+    ProgramChange change(object, number, newValue.get());
+    newValue->SetInt(ValueFromText(*row.text, *typed));
+    change.Apply();
+    return text;
   }
+  const int32_t value = ValueFromText(*row.text, *typed);
+  if (value != kNoValue) StoreField(field, row.type, value);
   return text;
 }
 
@@ -88,7 +90,8 @@ std::string ProgramText(ZylSProgram& object, ROCParam* number, TypedText typed) 
   if (row->store == Store::kIndyOutput) {
     std::string text = OutputText(GetIndyOutput(record));
     if (typed != nullptr) {
-      IndyOutputChange(object, OutputFromText(*typed, object.maxIndyOut)).Apply();
+      IndyOutputChange change(object);  // may throw; parsing replaces the typed text
+      change.Apply(OutputFromText(*typed, object.maxIndyOut));
     }
     return text;
   }
@@ -113,6 +116,11 @@ const Parameter* ValueRow(int32_t number) {
   return row != nullptr && row->type != FieldType::kText ? row : nullptr;
 }
 
+ROCParamPtr Shared(ROCParam* value) {
+  value->AddReference();
+  return ROCParamPtr(value);
+}
+
 // The value of a number without a row.
 int32_t FigureValue(const akaiProgram& record, int32_t number) {
   if (!IsMemory(number)) return -1;
@@ -125,23 +133,24 @@ int32_t FigureValue(const akaiProgram& record, int32_t number) {
 ProgramChange::ProgramChange(ZylSProgram& object, ROCParam* number, ROCParam* newValue)
     : object_(object),
       row_(ValueRow(number->Int())),
-      newValue_(newValue->Int()),
+      newValue_(Shared(newValue)),
       notice_(object, number, newValue) {
   if (row_ == nullptr) {
     value_ = FigureValue(*object.program, number->Int());
   } else if (row_->store == Store::kIndyOutput) {
-    output_.emplace(object, newValue_);
+    output_.emplace(object);
   }
 }
 
 int32_t ProgramChange::Apply() {
+  const int32_t value = newValue_->Int();
   const int32_t before = row_ == nullptr ? value_ : LoadProgramValue(object_, *row_);
   if (output_) {
-    output_->Apply();
+    output_->Apply(value);
   } else if (row_ != nullptr) {
-    StoreProgramValue(object_, *row_, newValue_);
+    StoreProgramValue(object_, *row_, value);
   }
-  if (newValue_ != before) {
+  if (value != before) {
     object_.dirty = true;
     notice_.Send();
   }

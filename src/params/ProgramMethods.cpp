@@ -28,15 +28,16 @@ int32_t PRGmidiChannel(ZylSProgram& object, LoadedProgram, Opt<int32_t, "NewValu
   return before;
 }
 
-IndyOutputChange::IndyOutputChange(ZylSProgram& object, int32_t output)
+IndyOutputChange::IndyOutputChange(ZylSProgram& object)
     : object_(object),
-      output_(static_cast<int8_t>(output)),
-      value_(newROCParam(int32_t{output_})),
+      value_(newROCParam(0)),
       notice_(object, ParameterOf("PRGindyOutput").number, value_.get()),
       zonesNotice_(object, number::kZoneOutput, value_.get()) {}
 
-void IndyOutputChange::Apply() {
-  object_.program->indyOutput = output_;
+void IndyOutputChange::Apply(int32_t output) {
+  const auto stored = static_cast<int8_t>(output);
+  object_.program->indyOutput = stored;
+  value_->SetInt(stored);
   notice_.Send();
   zonesNotice_.Send();
 }
@@ -44,7 +45,7 @@ void IndyOutputChange::Apply() {
 int32_t PRGindyOutput(ZylSProgram& object, LoadedProgram program,
                       Opt<int32_t, "NewValue"> newValue) {
   const int32_t before = program->indyOutput;
-  if (newValue) IndyOutputChange(object, *newValue).Apply();
+  if (newValue) IndyOutputChange(object).Apply(*newValue);
   return before;
 }
 

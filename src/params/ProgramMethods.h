@@ -20,12 +20,11 @@ int32_t PRGmasterDetune(ZylSProgram& object, LoadedProgram program, IndexArg<"In
 // notified of those too. Apply() doesn't allocate.
 class IndyOutputChange {
  public:
-  IndyOutputChange(ZylSProgram& object, int32_t output);
-  void Apply();
+  explicit IndyOutputChange(ZylSProgram& object);
+  void Apply(int32_t output);
 
  private:
   ZylSProgram& object_;
-  int8_t output_;
   ROCParamPtr value_;
   ChangeNotice notice_;
   ChangeNotice zonesNotice_;

@@ -217,8 +217,9 @@ int32_t SampleParamValue(ZylSProgram& object, int32_t number, int keygroup, int 
   const int32_t value = row.read(*sample);
   if (newValue != nullptr) {
     const int32_t stored = ValueToStore(number, newValue->Int());
-    newValue->SetInt(stored);
     row.write(place, *sample, stored);
+    // After the step that may throw, and only if clamped: a callback may have set the variable.
+    if (number == number::kBytesPerValue) newValue->SetInt(stored);
   }
   return value;
 }
