@@ -194,7 +194,7 @@ function ZylSProgram:DeleteTempSample(Sample) end
 ---Send OnDeletingPrg to the registered algorithms, and release the sample objects of the program.
 function ZylSProgram:PrepareDelete() end
 
----Set the algorithm whose pad progressUpdate (an integer) receives the state of pitch jobs: 1 while one runs, 0 at the end. Null for none.
+---Set the algorithm whose pad progressUpdate (an integer) receives 1 at each step of a pitch job, and no other value. Null for none.
 ---@param CBModule ROCAlgo|host.Null
 function ZylSProgram:PitchDataProgressCB(CBModule) end
 

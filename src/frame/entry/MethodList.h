@@ -24,7 +24,7 @@
   METHOD(ReadTempSample, "Return the temporary sample for a path and channel, and load its file if it is not in memory. Lock true locks it and returns the lock value.") \
   METHOD(DeleteTempSample, "Release a temporary sample, or all of them without an argument.") \
   METHOD(PrepareDelete, "Send OnDeletingPrg to the registered algorithms, and release the sample objects of the program.") \
-  METHOD(PitchDataProgressCB, "Set the algorithm whose pad progressUpdate (an integer) receives the state of pitch jobs: 1 while one runs, 0 at the end. Null for none.") \
+  METHOD(PitchDataProgressCB, "Set the algorithm whose pad progressUpdate (an integer) receives 1 at each step of a pitch job, and no other value. Null for none.") \
   METHOD(PitchDataProgressCBFinish, "Set the algorithm whose pad pitchDataFinished (a string) receives the name of each analysed sample. Null for none.") \
   METHOD(PitchDataCalcCancel, "Cancel the running and waiting pitch jobs.") \
   METHOD(PitchDataCalculating, "Return the number of running and waiting pitch jobs.") \

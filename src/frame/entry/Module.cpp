@@ -1,5 +1,6 @@
 #include "frame/entry/Module.h"
 
+#include <cstddef>
 #include <new>
 
 namespace {
@@ -25,6 +26,13 @@ ZylDllRegisterClass* Push(ZylDllRegisterClass& record, ZylDllRegisterClass* list
   record.next = list;
   return &record;
 }
+
+// Members are destroyed in reverse: the workers end before the temporary samples, which they may
+// analyse, are destroyed. GCC and Clang support offsetof for this class.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+static_assert(offsetof(ModuleState, tempSamples) < offsetof(ModuleState, pitchJobs));
+#pragma GCC diagnostic pop
 
 // Constructed when the library is loaded, destroyed when it is unloaded.
 ModuleState loaded;
