@@ -207,6 +207,16 @@ TEST(SampleFileLoops, StandardChunksWinOverAnOutdatedOwnChunk) {
   EXPECT_EQ(ReadBack(folder).tune, 128);
 }
 
+TEST(SampleFileTuning, AnEndBeyondTheSoundIsClamped) {
+  const TempFolder folder;
+  RiffParameters p = FullParameters();
+  p.end = kFrames;
+  for (const bool aif : {false, true}) {
+    Written(folder, aif, p);
+    EXPECT_EQ(ReadBack(folder).end, static_cast<int32_t>(kFrames) - 1) << aif;
+  }
+}
+
 TEST(SampleFileLoops, OtherMarkersSurviveChangesOfLoops) {
   const TempFolder folder;
   const auto marks =

@@ -1,6 +1,7 @@
 // Parameters by number and by text: stores, dirty flags and notifications. The golden table has the
 // field of each number and the values of typed texts.
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 #include "support/ScriptSurface.h"
@@ -217,6 +218,19 @@ TEST_F(ByNumber, PitchDataIsComputedAndRemovedByNumber) {
   for (int i = 0; i < 500 && Sample(315) == 0; ++i) ZylPump(0.01);
   EXPECT_EQ(program("SampleIntValue", 0, 0, 315, 0).Int(), 1);
   EXPECT_EQ(Sample(315), 0);
+}
+
+// Matching reads no more of a typed text than the longest name; a search for keywords reads it all.
+TEST_F(ByNumber, LongTypedTextsAreMatchedAtOnce) {
+  const std::string text = "lp2 r" + std::string(size_t{1} << 23, 'x');
+  const auto timeOf = [&](int number) {
+    const ROCParamPtr typed(newROCParam(std::string_view(text)));
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(program("KGStringValue", 0, number, typed.get()).Ok());
+    return std::chrono::steady_clock::now() - start;
+  };
+  const auto matched = std::min({timeOf(168), timeOf(168), timeOf(168)});
+  EXPECT_LT(matched, timeOf(126));
 }
 
 // A new record may have the old one's address; a pending store must not reach it.
