@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Runs the commands of a document that need the machines anna and bert: two ssh servers on the
-# loopback address.
+# loopback address. The servers end with the script, however it ends.
 #
 #   TwoMachines.sh FOLDER COMMAND...      exit status 77: no ssh server or client is installed
 set -euo pipefail
 folder=$1
 shift
 export PATH="$PATH:/usr/sbin"
-for program in sshd ssh ssh-keygen parallel rsync; do
+for program in sshd setpriv ssh ssh-keygen parallel rsync; do
   command -v "$program" >/dev/null || { echo "SKIPPED: $program is not installed"; exit 77; }
 done
 rm -rf "$folder"
@@ -39,7 +39,8 @@ PidFile none
 PermitRootLogin prohibit-password
 SetEnv PATH=$ZYL_BIN:$PATH XDG_STATE_HOME=$folder/$machine/state
 CONF
-    "$(command -v sshd)" -D -e -f "$folder/$machine.conf" 2>"$folder/$machine.log" &
+    # sshd needs its absolute path.
+    setpriv --pdeathsig KILL "$(command -v sshd)" -D -e -f "$folder/$machine.conf" 2>"$folder/$machine.log" &
     server=$!
     for wait in $(seq 50); do
       if ! kill -0 $server 2>/dev/null; then break; fi
