@@ -114,7 +114,10 @@ local function marked(name, fields)
 end
 local held = { keeper = host.new("Probe") }
 held.keeper:Register(marked("registered", { holds = held.keeper }))
-held.keeper:Register(host.var(marked("in a variable", {})))
+held.variable = host.var(marked("replaced", {}))
+held.keeper:Register(held.variable)
+held.variable.value = marked("in a variable", {})
+held.list = host.var({ marked("in a list", {}) })
 held.keeper:Types(marked("only given", {}), 1)
 local deleted = marked("deleted", {})
 held.keeper:Register(deleted)
@@ -122,11 +125,15 @@ held.keeper:Register(deleted)
 host.delete(deleted)
 collect()
 check.equal(gone["only given"] and gone["deleted"], true)
-check.equal(gone["registered"] or gone["in a variable"], nil)
-check.equal(held.keeper:Notify("On"), 2)
-held.keeper = nil
+check.equal(gone["replaced"], true)
+check.equal(gone["registered"] or gone["in a variable"] or gone["in a list"], nil)
+held.variable = nil
 collect()
-check.equal(gone["registered"] and gone["in a variable"], true)
+check.equal(gone["in a variable"], nil, "the program keeps the variable")
+check.equal(held.keeper:Notify("On"), 2)
+held.keeper, held.list = nil, nil
+collect()
+check.equal(gone["registered"] and gone["in a variable"] and gone["in a list"], true)
 held.keeper = host.new("Probe")
 held.keeper:Register(marked("of a deleted object", { holds = held.keeper }))
 host.delete(held.keeper)
@@ -134,12 +141,8 @@ collect()
 check.equal(gone["of a deleted object"], true)
 
 -- A module whose functions reference it is collected.
-local watch = host.var(host.null)
 do
-  local round = host.algo {}
-  round.On = function() return round end
-  watch.value = round
+  local round = marked("round", {})
+  round.Again = function() return round end
 end
-collectgarbage()
-collectgarbage()
-check.equal(watch.value, nil)
+check.equal(collect()["round"], true)

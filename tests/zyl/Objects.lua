@@ -33,15 +33,12 @@ check.raises("the object has been deleted", function() gone:Types() end)
 check.raises("deleted", host.delete, gone)
 check.equal(tostring(gone), "deleted object")
 
--- The module sees null for a collected object.
-local watch = host.var(host.null)
-do
-  local lost = host.object("Lost")
-  watch.value = lost
-end
+-- A variable keeps its object.
+local kept = host.var(host.null)
+kept.value = host.object("Kept")
 collectgarbage()
-collectgarbage()
-check.equal(watch.value, nil)
+check.equal(p:Echo(kept), kept.value)
+check.raises("no method", function() kept.value:Missing() end)
 
 -- Methods from coroutines.
 local co = coroutine.wrap(function()

@@ -1,37 +1,52 @@
 #include "AlgorithmLinks.h"
 
 #include "Objects.h"
+#include "Values.h"
 
 namespace zyl {
 
 namespace {
 
-// Pushes the userdata of the algorithm in `value` and returns true if the script owns it. Otherwise
-// pushes nothing.
-bool PushOwnAlgo(lua_State* L, const ROCParam* value) {
-  const RIOObject* object = value == nullptr ? nullptr : value->Object();
-  if (object == nullptr || !object->isROCAlgo() || !PushExisting(L, object)) return false;
-  if (static_cast<ObjectRef*>(lua_touserdata(L, -1))->owned) return true;
-  lua_pop(L, 1);
-  return false;
+// Whether a link to the userdata on top of the stack keeps nothing alive: a deleted algorithm, or a
+// host.var whose value nothing else holds.
+bool IsStale(lua_State* L) {
+  if (KindOf(L, -1) == Kind::kVariable) {
+    const ROCParam* value = VariableValue(L, -1);
+    return value == nullptr || value->References() == 1;
+  }
+  return static_cast<ObjectRef*>(lua_touserdata(L, -1))->value.Object() == nullptr;
 }
 
 }  // namespace
+
+// Pushes what keeps the algorithm of an argument alive, its userdata or the host.var, and returns
+// true if the script owns the algorithm. Otherwise pushes nothing.
+bool AlgorithmLinks::PushKept(int argument) {
+  const ROCParam* value = list_.Entry(argument);
+  const RIOObject* object = value == nullptr ? nullptr : value->Object();
+  if (object == nullptr || !object->isROCAlgo() || !PushExisting(L_, object)) return false;
+  const bool owned = static_cast<ObjectRef*>(lua_touserdata(L_, -1))->owned;
+  const int index = argument + 2;
+  const bool variable = KindOf(L_, index) == Kind::kVariable;
+  if (!owned || variable) lua_pop(L_, 1);
+  if (owned && variable) lua_pushvalue(L_, index);
+  return owned;
+}
 
 void AlgorithmLinks::Add() {
   luaL_checkstack(L_, 8, "algorithms");
   for (int i = 0; i < list_.count; ++i) {
     const ROCParam* value = list_.Entry(i);
     if (i < ROCParams::kInside) references_[i] = value == nullptr ? 0 : value->References();
-    if (!PushOwnAlgo(L_, value)) continue;
+    if (!PushKept(i)) continue;
     any_ = true;
     AddTop();
     lua_pop(L_, 1);
   }
 }
 
-// Adds the algorithm on top of the stack to the table of links. The value false marks a new link,
-// which RemoveUnheld confirms (true) or removes.
+// Adds the algorithm or host.var on top of the stack to the table of links. The value false marks a
+// new link, which RemoveUnheld confirms (true) or removes.
 void AlgorithmLinks::AddTop() {
   if (lua_getiuservalue(L_, 1, kLinksSlot) != LUA_TTABLE) {
     lua_pop(L_, 1);
@@ -43,7 +58,7 @@ void AlgorithmLinks::AddTop() {
   const bool known = lua_rawget(L_, -2) != LUA_TNIL;
   lua_pop(L_, 1);
   if (!known) {
-    RemoveDeleted();
+    RemoveStale();
     lua_pushvalue(L_, -2);
     lua_pushboolean(L_, 0);
     lua_rawset(L_, -3);
@@ -51,11 +66,10 @@ void AlgorithmLinks::AddTop() {
   lua_pop(L_, 1);
 }
 
-// Removes deleted algorithms from the table of links on top of the stack.
-void AlgorithmLinks::RemoveDeleted() {
+void AlgorithmLinks::RemoveStale() {
   for (lua_pushnil(L_); lua_next(L_, -2) != 0;) {
     lua_pop(L_, 1);
-    if (static_cast<ObjectRef*>(lua_touserdata(L_, -1))->value.Object() != nullptr) continue;
+    if (!IsStale(L_)) continue;
     lua_pushvalue(L_, -1);
     lua_pushnil(L_);
     lua_rawset(L_, -4);
@@ -66,7 +80,7 @@ void AlgorithmLinks::RemoveUnheld() {
   const bool linked = lua_getiuservalue(L_, 1, kLinksSlot) == LUA_TTABLE;
   for (int i = 0; linked && i < list_.count; ++i) {
     const ROCParam* value = list_.Entry(i);
-    if (!PushOwnAlgo(L_, value)) continue;
+    if (!PushKept(i)) continue;
     const int before = i < ROCParams::kInside ? references_[i] : 1;
     const bool held = value->References() > before;
     lua_pushvalue(L_, -1);

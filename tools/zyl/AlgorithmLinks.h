@@ -2,7 +2,8 @@
 //
 // A method keeps an argument by adding a reference to its value. The object's userdata then refers
 // to the algorithm's userdata through a user value, so Lua collects both together even if a
-// callback of the algorithm refers to the object.
+// callback of the algorithm refers to the object. If the argument is a host.var, the object refers
+// to the host.var, which keeps the algorithm that it has then or gets later.
 #pragma once
 
 #include "Lua.h"
@@ -14,8 +15,9 @@ namespace zyl {
 class AlgorithmLinks {
  public:
   AlgorithmLinks(lua_State* L, const ROCParams& list) : L_(L), list_(list) {}
-  // Links the object to every algorithm among the arguments. Runs before the call, which allocates
-  // nothing for links: a failed allocation must not leave an algorithm held without a link.
+  // Links the object to every algorithm among the arguments, which start at stack index 2. Runs
+  // before the call, which allocates nothing for links: a failed allocation must not leave an
+  // algorithm held without a link.
   void Add();
   // Call after the method: removes the links of algorithms that it did not keep. Does not allocate.
   void Settle() {
@@ -23,9 +25,11 @@ class AlgorithmLinks {
   }
 
  private:
+  bool PushKept(int argument);
   void AddTop();
   void RemoveUnheld();
-  void RemoveDeleted();
+  // Removes the links that keep nothing alive from the table on top of the stack.
+  void RemoveStale();
 
   lua_State* L_;
   const ROCParams& list_;

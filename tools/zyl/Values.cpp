@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "Errors.h"
 #include "Objects.h"
@@ -21,7 +22,8 @@ const char kKindKey = 0;
 const char kVariableMetatable = 0;
 const char kNullValue = 0;
 
-// The userdata of host.var. Owns one reference to the value.
+// The userdata of host.var. Owns one reference to the value. Its user value is a table with the
+// userdata of the objects in the value, or nil.
 struct Variable {
   ROCParam* value;
 };
@@ -174,13 +176,37 @@ int VariableIndex(lua_State* L) {
   return 1;
 }
 
+// Appends the userdata of the objects in `value` to the table on top of the stack.
+void AppendObjects(lua_State* L, ROCParam& value) {
+  if (value.Type() == kTypeArray) {
+    for (int i = 0; i < value.ElementCount(); ++i) AppendObjects(L, value.Element(i));
+  } else if (value.Type() == kTypeObject && PushExisting(L, value.Object())) {
+    lua_rawseti(L, -2, static_cast<lua_Integer>(lua_rawlen(L, -2)) + 1);
+  }
+}
+
+// Pushes what the user value of a host.var with this value must be.
+void PushObjectsOf(lua_State* L, ROCParam& value) {
+  luaL_checkstack(L, 4, "objects");
+  if (value.Type() != kTypeArray && value.Type() != kTypeObject) {
+    lua_pushnil(L);
+    return;
+  }
+  lua_newtable(L);
+  AppendObjects(L, value);
+}
+
 int VariableNewIndex(lua_State* L) {
   Variable& variable = CheckVariable(L);
   if (lua_type(L, 2) != LUA_TSTRING || ToText(L, 2) != "value") {
     return luaL_error(L, "a host.var has only the field 'value'");
   }
-  const ParamPtr value = ToParam(L, 3, {"host.var", 0});
-  *variable.value = value == nullptr ? ROCParam() : *value;
+  const ParamPtr given = ToParam(L, 3, {"host.var", 0});
+  ROCParam value;
+  if (given != nullptr) value = std::move(*given);
+  PushObjectsOf(L, value);
+  lua_setiuservalue(L, 1, 1);
+  *variable.value = std::move(value);
   return 0;
 }
 
@@ -252,11 +278,17 @@ int NewVariable(lua_State* L) {
   luaL_checkany(L, 1);
   ParamPtr value = ToParam(L, 1, {"host.var", 0});
   if (value == nullptr) return luaL_argerror(L, 1, "nil has no type; for an object use host.null");
-  auto* variable = static_cast<Variable*>(lua_newuserdatauv(L, sizeof(Variable), 0));
+  auto* variable = static_cast<Variable*>(lua_newuserdatauv(L, sizeof(Variable), 1));
+  PushObjectsOf(L, *value);
+  lua_setiuservalue(L, -2, 1);
   variable->value = value.release();
   lua_rawgetp(L, LUA_REGISTRYINDEX, &kVariableMetatable);
   lua_setmetatable(L, -2);
   return 1;
+}
+
+const ROCParam* VariableValue(lua_State* L, int index) {
+  return static_cast<const Variable*>(lua_touserdata(L, index))->value;
 }
 
 void PushNull(lua_State* L) { lua_rawgetp(L, LUA_REGISTRYINDEX, &kNullValue); }

@@ -17,8 +17,11 @@ void SetKind(lua_State* L, Kind kind, const char* name);
 
 // Registers the metatable of host.var and the value host.null.
 void OpenValues(lua_State* L);
-// Push the results of host.var and host.null.
+// Push the results of host.var and host.null. A host.var keeps the objects alive that the script
+// stores in it.
 int NewVariable(lua_State* L);
+// The value of the host.var at `index`; null after its finalizer has run.
+const ROCParam* VariableValue(lua_State* L, int index);
 void PushNull(lua_State* L);
 
 struct ParamRelease {
