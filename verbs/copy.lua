@@ -41,9 +41,8 @@ local function copy(from, target)
     rows[i] = { from = k + 1, to = place + i }
   end
   if #rows == 0 then error(source .. " has no keygroups", 0) end
-  if not options["dry-run"] and not programs.write(to, options.output or target) then
-    error("could not be written", 0)
-  end
+  local write = options.output and programs.writeNamed or programs.write
+  if not options["dry-run"] and not write(to, options.output or target) then error("could not be written", 0) end
   return rows
 end
 

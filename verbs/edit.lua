@@ -137,7 +137,8 @@ local function edit(path)
   warn(path, program, done)
   local target = options.output or path
   local writes = not options["dry-run"] and (#done > 0 or options.output ~= nil)
-  if writes and not programs.write(program, target) then error("could not be written", 0) end
+  local write = options.output and programs.writeNamed or programs.write
+  if writes and not write(program, target) then error("could not be written", 0) end
   return done, writes and target
 end
 

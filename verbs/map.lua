@@ -193,7 +193,7 @@ local written = false
 if #keygroups > 0 and options.output and not options["dry-run"] then
   fill(keygroups)
   progress.hide()
-  written = programs.write(program, options.output)
+  written = programs.writeNamed(program, options.output)
   if not written then cli.failed(options.output, "could not be written") end
 elseif #keygroups == 0 and options.output then
   cli.failed(options.output, "not written: no file was placed")

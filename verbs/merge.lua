@@ -75,7 +75,7 @@ local function merge()
     rows[i] = { path = path, from = from + 1, to = from + count, count = count }
   end
   if options.name then merged:PRGname(options.name) end
-  if not options["dry-run"] and not programs.write(merged, options.output) then error("could not be written", 0) end
+  if not options["dry-run"] and not programs.writeNamed(merged, options.output) then error("could not be written", 0) end
   return rows
 end
 

@@ -13,7 +13,8 @@ local options, words = cli.parse {
        .. "time. Without N lists the batches: each verb that has written files is one. Restoring is a\n"
        .. "batch too, so it can be undone.",
   options = {
-    { name = "last", help = "restore the newest batch" },
+    { name = "last", help = "restore the newest batch that is not undone; repeated, one more" },
+    { name = "redo", help = "take the last undo back" },
     { name = "show", kind = "integer", value = "N", low = 1, high = 2147483647,
       help = "list the files of batch N" },
     { name = "force", help = "restore also files that have changed since the batch" },
@@ -27,14 +28,37 @@ local options, words = cli.parse {
       .. "batches are removed first.",
 }
 if #words > 1 or #words == 1 and not words[1]:match("^[1-9]%d*$") then cli.usage("give one number N") end
-if #words + (options.last and 1 or 0) + (options.show and 1 or 0) > 1 then
-  cli.usage("give N, --last or --show N")
+if #words + (options.last and 1 or 0) + (options.redo and 1 or 0) + (options.show and 1 or 0) > 1 then
+  cli.usage("give N, --last, --redo or --show N")
 end
 if not batches.root() then cli.usage("neither XDG_STATE_HOME nor HOME is set: there is no journal") end
 
 local WIDTH = 60  -- of a command in the list
 
+-- All batches by number, and by number the batches that restore them.
+local all, byNumber, restorers = batches.list(), {}, {}
+for _, found in ipairs(all) do
+  byNumber[found.number] = found
+  if found.undoes then
+    restorers[found.undoes] = restorers[found.undoes] or {}
+    table.insert(restorers[found.undoes], found)
+  end
+end
+
+local function isUndo(found) return found.undoes ~= nil or found.command[1] == "undo" end
+
+-- Whether another batch has restored a batch, and is not undone itself.
+local function isUndone(found)
+  for _, other in ipairs(restorers[found.number] or {}) do
+    if other.ended and other.number > found.number and not isUndone(other) then return true end
+  end
+  return false
+end
+
 local function command(found)
+  local undone = byNumber[found.undoes]
+  if undone and undone.undoes then return "redo of " .. undone.undoes end
+  if found.undoes then return "undo of " .. found.undoes end
   local parts = {}
   for i, word in ipairs(found.command) do
     parts[i] = word:match("^[%w_./=,:+@%%-]+$") and word or folders.quoted(word)
@@ -50,7 +74,7 @@ local function cut(s)
 end
 
 local function state(found)
-  return found.running and "running" or not found.ended and "interrupted" or nil
+  return found.running and "running" or not found.ended and "interrupted" or isUndone(found) and "undone" or nil
 end
 
 local function changedFiles(found)
@@ -61,13 +85,14 @@ end
 
 local function list()
   local rows, printer = { { "N", "files", "size", "command", "time" } }, cli.printer(options.json)
-  for i, found in ipairs(batches.list()) do
+  for i, found in ipairs(all) do
     local time = os.date("%Y-%m-%d %H:%M:%S", found.time)
     if options.json then
       local words_ = {}
       for k, word in ipairs(found.command) do words_[k] = word end
       printer.result(i, json.object("batch", found.number, "time", time, "command", json.list(words_),
-        "folder", found.cwd, "files", changedFiles(found), "bytes", found.bytes, "state", state(found)))
+        "folder", found.cwd, "files", changedFiles(found), "bytes", found.bytes, "undoes", found.undoes,
+        "state", state(found)))
     end
     rows[i + 1] = { tostring(found.number), tostring(changedFiles(found)), batches.bytes(found.bytes),
                     cut(command(found)), time .. (state(found) and "  " .. state(found) or "") }
@@ -77,7 +102,7 @@ local function list()
   elseif #rows > 1 then
     io.write(text.columns(rows, { true, false, false, true, true }))
   else
-    cli.note("journal", "there is nothing to undo")
+    cli.note(nil, "there is nothing to undo")
   end
 end
 
@@ -175,10 +200,36 @@ local function read(number)
   return found
 end
 
+local function counted(steps, isCounted, word)
+  local total, done = 0, 0
+  for _, step in ipairs(steps) do
+    if isCounted(step) then
+      total, done = total + 1, done + (step.restored and 1 or 0)
+    end
+  end
+  if total == 0 then return nil end
+  return ("%s%d file%s %s"):format(done < total and done .. " of " or "", total, total == 1 and "" or "s", word)
+end
+
+local function summary(steps)
+  local parts = {}
+  parts[1] = counted(steps, function(step) return step.does ~= "remove" end, "restored")
+  parts[#parts + 1] = counted(steps, function(step) return step.does == "remove" end, "removed")
+  return table.concat(parts, ", ")
+end
+
+-- Removes the folders that a batch created, if they are empty now.
+local function removeFolders(found)
+  for i = #found.made, 1, -1 do os.remove(found.made[i]) end
+end
+
 local function undo(found)
   if found.running then cli.usage("batch " .. found.number .. " is still running") end
   batches.hold(found)
   local steps, refused, files = plan(found), 0, {}
+  if #steps == 0 then
+    cli.failed(nil, ("batch %d is already undone"):format(found.number))
+  end
   for _, step in ipairs(steps) do
     local obstacle = step.lost or not options.force and step.changed
     if obstacle then
@@ -189,7 +240,7 @@ local function undo(found)
   end
   local restores = not options["dry-run"] and (refused == 0 or options["keep-changed"])
   if restores then journal.expect(files) end
-  local count = 0
+  local complete = restores and #steps > 0
   for i, step in ipairs(steps) do
     if restores and not step.lost and (options.force or not step.changed) then
       progress.show((i - 1) / #steps, step.entry.path)
@@ -197,27 +248,37 @@ local function undo(found)
       step.restored, reason = cli.try(restore, found, step)
       step.failure = reason
       if reason then cli.failed(step.entry.path, reason) end
-      count = count + (step.restored and 1 or 0)
+      complete = complete and not reason
     end
   end
   progress.hide()
+  if complete then
+    journal.remark("undoes", found.number)
+    removeFolders(found)
+  end
   if options.json or options["dry-run"] then printSteps(steps) end
-  if not options.json and not options["dry-run"] then
-    io.write(("%d of %d files restored%s\n"):format(count, #steps,
-             refused > 0 and not restores and (": %d cannot be; see --force and --keep-changed"):format(refused)
-             or ""))
+  if not options.json and not options["dry-run"] and #steps > 0 then
+    io.write(("%s%s\n"):format(summary(steps), refused > 0 and not restores
+             and (": %d cannot be; see --force and --keep-changed"):format(refused) or ""))
   end
 end
 
+-- The newest batch for --last, or for --redo the newest undo of a batch that was no undo.
 local function newest()
-  local all = batches.list()
-  return #all > 0 and all[#all].number or cli.usage("there is nothing to undo")
+  for i = #all, 1, -1 do
+    local found = all[i]
+    local of = byNumber[found.undoes]
+    local fits = not isUndo(found)
+    if options.redo then fits = found.undoes ~= nil and not (of and of.undoes) end
+    if fits and not isUndone(found) then return found.number end
+  end
+  cli.usage(options.redo and "there is nothing to redo" or "there is nothing to undo")
 end
 
 if options.show then
   printSteps(plan(read(options.show)))
-elseif options.last or words[1] then
-  undo(read(options.last and newest() or words[1]))
+elseif options.last or options.redo or words[1] then
+  undo(read(words[1] or newest()))
 else
   list()
 end

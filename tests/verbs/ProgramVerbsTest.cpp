@@ -93,7 +93,8 @@ TEST_F(ProgramVerbs, EditWritesAllOrNothing) {
     EXPECT_TRUE(Has(run.out, it.says)) << it.arguments << run.out;
     EXPECT_TRUE(FileBytes(Path("p.zprg")) == before) << it.arguments;
   }
-  EXPECT_EQ(Edit("poly=9 -o " + Quoted("q.zprg")).status, 0);
+  EXPECT_EQ(Edit("poly=8 -o " + Quoted("q.zprg")).status, 0);
+  EXPECT_TRUE(Has(Edit("poly=9 -o " + Quoted("q.zprg")).out, "q.zprg: replaced a program"));
   EXPECT_TRUE(FileBytes(Path("p.zprg")) == before);
   const Program written;
   ASSERT_TRUE(written("Read", Path("q.zprg"), 0).Bool());

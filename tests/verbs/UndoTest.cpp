@@ -50,16 +50,52 @@ TEST_F(Undo, RestoresEveryFileAndCanBeUndone) {
   EXPECT_FALSE(edited == before_);
   EXPECT_EQ(Zyl("undo --dry-run --last").status, 0);
   EXPECT_TRUE(State() == edited);
-  EXPECT_EQ(Zyl("undo 2").out, "1 of 1 files restored\n");  // removes the picture
-  EXPECT_EQ(Zyl("undo 1").out, "24 of 24 files restored\n");
+  EXPECT_EQ(Zyl("undo --last").out, "1 file removed\n");  // the picture
+  EXPECT_EQ(Zyl("undo --last").out, "24 files restored\n");
   EXPECT_TRUE(State() == before_);
-  EXPECT_EQ(Zyl("undo --last").status, 0);
-  EXPECT_EQ(Zyl("undo 3").status, 0);
+  EXPECT_EQ(Zyl("undo --last").status, 2) << "nothing is left";
+  const Finished again = Zyl("undo 1", true);
+  EXPECT_EQ(again.status, 4);
+  EXPECT_EQ(again.out, "zyl undo: batch 1 is already undone\n");
+  const std::string list = Zyl("undo").out;
+  EXPECT_TRUE(Has(list, "undone") && Has(list, "undo of 1")) << list;
+  EXPECT_EQ(Zyl("undo --redo").status, 0);
+  EXPECT_EQ(Zyl("undo --redo").status, 0);
   EXPECT_TRUE(State() == edited);
+  EXPECT_EQ(Zyl("undo --redo").status, 2);
+  EXPECT_TRUE(Has(Zyl("undo").out, "redo of 2"));
+  EXPECT_EQ(Zyl("undo --last").out, "1 file removed\n");
   EXPECT_EQ(Number(Zyl("undo --json").out, "files"), kPrograms);
   // A write that fails or changes nothing is no batch.
   EXPECT_EQ(Zyl("edit poly=3 " + Quoted(Name(0))).status, 0);
-  EXPECT_EQ(Zyl("undo 7").status, 2);
+  EXPECT_EQ(Zyl("undo 8").status, 2);
+}
+
+TEST_F(Undo, RemovesCreatedFoldersThatAreEmpty) {
+  for (const bool keeps : {false, true}) {
+    EXPECT_EQ(Zyl("collect -o " + Quoted("new/deep") + " " + Quoted(Name(0))).status, 0);
+    if (keeps) std::ofstream(Path("new/other")) << "text";
+    EXPECT_EQ(Zyl("undo --last").status, 0);
+    EXPECT_EQ(fs::exists(Path("new")), keeps);
+    EXPECT_FALSE(fs::exists(Path("new/deep")));
+  }
+}
+
+TEST_F(Undo, InterruptedVerbsSayWhatTheyWrote) {
+  std::ofstream(Path("stop.lua")) << "local cli, json = require 'cli', require 'json'\n"
+                                     "cli.parse { verb = 'stop', about = '', options = {} }\n"
+                                     "local printer = cli.printer(true)\n"
+                                     "printer.result(1, json.object('a', 1))\n"
+                                     "require 'disk'.write(arg[1], 'new')\n"
+                                     "io.popen('kill -INT $PPID'):close()\n"
+                                     "for _ = 1, 1e8 do end\n";
+  const std::string command = "run " + Quoted("stop.lua") + " " + Quoted(Name(0));
+  const Finished run = Zyl(command);
+  EXPECT_EQ(run.status, 130);
+  EXPECT_EQ(run.out, "[\n {\"a\": 1}\n]\n");
+  EXPECT_EQ(Zyl("undo --last").status, 0);
+  EXPECT_TRUE(State() == before_);
+  EXPECT_TRUE(Has(Zyl(command, true).out, "1 file was written; 'zyl undo --last' restores it"));
 }
 
 TEST_F(Undo, RefusesFilesThatHaveChanged) {

@@ -7,6 +7,8 @@
 --             done N DIGEST               the content after the write; - if the file does not exist
 --             same N                      the file was not changed
 --             move N FROM TO
+--             made FOLDER                 the verb has created the folder
+--             undoes NUMBER               the verb restores the batch of that number
 --             end                         the verb has ended
 -- A line without a line feed was cut by a crash and is ignored.
 local folders = require "folders"
@@ -105,7 +107,8 @@ end
 
 -- Reads a batch: folder, time, process, cwd, command (verb and arguments), entries, bytes (of the
 -- kept files), ended and running. An entry has id, path, size and modified of the kept file (nil if
--- there was none), after (digest, "-" or nil if unknown), same; or from and to of a move.
+-- there was none), after (digest, "-" or nil if unknown), same; or from and to of a move. `made` are the
+-- folders that it created, and `undoes` is the number of the batch that it restores.
 -- Returns nil if there is no such batch.
 function batches.read(number)
   local root = batches.root()
@@ -114,7 +117,7 @@ function batches.read(number)
   if not head or not head[1] or head[1][1] ~= FORMAT then return nil end
   local found = { number = number, folder = folder, time = math.tointeger(tonumber(head[1][2])) or 0,
                   process = head[1][3], cwd = head[1][4],
-                  command = table.move(head[1], 5, #head[1], 1, {}), entries = {}, bytes = 0 }
+                  command = table.move(head[1], 5, #head[1], 1, {}), entries = {}, made = {}, bytes = 0 }
   local byId = {}
   for _, it in ipairs(lines(folder .. "/index") or {}) do
     local event, id = it[1], it[2]
@@ -132,6 +135,10 @@ function batches.read(number)
       byId[id].after, byId[id].same = it[3], nil
     elseif event == "same" and byId[id] then
       byId[id].same = true
+    elseif event == "made" then
+      found.made[#found.made + 1] = it[2]
+    elseif event == "undoes" then
+      found.undoes = math.tointeger(tonumber(it[2]))
     elseif event == "end" then
       found.ended = true
     end

@@ -10,6 +10,7 @@ local progress = require "progress"
 local CLOSED_PIPE = 32  -- EPIPE
 local cli = { FAILED = 4, USAGE = 2 }
 local verb, anyFailed, quiet, resultStatus = "zyl", false, false, false
+local isOpen, openList = false, false   -- between cli.parse and cli.finish; in a JSON list
 local searched = {}         -- how folders are expanded: kind and recursive
 
 local function say(text)
@@ -20,6 +21,7 @@ end
 local function usage(text)
   say(text)
   io.stderr:write("Try 'zyl ", verb, " --help'.\n")
+  isOpen = false
   os.exit(cli.USAGE, true)
 end
 cli.usage = usage
@@ -163,6 +165,7 @@ function cli.parse(form)
     end
     i = i + 1
   end
+  isOpen = not options.help
   if options.help then
     help(form)
     os.exit(0, true)
@@ -215,7 +218,10 @@ end
 function cli.printer(asJson)
   local waiting, nextIndex, printed = {}, 1, 0
   local printer = {}
-  if asJson then io.write("[") end
+  if asJson then
+    io.write("[")
+    openList = true
+  end
   function printer.result(index, value)
     waiting[index] = { value = value }
     while waiting[nextIndex] do
@@ -235,12 +241,14 @@ function cli.printer(asJson)
   end
   function printer.close()
     if asJson then io.write(printed > 0 and "\n]\n" or "]\n") end
+    openList = false
   end
   return printer
 end
 
 -- Exits with the status of the batch.
 function cli.finish()
+  isOpen = false
   journal.close()
   progress.hide()
   local flushed, _, code = io.stdout:flush()
@@ -248,5 +256,17 @@ function cli.finish()
   local lost = resultStatus and not flushed and code ~= CLOSED_PIPE
   if anyFailed or lost then os.exit(cli.FAILED, true) end
 end
+
+-- After Ctrl-C: closes the JSON list, and says what was written.
+local function stopped()
+  if not isOpen then return end
+  if openList then io.write("\n]\n") end
+  local count = journal.close()
+  if count > 0 then
+    say(("%d file%s written; 'zyl undo --last' restores %s"):format(count, count == 1 and " was" or "s were",
+        count == 1 and "it" or "them"))
+  end
+end
+cli.atExit = setmetatable({}, { __gc = function() pcall(stopped) end })
 
 return cli

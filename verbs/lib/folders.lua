@@ -11,8 +11,20 @@ function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
 
 -- Creates a folder and those that contain it; true if it exists now.
 function folders.make(path)
-  return host.fileType(path) == "folder"
-         or os.execute("mkdir -p -- " .. folders.quoted(path) .. " 2>/dev/null") == true
+  if host.fileType(path) == "folder" then return true end
+  local missing, part = {}, path
+  while part and part ~= "" and not host.fileType(part) do
+    table.insert(missing, 1, part)
+    part = part:gsub("/+$", ""):match("^(.*)/")
+  end
+  local made = os.execute("mkdir -p -- " .. folders.quoted(path) .. " 2>/dev/null") == true
+  for _, folder in ipairs(missing) do
+    -- Recorded, so that `zyl undo` can remove them.
+    if host.fileType(folder) == "folder" then
+      require "journal".remark("made", (host.absolutePath(folder) or folder))
+    end
+  end
+  return made
 end
 
 local function isSound(path) return SOUNDS[path:lower():match("%.([^./]+)$") or ""] == true end

@@ -17,6 +17,7 @@ local DEFAULT_LIMIT = 1 << 30
 
 local batch                   -- the open batch, nil before the first file
 local off = false             -- whether nothing more is kept
+local facts = {}              -- lines for the index of the batch, until it begins
 local within                  -- in journal.all: the root to use; the limit does not apply
 
 local function cli() return require "cli" end  -- cli requires this module
@@ -53,6 +54,10 @@ local function begin()
   end
   batch = { number = number, folder = root .. "/" .. number, count = 0, bytes = 0, roomFor = 0,
             byPath = {}, entries = {} }
+  local index = io.open(batch.folder .. "/index", "ab")
+  for _, fact in ipairs(index and facts or {}) do index:write(batches.line(table.unpack(fact, 1, fact.n))) end
+  if index then index:close() end
+  facts = {}
   if not within then batches.trim(limit(), 0, number) end
   return true
 end
@@ -63,6 +68,17 @@ local function record(durable, ...)
   local file = io.open(path, "ab")
   local done = file and file:write(batches.line(...))
   return file and file:close() and done
+end
+
+-- Adds a line about the whole batch to its index, when the first file is kept.
+function journal.remark(...)
+  if batch then record(false, ...) else facts[#facts + 1] = table.pack(...) end
+end
+
+-- Whether the file that was at the path before this batch can be restored from it.
+function journal.keeps(path)
+  local entry = batch and batch.byPath[host.absolutePath(path) or path]
+  return entry ~= nil and entry.info ~= nil
 end
 
 -- Whether `bytes` more may be kept.
@@ -224,15 +240,20 @@ function journal.expect(paths)
   end
 end
 
--- Ends the batch, and removes it if no file was changed.
+-- Ends the batch, and removes it if no file was changed. Returns how many files were.
 function journal.close()
   settle()
+  local count = 0
+  for _, entry in ipairs(batch and batch.entries or {}) do
+    if entry.done or entry.from then count = count + 1 end
+  end
   if batch and batch.changed then
     record(false, "end")
   elseif batch then
     batches.remove(batch.folder)
   end
   batch, off = nil, true
+  return count
 end
 
 -- Also ends the batch of a script that does not call cli.finish.

@@ -1,4 +1,5 @@
 -- Program files through the script methods.
+local cli = require "cli"
 local disk = require "disk"
 local journal = require "journal"
 
@@ -92,6 +93,16 @@ end
 -- for `zyl undo`.
 function programs.write(program, path)
   return journal.save(path, program.Write, program, path, 1 + 16 + 32)
+end
+
+-- Like write, to a file that the user named with -o; a note reports that it replaced a program.
+function programs.writeNamed(program, path)
+  local existed = host.fileType(path) ~= nil
+  local written = programs.write(program, path)
+  if written and existed then
+    cli.note(path, "replaced a program" .. (journal.keeps(path) and "; 'zyl undo --last' restores it" or ""))
+  end
+  return written
 end
 
 return programs
