@@ -1,5 +1,6 @@
 -- zyl edit: sets fields of programs.
 local cli = require "cli"
+local disk = require "disk"
 local fields = require "fields"
 local journal = require "journal"
 local json = require "json"
@@ -83,6 +84,7 @@ end
 -- Increased and decreased keys stay in 0 to 127; those that reach an end are added to `clamped`.
 local function apply(program, change, k, z, clamped)
   local field, old = change.field, fields.read(program, change.field, k, z)
+  if field.method == "ZoneSamplePath" and old == "" and not options.zones then return nil end
   local new = change.by and old + change.by or change.value
   if change.by and values.isKey(field) and (new < 0 or new > MOST_KEY) then
     new = new < 0 and 0 or MOST_KEY
@@ -133,6 +135,11 @@ local function edit(path)
   end
   for _, row in ipairs(fields.rows(clamped)) do
     cli.note(path, ("%s%s clamped to %s"):format(row[1], row[2] == "" and "" or " of " .. row[2], row[3]))
+  end
+  for _, change in ipairs(changes) do
+    if change.field.method == "ZoneSamplePath" and change.value ~= "" and not disk.isFile(change.value) then
+      cli.note(path, change.value .. " does not exist")
+    end
   end
   warn(path, program, done)
   local target = options.output or path

@@ -8,8 +8,8 @@ local values = require "values"
 
 local MOST_NAMES = 3  -- of fields in a note
 
-local options, files = cli.parse {
-  verb = "merge", folders = "programs", operands = "PROGRAM|FOLDER… -o OUT",
+local options, words = cli.parse {
+  verb = "merge", repeats = true, mixed = true, folders = "programs", operands = "PROGRAM|FOLDER… -o OUT",
   about = "Joins programs into one: the header of the first, and the keygroups of all, in order.",
   options = {
     { name = "output", short = "o", kind = "text", value = "OUT", help = "the program file to write" },
@@ -22,6 +22,13 @@ local options, files = cli.parse {
       .. "together. Mute groups of different programs with the same number mute each other.",
 }
 if not options.output then cli.usage("-o OUT is missing") end
+local given = {}
+for _, path in ipairs(words) do
+  local real = host.absolutePath(path) or path
+  if given[real] then cli.usage(path .. " is given twice: 'zyl copy' duplicates keygroups") end
+  given[real] = true
+end
+local files = cli.withoutFolders(words)
 if #files < 2 then cli.usage("give at least two programs") end
 local obstacle = programs.whyNotReplaceable(options.output)
 if obstacle then cli.usage(options.output .. ": " .. obstacle) end

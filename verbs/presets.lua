@@ -5,7 +5,7 @@ local json = require "json"
 local text = require "text"
 
 local options, files = cli.parse {
-  verb = "presets", operands = "BANK…",
+  verb = "presets", folders = "banks", operands = "BANK|FOLDER…",
   about = "Lists the presets of SoundFont banks (.sf2, .sf3) by bank and program number.",
   options = { { name = "json", help = "print a JSON list, one object per file" } },
 }

@@ -1,5 +1,6 @@
 -- zyl sample: shows and sets key, loops and other fields of sample files.
 local cli = require "cli"
+local disk = require "disk"
 local journal = require "journal"
 local json = require "json"
 local notes = require "notes"
@@ -64,7 +65,7 @@ local function shown(path, found, it)
     if it.first ~= 0 or it.last ~= it.frames - 1 then
       add("played", it.first .. " to " .. it.last)
     end
-    add("root key", notes.label(it.key))
+    add("root key", soundfile.hasKey(found) and notes.label(it.key) or "none")
     add("tuning", settings.tune(it.tune))
     add("playback", settings.playback(it.playback))
     if #it.loops == 0 then add("loops", "none") end
@@ -107,11 +108,29 @@ end
 
 local program = host.new("ZylSProgram")
 
+-- Writes a sample to a file without a stored key. A key of 60 without tuning is stored only in a file
+-- that already stores one, so a temporary file with another key is written first.
+local function writeKey(sample, path)
+  local name, key = os.tmpname(), program:Samplekey(sample)
+  local temporary = name .. (path:match("%.[^./]*$") or "")
+  program:Samplekey(sample, key > 0 and key - 1 or 1)
+  local copy = program:SampleWrite(sample, temporary) and samples.open(program, temporary)
+  program:Samplekey(sample, key)
+  if copy then program:Samplekey(copy, key) end
+  local file = copy and program:SampleWrite(copy) and io.open(temporary, "rb")
+  local bytes = file and file:read("a")
+  if file then file:close() end
+  if copy then samples.close(program, copy) end
+  os.remove(temporary)
+  os.remove(name)
+  return bytes and disk.write(path, bytes)
+end
+
 -- Changes an open sample and writes its file. Returns the differences and whether it was written.
 local function change(path, sample, found)
   local it = samples.facts(program, sample)
   local new, clamped = settings.applied(given, it)
-  local differences = settings.differences(it, new)
+  local differences = settings.differences(it, new, not soundfile.hasKey(found))
   local obstacle = soundfile.whyNotWritable(path, found)
   if obstacle then error(obstacle, 0) end
   for _, name in ipairs(clamped) do
@@ -119,7 +138,9 @@ local function change(path, sample, found)
   end
   settings.store(program, sample, differences)
   local writes = not options["dry-run"] and #differences > 0
-  if writes and not samples.write(program, sample) then error("could not be written", 0) end
+  local setsKey = new.setsKey and not soundfile.hasKey(found)
+  local written = writes and (setsKey and writeKey(sample, path) or not setsKey and samples.write(program, sample))
+  if writes and not written then error("could not be written", 0) end
   return differences, writes
 end
 

@@ -7,14 +7,15 @@ local programs = require "programs"
 local progress = require "progress"
 local selection = require "selection"
 local text = require "text"
+local units = require "units"
 
 local MOST_KEY, TUNE, MOST_TUNE = 127, 256, 32767
 
 local options, words = cli.parse {
   verb = "transpose", notes = true, folders = "programs", mixed = true, repeats = true,
   operands = "PROGRAM|FOLDER… KEYS",
-  about = "Moves the key ranges of programs up by KEYS semitones, or down with -KEYS, and the sound with\n"
-       .. "them: the new keys sound as the old ones did.",
+  about = "Moves the key ranges of programs up by KEYS semitones (12, 12st or 1oct), or down with -KEYS, and\n"
+       .. "the sound with them: the new keys sound as the old ones did.",
   options = {
     { name = "keep-roots", help = "move only the ranges: each key keeps its pitch, but may play\nanother sample" },
     { name = "keygroups", kind = "text", value = "LIST",
@@ -25,10 +26,11 @@ local options, words = cli.parse {
   more = "Ranges are clamped to keys 0 to 127. The sound is moved by the tuning of the zones; zones with\n"
       .. "constant pitch keep it. The program's play range moves too, unless it ends at key 0 or 127.",
 }
-local by = math.tointeger(tonumber(table.remove(words)))
-if not by or by == 0 or math.abs(by) > MOST_KEY then
-  cli.usage("KEYS, the last word, must be a number of semitones from -127 to 127")
-end
+local typed = table.remove(words)
+local by, malformed = units.parse(units.semitones, typed, true)
+if not by then cli.usage("KEYS, the last word: " .. malformed) end
+if by == 0 then cli.usage("KEYS is 0: nothing would move") end
+if math.abs(by) > MOST_KEY then cli.usage(("KEYS: %s is outside -127 to 127 semitones"):format(typed)) end
 if #words == 0 then cli.usage("no PROGRAM given") end
 local files = cli.withoutFolders(words)
 local chosen = selection.keygroups("--keygroups", options.keygroups or "all")

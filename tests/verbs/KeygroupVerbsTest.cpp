@@ -60,7 +60,8 @@ TEST_F(KeygroupVerbs, TransposeMovesRangesAndSound) {
       {"2 --keygroups 2", 0, "36-47:10 50-61:11 60-71:12 ", 256, 36, "1 keygroup moved"},
       {"2 --dry-run", 0, "36-47:10 48-59:11 60-71:12 ", 256, 36, "not written"},
       {"-127", 4, "36-47:10 48-59:11 60-71:12 ", 256, 36, "exceed 128 semitones"},
-      {"0", 2, "36-47:10 48-59:11 60-71:12 ", 256, 36, "number of semitones"},
+      {"0", 2, "36-47:10 48-59:11 60-71:12 ", 256, 36, "KEYS is 0"},
+      {"1oct --dry-run", 0, "36-47:10 48-59:11 60-71:12 ", 256, 36, "C1–B1 (36–47)"},
   };
   for (const auto& it : cases) {
     std::ofstream(Path("p.zprg"), std::ios::binary) << before_;

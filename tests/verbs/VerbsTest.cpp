@@ -157,6 +157,10 @@ TEST_F(Verbs, LostOutputIsAFailure) {
     std::ofstream(Path("line.sh")) << "set -o pipefail; " << line << " | true";
     EXPECT_EQ(Shell("bash " + Quoted("line.sh"), true).status, 0) << it.line;
   }
+  Tone("plain.wav", 220);
+  EXPECT_TRUE(Has(Zyl("sample " + Quoted("plain.wav")).out, "root key  none"));
+  EXPECT_EQ(Zyl("sample --set key=60 " + Quoted("plain.wav")).status, 0);
+  EXPECT_TRUE(Has(Zyl("sample " + Quoted("plain.wav")).out, "root key  C3 (60)"));
 }
 
 TEST_F(Verbs, ShowAndViewPrintAndDrawAProgram) {
@@ -212,7 +216,7 @@ TEST_F(Verbs, SampleSetsFieldsOfFiles) {
                {"start=1.1s", 4, "start: frame 48510 is outside"},
                {"loops=1-2,1-2,1-2,1-2,1-2,1-2,1-2,1-2,1-2x3", 4, "only the first 8"},
                {"key=+70", 0, "key clamped to G8 (127)"},
-               {"key=A2 --dry-run", 0, "C3 (60)  ->  A2 (57)"},
+               {"key=C3 --dry-run", 0, "none  ->  C3 (60)"},
                {"playback='no loops'", 0, "0 values changed"}};
   for (const auto& it : cases) {
     const std::string line =

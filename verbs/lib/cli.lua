@@ -11,6 +11,7 @@ local CLOSED_PIPE = 32  -- EPIPE
 local cli = { FAILED = 4, USAGE = 2 }
 local verb, anyFailed, quiet, resultStatus = "zyl", false, false, false
 local isOpen, openList = false, false   -- between cli.parse and cli.finish; in a JSON list
+local FILES = { sounds = "sound file", programs = "program", banks = "SoundFont bank" }  -- of form.folders
 local searched = {}         -- how folders are expanded: kind and recursive
 
 local function say(text)
@@ -54,7 +55,7 @@ local function valueOf(option, text)
   end
   local number = text:match("^[%d.+-]") and tonumber(text) or nil
   if number and option.kind == "integer" then number = math.tointeger(number) end
-  if not number or number ~= number then
+  if not number or number ~= number or math.abs(number) == math.huge then
     usage(("%s: '%s' is not %s"):format(shown(option), text,
           option.kind == "integer" and "a whole number" or "a number"))
   end
@@ -81,7 +82,7 @@ local function withoutFolders(words)
       local inside = folders.files(word, searched.kind, searched.recursive)
       for _, file in ipairs(inside) do add(file) end
       if #inside == 0 then
-        cli.failed(word, ("no %s in this folder"):format(searched.kind == "sounds" and "sound file" or "program"))
+        cli.failed(word, ("no %s in this folder"):format(FILES[searched.kind]))
       end
     else
       add(word)
@@ -99,7 +100,7 @@ cli.withoutFolders = withoutFolders
 --                 (the option can be repeated, and its value is a list), number (an option as here: a number
 --                 may follow, which becomes the option number.of)
 --   resultStatus  the verb may return exit status 1 as a result
---   folders       "sounds" or "programs": replace folders with these files; adds the option --recursive
+--   folders       "sounds", "programs" or "banks": replace folders with these files; adds the option --recursive
 --   mixed         not all words are files: the verb calls cli.withoutFolders
 --   repeats       keep duplicates
 --   takes         function(word, options) that returns whether it takes an operand that is no file
@@ -132,7 +133,7 @@ function cli.parse(form)
     local word = arg[i]
     if not onlyFiles and word == "--" then
       onlyFiles = true
-    elseif not onlyFiles and word:match("^%-.") and not word:match("^%-%d+$") then
+    elseif not onlyFiles and word:match("^%-.") and not word:match("^%-%d") then
       local name, joined = word:match("^%-%-([%w-]+)=(.*)$")
       name = name or word:match("^%-%-([%w-]+)$") or word == "-h" and "help"
       local option = byName[name or word]
@@ -178,7 +179,7 @@ function cli.parse(form)
   quiet = options.quiet == true
   if quiet then progress.forbid() end
   if #files == 0 and not form.optional then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
-  searched = { kind = form.folders == "programs" and "programs" or "sounds", recursive = options.recursive }
+  searched = { kind = form.folders or "sounds", recursive = options.recursive }
   return options, form.folders and not form.mixed and withoutFolders(files) or files
 end
 

@@ -34,9 +34,11 @@ local function isProgram(path)
   return not isSound(path) and require "programs".isProgram(path) == true
 end
 
-local KINDS = { sounds = isSound, programs = isProgram }
+local function isBank(path) return path:lower():find("%.sf[23]$") ~= nil end
 
--- The "sounds" or "programs" in a folder, sorted by name, without hidden ones. `recursive` includes
+local KINDS = { sounds = isSound, programs = isProgram, banks = isBank }
+
+-- The "sounds", "programs" or "banks" in a folder, sorted by name, without hidden ones. `recursive` includes
 -- its subfolders.
 function folders.files(folder, kind, recursive)
   local start = folder:gsub("/+$", "")

@@ -176,6 +176,7 @@ function settings.applied(list, it)
     local obstacle = setting.name == "tune" and whyNotTune(value)
     if obstacle then error("tune: " .. obstacle, 0) end
     new[of], given[setting.name] = value, true
+    new.setsKey = given.key
   end
   checkPositions(new, given)
   -- With loops the playback type must loop, and without loops it must not.
@@ -188,12 +189,14 @@ function settings.applied(list, it)
   return new, clamped
 end
 
--- The differences: a list of { name, old, new, oldText, newText }.
-function settings.differences(it, new)
+-- The differences, and with `noKey` (the file stores none) also a key that was set: a list of { name, old, new, oldText, newText }.
+function settings.differences(it, new, noKey)
   local list = {}
   for _, name in ipairs(ORDER) do
     local old, value = it[FIELDS[name].of], new[FIELDS[name].of]
     local oldText, newText = settings.text(name, old, it.rate), settings.text(name, value, it.rate)
+    local storesKey = name == "key" and noKey and new.setsKey
+    if storesKey then oldText = "none" end
     if oldText ~= newText or name == "name" and old ~= value then
       list[#list + 1] = { name = name, old = old, new = value, oldText = oldText, newText = newText }
     end

@@ -28,7 +28,7 @@ local FIELDS = {
   KGfixedRateDetune = "hertz", PRGpoly = "voices",
 }
 
-units.tuning, units.number = QUANTITIES.tuning, QUANTITIES.number
+units.tuning, units.semitones, units.number = QUANTITIES.tuning, QUANTITIES.semitones, QUANTITIES.number
 
 -- Positions in a sound: frames, or times at that rate if it is not 0.
 function units.frames(rate)
@@ -67,7 +67,7 @@ end
 function units.parse(quantity, text, isStep)
   local sign, digits, name = text:match("^([+-]?)([%d.]+)%s*(.-)$")
   local number = digits and digits:match("^%d*%.?%d*$") and tonumber(digits)
-  if not number then return nil, ("'%s' is not a number"):format(text) end
+  if not number or number == math.huge or name:find("^[^%a]") then return nil, ("'%s' is not a number"):format(text) end
   local found = name == "" and quantity[1] or nil
   local known = {}
   for _, one in ipairs(quantity) do
