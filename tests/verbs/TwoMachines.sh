@@ -37,7 +37,8 @@ MaxSessions 1000
 LoginGraceTime 0
 PidFile none
 PermitRootLogin prohibit-password
-SetEnv PATH=$ZYL_BIN:$PATH XDG_STATE_HOME=$folder/$machine/state
+# SHLVL keeps bash from running ~/.bashrc, which may print.
+SetEnv SHLVL=2 PATH=$ZYL_BIN:$PATH XDG_STATE_HOME=$folder/$machine/state
 CONF
     # sshd needs its absolute path.
     setpriv --pdeathsig KILL "$(command -v sshd)" -D -e -f "$folder/$machine.conf" 2>"$folder/$machine.log" &

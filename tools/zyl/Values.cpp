@@ -217,9 +217,11 @@ int VariableToString(lua_State* L) {
 }
 
 int VariableGc(lua_State* L) {
+  // A finalizer that runs later can still use the variable; it reads a null object then.
+  static ROCParam finalized;
   Variable& variable = CheckVariable(L);
-  deleteROCParam(variable.value);
-  variable.value = nullptr;
+  if (variable.value != &finalized) deleteROCParam(variable.value);
+  variable.value = &finalized;
   return 0;
 }
 
