@@ -14,6 +14,8 @@
 #include <bit>
 #include <cmath>
 
+#include "util/FlushDenormals.h"
+
 namespace {
 
 constexpr int kWindow = 1024;                          // decimated values per window
@@ -27,6 +29,9 @@ constexpr int kStretch = kWindow + 256 * kHop;  // decimated values read at a ti
 constexpr int kScreenBlocks = 32;               // windows that share a screen
 constexpr int kPadding = 16;                    // values that the vector loops read but do not use
 constexpr int kNoLag = -2;
+// With a threshold of at least this, the filter may flush denormal numbers to 0 without an effect
+// on the result: a window that is not silent has an energy that no product with them changes.
+constexpr double kLeastFlushThreshold = 1e-100;
 constexpr double kRise = 1.1;  // factor by which a peak must exceed the best
 
 // Returns a quarter of the period, truncated and clamped to [low, high]; `low` for NaN.
@@ -71,7 +76,13 @@ int PitchTracker::ReadFrames(double* frames, int count) {
 int PitchTracker::ReadDecimated(double* values, int count) {
   frames_.resize(static_cast<size_t>(count) * zyl::kDecimation);
   const int read = ReadFrames(frames_.data(), count * zyl::kDecimation) / zyl::kDecimation;
-  filter_.Decimate(frames_.data(), read * zyl::kDecimation, values, *kernels_);
+  const int frames = read * zyl::kDecimation;
+  if (silenceThreshold_ >= kLeastFlushThreshold) {
+    const zyl::FlushDenormals flush;
+    filter_.Decimate(frames_.data(), frames, values, *kernels_);
+  } else {
+    filter_.Decimate(frames_.data(), frames, values, *kernels_);
+  }
   return read;
 }
 

@@ -27,6 +27,13 @@ class Biquad {
     return y;
   }
 
+  // In silence the state would decay into denormal numbers, which are slow.
+  void FlushState() {
+    constexpr double kLeast = 1e-30;
+    if (std::fabs(s1_) < kLeast) s1_ = 0;
+    if (std::fabs(s2_) < kLeast) s2_ = 0;
+  }
+
  private:
   Coefficients c_;
   double s1_ = 0;
@@ -61,6 +68,14 @@ double Decibels(double amplitude) {
   return amplitude > 0 ? 20 * std::log10(amplitude) : -std::numeric_limits<double>::infinity();
 }
 
+double FromDecibels(double decibels) { return std::pow(10, decibels / 20); }
+
+double MeanSquare(Channel section) {
+  double sum = 0;
+  for (const float x : section) sum += static_cast<double>(x * x);
+  return section.empty() ? 0 : sum / static_cast<double>(section.size());
+}
+
 double Peak(const Sound& sound) {
   float peak = 0;
   for (const auto& channel : sound.channels) {
@@ -71,11 +86,8 @@ double Peak(const Sound& sound) {
 
 double Power(const Sound& sound) {
   double sum = 0;
-  for (const auto& channel : sound.channels) {
-    for (const float x : channel) sum += static_cast<double>(x) * static_cast<double>(x);
-  }
-  const size_t count = sound.Frames() * sound.channels.size();
-  return count == 0 ? 0 : sum / static_cast<double>(count);
+  for (const auto& channel : sound.channels) sum += MeanSquare(channel);
+  return sound.channels.empty() ? 0 : sum / static_cast<double>(sound.channels.size());
 }
 
 double Loudness(const Sound& sound) {
@@ -88,6 +100,10 @@ double Loudness(const Sound& sound) {
     for (size_t i = 0; i < channel.size(); ++i) {
       const double y = pass(shelf(static_cast<double>(channel[i])));
       energies[i / step] += y * y;
+      if (i % step == 0) {
+        shelf.FlushState();
+        pass.FlushState();
+      }
     }
   }
   double most = 0;
@@ -101,7 +117,7 @@ double Loudness(const Sound& sound) {
 }
 
 std::optional<FrameRange> SoundingFrames(const Sound& sound, double thresholdDb) {
-  const auto threshold = static_cast<float>(Peak(sound) * std::pow(10, thresholdDb / 20));
+  const auto threshold = static_cast<float>(Peak(sound) * FromDecibels(thresholdDb));
   std::optional<FrameRange> range;
   for (const auto& channel : sound.channels) {
     const auto sounds = [threshold](float x) { return std::fabs(x) > threshold; };

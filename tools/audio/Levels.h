@@ -10,6 +10,10 @@
 namespace zyl::audio {
 
 double Decibels(double amplitude);
+double FromDecibels(double decibels);
+
+// 0 for an empty section.
+double MeanSquare(Channel section);
 
 // The largest magnitude of all channels; 0 for an empty sound.
 double Peak(const Sound& sound);

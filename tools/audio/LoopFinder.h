@@ -7,8 +7,8 @@
 //
 // summed over all channels, first on values averaged to a lower rate and then exactly around the
 // minima of each range of lengths. That gives the length of a loop. Moving start and end together
-// keeps the length, so the place is chosen where the values around the jump differ least and where
-// the prediction residual after it is smallest (see Seam.h). Candidates are ranked by
+// keeps the length, so the place is chosen where the prediction residual after the jump is smallest
+// (see Seam.h). Candidates are ranked by
 //
 //   cost = seam + 1.5 |level step| + spectrum + 20 d + 3 octaves below 1 s + ...
 //

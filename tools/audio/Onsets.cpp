@@ -51,13 +51,19 @@ constexpr double kEndDb = -60;        // a note ends at this level relative to i
 constexpr double kLeastFadeDb = -20;  // or in the noise, but not above this level
 constexpr double kSilenceDb = -30;    // relative to the loudest moment
 
-double FromDecibels(double db) { return std::pow(10, db / 20); }
-
 size_t BlockFrames(const Sound& sound) {
   return std::max<size_t>(1, static_cast<size_t>(kBlockSeconds * sound.rateHz));
 }
 
 using Spectrum = std::array<float, kBands>;
+
+// In silence the filters would decay into denormal numbers, which are slow.
+void FlushState(Spectrum& y1, Spectrum& y2) {
+  constexpr float kLeast = 1e-20F;
+  for (size_t i = 0; i < kBands; ++i) {
+    if (std::fabs(y1[i]) < kLeast && std::fabs(y2[i]) < kLeast) y1[i] = y2[i] = 0;
+  }
+}
 
 // The levels of the bands of all channels in dB, one spectrum for each block. Band-pass filters of
 // second order, the bands side by side so that the compiler vectorises them.
@@ -86,6 +92,7 @@ std::vector<Spectrum> BandLevels(const Sound& sound) {
       const float difference = x - x2;
       x2 = x1;
       x1 = x;
+      if (n % block == 0) FlushState(y1, y2);
       Spectrum& energy = levels[n / block];
       for (size_t i = 0; i < kBands; ++i) {
         const float y = b0[i] * difference - a1[i] * y1[i] - a2[i] * y2[i];

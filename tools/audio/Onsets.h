@@ -12,11 +12,11 @@
 //   rise + drop / 3 >= OnsetWish::scoreDb
 //
 // where drop is how far the sound has faded since the previous onset. A sound after silence is an
-// onset too, however slowly it rises. Each onset is then located in
-// the prediction residual (see Prediction.h): a predictor fitted to the sound before the onset
-// predicts the tail of the previous note, so that the first values that it does not predict belong
-// to the new one. A slow attack exceeds the tail late, so from there its onset is searched
-// backwards for as long as the residual falls.
+// onset too, however slowly it rises. Each onset is then located in the prediction residual (see
+// Prediction.h): a predictor fitted to the sound before the onset predicts the tail of the previous
+// note, so that the first values that it does not predict belong to the new one. A slow attack
+// exceeds the tail late, so from there its onset is searched backwards for as long as the residual
+// falls.
 #pragma once
 
 #include <cstddef>

@@ -236,9 +236,7 @@ std::vector<Channel> Audible(const Sound& sound) {
   constexpr double kSilentPart = 1e-4;  // -40 dB
   std::vector<double> powers;
   for (size_t c = 0; c < std::min<size_t>(sound.channels.size(), 2); ++c) {
-    double power = 0;
-    for (const float x : sound.channels[c]) power += static_cast<double>(x * x);
-    powers.push_back(power);
+    powers.push_back(MeanSquare(sound.channels[c]));
   }
   const double limit = kSilentPart * *std::max_element(powers.begin(), powers.end());
   std::vector<Channel> audible;
@@ -249,7 +247,7 @@ std::vector<Channel> Audible(const Sound& sound) {
 }
 
 // The period of a note above kLowestHighHz.
-std::optional<Repetition> HighNote(const Sound& sound) {
+std::optional<Repetition> HighNote(const Sound& sound, const std::vector<Channel>& audible) {
   const int longest = static_cast<int>(sound.rateHz / kLowestHighHz);
   if (longest < 4) return std::nullopt;
   const int length = longest * kHighPeriods / 2;
@@ -257,7 +255,7 @@ std::optional<Repetition> HighNote(const Sound& sound) {
   const std::vector<size_t> places = LoudPlaces(sound, count);
   std::vector<Look> looks;
   std::vector<double> likeness(static_cast<size_t>(longest) + 2);
-  for (const Channel channel : Audible(sound)) {
+  for (const Channel channel : audible) {
     for (const size_t block : places) {
       Look look(channel, block * kTrackBlock, count, 1, length);
       if (look.Likeness(0) == 0) continue;  // silence
@@ -322,8 +320,9 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
     agreeing = near.size();
   }
 
+  const std::vector<Channel> audible = Audible(sound);
   std::vector<Look> looks;
-  for (const Channel channel : Audible(sound)) {
+  for (const Channel channel : audible) {
     for (const size_t block : places) {
       if (auto look = LookAt(channel, sound.rateHz, block * kTrackBlock, period)) {
         looks.push_back(std::move(*look));
@@ -339,7 +338,7 @@ std::optional<RootPitch> FindRootPitch(const Sound& sound, std::span<const float
   }
   // Above the tracker's range the track has multiples of the period, if any.
   const bool isTracked = !periods.empty() && 2 * agreeing >= periods.size();
-  auto high = HighNote(sound);
+  auto high = HighNote(sound, audible);
   if (high && isTracked && chosen * kTrackedHz >= sound.rateHz &&
       (high->period > 0.97 * chosen || !IsNearlyAsHigh(high->likeness, likeness))) {
     high.reset();

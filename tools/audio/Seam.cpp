@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+#include "audio/Levels.h"
+
 namespace zyl::audio {
 
 namespace {
@@ -20,12 +22,6 @@ constexpr size_t kOctaves = 7;
 Channel Section(Channel channel, size_t first, size_t end) {
   const size_t last = std::min(end, channel.size());
   return channel.subspan(first, last - first);
-}
-
-double MeanSquare(Channel section) {
-  double sum = 0;
-  for (const float x : section) sum += static_cast<double>(x * x);
-  return section.empty() ? 0 : sum / static_cast<double>(section.size());
 }
 
 // The energies of the octaves below half the rate, by differences and means of neighbours.

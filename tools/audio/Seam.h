@@ -24,7 +24,7 @@ constexpr size_t kSeamFrames = kPredictionOrder + 1;
 // first frame, in dB relative to the 99.5th percentile of the residual elsewhere in the loop. The
 // predictor is fitted to 0.1 s before the jump and 0.1 s after it. 0 and less is inaudible: the
 // jump is no less predictable than the sound itself. Independent of the level of the sound.
-// The loop has at least 2 * kSeamFrames frames and lies within the channel.
+// The loop has at least 2 * kSeamFrames frames, all of them in the channel.
 double SeamDecibels(Channel channel, double rateHz, const Loop& loop);
 // Of the worst channel.
 double SeamDecibels(const Sound& sound, const Loop& loop);

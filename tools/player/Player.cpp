@@ -22,8 +22,7 @@
 #include <utility>
 #include <vector>
 
-#include "audio/Sound.h"
-#include "zyl/Lua.h"
+#include "zyl/Sounds.h"
 
 namespace zyl {
 
@@ -31,7 +30,6 @@ namespace {
 
 constexpr const char* kMetatable = "zyl.player.Synth";
 constexpr const char* kPlaybackMetatable = "zyl.player.Playback";
-constexpr const char* kSoundMetatable = "zyl.audio.Sound";  // defined by zyl.audio.core
 constexpr int kBlock = 64;
 constexpr double kMaxSeconds = 3600;
 constexpr double kSilentSeconds = 0.1;  // a tail ends after this much silence
@@ -254,7 +252,7 @@ class QuietErrors {
 // listen(sound): starts to play a sound. Returns an object whose playing() tells whether it still
 // plays, or nil and the reason.
 int Listen(lua_State* L) {
-  const auto& sound = *static_cast<audio::Sound*>(luaL_checkudata(L, 1, kSoundMetatable));
+  const auto& sound = CheckSound(L);
   luaL_argcheck(L, sound.Frames() > 0, 1, "the sound is empty");
   auto& playback = *new (lua_newuserdatauv(L, sizeof(Playback), 0)) Playback;
   luaL_setmetatable(L, kPlaybackMetatable);

@@ -11,8 +11,7 @@ namespace {
 // host.var whose value nothing else holds.
 bool IsStale(lua_State* L) {
   if (KindOf(L, -1) == Kind::kVariable) {
-    const ROCParam* value = VariableValue(L, -1);
-    return value == nullptr || value->References() == 1;
+    return VariableValue(L, -1)->References() == 1;
   }
   return static_cast<ObjectRef*>(lua_touserdata(L, -1))->value.Object() == nullptr;
 }

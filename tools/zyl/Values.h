@@ -20,7 +20,7 @@ void OpenValues(lua_State* L);
 // Push the results of host.var and host.null. A host.var keeps the objects alive that the script
 // stores in it.
 int NewVariable(lua_State* L);
-// The value of the host.var at `index`; null after its finalizer has run.
+// The value of the host.var at `index`; a null object after its finalizer has run.
 const ROCParam* VariableValue(lua_State* L, int index);
 void PushNull(lua_State* L);
 

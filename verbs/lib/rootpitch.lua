@@ -1,5 +1,5 @@
--- The measure of a recording's root key, for all verbs: sound:root of zyl.audio on a pitch track of
--- samples.tracks.
+-- The measure of a recording's root key for scripts that have no sound yet. Verbs use sound:root of
+-- zyl.audio directly.
 local audio = require "zyl.audio"
 
 local rootpitch = {}

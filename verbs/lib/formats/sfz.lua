@@ -4,7 +4,7 @@ local instrument = require "formats.instrument"
 
 local sfz = {}
 
--- Controllers, also those that stand for other sources in version 2.
+-- Controllers; version 2 of the format numbers other sources as controllers too.
 local CONTROLLERS = { Modwheel = 1, ["Soft pedal"] = 67, Pressure = 129, Velocity = 131, ["Release velocity"] = 132 }
 local TARGETS = { cutoff = "cutoff", pitch = "pitch", level = "volume", pan = "pan", resonance = "resonance" }
 -- Opcodes of pairs of source and target, and what the amount is divided by.
