@@ -2,7 +2,6 @@
 local cli = require "cli"
 local disk = require "disk"
 local folders = require "folders"
-local journal = require "journal"
 local json = require "json"
 local programs = require "programs"
 local progress = require "progress"
@@ -216,12 +215,9 @@ local written = false
 if next(failed) then
   cli.warn(output, "nothing was copied")
 elseif not options["dry-run"] then
-  local isNew = not host.fileType(output)
-  local _, failure
-  if folders.make(output) then _, failure = cli.try(journal.all, write, list, copies) else failure = "cannot be created" end
+  local failure = folders.writeInto(output, write, list, copies)
   if failure then
     cli.failed(output, failure .. ": nothing was copied")
-    if isNew then os.remove(output) end
     for _, path in ipairs(files) do failed[path] = failure end
   end
   written = not failure

@@ -70,16 +70,8 @@ end
 
 -- The files as { path, inside }: inside is the path below the folder that was given.
 local function listed()
-  local list, seen = {}, {}
-  for _, word in ipairs(words) do
-    local prefix = disk.isFolder(word) and #word:gsub("/+$", "") + 1 or nil
-    for _, path in ipairs(cli.withoutFolders { word }) do
-      if not seen[path] then
-        seen[path] = true
-        list[#list + 1] = { path = path, inside = prefix and path:sub(prefix + 1) or references.base(path) }
-      end
-    end
-  end
+  local list, below = cli.withoutFolders(words)
+  for i, path in ipairs(list) do list[i] = { path = path, inside = below[i] or references.base(path) } end
   return list
 end
 local files = listed()

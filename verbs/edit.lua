@@ -122,8 +122,7 @@ local function warn(path, program, done)
 end
 
 local function edit(path)
-  local program, reason = programs.open(path)
-  if not program then error(reason, 0) end
+  local program = programs.read(path)
   local done, clamped, keygroups = {}, {}, chosen(program)
   for _, change in ipairs(changes) do
     local one = change.field.family == "PRG"

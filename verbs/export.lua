@@ -66,12 +66,16 @@ local function nameOf(sample)
   return name
 end
 
-local function convert(path, index)
+local function read(path, index)
   local it = instrument.read(path, function(fraction) progress.show((index - 1 + fraction) / #files, path) end)
   it.target = targetOf(path)
   if host.fileType(it.target) and not options.force then error(it.target .. " exists (see --force)", 0) end
-  if format == "sfz" then it.text = sfz.text(it, nameOf) elseif intoFolder then it.bank = sf2.bank({ it }, it.name) end
+  for _, region in ipairs(it.regions) do beside:protect(region.sample) end
   return it
+end
+
+local function convert(it)
+  if format == "sfz" then it.text = sfz.text(it, nameOf) elseif intoFolder then it.bank = sf2.bank({ it }, it.name) end
 end
 
 local function writeBank(bank, target)
@@ -90,14 +94,18 @@ local function writeAll(list, bank)
 end
 
 local list, byPath, failed = {}, {}, {}
+local function fail(path, failure)
+  cli.failed(path, failure)
+  failed[path] = failure
+end
 for i, path in ipairs(files) do
-  local it, failure = cli.try(convert, path, i)
-  if failure then
-    cli.failed(path, failure)
-    failed[path] = failure
-  else
-    list[#list + 1], byPath[path] = it, it
-  end
+  local it, failure = cli.try(read, path, i)
+  if failure then fail(path, failure) else list[#list + 1], byPath[path] = it, it end
+end
+-- Only now are all samples known, which must not be replaced.
+for _, it in ipairs(list) do
+  local _, failure = cli.try(convert, it)
+  if failure then fail(it.path, failure) end
 end
 local written, bank = false, nil
 if format == "sf2" and not intoFolder and not next(failed) and #list > 0 then
@@ -111,16 +119,9 @@ end
 if next(failed) then
   cli.warn(output, "nothing was written")
 elseif not options["dry-run"] then
-  local isNew = not host.fileType(outputFolder)
-  local _, failure
-  if folders.make(outputFolder) then
-    _, failure = cli.try(journal.all, writeAll, list, bank)
-  else
-    failure = "the folder cannot be created"
-  end
+  local failure = folders.writeInto(outputFolder, writeAll, list, bank)
   if failure then
     cli.failed(output, failure .. ": nothing was written")
-    if isNew then os.remove(outputFolder) end
     for _, path in ipairs(files) do failed[path] = failure end
   end
   written = not failure
@@ -131,10 +132,8 @@ local printer = cli.printer(options.json)
 for i, path in ipairs(files) do
   local it = byPath[path]
   if options.json then
-    local lost = {}
-    for n, line in ipairs(it and it.losses:lines() or {}) do lost[n] = line end
     printer.result(i, json.object("file", path, "error", failed[path], "to", it and it.target, "regions",
-                                  it and #it.regions, "not_expressed", json.list(lost), "written", written))
+                                  it and #it.regions, "not_expressed", json.list(it and it.losses:lines() or {}), "written", written))
   elseif it and not next(failed) then
     local count, lines = #it.regions, it.losses:lines()
     local parts = { ("%s: %d region%s in %s%s\n"):format(text.printable(path), count, count == 1 and "" or "s",

@@ -26,8 +26,7 @@ local files = cli.withoutFolders(table.move(words, 2, #words, 1, {}))
 -- The zones that play the key: { keygroup and zone from 0, low and high key and velocity, path, pan,
 -- channel }, with the pairs of stereo.lua.
 local function find(path)
-  local program, reason = programs.open(path)
-  if not program then error(reason, 0) end
+  local program = programs.read(path)
   local found = {}
   if key < program:PRGlowKey() or key > program:PRGhighKey() then
     cli.note(path, ("the key is outside the program's play range, %d to %d"):format(

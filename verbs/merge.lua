@@ -87,16 +87,17 @@ local function merge()
 end
 
 local rows, failure = cli.try(merge)
-if failure then
-  cli.failed(options.output, failure .. ": not written")
-elseif options.json then
+if failure then cli.failed(options.output, failure .. ": not written") end
+if options.json then
   local printer = cli.printer(true)
-  for i, row in ipairs(rows) do
-    printer.result(i, json.object("file", row.path, "first_keygroup", row.count > 0 and row.from or json.null,
-      "keygroups", row.count, "written", not options["dry-run"] and options.output or json.null))
+  for i, path in ipairs(files) do
+    local row = rows and rows[i] or { count = 0 }
+    printer.result(i, json.object("file", path, "error", failure, "first_keygroup",
+      row.count > 0 and row.from or json.null, "keygroups", row.count, "written",
+      not failure and not options["dry-run"] and options.output or json.null))
   end
   printer.close()
-else
+elseif rows then
   local lines, total = { { "keygroups", "from" } }, 0
   for i, row in ipairs(rows) do
     lines[i + 1] = { row.count > 0 and row.from .. "-" .. row.to or "none", text.printable(row.path) }

@@ -24,6 +24,7 @@ local options, words = cli.parse {
       help = "sample rate (default 44100)" },
     { name = "gain", kind = "number", value = "DB", low = -60, high = 20, default = -6,
       help = "level (default -6)" },
+    { name = "force", help = "replace a sound file that exists" },
     { name = "dry-run", help = "render, but neither play nor write" },
     { name = "json", help = "print a JSON object" },
   },
@@ -56,6 +57,12 @@ for _, word in ipairs(words) do
     song = not song and word or cli.usage("only one song can be played")
   else
     list[#list + 1] = notesOf(word)
+  end
+end
+if options.output then
+  if not options.output:lower():find("%.wav$") then cli.usage(options.output .. ": the extension is not wav") end
+  if host.fileType(options.output) and not options.force then
+    cli.usage(options.output .. " exists (see --force)")
   end
 end
 if song and #list > 0 then cli.usage("a song and notes cannot be played together") end
@@ -93,11 +100,10 @@ local function render()
   local synth = player.new { rate = options.rate, gain = 10 ^ (options.gain / 20) }
   load(synth, it)
   if song then
-    local _, damage = cli.try(midi.notes, song)
-    if damage then error(song .. ": " .. damage, 0) end
-    local file = disk.open(song)
-    synth:song(file:read("a"))
-    file:close()
+    local data, failure = cli.try(midi.read, song)
+    local _, damage = cli.try(midi.parse, data or "")
+    if failure or damage then error(song .. ": " .. (failure or damage), 0) end
+    synth:song(data)
   end
   if not song and #list == 0 then list = everyRange(it) end
   local at = 0.0

@@ -96,14 +96,13 @@ local function record(path, found, it, failure)
   for i, chunk in ipairs(found and found.chunks or {}) do
     chunks[i] = json.object("id", chunk.id, "size", chunk.size, "declared", chunk.declared)
   end
-  local outside = { "format", found and found.form, "encoding", found and found.encoding,
-                    "problem", found and found.problem, "chunks", json.list(chunks) }
-  it = it or {}
+  it, found = it or {}, found or {}
   return json.object("file", path, "error", failure, "name", it.name, "channels", it.channels, "rate", it.rate,
     "bits", it.bits, "frames", it.frames, "seconds", it.rate and seconds(it.frames, it.rate),
     "start", it.first, "end", it.last, "key", it.key, "note", it.key and notes.name(it.key),
     "cents", it.tune and it.tune / 2.56, "tune", it.tune, "playback", it.playback,
-    "loops", loopList(it.loops or {}), table.unpack(outside, 1, 8))
+    "loops", loopList(it.loops or {}), "format", found.form, "encoding", found.encoding,
+    "problem", found.problem, "chunks", json.list(chunks))
 end
 
 local program = host.new("ZylSProgram")

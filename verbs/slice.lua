@@ -3,7 +3,6 @@ local audio = require "zyl.audio"
 local cli = require "cli"
 local disk = require "disk"
 local folders = require "folders"
-local journal = require "journal"
 local json = require "json"
 local midi = require "midi"
 local notes = require "notes"
@@ -215,16 +214,7 @@ end
 -- Writes all slices; returns whether they are written.
 local function writeAll(slices)
   local reason = obstacle(slices)
-  local isNew = not host.fileType(output)
-  if not reason and not options["dry-run"] then
-    if not folders.make(output) then
-      reason = "cannot be created"
-    else
-      local _, failure = cli.try(journal.all, write, slices)
-      reason = failure
-      if failure and isNew then os.remove(output) end
-    end
-  end
+  if not reason and not options["dry-run"] then reason = folders.writeInto(output, write, slices) end
   if reason then cli.failed(output, reason .. ": nothing was written") end
   return not reason and not options["dry-run"]
 end

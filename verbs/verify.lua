@@ -77,14 +77,7 @@ local function compareOrgan(a, b)
   end
 end
 
-local function comparePrograms()
-  local list = {}
-  for i, path in ipairs(files) do
-    local program, reason = programs.open(path)
-    if not program then return fail(path, reason) end
-    list[i] = program
-  end
-  local a, b = list[1], list[2]
+local function comparePrograms(a, b)
   compare(plain("keygroups"), 0, 0, a:PRGkeyGroups(), b:PRGkeyGroups())
   fields.walk(math.min(a:PRGkeyGroups(), b:PRGkeyGroups()), function(field, k, z)
     local mine, other = fields.read(a, field, k, z), fields.read(b, field, k, z)
@@ -105,6 +98,21 @@ local function comparePrograms()
   compareOrgan(a, b)
 end
 
+-- Opens both files, compares them, and closes them whatever happens.
+local function withBoth(open, body, close)
+  local opened = {}
+  local _, reason = cli.try(function()
+    for i, path in ipairs(files) do
+      local one, why = open(path)
+      if not one then return fail(path, why) end
+      opened[i] = one
+    end
+    body(opened[1], opened[2])
+  end)
+  for _, one in ipairs(opened) do close(one) end
+  if reason then fail(files[1], reason) end
+end
+
 -- Samples ---------------------------------------------------------------------------------------
 
 -- The first frame from `low` to `high` in which two byte strings of values differ.
@@ -120,12 +128,14 @@ local function firstDifference(a, b, width, low, high)
   return low
 end
 
-local function compareSound(program, open, facts)
+local scratch = host.new("ZylSProgram")
+
+local function compareSound(open, facts)
   local a, b = facts[1], facts[2]
   if a.bits ~= b.bits or a.frames ~= b.frames or a.channels ~= b.channels then return end
   for c = 0, a.channels - 1 do
-    local mine, _, width = samples.values(program, open[1], c)
-    local other = samples.values(program, open[2], c)
+    local mine, _, width = samples.values(scratch, open[1], c)
+    local other = samples.values(scratch, open[2], c)
     local from = mine ~= other and firstDifference(mine, other, width, 0, a.frames - 1)
     local says = from and ("differs from frame %d on"):format(from) or "sound"
     compare(plain("channel " .. c + 1), 0, 0, "sound", says)
@@ -134,13 +144,11 @@ end
 
 local SAMPLE_TEXTS = { key = notes.label, tune = settings.tune, playback = settings.playback }
 
-local function compareSamples()
-  local program, open, facts = host.new("ZylSProgram"), {}, {}
-  for i, path in ipairs(files) do
-    local sample, reason = samples.open(program, path)
-    if not sample then return fail(path, reason) end
-    open[i], facts[i] = sample, samples.facts(program, sample)
-  end
+local function openSample(path) return samples.open(scratch, path) end
+local function closeSample(sample) samples.close(scratch, sample) end
+
+local function compareSamples(a, b)
+  local facts = { samples.facts(scratch, a), samples.facts(scratch, b) }
   for _, name in ipairs { "channels", "bits", "rate", "frames", "name", "key", "tune", "playback",
                           "first", "last" } do
     compare(plain(name, SAMPLE_TEXTS[name]), 0, 0, facts[1][name], facts[2][name])
@@ -152,7 +160,7 @@ local function compareSamples()
               facts[2].loops[i][name])
     end
   end
-  compareSound(program, open, facts)
+  compareSound({ a, b }, facts)
 end
 
 local function comparePair()
@@ -164,13 +172,17 @@ local function comparePair()
   end
   if kinds[1] ~= kinds[2] then
     local path = kinds[1] and files[2] or files[1]
-    local isSample = samples.open(host.new("ZylSProgram"), path)
+    local isSample = openSample(path)
+    if isSample then closeSample(isSample) end
     if isSample and not isFolder then cli.usage("one is a program and the other a sample") end
     return fail(path, isSample and "one is a program and the other a sample"
                       or "neither a program nor a readable sound file")
   end
-  local _, reason = cli.try(kinds[1] and comparePrograms or compareSamples)
-  if reason then fail(files[1], reason) end
+  if kinds[1] then
+    withBoth(programs.open, comparePrograms, host.delete)
+  else
+    withBoth(openSample, compareSamples, closeSample)
+  end
 end
 
 local function record()
@@ -200,8 +212,9 @@ local function namesOf()
   local names, has = {}, { {}, {} }
   for i, folder in ipairs(words) do
     for _, kind in ipairs { "programs", "sounds" } do
-      for _, path in ipairs(folders.files(folder, kind, options.recursive)) do
-        local name = path:sub(#folder:gsub("/+$", "") + 2)
+      local found, inside = folders.files(folder, kind, options.recursive)
+      for n, path in ipairs(found) do
+        local name = inside[n]
         if not has[1][name] and not has[2][name] then names[#names + 1] = name end
         has[i][name] = path
       end

@@ -388,8 +388,8 @@ TEST_F(Export, PlayRendersLayersPitchAndSides) {
     size_t silentChannel;
   } cases[] = {{"57:63:0.8", 220, 1}, {"57:64:0.8", 330, 0}, {"69:20:0.4", 440, 1}};
   for (const auto& it : cases) {
-    const Finished run =
-        Zyl("play " + Quoted("tones.zprg") + " " + it.note + " -o " + Quoted("out.wav"), true);
+    const Finished run = Zyl(
+        "play " + Quoted("tones.zprg") + " " + it.note + " --force -o " + Quoted("out.wav"), true);
     if (Has(run.out, "is not installed")) GTEST_SKIP() << run.out;
     ASSERT_EQ(run.status, 0) << run.out;
     const std::string bytes = FileBytes(Path("out.wav"));
@@ -411,6 +411,23 @@ TEST_F(Export, PlayRendersLayersPitchAndSides) {
   }
 }
 
+TEST_F(Export, NeverReplacesASampleThatAProgramPlays) {
+  const std::vector<int16_t> left(2000, 1000), right(2000, -1000), other(2000, 500);
+  WriteWave(Path("kick.wav"), {left, right});
+  WriteWave(Path("kick 1.wav"), {other});
+  const std::string before = FileBytes(Path("kick 1.wav"));
+  const Program program;
+  program.Make();
+  program("ZoneSampleSet", 0, 0, Path("kick.wav"));
+  program("SampleChannel", 0, 0, 0);
+  program("ZoneSampleSet", 0, 1, Path("kick 1.wav"));
+  ASSERT_TRUE(program("Write", Path("k.zprg")).Bool());
+  ASSERT_EQ(Zyl("export --force " + Quoted("k.zprg") + " -o " + Quoted("k.sfz")).status, 0);
+  EXPECT_EQ(FileBytes(Path("kick 1.wav")), before);
+  const std::string sfz = FileBytes(Path("k.sfz"));
+  EXPECT_TRUE(Has(sfz, "sample=kick 1.wav") && Has(sfz, "sample=kick 1 2.wav")) << sfz;
+}
+
 TEST_F(Export, PlayReportsWhatItCannotPlay) {
   Recording("C3.wav", 60);
   ASSERT_EQ(Zyl("map " + Quoted("C3.wav") + " -o " + Quoted("p.zprg")).status, 0);
@@ -421,6 +438,8 @@ TEST_F(Export, PlayReportsWhatItCannotPlay) {
   }
   EXPECT_EQ(Zyl("play " + Quoted("missing.zprg") + " -o " + Quoted("o.wav")).status, 4);
   EXPECT_EQ(Zyl(play + " " + Quoted("C3.wav") + " -o " + Quoted("o.wav")).status, 2);
+  EXPECT_EQ(Zyl(play + " C3 -o " + Quoted("p.zprg")).status, 2);
+  EXPECT_EQ(Zyl(play + " C3 -o " + Quoted("C3.wav")).status, 2);  // exists
   std::ofstream(Path("bad.mid")) << "not a song";
   EXPECT_EQ(Zyl(play + " " + Quoted("bad.mid") + " -o " + Quoted("o.wav")).status, 4);
   EXPECT_FALSE(std::filesystem::exists(Path("o.wav")));

@@ -34,8 +34,7 @@ local function shown(option)
 end
 
 local function help(form)
-  local operands = form.operands or form.folders == "programs" and "PROGRAM|FOLDER…" or form.folders and "FILE|FOLDER…" or "FILE…"
-  io.write("zyl ", form.verb, " [OPTION…] ", operands, "\n\n", form.about, "\n\n")
+  io.write("zyl ", form.verb, " [OPTION…] ", form.operands, "\n\n", form.about, "\n\n")
   local rows, width = {}, 0
   for _, option in ipairs(form.options) do width = math.max(width, #shown(option)) end
   for _, option in ipairs(form.options) do
@@ -70,25 +69,26 @@ local function isNumber(word)
   return word ~= nil and word:match("^[+-]?%d*%.?%d+$") ~= nil and not host.fileType(word)
 end
 
--- Replaces folders with the files of the kind in them, and removes duplicates.
+-- Replaces folders with the files of the kind in them, and removes duplicates. Also returns the paths
+-- below the folders, false for other files.
 local function withoutFolders(words)
-  local files, seen = {}, {}
-  local function add(file)
-    if not seen[file] then files[#files + 1] = file end
+  local files, below, seen = {}, {}, {}
+  local function add(file, inside)
+    if not seen[file] then files[#files + 1], below[#files + 1] = file, inside or false end
     seen[file] = true
   end
   for _, word in ipairs(words) do
     if disk.isFolder(word) then
-      local inside = folders.files(word, searched.kind, searched.recursive)
-      for _, file in ipairs(inside) do add(file) end
-      if #inside == 0 then
+      local found, inside = folders.files(word, searched.kind, searched.recursive)
+      for i, file in ipairs(found) do add(file, inside[i]) end
+      if #found == 0 then
         cli.failed(word, ("no %s in this folder"):format(FILES[searched.kind]))
       end
     else
       add(word)
     end
   end
-  return files
+  return files, below
 end
 cli.withoutFolders = withoutFolders
 
@@ -109,6 +109,8 @@ cli.withoutFolders = withoutFolders
 --   operands, more, status   texts of the help
 function cli.parse(form)
   verb, resultStatus = form.verb, form.resultStatus
+  form.operands = form.operands or form.folders == "programs" and "PROGRAM|FOLDER…"
+                  or form.folders and "FILE|FOLDER…" or "FILE…"
   local byName, options, files, seen = {}, {}, {}, {}
   for _, option in ipairs(form.options) do byName[option.name] = option end
   if form.notes then
@@ -178,7 +180,7 @@ function cli.parse(form)
   end
   quiet = options.quiet == true
   if quiet then progress.forbid() end
-  if #files == 0 and not form.optional then usage("no " .. (form.operands or "FILE"):match("^%a+") .. " given") end
+  if #files == 0 and not form.optional then usage("no " .. form.operands:match("^%a+") .. " given") end
   searched = { kind = form.folders or "sounds", recursive = options.recursive }
   return options, form.folders and not form.mixed and withoutFolders(files) or files
 end

@@ -55,13 +55,12 @@ end
 -- Finds a field by name, with or without its family, ignoring case; `family` decides between
 -- several fields with the name. Returns nil and the reason if there is none, or more than one.
 function fields.find(name, family)
-  local lower, found, exact = name:lower(), {}, nil
+  local lower, found = name:lower(), {}
   for _, field in ipairs(fields.all()) do
-    if field.name == name then exact = field end
     if field.name:lower() == lower then return field end
     if field.short:lower() == lower then found[#found + 1] = field end
   end
-  if exact or #found == 1 then return exact or found[1] end
+  if #found == 1 then return found[1] end
   for _, field in ipairs(found) do
     if field.family == family then return field end
   end

@@ -9,9 +9,9 @@ end
 
 function folders.quoted(path) return "'" .. path:gsub("'", "'\\''") .. "'" end
 
--- Creates a folder and those that contain it; true if it exists now.
+-- Creates a folder and those that contain it; true if it exists now. Also returns the created ones.
 function folders.make(path)
-  if host.fileType(path) == "folder" then return true end
+  if host.fileType(path) == "folder" then return true, {} end
   local missing, part = {}, path
   while part and part ~= "" and not host.fileType(part) do
     table.insert(missing, 1, part)
@@ -24,7 +24,19 @@ function folders.make(path)
       require "journal".remark("made", (host.absolutePath(folder) or folder))
     end
   end
-  return made
+  return made, missing
+end
+
+-- Runs body(...), which writes files, with the folder to write to: all files are written, or none and
+-- the folders that were created are removed. Returns nil, or the reason of the failure.
+function folders.writeInto(path, body, ...)
+  local made, created = folders.make(path)
+  if not made then return "the folder cannot be created" end
+  local _, failure = require "cli".try(require "journal".all, body, ...)
+  for i = #created, 1, -1 do
+    if failure then os.remove(created[i]) end
+  end
+  return failure
 end
 
 local function isSound(path) return SOUNDS[path:lower():match("%.([^./]+)$") or ""] == true end
@@ -38,8 +50,8 @@ local function isBank(path) return path:lower():find("%.sf[23]$") ~= nil end
 
 local KINDS = { sounds = isSound, programs = isProgram, banks = isBank }
 
--- The "sounds", "programs" or "banks" in a folder, sorted by name, without hidden ones. `recursive` includes
--- its subfolders.
+-- The "sounds", "programs" or "banks" in a folder, sorted by name, without hidden ones. `recursive`
+-- includes its subfolders. Also returns their paths below the folder.
 function folders.files(folder, kind, recursive)
   local start = folder:gsub("/+$", "")
   if start == "" then start = "/" end
@@ -52,7 +64,9 @@ function folders.files(folder, kind, recursive)
   end
   if list then list:close() end
   table.sort(found)
-  return found
+  local inside, skipped = {}, #(shown:gsub("/*$", "/"))
+  for i, path in ipairs(found) do inside[i] = path:sub(skipped + 1) end
+  return found, inside
 end
 
 return folders

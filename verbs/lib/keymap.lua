@@ -4,7 +4,9 @@
 --   parts      its zones: a list of { channel, pan, sample }, the last one if another sample plays
 -- The samples of one root are its velocity layers. They share keygroups over the same keys: as many
 -- as their zones need.
-local keymap = { MOST_ZONES = 4, MOST_LAYERS = 127 }
+local programs = require "programs"
+
+local keymap = { MOST_LAYERS = 127 }
 
 local RANKS = 16    -- highest number of a layer that is certainly not a velocity
 
@@ -109,7 +111,7 @@ function keymap.keygroups(roots)
     local group
     for _, layer in ipairs(root.layers) do
       local parts = layer.sample.parts
-      if not group or #group.zones + #parts > keymap.MOST_ZONES then
+      if not group or #group.zones + #parts > programs.ZONES then
         group = { key = root.key, low = root.low, high = root.high, zones = {} }
         keygroups[#keygroups + 1] = group
       end

@@ -114,14 +114,17 @@ function midi.parse(data)
   return list
 end
 
--- The notes of a file. Raises an error if it cannot be read.
-function midi.notes(path)
+-- The content of a file. Raises an error if it cannot be read.
+function midi.read(path)
   local file, reason = disk.open(path)
   if not file then error(reason, 0) end
   local data = file:read(MOST_BYTES + 1) or ""
   file:close()
   if #data > MOST_BYTES then error(("has more than %d MB"):format(MOST_BYTES >> 20), 0) end
-  return midi.parse(data)
+  return data
 end
+
+-- The notes of a file. Raises an error if it cannot be read.
+function midi.notes(path) return midi.parse(midi.read(path)) end
 
 return midi

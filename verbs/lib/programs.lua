@@ -28,7 +28,7 @@ function programs.whyNotReplaceable(path)
   return reason or "exists and is not a program: not replaced"
 end
 
--- Calls each(id, size, read) for the chunks of a program file until it returns true; read() returns
+-- Calls each(id, read) for the chunks of a program file until it returns true; read() returns
 -- the chunk's data.
 function programs.chunks(path, each)
   local file = assert(disk.open(path))

@@ -9,13 +9,13 @@
 --   path, index, name    name as parsed by filenames.read
 --   failure              why the file cannot be used
 --   right, isRight       the right half of a left one, and whether it is one; both are mono files,
---                        joined once they were opened
+--                        joined after they are opened
 --   known, chunk, fileNote, rate, frames, channels
---                        set once the file was opened: the root key in the file, and the note at
+--                        set when the file is opened: the root key in the file, and the note at
 --                        which the file plays at its original pitch
---   loudness             in LUFS, set once it was measured
+--   loudness             in LUFS, set when it is measured
 --   measured, pitch, noPitch, uncertainPitch
---                        set once the pitch was measured: a note, or why there is none; a note that
+--                        set when the pitch is measured: a note, or why there is none; a note that
 --                        is uncertain
 local audio = require "zyl.audio"
 local cli = require "cli"

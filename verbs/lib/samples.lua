@@ -1,7 +1,6 @@
 -- Sample files through the script methods: opening, parallel pitch tracking, raw values.
 local audio = require "zyl.audio"
 local cli = require "cli"
-local disk = require "disk"
 local journal = require "journal"
 local soundfile = require "soundfile"
 
@@ -81,12 +80,7 @@ local function cores()
   return math.max(count or 1, 1)
 end
 
-local function sizeOf(path)
-  local file = disk.open(path)
-  local size = file and file:seek("end") or 0
-  if file then file:close() end
-  return math.min(size, 1 << 40)
-end
+local function sizeOf(path) return math.min((host.fileInfo(path) or {}).size or 0, 1 << 40) end
 
 local function start(program, index, path, settings, open)
   local sample, found = open(program, path, index)

@@ -52,8 +52,10 @@ local function parseLoops(text, rate)
     if not first then return nil, reason end
     local last, reason2 = units.parse(frames, to)
     if not last then return nil, reason2 end
+    local count = math.tointeger(tonumber(times or 0))
+    if not count then return nil, ("'%s' is not a number of repetitions"):format(times) end
     local steps = math.floor((tonumber(fraction) or 0) * FRACTIONS + 0.5)
-    loops[#loops + 1] = { first = first, last = last, times = math.tointeger(tonumber(times or 0)),
+    loops[#loops + 1] = { first = first, last = last, times = count,
                           fraction = math.min(steps, FRACTIONS - 1) / FRACTIONS }
   end
   return loops

@@ -10,10 +10,16 @@ collection.__index = collection
 
 local PLAYABLE = { wav = true, flac = true, ogg = true }
 
--- `all`: every sample is copied. `force`: files of the same names are replaced.
+-- `all`: every sample is copied. `force`: files of the same names are replaced, but never a sample
+-- that the exported programs play; collection:protect names these first.
 function collection.new(folder, all, force)
-  return setmetatable({ folder = folder, all = all, force = force, byKey = {}, taken = {}, jobs = {} }, collection)
+  return setmetatable({ folder = folder, all = all, force = force, sources = {}, byKey = {}, taken = {}, jobs = {} },
+                      collection)
 end
+
+local function absolute(path) return host.absolutePath(path) or path end
+
+function collection:protect(sample) self.sources[absolute(sample.path)] = true end
 
 local function content(path)
   return ("%d %s"):format((host.fileInfo(path) or {}).size or -1, host.digest(path) or path)
@@ -44,17 +50,18 @@ end
 -- The path of the file for a sample of a region. A file with other channels than those that play, and
 -- with `all` one that players may not read, is written as WAVE.
 function collection:path(sample)
-  local real = host.absolutePath(sample.path) or sample.path
+  local real = absolute(sample.path)
   local key = real .. "\0" .. table.concat(sample.channels, ",")
   if self.byKey[key] then return self.byKey[key] end
   local whole = #sample.channels == sample.count
   local stem, extension = references.parts(references.base(real))
   local target = real
+  local function mayReplace(path) return self.force and not self.sources[absolute(path)] end
   if not whole then
     local name = stem .. (#sample.channels == 2 and " 1-2" or " " .. sample.channels[1] + 1)
-    target = self:free(name, ".wav", key, function() return self.force end)
+    target = self:free(name, ".wav", key, mayReplace)
   elseif self.all and not PLAYABLE[extension:sub(2):lower()] then
-    target = self:free(stem, ".wav", key, function() return self.force end)
+    target = self:free(stem, ".wav", key, mayReplace)
   elseif self.all then
     local identity = content(real)
     target = self:free(stem, extension, identity, function(path) return content(path) == identity end)

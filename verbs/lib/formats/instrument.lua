@@ -7,8 +7,8 @@
 --   keygroup                    its number from 1
 --   low, high, lowVel, highVel  ranges of keys and velocities
 --   fades                       crossfades, by "in" or "out" and "key" or "vel": { from, to }
---   sample                      path, channels (a list, two for stereo), frames, rate, bits, first and
---                               last (the frames that play)
+--   sample                      path, channels (a list, two for stereo), count (of the file's channels),
+--                               frames, rate, bits, first and last (the frames that play)
 --   mode, loop                  "loop", "sustain" (until the release), "none" or "once" (ignores the
 --                               release); loop: first and stop, the frame after it
 --   root, transpose, tune       key of the original pitch; semitones and cents added
@@ -361,7 +361,8 @@ local function isHalf(program, field, k)
   return other and fields.read(program, { method = other, family = field.family }, k) == 0
 end
 
--- Fields that no part of an instrument corresponds to, if their value is not that of a new program.
+-- Adds to the losses the fields that an instrument does not have, if their value is not that of a new
+-- program.
 local function addUnread(it, program, read)
   local new = host.new("ZylSProgram")
   new:Create(host.null)

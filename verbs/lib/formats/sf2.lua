@@ -470,7 +470,6 @@ function sf2.bank(list, name)
   if total > MOST_BYTES then error("a bank has at most 4 GiB", 0) end
   bank.head = "RIFF" .. string.pack("<I4", total) .. "sfbk" .. chunk("LIST", info) .. "LIST" .. string.pack("<I4", sdta)
               .. "sdtasmpl" .. string.pack("<I4", 2 * frames)
-  bank.bytes = total + 8
   return bank
 end
 

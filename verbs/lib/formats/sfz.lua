@@ -120,7 +120,7 @@ local function addModulations(ops, region, losses)
       ops.add(direct[1], it.amount / (direct[2] or 1))
       it.done = true
     elseif moves and TARGETS[it.target] and (not it.by or CONTROLLERS[it.by]) then
-      local key = it.source .. (moves and it.source:find("Env") and ">" .. it.target or "")
+      local key = it.source .. (it.source:find("Env") and ">" .. it.target or "")
       if not lists[key] then
         lists[key], order[#order + 1] = { source = it.source, target = it.target }, key
       end
