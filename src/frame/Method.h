@@ -4,8 +4,8 @@
 // A body is a free function whose first parameter is the program object, or the Call if it reports
 // errors itself. It takes the arguments by value or by constant reference. Copying an argument
 // right after it was stored is slow (the load waits for narrower stores), so frequent methods take
-// references. It returns a
-// plain value, a variant of plain values, or an optional that is empty after an error.
+// references. It returns a plain value, a variant of plain values, or an optional that is empty
+// after an error.
 #pragma once
 
 #include <algorithm>

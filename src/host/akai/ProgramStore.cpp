@@ -138,9 +138,7 @@ void lockAkaiProgram(akaiProgram* program) {
 
 void unlockAkaiProgram(akaiProgram* program) {
   if (program->lockCount == 0) return;
-  if (program->lockCount == 1) {
-    ProgramStore::Unlock(program);
-  }
+  if (program->lockCount == 1) ProgramStore::Unlock(program);
   --program->lockCount;
 }
 
